@@ -1,0 +1,13 @@
+// Start here: the whole public line of libTembraAssoc.
+#ifndef TEMBRA_ASSOC_H
+#define TEMBRA_ASSOC_H
+
+#include <tembra/association.h>  // the service object: calling order, results, threads
+#include <tembra/endpoints.h>    // where the daemons are
+#include <tembra/events.h>       // what the callback hears
+#include <tembra/globals.h>      // library-wide state
+#include <tembra/platform.h>     // what the router provides
+#include <tembra/records.h>      // what travels
+#include <tembra/vocabulary.h>   // the numbers
+
+#endif

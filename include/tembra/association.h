@@ -1,0 +1,197 @@
+// The association service: adds, names, resets and removes the devices of a home.
+#ifndef TEMBRA_ASSOCIATION_H
+#define TEMBRA_ASSOCIATION_H
+
+#include <netinet/in.h>
+#include <tembra/events.h>
+#include <tembra/export.h>
+#include <tembra/platform.h>
+#include <tembra/records.h>
+#include <tembra/vocabulary.h>
+
+/// The one service object of a process. Get it from the initialiser of your role, register a callback, open the
+/// connection, then give commands; results come back through the callback:
+///
+///     TembraAssociation* assoc = TembraAssociation::webServerAssocInit();
+///     assoc->registerAssocEventCB(onEvent);
+///     if (assoc->checkAssocConnection() != 0) return noConnection();
+///     assoc->addDevZigbeeZwave();             // EVENT_ADDING, EVENT_GETTING_INFO, then one of:
+///                                             //   EVENT_SELECT_TYPE (choose one of subTypes), EVENT_CREATED
+///     assoc->setDevType(type);                // generates the default name, sends EVENT_CREATED again
+///     assoc->setDevName(name);                // optional; after setDevType
+///     assoc->setDevLocation(location);        // optional; after setDevType
+///     assoc->addingDone();                    // hands the device to the HA server
+///     assoc->closeAssocConnection();
+///
+/// Threads: any thread may call any operation at any time; each call is atomic to the others and to the handling of
+/// a datagram, except that the library's lock is released while a callback runs, while sleeping, and while the device
+/// database is awaited. Run one operation at a time: a second add or remove sends its commands again, it is not
+/// refused. The callback runs on the library's receive thread (on the caller's thread for setDevType); it may call
+/// any operation, but should not start one: what follows the callback in the library (state, `idle`) would overwrite
+/// what the callback started. The object lives as long as the process and is never deleted by the library.
+///
+/// Results are 0 for success and -1 for failure unless a function says otherwise. No operation throws.
+class TEMBRA_API TembraAssociation {
+ public:
+  // The state of the service, for front ends to read. Order and types are fixed; nothing stands between them.
+  int running;            ///< 1 while the connection is open
+  int closeMark;          ///< -1 once closeAssocConnection was called
+  char devName[180];      ///< name of the device being added
+  char devLocation[180];  ///< location of the device being added
+  int sock;               ///< descriptor of the library's socket, 0: not open
+  int clientRole;         ///< ClientRole of the front end
+  int activeRadio;        ///< ServerType that the current operation is dealing with
+  int classifiedType;     ///< DevType proposed by classification
+  int devType;            ///< DevType chosen for the device being added
+  char removedName[180];  ///< name of the device being removed
+  int removedId;          ///< device id of the device being removed
+  ZbDeviceInfo zbDevice;  ///< the ZigBee device being added
+  ZwNodeInfo zwNodeWork;  ///< the Z-Wave node being added, as it will be handed to the HA server
+  ZwNodeInfo zwNodeRx;    ///< the Z-Wave node as last received
+  sockaddr_in localAddr;  ///< the library's own endpoint
+  Logger* logger;
+  void (*eventCallback)(AssocEvent*);  ///< null: events are dropped
+  int assocState;                      ///< AssocState
+  int lastEventCode;                   ///< last progress event (3, 5, 6, 7, 21), 0 after any other
+  int cancelTarget;                    ///< cancel_type that a time-out cancels, 0: none
+
+  static TembraAssociation* singleton;  ///< null until the first initialiser was called
+
+  /// Copies no field: the copy has the virtual table and nothing else. The library never copies the object.
+  TembraAssociation(const TembraAssociation& other);
+  TembraAssociation& operator=(const TembraAssociation&) = delete;
+
+  /// Closes nothing and stops nothing.
+  virtual ~TembraAssociation();
+
+  // ---- Roles ------------------------------------------------------------------------------------------------------
+
+  /// The object, created by the first call: fetches the Logger and resolves every endpoint; opens and sends nothing.
+  /// An exception of the router's Logger passes through and leaves no object.
+  static TembraAssociation* getInstance();
+
+  // Each returns getInstance() after storing its ClientRole; a later role replaces an earlier one on the same object.
+  static TembraAssociation* webServerAssocInit();
+  static TembraAssociation* LCDAssocInit();
+  static TembraAssociation* cloudappsAssocInit();
+  static TembraAssociation* meshServerAssocInit();
+  static TembraAssociation* FreeUsr1AssocInit();
+  static TembraAssociation* FreeUsr2AssocInit();
+
+  /// Sets the one callback for events; a later call replaces it, null switches events off. An event being delivered
+  /// on another thread may still reach the old callback after this returns.
+  void registerAssocEventCB(void (*callback)(AssocEvent*));
+
+  // ---- Connection -------------------------------------------------------------------------------------------------
+
+  /// Opens the library's UDP socket, reads the mesh id (runs a shell command) and starts the receive thread.
+  /// @return 0 when the socket is open and bound, even if the thread could not be started; -1 otherwise, for instance
+  /// while this or another process has the connection open, which then stays as it is.
+  int checkAssocConnection();
+
+  /// Closes the connection and ends the receive thread, without waiting for a callback that is running. Neither the
+  /// association state nor the pending device is reset: cancel or finish an operation before closing.
+  void closeAssocConnection();
+
+  /// Resolves the endpoint texts into the socket addresses. The constructor calls it. @return 0; a bad host is
+  /// reported on standard error, a bad port is not reported at all.
+  int ConnectToServers();
+
+  /// Sends one datagram of the destination's fixed length: 320 bytes to the ZigBee server, 236 to the Z-Wave server,
+  /// 304 to the Hue server, 256 to the Nest server, 4100 to the HA server, none to the mesh server.
+  /// @return 0 when sent (and for the mesh server), -1 when sending failed or the destination is unknown.
+  int sendToServers(ServerType type, void* datagram);
+
+  /// Tells a daemon by the address of its datagram; the port does not count.
+  ClientType findClientType(in_addr address);
+
+  /// Entry of the receive thread; `self` is the object. Returns null when the connection is closed.
+  static void* receiverHelper(void* self);
+  void* receiver(void* self);
+
+  // ---- Commands to the radios -------------------------------------------------------------------------------------
+
+  /// Starts adding on both radios. Failures to send are reported on standard error only; without any answer
+  /// EVENT_TIMEOUT ends the operation after at most 180 seconds.
+  void addDevZigbeeZwave();
+
+  /// Starts removing on both radios; see addDevZigbeeZwave.
+  void removeDevZigbeeZwave();
+
+  /// Cancels an add or remove on one or both radios. Only cancel_both sets `idle` back to 1. An answer that comes
+  /// late is still handled.
+  void sendCancelTo(cancel_type type);
+
+  /// Resets one or both radio networks, and with reset_both_and_remove_all drops every device. Blocks for 7 seconds,
+  /// 9 when the ZigBee network is reset.
+  void doResetFor(reset_type type);
+
+  /// Sends one command; a reset of the ZigBee network blocks for 2 seconds. Unknown commands send nothing.
+  void cmdToZigbee(zigbee_cmd command);
+  void cmdToZwave(zwave_cmd command);
+
+  // ---- The device being added -------------------------------------------------------------------------------------
+
+  /// Confirms the type: takes a new device id, generates the default name ("GenericDevice #<id>" for a device that
+  /// was classified as generic), sets the location to "Default" and sends EVENT_CREATED on the caller's thread.
+  void setDevType(DevType type);
+
+  /// Changes the type only: no name, no event.
+  void setDevType2(DevType type);
+
+  /// Sets the name, or the location: at most 179 characters, the rest is cut; keep below 32 for ZigBee devices, whose
+  /// record has no room for more. Null means empty.
+  void setDevName(char* name);
+  void setDevLocation(char* location);
+
+  /// Rewrites the index table of a generic Z-Wave device for the type that the user chose.
+  void GenericIndexType(DevType type);
+
+  /// Replaces the type of the first index entry of type `from` by `to`.
+  void ChangeIndexType(IndexType from, IndexType to);
+
+  /// Finishes the add: sends the device with its name and location to the HA server and sets `idle` to 1.
+  /// @return 0 when sent, -1 when not.
+  int addingDone();
+
+  // ---- Classification, called by the receive thread ---------------------------------------------------------------
+
+  /// 1 when the device database holds the Z-Wave node of zwNodeRx, else 0. On a match removedName and removedId are
+  /// that device's; with several the last one's.
+  int ZW_checkNodeExists();
+
+  /// Classifies the node of zwNodeRx and fills zwNodeWork. @return 1 when classified, 0 when the node has no basic
+  /// class.
+  int ZW_createDeviceType();
+
+  /// 1 when `commandClass` stands in a list of at most 53 command classes that ends with 0xFF, else 0.
+  int CommandExists(unsigned char* list, unsigned char commandClass);
+
+  /// Derives the index table of zwNodeWork from at most 181 value triples (three bytes each: command class, index,
+  /// instance) that end with command class 0.
+  void ZW_indexToEnum(unsigned char* triples);
+
+  /// Tells the HA server to drop the devices whose node is that of zwNodeRx. @return 0 whenever the database was
+  /// opened, else the result of deleting it.
+  int ZW_removeNode();
+
+  /// Tells the HA server to drop every device.
+  void removeAllDevices();
+
+  /// The id that the next device gets, also stored in DevId; -1 (and DevId unchanged) when the database cannot be
+  /// opened. Waits for the database's file lock.
+  int calculateDevId();
+
+  /// Writes the types that a user may choose instead of `type` into `out`, which the caller cleared (at most 6
+  /// entries). @return the last entry written, or `out` when none was.
+  DevType* listSubDevType(DevType type, DevType* out);
+
+ private:
+  TembraAssociation();
+};
+
+/// Writes the default name of a device, "<type name> #<id>", into `out`, which holds at least 192 bytes.
+/// @return its length; 0 when `out` is null.
+TEMBRA_API int getDefaultDevName(DevType type, int id, char* out);
+
+#endif

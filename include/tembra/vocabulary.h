@@ -1,0 +1,190 @@
+// The fixed numbers of the association service: who is addressed, what is asked, which state, which device.
+//
+// Every enumeration has a fixed underlying type, so a number that no enumerator names (`(reset_type)9`) is a defined
+// value that the library answers with its "unknown" branch. Four of the numberings look alike and differ: see
+// ServerType, ClientType, RecordKind and DeviceKind.
+#ifndef TEMBRA_VOCABULARY_H
+#define TEMBRA_VOCABULARY_H
+
+/// Destination of TembraAssociation::sendToServers, and the source word of an AssocEvent.
+enum ServerType : int {
+  SERVER_ZIGBEE = 1,
+  SERVER_ZWAVE = 2,
+  SERVER_HUE = 3,
+  SERVER_NEST = 4,
+  SERVER_HA = 5,   ///< the home-automation server's association port
+  SERVER_MESH = 6  ///< nothing is ever sent to it
+};
+
+/// Sender of a datagram as TembraAssociation::findClientType tells it. Not the numbering of ServerType.
+enum ClientType : int {
+  CLIENT_UNKNOWN = 0,
+  CLIENT_ZWAVE = 1,
+  CLIENT_ZIGBEE = 2,
+  CLIENT_HA = 3,
+  CLIENT_HUE = 4,
+  CLIENT_NEST = 5,
+  CLIENT_MESH = 6  ///< known to the receive loop, never a result of findClientType
+};
+
+/// Role of a front end, stored in TembraAssociation::clientRole by the role initialisers.
+enum ClientRole : int {
+  ROLE_WEB_SERVER = 1,  ///< its connection closes after every Hue or Nest answer
+  ROLE_LCD = 2,
+  ROLE_CLOUD_APPS = 3,
+  ROLE_MESH_SERVER = 4,
+  ROLE_FREE_USER_1 = 5,
+  ROLE_FREE_USER_2 = 6
+};
+
+/// First word of an HA-server datagram: which record follows it.
+enum RecordKind : int { RECORD_ZIGBEE = 0, RECORD_ZWAVE = 2 };
+
+/// Device-kind word of a ZwNodeInfo (byte offset 600): which radio the pending device belongs to.
+enum DeviceKind : int { DEVICE_NONE = 0, DEVICE_ZIGBEE = 1, DEVICE_ZWAVE = 2 };
+
+/// Radio-kind word of a DeviceRecord (byte offset 400).
+enum RadioKind : int { RADIO_ZWAVE = 2, RADIO_IP = 3 };
+
+/// Commands of TembraAssociation::cmdToZigbee. Any other value sends nothing.
+enum zigbee_cmd : int {
+  zigbee_cmd_add = 1,     ///< open the network to joining devices
+  zigbee_cmd_remove = 2,  ///< start removing
+  zigbee_cmd_reset = 3,   ///< reset the network: two datagrams, 2 seconds apart
+  zigbee_cmd_cancel = 4   ///< cancel adding or removing
+};
+
+/// Commands of TembraAssociation::cmdToZwave. Any other value sends nothing.
+enum zwave_cmd : int {
+  zwave_cmd_add = 1,
+  zwave_cmd_remove = 2,
+  zwave_cmd_reset = 3,  ///< reset the controller
+  zwave_cmd_cancel = 4  ///< cancel the running controller command
+};
+
+/// Radios that a cancel goes to, and the values of TembraAssociation::cancelTarget (0: none).
+enum cancel_type : int { cancel_zigbee = 1, cancel_zwave = 2, cancel_both = 3 };
+
+/// What TembraAssociation::doResetFor resets.
+enum reset_type : int {
+  reset_zigbee = 1,
+  reset_zwave = 2,
+  reset_both = 3,
+  reset_both_and_remove_all = 4  ///< both radios, and the HA server drops every device
+};
+
+/// Values of TembraAssociation::assocState. 7 is not assigned; 7 and every value above 8 act like ASSOC_IDLE.
+enum AssocState : int {
+  ASSOC_IDLE = 0,      ///< nothing expected from the Z-Wave server
+  ASSOC = 1,           ///< an add was requested of both radios; waiting for either
+  DEASSOC = 2,         ///< a remove was requested of both radios; waiting for either
+  ASSOC_RESET = 3,     ///< a reset answer is expected; only a front end sets it
+  ZW_ASSOC = 4,        ///< a Z-Wave node is joining; waiting for its identity
+  ZW_ASSOC_QUERY = 5,  ///< waiting for the Z-Wave node's full information
+  ZW_REMOVING = 6,     ///< Z-Wave removal started; waiting for the server's confirmation
+  ZB_ADDED = 8         ///< a ZigBee device was created
+};
+
+/// The system-wide device type. The numbers belong to the router's device-type library, which also owns the names
+/// (DevtypeEnumToStr, StrToDevType); these are the ones that the association service itself decides by.
+enum DevType : int {
+  DEVTYPE_UNKNOWN = 0,
+  DEVTYPE_BINARY_SWITCH = 1,
+  DEVTYPE_MULTILEVEL_SWITCH = 2,
+  DEVTYPE_BINARY_SENSOR = 3,
+  DEVTYPE_MULTILEVEL_SWITCH_ON_OFF = 4,
+  DEVTYPE_DOOR_LOCK = 5,
+  DEVTYPE_ALARM_SENSOR = 6,
+  DEVTYPE_THERMOSTAT = 7,
+  DEVTYPE_GATEWAY = 8,
+  DEVTYPE_STANDARD_CIE = 10,
+  DEVTYPE_MOTION_SENSOR = 11,
+  DEVTYPE_CONTACT_SWITCH = 12,
+  DEVTYPE_FIRE_SENSOR = 13,
+  DEVTYPE_WATER_SENSOR = 14,
+  DEVTYPE_GAS_SENSOR = 15,
+  DEVTYPE_PERSONAL_EMERGENCY = 16,
+  DEVTYPE_VIBRATION_SENSOR = 17,
+  DEVTYPE_REMOTE_CONTROL = 18,
+  DEVTYPE_KEY_FOB = 19,
+  DEVTYPE_KEYPAD = 20,
+  DEVTYPE_STANDARD_WARNING = 21,
+  DEVTYPE_SMART_AC_SWITCH = 22,
+  DEVTYPE_OCCUPANCY_SENSOR = 24,
+  DEVTYPE_TEMPERATURE_SENSOR = 25,
+  DEVTYPE_WINDOW_COVERING = 26,
+  DEVTYPE_HUMIDITY_SENSOR = 27,
+  DEVTYPE_ZIGBEE_DOOR_LOCK = 28,
+  DEVTYPE_ZIGBEE_TEMP_SENSOR = 29,
+  DEVTYPE_COLOR_DIMMABLE_LIGHT = 32,
+  DEVTYPE_MULTILEVEL_SENSOR = 35,
+  DEVTYPE_ZWAVE_SMOKE_SENSOR = 36,
+  DEVTYPE_ZWAVE_LEAK_SENSOR = 37,
+  DEVTYPE_ZWAVE_TILT_SENSOR = 38,
+  DEVTYPE_ZWAVE_CONTACT_SENSOR = 39,
+  DEVTYPE_LUMINANCE_SENSOR = 40,
+  DEVTYPE_ZWAVE_MOTION_SENSOR = 41,
+  DEVTYPE_SIREN = 42,
+  DEVTYPE_MULTI_SWITCH = 43,
+  DEVTYPE_OUTLET_SWITCH = 44,
+  DEVTYPE_METER_SWITCH = 45,
+  DEVTYPE_SETPOINT_THERMOSTAT = 46,
+  DEVTYPE_GENERAL_THERMOSTAT = 47,
+  DEVTYPE_MULTI_SENSOR = 49,
+  DEVTYPE_TOBBLE_PLUG = 50,
+  DEVTYPE_MOTOR_CONTROL = 52,
+  DEVTYPE_GARAGE_DOOR_OPENER = 53,
+  DEVTYPE_ZWAVE_AC_EXTENDER = 54,
+  DEVTYPE_ZWAVE_DIMMER = 55,
+  DEVTYPE_ENERGY_METER = 56,
+  DEVTYPE_NOTIFICATION_SENSOR = 59,
+  DEVTYPE_GENERIC_DEVICE = 60,  ///< the fallback of every classification
+  DEVTYPE_DRAVOTEK_BUTTON = 61,
+  DEVTYPE_ZEN_THERMOSTAT = 62,
+  DEVTYPE_IR_EXTENDER = 65,
+  DEVTYPE_ZIGBEE_CAM_IMAGE = 67
+};
+
+/// The meaning of one value slot of a device. The numbers are the system's; the names say what the association
+/// service derives the slot from or rewrites it to.
+enum IndexType : int {
+  INDEX_NONE = 0,  ///< undefined, and the end of a Z-Wave index table
+  INDEX_SWITCH = 1,
+  INDEX_BINARY_SENSOR = 2,
+  INDEX_MOTION = 3,
+  INDEX_CONTACT = 4,
+  INDEX_ALARM = 9,
+  INDEX_SIREN = 13,
+  INDEX_BASIC = 14,
+  INDEX_SMOKE = 15,
+  INDEX_LEAK = 16,
+  INDEX_LEVEL = 17,
+  INDEX_DIMMER_LEVEL = 19,
+  INDEX_MOTOR_LEVEL = 20,
+  INDEX_DOOR_LOCK = 22,
+  INDEX_TEMPERATURE = 25,
+  INDEX_HUMIDITY = 27,
+  INDEX_ILLUMINANCE = 28,
+  INDEX_POWER = 34,
+  INDEX_THERMOSTAT_MODE = 35,
+  INDEX_THERMOSTAT_STATE = 36,
+  INDEX_HEATING_SETPOINT = 37,
+  INDEX_COOLING_SETPOINT = 38,
+  INDEX_FAN_MODE = 39,
+  INDEX_MOTOR_BASIC = 42,
+  INDEX_MOTOR_SWITCH = 43,
+  INDEX_BARRIER = 44,
+  INDEX_AC_EXTENDER_MODE = 45,
+  INDEX_AC_EXTENDER_HEATING = 46,
+  INDEX_AC_EXTENDER_COOLING = 47,
+  INDEX_AC_EXTENDER_FAN = 48,
+  INDEX_CONFIGURATION_27 = 49,
+  INDEX_BATTERY = 50,
+  INDEX_CONFIGURATION_33 = 51,
+  INDEX_USER_CODE_COUNT = 79,
+  INDEX_ENERGY = 80,
+  INDEX_USER_CODE = 81,
+  INDEX_CENTRAL_SCENE = 117
+};
+
+#endif
