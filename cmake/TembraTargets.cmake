@@ -9,3 +9,9 @@ function(tembra_target name)
     target_link_options(${name} PRIVATE -fsanitize=${TEMBRA_SANITIZE})
   endif()
 endfunction()
+
+# Tests of this target run in namespaces of their own (the real addresses, the real database path, nothing touched).
+function(tembra_isolated_test name)
+  set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "$<TARGET_FILE:tembra-isolate>")
+  add_dependencies(${name} tembra-isolate)
+endfunction()

@@ -1,0 +1,167 @@
+// Opening and closing the library's one socket and its receive thread.
+#include "assoc/connection.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <tembra/endpoints.h>
+#include <tembra/globals.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "assoc/display_error.h"
+#include "mesh/mesh_identity.h"
+#include "support/gate.h"
+#include "support/log.h"
+#include "support/shared_state.h"
+#include "support/state_lock.h"
+#include "support/text.h"
+
+using tembra::Level;
+using tembra::StateLock;
+
+namespace {
+
+constexpr int kUdp = 17;  // protocol number of UDP (IANA)
+constexpr int kPriority = 1;
+constexpr int kClosed = 0;  // the sock field says so with descriptor 0
+constexpr int kFirstOrdinaryDescriptor = 3;
+constexpr long kLongestReceiveEndSeconds = 2;
+
+constinit tembra::Gate receiverStarted;  // open unless a thread is being started
+constinit tembra::Gate receiveEnded;     // open unless a receive is under way
+tembra::ConnectionNumber currentNumber = 0;
+
+int fail(const char* message) {
+  tembra::displayError(message);
+  return -1;
+}
+
+// Descriptor 0 would say "closed": with standard input closed the socket is moved away from it.
+int awayFromZero(int descriptor) {
+  if (descriptor != kClosed) return descriptor;
+  const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, kFirstOrdinaryDescriptor);
+  close(descriptor);
+  return moved;
+}
+
+// Close-on-exec, so that no child of the process keeps the address bound.
+int openSocket() {
+  const int descriptor = awayFromZero(socket(AF_INET, SOCK_DGRAM, kUdp));
+  if (descriptor >= 0) fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+  return descriptor;
+}
+
+// No address reuse: that the second opener fails is how front ends notice each other.
+int openBoundSocket(const TembraAssociation& assoc) {
+  const int descriptor = openSocket();
+  if (descriptor < 0) return fail(TEMBRA_LOG_PREFIX "socket()");
+  const char* complaint = nullptr;
+  if (setsockopt(descriptor, SOL_SOCKET, SO_PRIORITY, &kPriority, sizeof kPriority) != 0) {
+    complaint = TEMBRA_LOG_PREFIX "setsockopt failed";
+  } else if (bind(descriptor, reinterpret_cast<const sockaddr*>(&assoc.localAddr), static_cast<socklen_t>(len_assoc)) !=
+             0) {
+    complaint = TEMBRA_LOG_PREFIX "Assoc binding failed";
+  }
+  if (complaint == nullptr) return descriptor;
+  fail(complaint);
+  close(descriptor);
+  return -1;
+}
+
+// Runs the router's command without the lock; its text ends up in tempStr. False when the connection was closed or
+// replaced meanwhile.
+bool readMeshId(const TembraAssociation& assoc) {
+  const tembra::ConnectionNumber number = currentNumber;
+  char text[tembra::kMeshIdTextSize] = {};
+  {
+    const tembra::StateUnlocked unlocked;
+    GetMeshId(text);
+  }
+  if (assoc.running == 0 || currentNumber != number) return false;
+  tembra::copyText(tempStr, text);
+  local_meshID = std::atoi(text);
+  return true;
+}
+
+// With every signal blocked: a signal would end a receive early, and that counts as a time-out.
+int createThread(TembraAssociation& assoc) {
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &before);
+  const int error = pthread_create(&receiver_thread, nullptr, &TembraAssociation::receiverHelper, &assoc);
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  return error;
+}
+
+// Waits until the thread has reset `idle` and the cancel target, so that an operation started right after the
+// opening is not reset. The lock stays held: no datagram is handled before the opening is complete.
+int startReceiver(TembraAssociation& assoc) {
+  receiverStarted.shut();
+  const int error = createThread(assoc);
+  if (error == 0) {
+    receiverStarted.wait();
+    tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Thread created successfully");
+  } else {
+    receiverStarted.open();
+    tembra::logLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "can't create thread :[%s]",
+                    tembra::ErrnoText(error).c_str());
+  }
+  return error;
+}
+
+}  // namespace
+
+int TembraAssociation::checkAssocConnection() {
+  const StateLock lock;
+  const int descriptor = openBoundSocket(*this);
+  if (descriptor < 0) return -1;
+  sock = descriptor;
+  running = 1;
+  ++currentNumber;
+  tembra::setAssociationMeshId(tembra::kMeshIdUnknown);
+  if (!readMeshId(*this)) return -1;
+  const int error = startReceiver(*this);
+  tembra::clearCommandType();
+  if (error == 0) pthread_detach(receiver_thread);
+  return 0;
+}
+
+void TembraAssociation::closeAssocConnection() {
+  const StateLock lock;
+  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "closing the Assoc Connection");
+  running = 0;
+  tembra::setAssociationMeshId(tembra::kMeshIdUnknown);
+  closeMark = -1;
+  const int descriptor = sock;
+  if (descriptor == kClosed) return;
+  sock = kClosed;  // taken: whoever closes at the same time finds nothing to close
+  shutdown(descriptor, SHUT_RDWR);
+  {
+    const tembra::StateUnlocked unlocked;
+    receiveEnded.waitFor(kLongestReceiveEndSeconds);
+  }
+  close(descriptor);
+}
+
+namespace tembra {
+
+bool ReceiverLease::openerWaits() { return receiverStarted.isShut(); }
+
+void ReceiverLease::started() { receiverStarted.open(); }
+
+ReceiverLease::ReceiverLease(TembraAssociation& assoc)
+    : assoc_(assoc), number_(currentNumber), descriptor_(assoc.sock) {}
+
+bool ReceiverLease::isOpen() const { return assoc_.running != 0 && !isSuperseded(); }
+
+bool ReceiverLease::isSuperseded() const { return currentNumber != number_; }
+
+void ReceiverLease::beginReceive() { receiveEnded.shut(); }
+
+void ReceiverLease::endReceive() { receiveEnded.open(); }
+
+}  // namespace tembra

@@ -1,0 +1,46 @@
+// The open connection as the closing threads and the receive threads see it.
+//
+// A connection that is opened gets a number. A receive thread serves the number it started with and ends when that
+// connection is closed, even if another one was opened meanwhile; so there are never two threads on one socket.
+#ifndef TEMBRA_ASSOC_CONNECTION_H
+#define TEMBRA_ASSOC_CONNECTION_H
+
+#include <tembra/association.h>
+
+namespace tembra {
+
+using ConnectionNumber = unsigned;
+
+/// The receive thread's side of a connection.
+class ReceiverLease {
+ public:
+  /// Whether checkAssocConnection is waiting for a new receive thread. Until `started` is called it holds the state
+  /// lock on that thread's behalf, who must not ask for it.
+  [[nodiscard]] static bool openerWaits();
+  static void started();
+
+  /// Takes the connection that is open now; call with the state lock held, by this thread or by a waiting opener.
+  explicit ReceiverLease(TembraAssociation& assoc);
+
+  [[nodiscard]] int descriptor() const { return descriptor_; }
+
+  /// Whether this connection is open; call with the state lock held.
+  [[nodiscard]] bool isOpen() const;
+
+  /// Whether another connection was opened since; call with the state lock held.
+  [[nodiscard]] bool isSuperseded() const;
+
+  /// Around each receive. While one is under way, a closer waits before it gives the descriptor's number back.
+  /// Begins with the state lock held, ends without it.
+  static void beginReceive();
+  static void endReceive();
+
+ private:
+  TembraAssociation& assoc_;
+  ConnectionNumber number_;
+  int descriptor_;
+};
+
+}  // namespace tembra
+
+#endif

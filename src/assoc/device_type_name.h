@@ -1,0 +1,47 @@
+// Names of device types from the router's device-type library, and the default names of devices made from them.
+#ifndef TEMBRA_ASSOC_DEVICE_TYPE_NAME_H
+#define TEMBRA_ASSOC_DEVICE_TYPE_NAME_H
+
+#include <tembra/platform.h>
+
+#include <cstddef>
+#include <cstdio>
+
+#include "support/text.h"
+
+namespace tembra {
+
+/// Size of every device name field.
+inline constexpr std::size_t kDeviceNameSize = 180;
+
+/// Room for the longest name, " #" and the longest id, "-2147483648".
+inline constexpr std::size_t kNumberedNameSize = kDeviceNameSize + 13;
+
+/// The name of one device type, at most 179 characters whatever the router's library writes within 512 bytes.
+class DeviceTypeName {
+ public:
+  explicit DeviceTypeName(DevType type) {
+    DevtypeEnumToStr(type, text_);
+    text_[kDeviceNameSize - 1] = '\0';
+  }
+  [[nodiscard]] const char* text() const { return text_; }
+
+ private:
+  char text_[512] = {};
+};
+
+/// Formats "<word> #<id>". @return its length.
+inline int formatNumberedName(char (&out)[kNumberedNameSize], const char* word, int id) {
+  return std::snprintf(out, sizeof out, "%s #%d", word, id);
+}
+
+/// Puts "<word> #<id>" into a device's name field; bytes behind its NUL keep their value.
+inline void setNumberedName(char (&field)[kDeviceNameSize], const char* word, int id) {
+  char name[kNumberedNameSize];
+  formatNumberedName(name, word, id);
+  copyText(field, name);
+}
+
+}  // namespace tembra
+
+#endif

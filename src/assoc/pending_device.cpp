@@ -1,0 +1,145 @@
+// The device being added: its type, name and location, and handing it to the HA server.
+#include <tembra/association.h>
+#include <tembra/globals.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "assoc/device_type_name.h"
+#include "assoc/event_delivery.h"
+#include "support/log.h"
+#include "support/shared_state.h"
+#include "support/state_lock.h"
+#include "support/text.h"
+
+using tembra::Level;
+using tembra::StateLock;
+
+namespace {
+
+constexpr char kDefaultLocation[] = "Default";
+constexpr unsigned char kAddedByFrontEnd = 10;  // message kind of a ZigBee record that finishes an add
+
+void nameGenericDevice(TembraAssociation& assoc, DevType type) {
+  tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType GenericDevice");
+  assoc.GenericIndexType(type);
+  tembra::setNumberedName(assoc.devName, "GenericDevice", DevId);
+  assoc.zwNodeWork.finalType = DEVTYPE_GENERIC_DEVICE;
+}
+
+void nameClassifiedDevice(TembraAssociation& assoc, DevType type) {
+  const tembra::DeviceTypeName name(type);
+  tembra::copyCallersText(tempStr, name.text());
+  tembra::setNumberedName(assoc.devName, name.text(), DevId);
+  assoc.zwNodeWork.finalType = type;
+}
+
+void reportCreated(TembraAssociation& assoc, DevType type) {
+  DeviceReport report{};
+  tembra::copyText(report.name, assoc.devName);
+  tembra::copyText(report.location, kDefaultLocation);
+  report.type = type;
+  AssocEvent event{};
+  std::memcpy(event.payload, &report, sizeof report);
+  tembra::deliver(assoc, event, EVENT_CREATED, static_cast<ServerType>(assoc.activeRadio));
+}
+
+// A ZigBee record has 32 bytes for the name and 34 for the location. A longer name runs into the location, which is
+// written second; the record's last byte always ends the text.
+void nameZigbeeRecord(TembraAssociation& assoc) {
+  ZbDeviceInfo& device = assoc.zbDevice;
+  constexpr std::size_t nameOffset = offsetof(ZbDeviceInfo, name);
+  char* record = reinterpret_cast<char*>(&device);
+  tembra::copyText(record + nameOffset, sizeof device - nameOffset, assoc.devName, sizeof assoc.devName);
+  tembra::copyText(device.location, assoc.devLocation);
+}
+
+int handOverZigbeeDevice(TembraAssociation& assoc) {
+  nameZigbeeRecord(assoc);
+  assoc.zbDevice.msgCode = kAddedByFrontEnd;
+  HaNotice notice{};
+  notice.recordKind = RECORD_ZIGBEE;
+  std::memcpy(notice.record, &assoc.zbDevice, sizeof assoc.zbDevice);
+  tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending final addingDone packet to HA Server");
+  return assoc.sendToServers(SERVER_HA, &notice);
+}
+
+void forgetZwaveDevice(TembraAssociation& assoc) {
+  assoc.zwNodeWork = ZwNodeInfo{};
+  SensorBinaryFlag = 0;
+  ZwAcExtFlag = 0;
+  BasicFlag = 0;
+  MultilevelFlag = 0;
+}
+
+int handOverZwaveDevice(TembraAssociation& assoc) {
+  tembra::copyText(assoc.zwNodeWork.name, assoc.devName);
+  tembra::copyText(assoc.zwNodeWork.location, assoc.devLocation);
+  HaNotice notice{};
+  notice.recordKind = RECORD_ZWAVE;
+  std::memcpy(notice.record, &assoc.zwNodeWork, sizeof assoc.zwNodeWork);
+  const int result = assoc.sendToServers(SERVER_HA, &notice);
+  if (result == 0) {
+    tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending Packet to Haserver Success");
+  } else {
+    tembra::log(assoc, Level::Error, TEMBRA_LOG_PREFIX "Sending Packet to Haserver Failed");
+  }
+  forgetZwaveDevice(assoc);
+  return result;
+}
+
+}  // namespace
+
+void TembraAssociation::setDevType(DevType type) {
+  const StateLock lock;
+  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType");
+  DevId = calculateDevId();
+  // Asked of the Z-Wave record even while a ZigBee device is being added [sic].
+  if (zwNodeWork.proposedType == DEVTYPE_GENERIC_DEVICE) {
+    nameGenericDevice(*this, type);
+  } else {
+    nameClassifiedDevice(*this, type);
+  }
+  devType = type;
+  zbDevice.devType = static_cast<unsigned char>(type);
+  tembra::copyText(devLocation, kDefaultLocation);
+  reportCreated(*this, type);
+  tembra::setCommandType("EditNameLocation");
+}
+
+void TembraAssociation::setDevType2(DevType type) {
+  const StateLock lock;
+  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType2 ***");
+  devType = type;
+  zbDevice.devType = static_cast<unsigned char>(type);
+  zwNodeWork.finalType = type;
+}
+
+void TembraAssociation::setDevName(char* name) {
+  const StateLock lock;
+  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevName");
+  tembra::copyCallersText(devName, name);
+}
+
+void TembraAssociation::setDevLocation(char* location) {
+  const StateLock lock;
+  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevLocation");
+  tembra::copyCallersText(devLocation, location);
+}
+
+int TembraAssociation::addingDone() {
+  const StateLock lock;
+  tembra::setIdle(true);
+  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside addingDone");
+  tembra::logLine(*this, Level::Progress, TEMBRA_LOG_PREFIX "Name:%.*s Location:%.*s",
+                  static_cast<int>(sizeof devName - 1), devName, static_cast<int>(sizeof devLocation - 1), devLocation);
+  return zwNodeWork.deviceKind == DEVICE_ZWAVE ? handOverZwaveDevice(*this) : handOverZigbeeDevice(*this);
+}
+
+int getDefaultDevName(DevType type, int id, char* out) {
+  if (out == nullptr) return 0;
+  char name[tembra::kNumberedNameSize];
+  const int length = tembra::formatNumberedName(name, tembra::DeviceTypeName(type).text(), id);
+  std::memcpy(out, name, static_cast<std::size_t>(length) + 1);
+  return length;
+}

@@ -1,0 +1,161 @@
+// The receive thread: wait for a datagram or a time-out, find out whose it is, run that server's flow.
+#include <sys/socket.h>
+#include <tembra/association.h>
+#include <tembra/globals.h>
+#include <time.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+
+#include "assoc/connection.h"
+#include "assoc/event_delivery.h"
+#include "assoc/receiver/event_buffers.h"
+#include "assoc/receiver/flow.h"
+#include "assoc/receiver/timeouts.h"
+#include "support/log.h"
+#include "support/shared_state.h"
+#include "support/state_lock.h"
+
+namespace tembra {
+namespace {
+
+constexpr timespec kLostDescriptorPause = {0, 100'000'000};
+
+class Receiver {
+ public:
+  explicit Receiver(TembraAssociation& assoc) : assoc_(assoc), connection_(assoc) {}
+
+  void run() {
+    while (receiveOnce()) {
+    }
+    log(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "exited receive thread\n");
+  }
+
+ private:
+  bool receiveOnce();
+  ssize_t await();
+  void timedOut();
+  void reportTimeout();
+  void dispatch();
+
+  TembraAssociation& assoc_;
+  ReceiverLease connection_;
+  sockaddr_in sender_{};
+  int timeoutSeconds_ = kIdleTimeout;
+  unsigned char datagram_[kReceiveBufferSize] = {};
+  EventBuffers events_;
+};
+
+// A descriptor that somebody else closed fails every receive at once; without a pause that would be a busy loop.
+void pauseIfDescriptorIsLost(int error) {
+  if (error == EBADF || error == ENOTSOCK) nanosleep(&kLostDescriptorPause, nullptr);
+}
+
+// One pass of the loop. False when the connection is closed or replaced: then neither the datagram nor the end of the
+// wait means anything any more.
+bool Receiver::receiveOnce() {
+  {
+    const StateLock lock;
+    if (!connection_.isOpen()) return false;
+    ReceiverLease::beginReceive();
+  }
+  const ssize_t received = await();
+  const int error = received < 0 ? errno : 0;
+  ReceiverLease::endReceive();
+  {
+    const StateLock lock;
+    if (!connection_.isOpen()) return false;
+    received < 0 ? timedOut() : dispatch();
+  }
+  pauseIfDescriptorIsLost(error);
+  return true;
+}
+
+// The time-out is set on every pass, and any failure to receive counts as one.
+ssize_t Receiver::await() {
+  const timeval wait = {timeoutSeconds_, 0};
+  if (setsockopt(connection_.descriptor(), SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait) != 0) {
+    std::perror("libTembraAssoc:setsockopt: rcvtimeo");
+  }
+  socklen_t senderLength = sizeof sender_;
+  return recvfrom(connection_.descriptor(), datagram_, sizeof datagram_, 0, reinterpret_cast<sockaddr*>(&sender_),
+                  &senderLength);
+}
+
+// An operation that timed out keeps its time-out and its state: the next wait is as long, and an answer that comes
+// late is handled as if it had come in time.
+void Receiver::timedOut() {
+  logLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Didn't get packet for %d secs", timeoutSeconds_);
+  if (!isIdle()) {
+    reportTimeout();
+  } else {
+    timeoutSeconds_ = kIdleTimeout;
+    log(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "idle timeout set to 180 sec...");
+  }
+}
+
+void Receiver::reportTimeout() {
+  assoc_.sendCancelTo(static_cast<cancel_type>(assoc_.cancelTarget));
+  TimeoutReport report{};
+  report.lastEventCode = assoc_.lastEventCode;
+  std::snprintf(report.json, sizeof report.json,
+                R"({"CommandType":"%.*s", "MobileInternalIndex":"","Success":"false","Reason":"TimeoutReached"})",
+                static_cast<int>(sizeof cmdtype - 1), cmdtype);
+  std::memcpy(events_.a.payload, &report, sizeof report);
+  deliver(assoc_, events_.a, EVENT_TIMEOUT);
+  if (connection_.isSuperseded()) return;
+  assoc_.lastEventCode = 0;
+  assoc_.cancelTarget = 0;
+  setIdle(true);
+}
+
+void Receiver::dispatch() {
+  const Flow flow = {assoc_, connection_, events_, timeoutSeconds_, datagram_};
+  switch (assoc_.findClientType(sender_.sin_addr)) {
+    case CLIENT_ZWAVE:
+      setAssociationMeshId(local_meshID);
+      handleZwave(flow);
+      return;
+    case CLIENT_ZIGBEE:
+    case CLIENT_HUE:
+    case CLIENT_NEST:
+      setAssociationMeshId(local_meshID);
+      return;
+    case CLIENT_HA:
+      log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "\n*** Got data from HA_Server. Not implemented ***\n");
+      return;
+    case CLIENT_MESH:
+      log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "\n*** Got data from Mesh_Server. Not implemented ***\n");
+      return;
+    case CLIENT_UNKNOWN:
+      break;
+  }
+  log(assoc_, Level::Error, TEMBRA_LOG_PREFIX "received command from unknown server\n");
+}
+
+// No wait of an earlier connection is left over; done before the opener goes on, so that an operation that it starts
+// next is not reset.
+void prepare(TembraAssociation& assoc) {
+  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "entered receive thread");
+  setIdle(true);
+  assoc.cancelTarget = 0;
+}
+
+}  // namespace
+}  // namespace tembra
+
+void* TembraAssociation::receiverHelper(void* self) { return static_cast<TembraAssociation*>(self)->receiver(self); }
+
+void* TembraAssociation::receiver(void* self) {
+  auto& assoc = *static_cast<TembraAssociation*>(self);
+  std::optional<tembra::StateLock> lock;
+  if (!tembra::ReceiverLease::openerWaits()) lock.emplace();
+  tembra::prepare(assoc);
+  tembra::Receiver receiver(assoc);
+  lock.reset();
+  tembra::ReceiverLease::started();
+  receiver.run();
+  return nullptr;
+}

@@ -1,0 +1,121 @@
+#include "classify/zwave/device_database.h"
+
+#include <fcntl.h>
+#include <tembra/globals.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <mutex>
+
+char DBName[10] = "/tmp/ddb";
+
+namespace tembra {
+namespace {
+
+constexpr int kOpenMode = DP_OWRITER | DP_OCREAT;
+constexpr int kReopenMode = DP_OWRITER | DP_OCREAT | DP_OSPARSE;
+constexpr int kDefaultBuckets = -1;
+constexpr int kReopenBuckets = 1;
+constexpr int kWholeKey = -1;          // the Depot library takes the key's text length
+constexpr int kRecordHeaderSize = 28;  // of every record in a Depot file
+
+constinit std::mutex turns;
+thread_local bool inSession = false;
+
+void complain(const char* call) { std::fprintf(stderr, "%s: %s\n", call, dperrmsg(dpecode)); }
+
+DEPOT* openRepairing() {
+  DEPOT* depot = dpopen(DBName, kOpenMode, kDefaultBuckets);
+  if (depot != nullptr) return depot;
+  complain("dpopen");
+  dprepair(DBName);  // readable records may be left even when it reports a failure
+  return dpopen(DBName, kReopenMode, kReopenBuckets);
+}
+
+// What the Depot library hands out belongs to the caller.
+using DepotBuffer = std::unique_ptr<char, decltype(&std::free)>;
+
+DepotBuffer readValue(DEPOT* depot, const char* key, std::size_t most, std::size_t& size) {
+  int stored = 0;
+  DepotBuffer value(dpget(depot, key, kWholeKey, 0, static_cast<int>(most), &stored), &std::free);
+  size = static_cast<std::size_t>(std::max(stored, 0));
+  return value;
+}
+
+bool isDeviceKey(const char* key) {
+  return std::strcmp(key, "NextDevid") != 0 && std::strcmp(key, "Version") != 0 && std::strchr(key, '.') == nullptr;
+}
+
+}  // namespace
+
+StoredDevice::StoredDevice(const char* value, std::size_t size) : size_(std::min(size, sizeof record_)) {
+  if (size_ > 0) std::memcpy(&record_, value, size_);
+}
+
+bool StoredDevice::isZwaveNode(unsigned char node) const {
+  constexpr std::size_t comparedEnd = offsetof(DeviceRecord, radioKind) + sizeof(DeviceRecord::radioKind);
+  // The low byte only: node 261 passes for node 5 [sic].
+  return size_ >= comparedEnd && record_.radioKind == RADIO_ZWAVE &&
+         static_cast<unsigned char>(record_.zwaveNode) == node;
+}
+
+DatabaseTurn::DatabaseTurn() : ours_(!inSession) {
+  if (!ours_) return;
+  turns.lock();
+  inSession = true;
+}
+
+DatabaseTurn::~DatabaseTurn() {
+  if (!ours_) return;
+  inSession = false;
+  turns.unlock();
+}
+
+DatabaseSession::DatabaseSession() {
+  if (!turn_.isOurs()) return;
+  depot_ = openRepairing();
+  if (depot_ == nullptr) {
+    deletionResult_ = std::remove(DBName);
+  } else {
+    fcntl(dpfdesc(depot_), F_SETFD, FD_CLOEXEC);
+  }
+}
+
+DatabaseSession::~DatabaseSession() {
+  if (depot_ != nullptr && dpclose(depot_) == 0) complain("dpclose");
+}
+
+bool DatabaseSession::readText(const char* key, char* out, std::size_t size) {
+  std::size_t length = 0;
+  const DepotBuffer value = readValue(depot_, key, size - 1, length);
+  if (value == nullptr) return false;
+  std::memcpy(out, value.get(), length);
+  out[length] = '\0';
+  return true;
+}
+
+// The walk of a damaged file may turn back; no file holds more keys than record headers fit into it.
+DatabaseSession::DeviceWalk::DeviceWalk(DEPOT* depot) : depot_(depot), keysLeft_(dpfsiz(depot) / kRecordHeaderSize) {
+  if (dpiterinit(depot) == 0) complain("dpiterinit");
+}
+
+// Every key's value is read, also of keys that are no devices: one that cannot be read ends the walk.
+const StoredDevice* DatabaseSession::DeviceWalk::next() {
+  for (; keysLeft_ > 0; --keysLeft_) {
+    const DepotBuffer key(dpiternext(depot_, nullptr), &std::free);
+    if (key == nullptr) return nullptr;
+    std::size_t size = 0;
+    const DepotBuffer value = readValue(depot_, key.get(), sizeof(DeviceRecord), size);
+    if (value == nullptr) return nullptr;
+    if (!isDeviceKey(key.get())) continue;
+    device_ = StoredDevice(value.get(), size);
+    --keysLeft_;
+    return &device_;
+  }
+  return nullptr;
+}
+
+}  // namespace tembra

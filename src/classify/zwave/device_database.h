@@ -1,0 +1,94 @@
+// Read access to the HA server's device database, a Depot file that other processes write.
+#ifndef TEMBRA_CLASSIFY_ZWAVE_DEVICE_DATABASE_H
+#define TEMBRA_CLASSIFY_ZWAVE_DEVICE_DATABASE_H
+
+#include <depot.h>
+#include <tembra/association.h>
+#include <tembra/records.h>
+
+#include <cstddef>
+
+#include "support/state_lock.h"
+
+namespace tembra {
+
+/// One device value, copied into a zeroed record: whatever the file holds, its fields can be read.
+class StoredDevice {
+ public:
+  StoredDevice(const char* value, std::size_t size);
+
+  [[nodiscard]] const DeviceRecord& record() const { return record_; }
+
+  /// Whether the value is a Z-Wave device with this node id. A value that ends before the compared fields never is.
+  [[nodiscard]] bool isZwaveNode(unsigned char node) const;
+
+ private:
+  DeviceRecord record_{};
+  std::size_t size_;
+};
+
+/// Keeps the sessions of a process apart: the file's lock is per process, and a second session of the same process
+/// would break the file for everybody.
+class DatabaseTurn {
+ public:
+  DatabaseTurn();
+  ~DatabaseTurn();
+  DatabaseTurn(const DatabaseTurn&) = delete;
+  DatabaseTurn& operator=(const DatabaseTurn&) = delete;
+
+  /// False on a thread that has a session already (the router's Logger may call the library back): it gets no second.
+  [[nodiscard]] bool isOurs() const { return ours_; }
+
+ private:
+  bool ours_;
+};
+
+/// The database, opened for the life of the object. The calling thread's hold on the state lock is given up from
+/// before the wait for the file until after the file is closed; nobody who holds the state lock ever waits for a
+/// session, so what a session finds may be stored under the state lock at once.
+class DatabaseSession {
+ public:
+  /// Waits for the writer's lock, without limit. A file that does not open is repaired and opened again; one that
+  /// does not open then either is deleted, so that the HA server makes a new one.
+  DatabaseSession();
+  ~DatabaseSession();
+  DatabaseSession(const DatabaseSession&) = delete;
+  DatabaseSession& operator=(const DatabaseSession&) = delete;
+
+  [[nodiscard]] bool isOpen() const { return depot_ != nullptr; }
+
+  /// Result of deleting the file when it could not be opened.
+  [[nodiscard]] int deletionResult() const { return deletionResult_; }
+
+  /// Reads a text of at most `size` - 1 bytes. False, with `out` untouched, when the key does not exist.
+  bool readText(const char* key, char* out, std::size_t size);
+
+  /// Calls `visit` for every device in file order; ends early when a value cannot be read.
+  template <typename Visit>
+  void forEachDevice(Visit visit) {
+    DeviceWalk walk(depot_);
+    while (const StoredDevice* device = walk.next()) visit(*device);
+  }
+
+ private:
+  class DeviceWalk {
+   public:
+    explicit DeviceWalk(DEPOT* depot);
+    /// The next device, valid until the next call; null at the end.
+    const StoredDevice* next();
+
+   private:
+    DEPOT* depot_;
+    int keysLeft_;
+    StoredDevice device_{nullptr, 0};
+  };
+
+  const StateUnlocked unlocked_;
+  const DatabaseTurn turn_;
+  DEPOT* depot_ = nullptr;
+  int deletionResult_ = -1;
+};
+
+}  // namespace tembra
+
+#endif

@@ -1,0 +1,28 @@
+// The id that the next device gets.
+#include <tembra/association.h>
+#include <tembra/globals.h>
+
+#include <cstdlib>
+
+#include "classify/zwave/device_database.h"
+#include "support/state_lock.h"
+
+namespace {
+
+constexpr std::size_t kIdTextSize = 11;  // at most 10 characters are read
+constexpr int kNoDatabase = -1;
+
+}  // namespace
+
+int TembraAssociation::calculateDevId() {
+  const tembra::StateLock lock;
+  char text[kIdTextSize] = {};
+  bool found = false;
+  {
+    tembra::DatabaseSession database;
+    if (!database.isOpen()) return kNoDatabase;
+    found = database.readText("NextDevid", text, sizeof text);
+  }
+  if (found) DevId = std::atoi(text);
+  return DevId;
+}

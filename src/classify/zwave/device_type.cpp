@@ -1,0 +1,85 @@
+// Classification of a new Z-Wave node, and the working copy that is handed over later.
+#include <tembra/association.h>
+#include <tembra/globals.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "assoc/device_type_name.h"
+#include "classify/zwave/node_classes.h"
+#include "support/log.h"
+#include "support/state_lock.h"
+#include "support/text.h"
+
+using tembra::Level;
+using tembra::StateLock;
+
+namespace {
+
+constexpr unsigned char kAddedMark = 255;
+constexpr unsigned char kListEnd = 0xFF;  // of a received list of command classes; the working copy's ends with 0
+constexpr std::size_t kListRoom = sizeof ZwNodeInfo::commandClasses;
+
+// Copies the list into the working copy, and formats it. A received list without an end fills the field; then there
+// is no room for the working copy's end, and the basic class behind the field is left alone.
+void copyCommandClasses(TembraAssociation& assoc) {
+  char line[sizeof tempStr];
+  int length = std::snprintf(line, sizeof line, "node %d Supported Command Classes:", assoc.zwNodeRx.nodeId);
+  for (std::size_t i = 0; i < kListRoom && assoc.zwNodeRx.commandClasses[i] != kListEnd; ++i) {
+    const unsigned char commandClass = assoc.zwNodeRx.commandClasses[i];
+    assoc.zwNodeWork.commandClasses[i] = commandClass;
+    if (i + 1 < kListRoom) assoc.zwNodeWork.commandClasses[i + 1] = 0;
+    length += std::snprintf(line + length, sizeof line - static_cast<std::size_t>(length), "0x%.2x ", commandClass);
+  }
+  tembra::logLine(assoc, Level::Progress, "%s", line);  // [sic] no prefix
+}
+
+bool hasAll(TembraAssociation& assoc, const unsigned char (&required)[tembra::NodeClass::kMostRequired]) {
+  for (const unsigned char commandClass : required) {
+    if (commandClass == 0) break;
+    if (assoc.CommandExists(assoc.zwNodeRx.commandClasses, commandClass) == 0) return false;
+  }
+  return required[0] != 0;
+}
+
+DevType classify(TembraAssociation& assoc) {
+  const auto& row = tembra::findNodeClass(assoc.zwNodeRx.genericClass, assoc.zwNodeRx.specificClass);
+  const DevType type = hasAll(assoc, row.required) ? row.typeIfRequired : row.type;
+  assoc.zwNodeWork.proposedType = type;
+  tembra::log(assoc, Level::Progress, row.text);
+  return type;
+}
+
+}  // namespace
+
+int TembraAssociation::CommandExists(unsigned char* list, unsigned char commandClass) {
+  const StateLock lock;
+  for (std::size_t i = 0; i < kListRoom && list[i] != kListEnd; ++i) {
+    if (list[i] != commandClass) continue;
+    tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "cmd matched");
+    return 1;
+  }
+  return 0;
+}
+
+int TembraAssociation::ZW_createDeviceType() {
+  const StateLock lock;
+  DevId = calculateDevId();
+  copyCommandClasses(*this);
+  if (zwNodeRx.basicClass == 0) {
+    tembra::log(*this, Level::Error, TEMBRA_LOG_PREFIX "BasicType is 0,so skipping Device addition");
+    return 0;
+  }
+  const DevType type = classify(*this);
+  if (type == DEVTYPE_GENERIC_DEVICE) ZW_indexToEnum(reinterpret_cast<unsigned char*>(zwNodeRx.values));
+  zwNodeWork.deviceKind = DEVICE_ZWAVE;
+  zwNodeWork.nodeId = zwNodeRx.nodeId;
+  classifiedType = type;
+  tembra::setNumberedName(devName, tembra::DeviceTypeName(type).text(), DevId);
+  tembra::copyText(zwNodeWork.name, devName);
+  zwNodeWork.requestMark = kAddedMark;
+  tembra::logLine(*this, Level::Progress,
+                  TEMBRA_LOG_PREFIX "Device Basic Type:0x%.2x, Generic Type:0x%.2x, Specific Type:0x%.2x,Nodeid:%d",
+                  zwNodeRx.basicClass, zwNodeRx.genericClass, zwNodeRx.specificClass, zwNodeRx.nodeId);
+  return 1;
+}

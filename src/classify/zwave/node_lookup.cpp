@@ -1,0 +1,86 @@
+// Z-Wave nodes in the device database: is one known, and telling the HA server to drop one.
+#include <tembra/association.h>
+
+#include <cstring>
+
+#include "classify/zwave/device_database.h"
+#include "support/log.h"
+#include "support/state_lock.h"
+#include "support/text.h"
+
+using tembra::Level;
+using tembra::StateLock;
+
+namespace {
+
+constexpr unsigned char kRemovedMark = 254;
+constexpr char kRemoveAllText[] = "removeAllDevices";
+
+// [sic] The line says "Removing" also when a node is only looked up.
+void rememberRemoved(TembraAssociation& assoc, const DeviceRecord& device) {
+  tembra::copyText(assoc.removedName, device.name);
+  assoc.removedId = device.id;
+  tembra::logLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Removing Zwave device %d",
+                  static_cast<int>(device.zwaveNode));
+}
+
+// The notice carries the working copy as it stands: what is left of an earlier add travels along.
+void sendRemovalNotice(TembraAssociation& assoc) {
+  assoc.zwNodeWork.nodeId = assoc.zwNodeRx.nodeId;
+  assoc.zwNodeWork.deviceKind = DEVICE_ZWAVE;
+  assoc.zwNodeWork.requestMark = kRemovedMark;
+  HaNotice notice{};
+  notice.recordKind = RECORD_ZWAVE;
+  std::memcpy(notice.record, &assoc.zwNodeWork, sizeof assoc.zwNodeWork);
+  if (assoc.sendToServers(SERVER_HA, &notice) == -1) {
+    tembra::log(assoc, Level::Error, TEMBRA_LOG_PREFIX "sending failed to haserver");
+  } else {
+    tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "device removed sending success to haserver");
+  }
+}
+
+// Calls `found` under the state lock for every device of the received node.
+template <typename Found>
+void forEachDeviceOfNode(tembra::DatabaseSession& database, unsigned char node, Found found) {
+  database.forEachDevice([&](const tembra::StoredDevice& device) {
+    if (!device.isZwaveNode(node)) return;
+    const StateLock lock;
+    found(device.record());
+  });
+}
+
+}  // namespace
+
+int TembraAssociation::ZW_checkNodeExists() {
+  const StateLock lock;
+  const unsigned char node = zwNodeRx.nodeId;
+  int exists = 0;
+  tembra::DatabaseSession database;
+  if (!database.isOpen()) return 0;
+  forEachDeviceOfNode(database, node, [&](const DeviceRecord& device) {
+    rememberRemoved(*this, device);
+    exists = 1;
+  });
+  return exists;
+}
+
+int TembraAssociation::ZW_removeNode() {
+  const StateLock lock;
+  const unsigned char node = zwNodeRx.nodeId;
+  tembra::DatabaseSession database;
+  if (!database.isOpen()) return database.deletionResult();
+  forEachDeviceOfNode(database, node, [&](const DeviceRecord& device) {
+    rememberRemoved(*this, device);
+    sendRemovalNotice(*this);
+  });
+  return 0;
+}
+
+void TembraAssociation::removeAllDevices() {
+  const StateLock lock;
+  HaNotice notice{};
+  notice.recordKind = RECORD_ZIGBEE;
+  std::memcpy(notice.record, kRemoveAllText, sizeof kRemoveAllText);
+  tembra::log(*this, Level::Detail, TEMBRA_LOG_PREFIX "Sending removeAllDevices to haserver");
+  sendToServers(SERVER_HA, &notice);
+}

@@ -1,0 +1,33 @@
+// The library's one lock: it guards the object's fields and the shared globals.
+#ifndef TEMBRA_SUPPORT_STATE_LOCK_H
+#define TEMBRA_SUPPORT_STATE_LOCK_H
+
+namespace tembra {
+
+/// Holds the lock for a public call or a step of the receive thread. It nests, because the router's Logger, which is
+/// called with the lock held, may call the library back.
+class StateLock {
+ public:
+  StateLock();
+  ~StateLock();
+  StateLock(const StateLock&) = delete;
+  StateLock& operator=(const StateLock&) = delete;
+};
+
+/// Gives up the calling thread's hold on the lock, however deep, for as long as something is awaited: a callback, a
+/// sleep, the database's file lock, another thread. Afterwards the hold is as it was; what the lock guards may have
+/// changed in between. Does nothing on a thread that does not hold the lock.
+class StateUnlocked {
+ public:
+  StateUnlocked();
+  ~StateUnlocked();
+  StateUnlocked(const StateUnlocked&) = delete;
+  StateUnlocked& operator=(const StateUnlocked&) = delete;
+
+ private:
+  int depth_;
+};
+
+}  // namespace tembra
+
+#endif
