@@ -3,11 +3,11 @@
 
 #include <fcntl.h>
 #include <pthread.h>
-#include <signal.h>
 #include <sys/socket.h>
 #include <tembra/endpoints.h>
 #include <tembra/globals.h>
 #include <unistd.h>
+#include <csignal>
 
 #include <cstdlib>
 

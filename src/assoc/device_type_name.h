@@ -30,9 +30,9 @@ class DeviceTypeName {
   char text_[512] = {};
 };
 
-/// Formats "<word> #<id>". @return its length.
+/// Formats "<word> #<id>", the word cut at 179 characters. @return its length.
 inline int formatNumberedName(char (&out)[kNumberedNameSize], const char* word, int id) {
-  return std::snprintf(out, sizeof out, "%s #%d", word, id);
+  return std::snprintf(out, sizeof out, "%.*s #%d", static_cast<int>(kDeviceNameSize - 1), word, id);
 }
 
 /// Puts "<word> #<id>" into a device's name field; bytes behind its NUL keep their value.

@@ -3,7 +3,7 @@
 #define TEMBRA_SUPPORT_GATE_H
 
 #include <pthread.h>
-#include <time.h>
+#include <ctime>
 
 namespace tembra {
 

@@ -2,7 +2,7 @@
 #include <sys/socket.h>
 #include <tembra/association.h>
 #include <tembra/globals.h>
-#include <time.h>
+#include <ctime>
 
 #include <cerrno>
 #include <cstdio>
