@@ -6,8 +6,11 @@
 #include <tembra/endpoints.h>    // where the daemons are
 #include <tembra/events.h>       // what the callback hears
 #include <tembra/globals.h>      // library-wide state
+#include <tembra/hue.h>          // bridge ids and MAC texts
+#include <tembra/names.h>        // display texts of Z-Wave numbers
 #include <tembra/platform.h>     // what the router provides
 #include <tembra/records.h>      // what travels
+#include <tembra/rules.h>        // how ZigBee devices are classified, as data
 #include <tembra/vocabulary.h>   // the numbers
 
 #endif

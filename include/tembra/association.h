@@ -154,6 +154,29 @@ class TEMBRA_API TembraAssociation {
   /// @return 0 when sent, -1 when not.
   int addingDone();
 
+  // ---- Hue bridges and lamps, the Nest account ----------------------------------------------------------------------
+
+  // Commands to the Hue server. Each marks an operation as in progress and returns the address of `idle`, which the
+  // answer or a time-out sets back to 1; the answer comes as one of the EVENT_HUE codes. MAC texts are "a1:b2:...", a
+  // second text is cut at 49 characters; null means empty.
+  unsigned char* Hue_initiateAdd();                  ///< discovers bridges
+  unsigned char* Hue_addBridge(char* mac);           ///< adds a bridge; its link button has to be pressed
+  unsigned char* Hue_addDev(char* mac, char* text);  ///< adds a lamp
+  unsigned char* Hue_refreshBridge(char* mac, char* text);
+  unsigned char* Hue_remove(char* mac);
+
+  /// The known bridges and their users as JSON, at most 20:
+  /// {"MAClist":[{"mac":"a1:b2:c3:0a:1b:2c","username":"..."}]}
+  /// @return a text that the caller releases with free(); null when the database cannot be opened or memory is short.
+  char* Hue_getBridgeList();
+
+  /// 1 when an authorisation code of a Nest account is stored, else 0.
+  int Nest_checkExist();
+
+  // Commands to the Nest server; like the Hue commands. A text is cut at 247 characters.
+  unsigned char* Nest_add(char* text);
+  unsigned char* Nest_remove();
+
   // ---- Classification, called by the receive thread ---------------------------------------------------------------
 
   /// 1 when the device database holds the Z-Wave node of zwNodeRx, else 0. On a match removedName and removedId are
@@ -181,6 +204,21 @@ class TEMBRA_API TembraAssociation {
   /// The id that the next device gets, also stored in DevId; -1 (and DevId unchanged) when the database cannot be
   /// opened. Waits for the database's file lock.
   int calculateDevId();
+
+  /// The device-type name of an IAS zone type, for the manufacturer and model of zbDevice; never null.
+  const char* GetDeviceTypeInStringFormat(unsigned short zoneType);
+
+  /// Classifies zbDevice by its clusters (see <tembra/rules.h>): its type, default name and index table. @return 0, or
+  /// -1 for a metering switch whose measured values are missing; the record is then half-written.
+  int validate_DeviceType();
+
+  /// Takes a new device id and classifies zbDevice. @return the result of validate_DeviceType.
+  int zb_createAnyDevice();
+
+  /// Finds the device with this address in the device database: removedName and removedId are that device's, with
+  /// several the last one's. @return 0 when found, -1 when not (zbDevice.msgCode is then 12), the result of deleting
+  /// the database when it could not be opened.
+  int zb_removeNode(unsigned short shortAddress);
 
   /// Writes the types that a user may choose instead of `type` into `out`, which the caller cleared (at most 6
   /// entries). @return the last entry written, or `out` when none was.

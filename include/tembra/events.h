@@ -84,4 +84,17 @@ TEMBRA_FIELD_AT(DeviceReport, at561, 561);
 TEMBRA_FIELD_AT(DeviceReport, subTypes, 564);
 TEMBRA_FIELD_AT(DeviceReport, json, 764);
 
+/// Payload of EVENT_HUE_BRIDGES, 3256 bytes: slot i of each table is one bridge.
+struct HueBridgeList {
+  char mac[25][30];
+  char address[25][50];  ///< IP address
+  unsigned char at2000[1252];
+  int count;  ///< number of slots filled
+};
+static_assert(sizeof(HueBridgeList) == 3256, "a bridge list is 3256 bytes");
+TEMBRA_FIELD_AT(HueBridgeList, mac, 0);
+TEMBRA_FIELD_AT(HueBridgeList, address, 750);
+TEMBRA_FIELD_AT(HueBridgeList, at2000, 2000);
+TEMBRA_FIELD_AT(HueBridgeList, count, 3252);
+
 #endif

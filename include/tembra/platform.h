@@ -22,4 +22,17 @@ TEMBRA_API void DevtypeEnumToStr(DevType type, char* out);
 /// The number of a device-type name; 0 when the name is not known.
 TEMBRA_API DevType StrToDevType(const char* name);
 
+/// A token of a JSON text: a string's text without its quotes (escapes as they stand), or any other value's text.
+struct JsonToken {
+  const char* ptr;  ///< into the text that was parsed
+  int len;
+};
+
+/// Splits the JSON object at the beginning of a text of `length` bytes into tokens; what follows the object is
+/// ignored. @return an array to be released with free(), or null when there is no object.
+TEMBRA_API JsonToken* parse_json2(const char* text, int length);
+
+/// The value of the member named `path` of the outermost object. @return null when there is none.
+TEMBRA_API JsonToken* find_json_token(JsonToken* tokens, const char* path);
+
 #endif

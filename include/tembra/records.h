@@ -191,4 +191,60 @@ static_assert(sizeof(HaNotice) == 4100, "an HA notice is 4100 bytes");
 TEMBRA_FIELD_AT(HaNotice, recordKind, 0);
 TEMBRA_FIELD_AT(HaNotice, record, 4);
 
+/// Command to the Hue server, 304 bytes.
+struct HueCommand {
+  unsigned char at0[120];
+  char argument[50];     ///< lamp or user text
+  char bridgeId[50];     ///< bridge id, see RevertHueMac
+  unsigned int command;  ///< 100 add bridge, 105 add lamp, 106 refresh, 109 remove, 114 discover
+  unsigned char at224[80];
+};
+static_assert(sizeof(HueCommand) == 304, "a Hue command is 304 bytes");
+TEMBRA_FIELD_AT(HueCommand, at0, 0);
+TEMBRA_FIELD_AT(HueCommand, argument, 120);
+TEMBRA_FIELD_AT(HueCommand, bridgeId, 170);
+TEMBRA_FIELD_AT(HueCommand, command, 220);
+TEMBRA_FIELD_AT(HueCommand, at224, 224);
+
+/// One bridge of a Hue answer: a JSON object with the members "id" and "internalipaddress".
+struct HueAnswerEntry {
+  char json[65];
+};
+static_assert(sizeof(HueAnswerEntry) == 65, "an entry is 65 bytes");
+
+/// Answer of the Hue server, 3260 bytes.
+struct HueAnswer {
+  int type;                    ///< result type
+  int count;                   ///< number of entries
+  HueAnswerEntry entries[50];  ///< bridges found, for result type 0
+  unsigned char at3258[2];
+};
+static_assert(sizeof(HueAnswer) == 3260, "a Hue answer is 3260 bytes");
+TEMBRA_FIELD_AT(HueAnswer, type, 0);
+TEMBRA_FIELD_AT(HueAnswer, count, 4);
+TEMBRA_FIELD_AT(HueAnswer, entries, 8);
+TEMBRA_FIELD_AT(HueAnswer, at3258, 3258);
+
+/// Command to the Nest server, 256 bytes.
+struct NestCommand {
+  int at0;
+  unsigned int command;  ///< 100 add, 109 remove
+  char text[248];
+};
+static_assert(sizeof(NestCommand) == 256, "a Nest command is 256 bytes");
+TEMBRA_FIELD_AT(NestCommand, at0, 0);
+TEMBRA_FIELD_AT(NestCommand, command, 4);
+TEMBRA_FIELD_AT(NestCommand, text, 8);
+
+/// Answer of the Nest server, 12 bytes.
+struct NestAnswer {
+  int command;
+  int status;
+  int value;
+};
+static_assert(sizeof(NestAnswer) == 12, "a Nest answer is 12 bytes");
+TEMBRA_FIELD_AT(NestAnswer, command, 0);
+TEMBRA_FIELD_AT(NestAnswer, status, 4);
+TEMBRA_FIELD_AT(NestAnswer, value, 8);
+
 #endif

@@ -187,4 +187,123 @@ enum IndexType : int {
   INDEX_CENTRAL_SCENE = 117
 };
 
+// ---- Enumerations of the Z-Wave driver
+// -------------------------------------------------------------------------------
+
+/// Operation code of a Z-Wave command.
+enum ozw_OperationCode : int {
+  ozw_Code_None = 0,
+  ozw_Code_ControllerCommandOperation,
+  ozw_Code_SetValueOperation,
+  ozw_Code_GetValueOperation,
+  ozw_Code_CancelCommandOperation,
+  ozw_Code_ResetCommandOperation,
+  ozw_Code_DisableNotificationOperation,
+  ozw_Code_EnableNotificationOperation,
+  ozw_Code_ControllerUpdateOperation,
+  ozw_Code_NotificationOperation,
+  ozw_Code_SetSwitchAllOn,
+  ozw_Code_SetSwitchAllOff,
+  ozw_Code_SendTestPackets,
+  ozw_Code_SetRxPowerUp,
+  ozw_Code_SetRxPowerDown,
+  ozw_Code_UpdateValueOperation
+};
+
+/// Controller command of a Z-Wave command.
+enum ozw_ControllerCommand : int {
+  ozw_ControllerCommand_None = 0,
+  ozw_ControllerCommand_AddDevice,
+  ozw_ControllerCommand_CreateNewPrimary,
+  ozw_ControllerCommand_ReceiveConfiguration,
+  ozw_ControllerCommand_RemoveDevice,
+  ozw_ControllerCommand_RemoveFailedNode,
+  ozw_ControllerCommand_HasNodeFailed,
+  ozw_ControllerCommand_ReplaceFailedNode,
+  ozw_ControllerCommand_TransferPrimaryRole,
+  ozw_ControllerCommand_RequestNetworkUpdate,
+  ozw_ControllerCommand_RequestNodeNeighborUpdate,
+  ozw_ControllerCommand_AssignReturnRoute,
+  ozw_ControllerCommand_DeleteAllReturnRoutes,
+  ozw_ControllerCommand_SendNodeInformation,
+  ozw_ControllerCommand_ReplicationSend,
+  ozw_ControllerCommand_CreateButton,
+  ozw_ControllerCommand_DeleteButton
+};
+
+enum ozw_NotificationType : int {
+  ozw_Type_ValueAdded = 0,
+  ozw_Type_ValueRemoved,
+  ozw_Type_ValueChanged,
+  ozw_Type_ValueRefreshed,
+  ozw_Type_Group,
+  ozw_Type_NodeNew,
+  ozw_Type_NodeAdded,
+  ozw_Type_NodeRemoved,
+  ozw_Type_NodeProtocolInfo,
+  ozw_Type_NodeNaming,
+  ozw_Type_NodeEvent,
+  ozw_Type_PollingDisabled,
+  ozw_Type_PollingEnabled,
+  ozw_Type_SceneEvent,
+  ozw_Type_CreateButton,
+  ozw_Type_DeleteButton,
+  ozw_Type_ButtonOn,
+  ozw_Type_ButtonOff,
+  ozw_Type_DriverReady,
+  ozw_Type_DriverFailed,
+  ozw_Type_DriverReset,
+  ozw_Type_EssentialNodeQueriesComplete,
+  ozw_Type_NodeQueriesComplete,
+  ozw_Type_AwakeNodesQueried,
+  ozw_Type_AllNodesQueriedSomeDead,
+  ozw_Type_AllNodesQueried,
+  ozw_Type_Notification
+};
+
+enum ozw_ControllerState : int {
+  ozw_State_NoCommand = 0,
+  ozw_State_Starting,
+  ozw_State_Cancelled,
+  ozw_State_Error,
+  ozw_State_WaitingForUser,
+  ozw_State_Sleeping,
+  ozw_State_Communicating,
+  ozw_State_Completed,
+  ozw_State_Failed,
+  ozw_State_NodeOk,
+  ozw_State_NodeFailed
+};
+
+enum ozw_ControllerError : int {
+  ozw_Error_None = 0,
+  ozw_Error_ButtonNotFound,
+  ozw_Error_NodeNotFound,
+  ozw_Error_NotBridge,
+  ozw_Error_NotStaticUpdateController,
+  ozw_Error_NotSecondary,
+  ozw_Error_NotPrimary,
+  ozw_Error_IsPrimary,
+  ozw_Error_NotFound,
+  ozw_Error_Busy,
+  ozw_Error_Failed,
+  ozw_Error_Disabled,
+  ozw_Error_Overflow
+};
+
+enum ozw_ValueGenre : int { ozw_Genre_Basic = 0, ozw_Genre_User, ozw_Genre_Config, ozw_Genre_System, ozw_Genre_Count };
+
+enum ozw_ValueType : int {
+  ozw_ValueType_Bool = 0,
+  ozw_ValueType_Byte,
+  ozw_ValueType_Decimal,
+  ozw_ValueType_Int,
+  ozw_ValueType_List,
+  ozw_ValueType_Schedule,
+  ozw_ValueType_String,
+  ozw_ValueType_Short,
+  ozw_ValueType_Button,
+  ozw_ValueType_Raw
+};
+
 #endif

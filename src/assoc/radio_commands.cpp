@@ -31,21 +31,17 @@ constexpr ZigbeeTexts kZigbeeTexts[] = {
 };
 constexpr const char* kZigbeeResetSecondText = "option button0";
 
-// Operation codes and controller commands of the Z-Wave driver.
-enum DriverOperation : int { kControllerCommand = 1, kCancelCommand = 4, kResetCommand = 5 };
-enum DriverControllerCommand : int { kNoCommand = 0, kAddDevice = 1, kRemoveDevice = 4 };
-
 struct ZwaveCodes {
   zwave_cmd command;
-  DriverOperation operation;
-  DriverControllerCommand controllerCommand;
+  ozw_OperationCode operation;
+  ozw_ControllerCommand controllerCommand;
 };
 
 constexpr ZwaveCodes kZwaveCodes[] = {
-    {zwave_cmd_add, kControllerCommand, kAddDevice},
-    {zwave_cmd_remove, kControllerCommand, kRemoveDevice},
-    {zwave_cmd_reset, kResetCommand, kNoCommand},
-    {zwave_cmd_cancel, kCancelCommand, kNoCommand},
+    {zwave_cmd_add, ozw_Code_ControllerCommandOperation, ozw_ControllerCommand_AddDevice},
+    {zwave_cmd_remove, ozw_Code_ControllerCommandOperation, ozw_ControllerCommand_RemoveDevice},
+    {zwave_cmd_reset, ozw_Code_ResetCommandOperation, ozw_ControllerCommand_None},
+    {zwave_cmd_cancel, ozw_Code_CancelCommandOperation, ozw_ControllerCommand_None},
 };
 
 // Sleeps the whole time, whatever signals arrive, and keeps no one waiting meanwhile.

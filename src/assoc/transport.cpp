@@ -21,14 +21,11 @@ struct Destination {
   const int* addressLength;
 };
 
-constexpr std::size_t kHueCommandLength = 304;
-constexpr std::size_t kNestCommandLength = 256;
-
 constexpr Destination kDestinations[] = {
     {SERVER_ZIGBEE, sizeof(ZigbeeCommand), &adr_zigbee, &len_zigbee},
     {SERVER_ZWAVE, sizeof(ZwaveCommand), &adr_ozw, &len_ozw},
-    {SERVER_HUE, kHueCommandLength, &adr_hueserver, &len_hueserver},
-    {SERVER_NEST, kNestCommandLength, &adr_nest, &len_nest},
+    {SERVER_HUE, sizeof(HueCommand), &adr_hueserver, &len_hueserver},
+    {SERVER_NEST, sizeof(NestCommand), &adr_nest, &len_nest},
     {SERVER_HA, sizeof(HaNotice), &adr_ha_assoc, &len_ha_assoc},
 };
 

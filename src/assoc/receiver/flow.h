@@ -26,10 +26,24 @@ struct Flow {
     deliver(assoc, event, code, source);
     return !connection.isSuperseded();
   }
+
+  /// The same for an event that leaves the source word as it is.
+  [[nodiscard]] bool tell(AssocEvent& event, AssocEventCode code) const {
+    deliver(assoc, event, code);
+    return !connection.isSuperseded();
+  }
 };
 
-/// One datagram of the Z-Wave server; call with the state lock held.
+// One datagram of each server; call with the state lock held.
 void handleZwave(const Flow& flow);
+void handleZigbee(const Flow& flow);
+void handleHue(const Flow& flow);
+void handleNest(const Flow& flow);
+
+/// The web server's connection closes after every Hue or Nest answer, so that another front end can open one.
+inline void closeForWebServer(const Flow& flow) {
+  if (flow.assoc.clientRole == ROLE_WEB_SERVER) flow.assoc.closeAssocConnection();
+}
 
 }  // namespace tembra
 

@@ -39,6 +39,7 @@ class Receiver {
   void timedOut();
   void reportTimeout();
   void dispatch();
+  void runFlow(void (*handle)(const Flow&));
 
   TembraAssociation& assoc_;
   ReceiverLease connection_;
@@ -111,28 +112,30 @@ void Receiver::reportTimeout() {
   setIdle(true);
 }
 
+// The answers of four servers have a flow each; only those make the association this router's own.
 void Receiver::dispatch() {
-  const Flow flow = {assoc_, connection_, events_, timeoutSeconds_, datagram_};
   switch (assoc_.findClientType(sender_.sin_addr)) {
     case CLIENT_ZWAVE:
-      setAssociationMeshId(local_meshID);
-      handleZwave(flow);
-      return;
+      return runFlow(handleZwave);
     case CLIENT_ZIGBEE:
+      return runFlow(handleZigbee);
     case CLIENT_HUE:
+      return runFlow(handleHue);
     case CLIENT_NEST:
-      setAssociationMeshId(local_meshID);
-      return;
+      return runFlow(handleNest);
     case CLIENT_HA:
-      log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "\n*** Got data from HA_Server. Not implemented ***\n");
-      return;
+      return log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "\n*** Got data from HA_Server. Not implemented ***\n");
     case CLIENT_MESH:
-      log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "\n*** Got data from Mesh_Server. Not implemented ***\n");
-      return;
+      return log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "\n*** Got data from Mesh_Server. Not implemented ***\n");
     case CLIENT_UNKNOWN:
       break;
   }
   log(assoc_, Level::Error, TEMBRA_LOG_PREFIX "received command from unknown server\n");
+}
+
+void Receiver::runFlow(void (*handle)(const Flow&)) {
+  setAssociationMeshId(local_meshID);
+  handle({assoc_, connection_, events_, timeoutSeconds_, datagram_});
 }
 
 // No wait of an earlier connection is left over; done before the opener goes on, so that an operation that it starts

@@ -10,6 +10,8 @@
 #include <memory>
 #include <mutex>
 
+#include "support/text.h"
+
 char DBName[10] = "/tmp/ddb";
 
 namespace tembra {
@@ -52,14 +54,22 @@ bool isDeviceKey(const char* key) {
 }  // namespace
 
 StoredDevice::StoredDevice(const char* value, std::size_t size) : size_(std::min(size, sizeof record_)) {
-  if (size_ > 0) std::memcpy(&record_, value, size_);
+  std::memcpy(&record_, value, size_);
 }
 
-bool StoredDevice::isZwaveNode(unsigned char node) const {
+bool StoredDevice::isOfRadio(RadioKind kind) const {
   constexpr std::size_t comparedEnd = offsetof(DeviceRecord, radioKind) + sizeof(DeviceRecord::radioKind);
-  // The low byte only: node 261 passes for node 5 [sic].
-  return size_ >= comparedEnd && record_.radioKind == RADIO_ZWAVE &&
-         static_cast<unsigned char>(record_.zwaveNode) == node;
+  return size_ >= comparedEnd && record_.radioKind == kind;
+}
+
+// The low byte only: node 261 passes for node 5 [sic].
+bool StoredDevice::isZwaveNode(unsigned char node) const {
+  return isOfRadio(RADIO_ZWAVE) && static_cast<unsigned char>(record_.zwaveNode) == node;
+}
+
+bool StoredDevice::hasZigbeeAddress(unsigned short address) const {
+  constexpr std::size_t comparedEnd = offsetof(DeviceRecord, zigbeeAddress) + sizeof(DeviceRecord::zigbeeAddress);
+  return size_ >= comparedEnd && record_.zigbeeAddress == address;
 }
 
 DatabaseTurn::DatabaseTurn() : ours_(!inSession) {
@@ -94,6 +104,16 @@ bool DatabaseSession::readText(const char* key, char* out, std::size_t size) {
   if (value == nullptr) return false;
   std::memcpy(out, value.get(), length);
   out[length] = '\0';
+  return true;
+}
+
+bool DatabaseSession::readIndexValue(const char* key, char (&out)[sizeof(IndexRecord::value) + 1]) {
+  std::size_t size = 0;
+  const DepotBuffer stored = readValue(depot_, key, sizeof(IndexRecord), size);
+  if (stored == nullptr) return false;
+  IndexRecord record{};
+  std::memcpy(&record, stored.get(), std::min(size, sizeof record));
+  copyText(out, record.value);
   return true;
 }
 

@@ -15,6 +15,7 @@ namespace tembra {
 /// One device value, copied into a zeroed record: whatever the file holds, its fields can be read.
 class StoredDevice {
  public:
+  StoredDevice() = default;
   StoredDevice(const char* value, std::size_t size);
 
   [[nodiscard]] const DeviceRecord& record() const { return record_; }
@@ -22,9 +23,16 @@ class StoredDevice {
   /// Whether the value is a Z-Wave device with this node id. A value that ends before the compared fields never is.
   [[nodiscard]] bool isZwaveNode(unsigned char node) const;
 
+  [[nodiscard]] bool isIpDevice() const { return isOfRadio(RADIO_IP); }
+
+  /// Whether the value has this ZigBee address, whatever its radio: address 0 is every device of another radio [sic].
+  [[nodiscard]] bool hasZigbeeAddress(unsigned short address) const;
+
  private:
+  [[nodiscard]] bool isOfRadio(RadioKind kind) const;
+
   DeviceRecord record_{};
-  std::size_t size_;
+  std::size_t size_ = 0;
 };
 
 /// Keeps the sessions of a process apart: the file's lock is per process, and a second session of the same process
@@ -63,6 +71,10 @@ class DatabaseSession {
   /// Reads a text of at most `size` - 1 bytes. False, with `out` untouched, when the key does not exist.
   bool readText(const char* key, char* out, std::size_t size);
 
+  /// Reads the value text of an index record, empty when the record ends before it. False, with `out` untouched, when
+  /// the key does not exist.
+  bool readIndexValue(const char* key, char (&out)[sizeof(IndexRecord::value) + 1]);
+
   /// Calls `visit` for every device in file order; ends early when a value cannot be read.
   template <typename Visit>
   void forEachDevice(Visit visit) {
@@ -80,7 +92,7 @@ class DatabaseSession {
    private:
     DEPOT* depot_;
     int keysLeft_;
-    StoredDevice device_{nullptr, 0};
+    StoredDevice device_;
   };
 
   const StateUnlocked unlocked_;

@@ -1,0 +1,15 @@
+// The command line: which command, with what.
+#ifndef TEMBRA_CLI_COMMAND_LINE_H
+#define TEMBRA_CLI_COMMAND_LINE_H
+
+#include "commands.h"
+#include "options.h"
+
+namespace tembra::cli {
+
+/// Adds the options that all commands share, and the commands.
+void declareCommandLine(CLI::App& program, Options& options, Action& action);
+
+}  // namespace tembra::cli
+
+#endif

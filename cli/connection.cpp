@@ -1,0 +1,51 @@
+#include "connection.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "event_inbox.h"
+#include "failure.h"
+
+namespace tembra::cli {
+namespace {
+
+struct Role {
+  const char* name;
+  TembraAssociation* (*initialise)();
+};
+
+constexpr Role kRoles[] = {
+    {"web", TembraAssociation::webServerAssocInit},   {"lcd", TembraAssociation::LCDAssocInit},
+    {"cloud", TembraAssociation::cloudappsAssocInit}, {"mesh", TembraAssociation::meshServerAssocInit},
+    {"free1", TembraAssociation::FreeUsr1AssocInit},  {"free2", TembraAssociation::FreeUsr2AssocInit},
+};
+
+std::string whyNotOpen(int error) {
+  if (error == EADDRINUSE) return std::string(assoc_adr) + " is in use, so another front end has it open.";
+  return std::string(assoc_adr) + " cannot be opened: " + std::strerror(error) + ".";
+}
+
+}  // namespace
+
+std::vector<std::string> roleNames() {
+  std::vector<std::string> names;
+  for (const Role& role : kRoles) names.emplace_back(role.name);
+  return names;
+}
+
+TembraAssociation& serviceAs(const std::string& role) {
+  for (const Role& each : kRoles) {
+    if (role == each.name) return *each.initialise();
+  }
+  throw Failure(kUsage, "there is no role " + role + ".");
+}
+
+Connection::Connection(TembraAssociation& service) : service_(service) {
+  service_.registerAssocEventCB(hearEvent);
+  errno = 0;
+  if (service_.checkAssocConnection() != 0) throw Failure(kNoConnection, "no connection: " + whyNotOpen(errno));
+}
+
+Connection::~Connection() { service_.closeAssocConnection(); }
+
+}  // namespace tembra::cli

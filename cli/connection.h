@@ -1,0 +1,34 @@
+// The library's connection, as one role opens it.
+#ifndef TEMBRA_CLI_CONNECTION_H
+#define TEMBRA_CLI_CONNECTION_H
+
+#include <tembra/assoc.h>
+
+#include <string>
+#include <vector>
+
+namespace tembra::cli {
+
+/// The values of --role.
+[[nodiscard]] std::vector<std::string> roleNames();
+
+/// The service object in this role, not yet open.
+[[nodiscard]] TembraAssociation& serviceAs(const std::string& role);
+
+/// Open as long as it lives. Throws Failure (kNoConnection) when the library cannot open it.
+class Connection {
+ public:
+  explicit Connection(TembraAssociation& service);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  TembraAssociation& service() const { return service_; }
+
+ private:
+  TembraAssociation& service_;
+};
+
+}  // namespace tembra::cli
+
+#endif

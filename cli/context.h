@@ -1,0 +1,19 @@
+// What every command works with.
+#ifndef TEMBRA_CLI_CONTEXT_H
+#define TEMBRA_CLI_CONTEXT_H
+
+#include "attention.h"
+#include "display.h"
+#include "options.h"
+
+namespace tembra::cli {
+
+struct Context {
+  const Options& options;
+  Attention& attention;
+  Display& display;
+};
+
+}  // namespace tembra::cli
+
+#endif

@@ -1,0 +1,108 @@
+#include "database_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <tembra/globals.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <thread>
+
+#include "failure.h"
+
+namespace tembra::cli {
+namespace {
+
+namespace fs = std::filesystem;
+using std::chrono::steady_clock;
+
+constexpr std::chrono::seconds kWaitForWriter{3};
+constexpr std::chrono::milliseconds kBetweenTries{50};
+constexpr int kLibraryDefault = -1;  // number of buckets
+
+std::string whyNotOpen(const std::string& path, int error) {
+  if (error == DP_ELOCK) return "the device database " + path + " stays locked by another process.";
+  if (error == DP_EBROKEN) return path + " is not a device database, or a damaged one.";
+  return "the device database " + path + " cannot be opened (" + std::strerror(errno) + ").";
+}
+
+// Null, and the reason in dpecode, when it cannot be opened.
+DepotReader tryToRead(const std::string& path) {
+  const auto deadline = steady_clock::now() + kWaitForWriter;
+  while (true) {
+    DepotReader depot(dpopen(path.c_str(), DP_OREADER | DP_OLCKNB, kLibraryDefault));
+    if (depot || dpecode != DP_ELOCK || steady_clock::now() >= deadline) return depot;
+    std::this_thread::sleep_for(kBetweenTries);
+  }
+}
+
+// A bucket array that reaches beyond the file would be read out of bounds.
+bool fitsItsFile(DEPOT* depot) {
+  constexpr long long kHeader = 48;
+  return kHeader + static_cast<long long>(dpbnum(depot)) * static_cast<long long>(sizeof(int)) <= dpfsiz(depot);
+}
+
+// The very open that the library is about to do: the kernel may refuse it where opening without "create" succeeds.
+void requireWritable(const std::string& path) {
+  const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+  if (descriptor >= 0) {
+    close(descriptor);
+    return;
+  }
+  throw Failure(kFailed, "the device database " + path + " cannot be opened for writing (" + std::strerror(errno) +
+                             "), and the library deletes a database that it cannot open: run as its owner.");
+}
+
+}  // namespace
+
+void useDatabase(const std::string& path) {
+  if (path.empty()) return;
+  std::string name = path;
+  if (name.size() >= sizeof DBName) {
+    name = fs::path(path).filename();
+    if (name.empty() || name.size() >= sizeof DBName) {
+      throw Failure(kUsage, "--db " + path + ": the file's name may have at most 9 characters.");
+    }
+    std::error_code failure;
+    if (fs::path(path).has_parent_path()) fs::current_path(fs::path(path).parent_path(), failure);
+    if (failure) throw Failure(kUsage, "--db " + path + ": its folder cannot be entered (" + failure.message() + ").");
+  }
+  std::strcpy(DBName, name.c_str());
+}
+
+DepotReader openForReading(const std::string& path) {
+  struct stat file = {};
+  if (stat(path.c_str(), &file) != 0 && errno == ENOENT) {
+    throw Failure(kFailed, "there is no device database yet at " + path + ": the home-automation server creates it.");
+  }
+  if (S_ISDIR(file.st_mode)) throw Failure(kFailed, path + " is a folder, not a device database.");
+  DepotReader depot = tryToRead(path);
+  if (!depot) throw Failure(kFailed, whyNotOpen(path, dpecode));
+  if (!fitsItsFile(depot.get())) throw Failure(kFailed, whyNotOpen(path, DP_EBROKEN));
+  return depot;
+}
+
+void checkBeforeLibraryOpens(const std::string& path) {
+  struct stat file = {};
+  if (stat(path.c_str(), &file) != 0) {
+    if (errno == ENOENT) complain("there is no device database yet at " + path + ": the library begins an empty one.");
+    return;
+  }
+  if (S_ISDIR(file.st_mode)) throw Failure(kFailed, path + " is a folder, not a device database.");
+  if (file.st_uid != geteuid()) {
+    complain("the device database " + path + " belongs to another user (" + std::to_string(file.st_uid) +
+             "): the home-automation server and its front ends should run as the same user.");
+  }
+  requireWritable(path);
+  if (file.st_size == 0) return;
+  const DepotReader depot = tryToRead(path);
+  if (depot) return;
+  if (dpecode == DP_ELOCK) throw Failure(kFailed, whyNotOpen(path, DP_ELOCK));
+  complain(whyNotOpen(path, dpecode) + " The library repairs it when it opens it.");
+}
+
+}  // namespace tembra::cli

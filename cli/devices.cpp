@@ -1,0 +1,30 @@
+// tembra-assoc devices: the device list, without asking any server.
+#include <tembra/globals.h>
+
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "commands.h"
+#include "device_list.h"
+#include "event_report.h"
+
+namespace tembra::cli {
+namespace {
+
+void listDevices(const Context& context) {
+  const std::vector<Device> devices = readDevices(DBName);
+  if (context.options.json) {
+    for (const Device& device : devices) printLine(jsonLine(deviceJson(device)));
+  } else {
+    std::cout << deviceTable(devices) << std::flush;
+  }
+}
+
+}  // namespace
+
+void declareDevices(CLI::App& program, Action& action) {
+  CLI::App* command = program.add_subcommand("devices", "list the devices of the device database");
+  command->callback([&action] { action = listDevices; });
+}
+
+}  // namespace tembra::cli

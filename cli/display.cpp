@@ -1,0 +1,98 @@
+#include "display.h"
+
+#include <unistd.h>
+
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "attention.h"
+#include "event_report.h"
+#include "frontend/event_names.h"
+#include "frontend/timeline.h"
+
+namespace tembra::cli {
+namespace {
+
+constexpr char kProgram[] = "tembra-assoc";
+constexpr char kLibrary[] = "library";
+constexpr char kUser[] = "user";
+
+std::string timeLeft(const std::string& what, int seconds) {
+  if (seconds < 0) return what + ", overdue";
+  return what + " (at most " + std::to_string(seconds) + " s left)";
+}
+
+/// For a file or a pipe: lines, and no countdown.
+class PlainDisplay : public Display {
+ public:
+  void note(const std::string& sentence) override { printLine(sentence); }
+  void event(const HeardEvent& heard) override { printLine(describeEvent(heard)); }
+};
+
+/// For a terminal: the last line is alive.
+class LiveDisplay : public Display {
+ public:
+  ~LiveDisplay() override { LiveDisplay::makeRoom(); }
+  void note(const std::string& sentence) override { printAbove(sentence); }
+  void event(const HeardEvent& heard) override { printAbove(describeEvent(heard)); }
+  void waiting(const std::string& what, int secondsLeft) override {
+    const std::string line = timeLeft(what, secondsLeft);
+    if (line == alive_) return;
+    makeRoom();
+    alive_ = line;
+    std::cout << alive_ << std::flush;
+  }
+  void makeRoom() override {
+    constexpr char kClearLine[] = "\r\033[K";
+    if (!alive_.empty()) std::cout << kClearLine << std::flush;
+    alive_.clear();
+  }
+
+ private:
+  void printAbove(const std::string& line) {
+    makeRoom();
+    printLine(line);
+  }
+
+  std::string alive_;
+};
+
+/// For programs: one object an event and nothing else.
+class JsonDisplay : public Display {
+ public:
+  void event(const HeardEvent& heard) override { printLine(jsonLine(eventJson(heard))); }
+};
+
+/// For a demonstration: who said what to whom, and every second that passes.
+class TimelineDisplay : public Display {
+ public:
+  void note(const std::string& sentence) override { frontend::say(kProgram, kUser, sentence); }
+  void command(const std::string& call) override { frontend::say(kProgram, kLibrary, call); }
+  void event(const HeardEvent& heard) override {
+    frontend::say(kLibrary, kProgram, "event " + std::to_string(heard.event.code) + " " + describeEvent(heard));
+  }
+  void waiting(const std::string& what, int secondsLeft) override {
+    const std::string line = timeLeft(what, secondsLeft);
+    if (line != lastWait_) frontend::say(kProgram, kUser, line);
+    lastWait_ = line;
+  }
+
+ private:
+  std::string lastWait_;
+};
+
+}  // namespace
+
+void printLine(const std::string& line) {
+  std::cout << line << std::endl;
+  if (!std::cout) throw Interrupted{};
+}
+
+std::unique_ptr<Display> makeDisplay(const Options& options) {
+  if (options.json) return std::make_unique<JsonDisplay>();
+  if (options.timeline) return std::make_unique<TimelineDisplay>();
+  if (isatty(STDOUT_FILENO) == 1) return std::make_unique<LiveDisplay>();
+  return std::make_unique<PlainDisplay>();
+}
+
+}  // namespace tembra::cli

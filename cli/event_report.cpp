@@ -1,0 +1,149 @@
+#include "event_report.h"
+
+#include <array>
+#include <cstring>
+#include <nlohmann/json.hpp>
+
+#include "device_types.h"
+#include "frontend/event_names.h"
+#include "texts.h"
+
+namespace tembra::cli {
+namespace {
+
+using frontend::Payload;
+using Json = nlohmann::ordered_json;
+
+template <class Record>
+Record payloadAs(const AssocEvent& event) {
+  static_assert(sizeof(Record) <= sizeof event.payload);
+  Record record{};
+  std::memcpy(&record, event.payload, sizeof record);
+  return record;
+}
+
+Json typeJson(DevType type) { return {{"number", static_cast<int>(type)}, {"name", typeName(type)}}; }
+
+// A text that should be JSON: as such if it is, else as a text.
+Json parsed(const std::string& text) {
+  Json value = Json::parse(text, nullptr, false);
+  return value.is_discarded() ? Json(text) : value;
+}
+
+void addTimeout(Json& object, const HeardEvent& heard) {
+  const auto report = payloadAs<TimeoutReport>(heard.event);
+  object["lastEvent"] = report.lastEventCode == 0 ? Json() : Json(frontend::eventName(report.lastEventCode));
+  object["report"] = parsed(fieldText(report.json));
+}
+
+void addProgress(Json& object, const HeardEvent& heard) {
+  const DeviceReport report = deviceReport(heard);
+  object["status"] = report.status;
+  object["report"] = parsed(fieldText(report.json));
+}
+
+void addChoice(Json& object, const HeardEvent& heard) {
+  object["type"] = typeJson(createdType(heard));
+  object["choices"] = Json::array();
+  for (const DevType type : choices(deviceReport(heard))) object["choices"].push_back(typeJson(type));
+}
+
+void addCreated(Json& object, const HeardEvent& heard) {
+  const DeviceReport report = deviceReport(heard);
+  object["name"] = fieldText(report.name);
+  object["location"] = fieldText(report.location);
+  object["type"] = typeJson(createdType(heard));
+}
+
+void addRemoved(Json& object, const HeardEvent& heard) {
+  const DeviceReport report = deviceReport(heard);
+  object["name"] = fieldText(report.removedName);
+  object["id"] = report.removedId;
+}
+
+void addJsonText(Json& object, const HeardEvent& heard) {
+  const auto* text = reinterpret_cast<const char*>(heard.event.payload);
+  object["report"] = parsed(std::string(text, strnlen(text, sizeof heard.event.payload)));
+}
+
+void addNestWords(Json& object, const HeardEvent& heard) {
+  object["words"] = payloadAs<std::array<int, 3>>(heard.event);
+}
+
+struct Details {
+  Payload payload;
+  void (*add)(Json& object, const HeardEvent& heard);
+};
+
+constexpr Details kDetails[] = {
+    {Payload::kTimeout, addTimeout}, {Payload::kProgress, addProgress}, {Payload::kChoice, addChoice},
+    {Payload::kCreated, addCreated}, {Payload::kRemoved, addRemoved},   {Payload::kJson, addJsonText},
+    {Payload::kNest, addNestWords},
+};
+
+std::string choiceText(const HeardEvent& heard) {
+  std::string text = ": " + typeName(createdType(heard)) + ", or choose";
+  for (const DevType type : choices(deviceReport(heard))) text += " " + typeName(type);
+  return text;
+}
+
+std::string timeoutText(const TimeoutReport& report) {
+  return report.lastEventCode == 0 ? "" : " after " + frontend::eventName(report.lastEventCode);
+}
+
+// The few words that tell one event from another of its code.
+std::string particulars(const HeardEvent& heard) {
+  const DeviceReport report = deviceReport(heard);
+  switch (frontend::payloadOf(heard.event)) {
+    case Payload::kChoice:
+      return choiceText(heard);
+    case Payload::kCreated:
+      return ": " + fieldText(report.name) + " (" + typeName(createdType(heard)) + ")";
+    case Payload::kRemoved:
+      return ": " + fieldText(report.removedName) + " (id " + std::to_string(report.removedId) + ")";
+    case Payload::kTimeout:
+      return timeoutText(payloadAs<TimeoutReport>(heard.event));
+    default:
+      return "";
+  }
+}
+
+}  // namespace
+
+DeviceReport deviceReport(const HeardEvent& heard) { return payloadAs<DeviceReport>(heard.event); }
+
+std::vector<DevType> choices(const DeviceReport& report) {
+  std::vector<DevType> types;
+  for (const DevType type : report.subTypes) {
+    if (type == DEVTYPE_UNKNOWN) break;
+    types.push_back(type);
+  }
+  return types;
+}
+
+DevType createdType(const HeardEvent& heard) {
+  const bool stale = heard.event.code == EVENT_CREATED && heard.event.source == SERVER_ZWAVE && heard.fromDatagram;
+  return stale ? heard.proposedType : static_cast<DevType>(deviceReport(heard).type);
+}
+
+std::string describeEvent(const HeardEvent& heard) {
+  const frontend::EventRow* row = frontend::findEvent(heard.event.code);
+  const bool sourceKnown = row == nullptr || row->tellsSource;
+  const std::string source = sourceKnown ? " from " + frontend::sourceName(heard.event.source) : "";
+  return printable(frontend::eventName(heard.event.code) + source + particulars(heard));
+}
+
+Json eventJson(const HeardEvent& heard) {
+  Json object = {{"event", frontend::eventName(heard.event.code)}, {"code", heard.event.code}};
+  const frontend::EventRow* row = frontend::findEvent(heard.event.code);
+  if (row == nullptr || row->tellsSource) object["source"] = frontend::sourceName(heard.event.source);
+  const Payload payload = frontend::payloadOf(heard.event);
+  for (const Details& details : kDetails) {
+    if (details.payload == payload) details.add(object, heard);
+  }
+  return object;
+}
+
+std::string jsonLine(const Json& object) { return object.dump(-1, ' ', false, Json::error_handler_t::replace); }
+
+}  // namespace tembra::cli

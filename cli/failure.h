@@ -1,0 +1,33 @@
+// How a command ends when it does not end well.
+#ifndef TEMBRA_CLI_FAILURE_H
+#define TEMBRA_CLI_FAILURE_H
+
+#include <stdexcept>
+#include <string>
+
+namespace tembra::cli {
+
+enum ExitStatus : int {
+  kDone = 0,
+  kFailed = 1,         ///< the operation failed
+  kUsage = 2,          ///< the command line, or a confirmation that is missing
+  kNoConnection = 3,   ///< the library's connection cannot be opened, or no server is there
+  kInterrupted = 130,  ///< by a signal
+};
+
+/// Ends the command with this status and one sentence that says why.
+class Failure : public std::runtime_error {
+ public:
+  Failure(ExitStatus status, const std::string& why) : std::runtime_error(why), status_(status) {}
+  [[nodiscard]] ExitStatus status() const { return status_; }
+
+ private:
+  ExitStatus status_;
+};
+
+/// Writes one sentence to standard error under the program's name.
+void complain(const std::string& sentence);
+
+}  // namespace tembra::cli
+
+#endif

@@ -1,0 +1,92 @@
+#include "operation.h"
+
+#include <exception>
+#include <future>
+#include <thread>
+
+#include "failure.h"
+
+namespace tembra::cli {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kTick = 100ms;
+constexpr auto kSettling = 100ms;
+constexpr int kLongestOverdueSeconds = 60;
+
+bool libraryIsIdle() { return __atomic_load_n(&idle, __ATOMIC_ACQUIRE) != 0; }
+
+}  // namespace
+
+void runLibraryCall(const std::function<void()>& call, const std::function<void()>& whileWaiting) {
+  std::packaged_task<void()> task([call] {
+    const LibraryCall mark;
+    call();
+  });
+  std::future<void> done = task.get_future();
+  std::thread(std::move(task)).detach();
+  while (done.wait_for(0ms) != std::future_status::ready) whileWaiting();
+  done.get();
+}
+
+Operation::Operation(const Context& context, TembraAssociation& service) : context_(context), service_(service) {}
+
+Operation::~Operation() {
+  if (!running_) return;
+  try {
+    context_.display.command("sendCancelTo(cancel_both)");
+  } catch (const Interrupted&) {
+    // Nobody reads the display any more; the radios are told all the same.
+  }
+  service_.sendCancelTo(cancel_both);
+}
+
+void Operation::start(void (TembraAssociation::*command)(), const std::string& call) {
+  context_.display.command(call);
+  running_ = true;
+  (service_.*command)();
+}
+
+void Operation::waitBriefly() {
+  context_.display.waiting(what_, countdown_.secondsLeft());
+  context_.attention.waitForEvent(kTick);
+}
+
+std::optional<HeardEvent> Operation::eventSoFar() {
+  auto heard = fetchEvent();
+  if (!heard) return heard;
+  if (heard->fromDatagram) countdown_.heard(heard->event.code);
+  context_.display.event(*heard);
+  return heard;
+}
+
+HeardEvent Operation::nextEvent() {
+  while (countdown_.secondsLeft() > -kLongestOverdueSeconds) {
+    if (auto heard = eventSoFar()) return *heard;
+    waitBriefly();
+  }
+  throw Failure(kFailed, "the library does not even report a time-out; is the device database locked?");
+}
+
+std::optional<HeardEvent> Operation::eventBeforeIdle() {
+  while (countdown_.secondsLeft() > -kLongestOverdueSeconds) {
+    if (auto heard = eventSoFar()) return heard;
+    if (libraryIsIdle()) return eventSoFar();
+    waitBriefly();
+  }
+  throw Failure(kFailed, "the radio does not confirm the removal, and the library reports no time-out.");
+}
+
+void Operation::run(const std::string& call, const std::function<void(TembraAssociation&)>& function) {
+  context_.display.command(call);
+  runLibraryCall([&service = service_, function] { function(service); },
+                 [this] {
+                   context_.display.waiting(what_, countdown_.secondsLeft());
+                   context_.attention.pause(kTick);
+                 });
+}
+
+void Operation::letLibrarySettle() { context_.attention.pause(kSettling); }
+
+}  // namespace tembra::cli

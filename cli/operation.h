@@ -1,0 +1,70 @@
+// An add or a remove while it runs.
+#ifndef TEMBRA_CLI_OPERATION_H
+#define TEMBRA_CLI_OPERATION_H
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "connection.h"
+#include "context.h"
+#include "countdown.h"
+#include "event_inbox.h"
+
+namespace tembra::cli {
+
+/// Runs a call of the library that may take long on a thread of its own and calls `whileWaiting` several times a
+/// second. When that throws, the call is left to end by itself.
+void runLibraryCall(const std::function<void()>& call, const std::function<void()>& whileWaiting);
+
+/// Cancels on both radios when it is left before it has ended, for whatever reason.
+class Operation {
+ public:
+  Operation(const Context& context, TembraAssociation& service);
+  ~Operation();
+  Operation(const Operation&) = delete;
+  Operation& operator=(const Operation&) = delete;
+
+  [[nodiscard]] TembraAssociation& service() const { return service_; }
+  [[nodiscard]] const Context& context() const { return context_; }
+
+  /// Gives the command that starts it; `call` is its name.
+  void start(void (TembraAssociation::*command)(), const std::string& call);
+
+  /// What the user is told to be waiting for.
+  void waitsFor(const std::string& what) { what_ = what; }
+
+  /// Waits for the next event. Throws Interrupted, and Failure when even the library's time-out does not come.
+  [[nodiscard]] HeardEvent nextEvent();
+
+  /// The next event if there is one by now.
+  [[nodiscard]] std::optional<HeardEvent> eventSoFar();
+
+  /// Waits until the library reports by its `idle` flag that nothing is under way, or for an event.
+  [[nodiscard]] std::optional<HeardEvent> eventBeforeIdle();
+
+  /// Runs a call of the library that may have to wait for the device database; `call` is its text.
+  void run(const std::string& call, const std::function<void(TembraAssociation&)>& function);
+
+  /// Waits a moment: after the callback of an event the library still has something to write about it, which must not
+  /// come after our next call.
+  void letLibrarySettle();
+
+  [[nodiscard]] int secondsLeft() const { return countdown_.secondsLeft(); }
+
+  /// Nothing is left to cancel.
+  void ended() { running_ = false; }
+
+ private:
+  void waitBriefly();
+
+  const Context& context_;
+  TembraAssociation& service_;
+  Countdown countdown_;
+  std::string what_;
+  bool running_ = false;
+};
+
+}  // namespace tembra::cli
+
+#endif

@@ -1,0 +1,52 @@
+// The events in words: one table for front ends, machine-readable output and the documentation.
+#ifndef TEMBRA_FRONTEND_EVENT_NAMES_H
+#define TEMBRA_FRONTEND_EVENT_NAMES_H
+
+#include <tembra/events.h>
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tembra::frontend {
+
+/// What the payload of an event holds.
+enum class Payload {
+  kNone,      ///< nothing that the event defines
+  kTimeout,   ///< TimeoutReport
+  kProgress,  ///< DeviceReport with status and JSON text; from ZigBee only
+  kChoice,    ///< DeviceReport with the type and the types to choose from
+  kCreated,   ///< DeviceReport with name, location and type
+  kRemoved,   ///< DeviceReport with the removed device's name and id
+  kBridges,   ///< the list of Hue bridges
+  kJson,      ///< a JSON text
+  kNest       ///< three words of the Nest server's answer
+};
+
+struct EventRow {
+  AssocEventCode code;
+  std::string_view name;
+  std::string_view sources;  ///< the servers it comes from
+  bool tellsSource;          ///< whether the event's source word is written
+  Payload payload;
+  std::string_view meaning;
+};
+
+/// Every event, in the order of its code.
+[[nodiscard]] std::span<const EventRow> eventTable();
+
+/// The row of a code, null when there is none.
+[[nodiscard]] const EventRow* findEvent(int code);
+
+/// "ADDING"; for a code without a row "UNKNOWN" and the number.
+[[nodiscard]] std::string eventName(int code);
+
+/// "Z-Wave"; for a number that names no server "server" and the number.
+[[nodiscard]] std::string sourceName(int source);
+
+/// What the payload of this very event holds: some events carry one from ZigBee only.
+[[nodiscard]] Payload payloadOf(const AssocEvent& event);
+
+}  // namespace tembra::frontend
+
+#endif

@@ -1,0 +1,305 @@
+// How ZigBee devices are classified, as data: the library decides by these rows, and a front end can say why.
+//
+// A device's clusters are visited in order. Each cluster that has a ZbClusterRule adds its index entries; then the
+// first ZbDecision of the cluster whose tests all hold names the device and sets its type. The tests see what earlier
+// clusters decided, so the order of the clusters matters. The IAS zone cluster has rules of its own (ZbZoneName,
+// ZbZoneEntries).
+#ifndef TEMBRA_RULES_H
+#define TEMBRA_RULES_H
+
+#include <tembra/records.h>
+#include <tembra/vocabulary.h>
+#include <cstddef>
+#include <cstring>
+
+/// ZigBee cluster identifiers that classification knows (ZigBee Cluster Library).
+enum ZbCluster : int {
+  ZB_ON_OFF = 0x0006,
+  ZB_LEVEL_CONTROL = 0x0008,
+  ZB_SHADE_CONFIGURATION = 0x0100,
+  ZB_DOOR_LOCK = 0x0101,
+  ZB_WINDOW_COVERING = 0x0102,
+  ZB_PUMP_CONFIGURATION = 0x0200,
+  ZB_THERMOSTAT = 0x0201,
+  ZB_FAN_CONTROL = 0x0202,
+  ZB_COLOR_CONTROL = 0x0300,
+  ZB_ILLUMINANCE = 0x0400,
+  ZB_TEMPERATURE = 0x0402,
+  ZB_PRESSURE = 0x0403,
+  ZB_FLOW = 0x0404,
+  ZB_HUMIDITY = 0x0405,
+  ZB_OCCUPANCY = 0x0406,
+  ZB_IAS_ZONE = 0x0500,
+  ZB_IAS_CAMERA = 0x0503,    ///< directly behind an IAS zone: the zone is a camera
+  ZB_IAS_ATTACHED = 0x0504,  ///< directly behind an IAS zone: the zone is ignored
+  ZB_METERING = 0x0702,
+  ZB_ELECTRICAL_MEASUREMENT = 0x0B04,
+  ZB_END = 0xFFFF
+};
+
+// ---- Tests ----------------------------------------------------------------------------------------------------------
+
+/// What a decision may ask of the device as it stands when its cluster is visited.
+enum ZbTestKind : int {
+  ZB_ALWAYS = 0,
+  ZB_TYPE_IS,
+  ZB_TYPE_IS_NOT,
+  ZB_MANUFACTURER_IS,  ///< exact, case-sensitive
+  ZB_MANUFACTURER_IS_NOT,
+  ZB_MANUFACTURER_HAS,  ///< case-sensitive substring
+  ZB_MODEL_HAS,         ///< case-sensitive substring
+  ZB_MAKERS_PLUG,       ///< the maker's own plug, by manufacturer and both product words
+  ZB_AC_CHECK_FAILS     ///< the measured values of a SmartACSwitch are missing
+};
+
+struct ZbTest {
+  ZbTestKind kind;
+  int type;
+  const char* text;
+};
+
+/// Whether a text field (which may lack its NUL) equals `text`.
+template <std::size_t Size>
+bool zbTextIs(const char (&field)[Size], const char* text) {
+  return std::strncmp(field, text, Size) == 0;
+}
+
+/// Whether a text field (which may lack its NUL) contains `text`.
+template <std::size_t Size>
+bool zbTextHas(const char (&field)[Size], const char* text) {
+  const std::size_t length = std::strlen(text);
+  for (std::size_t at = 0; at + length <= Size; ++at) {
+    if (std::strncmp(field + at, text, length) == 0) return true;
+    if (field[at] == '\0') return false;
+  }
+  return false;
+}
+
+/// The plug of the router's own maker.
+inline bool zbIsMakersPlug(const ZbDeviceInfo& device) {
+  const std::size_t compared = 40;
+  return std::strncmp(device.manufacturer, "Dravotek Ltd.", compared) == 0 && device.productWordA == 0x1002 &&
+         device.productWordB == 0x5EC0;
+}
+
+/// A metering switch whose measured values are missing is no SmartACSwitch.
+inline bool zbAcCheckFails(const ZbDeviceInfo& device) {
+  return (device.acCheckB == 0 && device.acCheckC == 0) || device.acCheckA == 0;
+}
+
+inline bool zbTestHolds(const ZbTest& test, const ZbDeviceInfo& device) {
+  switch (test.kind) {
+    case ZB_ALWAYS:
+      return true;
+    case ZB_TYPE_IS:
+      return device.devType == test.type;
+    case ZB_TYPE_IS_NOT:
+      return device.devType != test.type;
+    case ZB_MANUFACTURER_IS:
+      return zbTextIs(device.manufacturer, test.text);
+    case ZB_MANUFACTURER_IS_NOT:
+      return !zbTextIs(device.manufacturer, test.text);
+    case ZB_MANUFACTURER_HAS:
+      return zbTextHas(device.manufacturer, test.text);
+    case ZB_MODEL_HAS:
+      return zbTextHas(device.model, test.text);
+    case ZB_MAKERS_PLUG:
+      return zbIsMakersPlug(device);
+    case ZB_AC_CHECK_FAILS:
+      return zbAcCheckFails(device);
+  }
+  return false;
+}
+
+// ---- Clusters -------------------------------------------------------------------------------------------------------
+
+/// What a cluster adds to the index table, whatever is decided. The IAS zone's entries depend on the zone.
+struct ZbClusterRule {
+  ZbCluster cluster;
+  const char* title;
+  unsigned char entries[5];  ///< IndexType codes, up to a 0
+  bool counted;              ///< whether the log's number of clusters includes it
+};
+
+static const ZbClusterRule zbClusterRules[] = {
+    {ZB_ON_OFF, "on/off", {1}, true},
+    {ZB_LEVEL_CONTROL, "level control", {18}, true},
+    {ZB_SHADE_CONFIGURATION, "shade configuration", {}, true},
+    {ZB_DOOR_LOCK, "door lock", {23}, true},
+    {ZB_WINDOW_COVERING, "window covering", {116}, true},
+    {ZB_PUMP_CONFIGURATION, "pump configuration", {}, true},
+    {ZB_THERMOSTAT, "thermostat", {35, 36, 37, 38, 25}, true},
+    {ZB_FAN_CONTROL, "fan control", {39, 40}, false},
+    {ZB_COLOR_CONTROL, "colour control", {31, 32, 33}, true},
+    {ZB_ILLUMINANCE, "illuminance", {28}, true},
+    {ZB_TEMPERATURE, "temperature", {25}, true},
+    {ZB_PRESSURE, "pressure", {26}, true},
+    {ZB_FLOW, "flow", {}, true},
+    {ZB_HUMIDITY, "humidity", {27}, true},
+    {ZB_OCCUPANCY, "occupancy", {3}, true},
+    {ZB_IAS_ZONE, "IAS zone", {}, false},
+    {ZB_METERING, "metering", {108, 109, 110, 111}, true},
+    {ZB_ELECTRICAL_MEASUREMENT, "electrical measurement", {86, 52, 53, 54}, true},
+};
+
+/// The rule of a cluster, null when it has none and is skipped.
+inline const ZbClusterRule* zbFindClusterRule(int cluster) {
+  for (const ZbClusterRule& rule : zbClusterRules) {
+    if (rule.cluster == cluster) return &rule;
+  }
+  return nullptr;
+}
+
+// ---- Decisions ------------------------------------------------------------------------------------------------------
+
+/// What happens beside naming and typing.
+enum ZbEffect : int {
+  ZB_NO_EFFECT = 0,
+  ZB_LOG_MANUFACTURER,  ///< the log tells the manufacturer
+  ZB_LOG_OSRAM,         ///< the log tells that it is this manufacturer
+  ZB_STOP               ///< classification ends at once and fails
+};
+
+/// Type of a decision that leaves the type as it is.
+enum { ZB_KEEP_TYPE = -1 };
+
+struct ZbDecision {
+  ZbCluster cluster;
+  ZbTest tests[2];   ///< all have to hold
+  const char* name;  ///< null: the name stays
+  int type;          ///< DevType, 0: undecided again, or ZB_KEEP_TYPE
+  ZbEffect effect;
+};
+
+static const ZbDecision zbDecisions[] = {
+    {ZB_ON_OFF, {{ZB_TYPE_IS_NOT, 1, nullptr}}, "BinarySwitch", 1, ZB_NO_EFFECT},
+    {ZB_ON_OFF, {}, "MultiSwitch", 43, ZB_NO_EFFECT},
+    {ZB_LEVEL_CONTROL, {{ZB_TYPE_IS_NOT, 1, nullptr}}, "MultilevelSwitch", 2, ZB_NO_EFFECT},
+    {ZB_LEVEL_CONTROL, {}, "MultilevelSwitchOnOff", 4, ZB_NO_EFFECT},
+    {ZB_SHADE_CONFIGURATION, {}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_DOOR_LOCK, {}, "ZigbeeDoorLock", 28, ZB_NO_EFFECT},
+    {ZB_WINDOW_COVERING, {}, "Window Covering", 26, ZB_NO_EFFECT},
+    {ZB_PUMP_CONFIGURATION, {}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_THERMOSTAT, {{ZB_MANUFACTURER_IS, 0, "Zen Within"}}, "Zen Thermostat", 62, ZB_NO_EFFECT},
+    {ZB_THERMOSTAT, {{ZB_MODEL_HAS, 0, "UPIC"}}, "IR Extender", 65, ZB_NO_EFFECT},
+    {ZB_THERMOSTAT, {}, "Thermostat", 7, ZB_NO_EFFECT},
+    {ZB_COLOR_CONTROL, {{ZB_TYPE_IS, 4, nullptr}}, "ColorDimmableLight", 32, ZB_NO_EFFECT},
+    {ZB_COLOR_CONTROL, {}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_ILLUMINANCE, {}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_TEMPERATURE,
+     {{ZB_MODEL_HAS, 0, "SML0"}, {ZB_TYPE_IS, 0, nullptr}},
+     "ZigbeeTempSensor",
+     0,
+     ZB_NO_EFFECT},  // named as a sensor, but undecided
+    {ZB_TEMPERATURE, {{ZB_MODEL_HAS, 0, "SML0"}}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_TEMPERATURE, {{ZB_TYPE_IS, 0, nullptr}}, "ZigbeeTempSensor", 29, ZB_NO_EFFECT},
+    {ZB_TEMPERATURE, {{ZB_TYPE_IS, 24, nullptr}}, nullptr, ZB_KEEP_TYPE, ZB_NO_EFFECT},
+    {ZB_TEMPERATURE, {}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_PRESSURE, {}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_FLOW, {}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_HUMIDITY, {{ZB_TYPE_IS_NOT, 24, nullptr}}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_OCCUPANCY, {{ZB_MANUFACTURER_IS, 0, "NYCE"}, {ZB_MODEL_HAS, 0, "3041"}}, "OccupancySensor", 24, ZB_NO_EFFECT},
+    {ZB_METERING, {{ZB_MODEL_HAS, 0, "ESW"}}, nullptr, ZB_KEEP_TYPE, ZB_NO_EFFECT},
+    {ZB_METERING, {}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_ELECTRICAL_MEASUREMENT, {{ZB_TYPE_IS_NOT, 1, nullptr}}, nullptr, ZB_KEEP_TYPE, ZB_NO_EFFECT},
+    {ZB_ELECTRICAL_MEASUREMENT, {{ZB_MAKERS_PLUG, 0, nullptr}}, "Tobble Plug", 50, ZB_LOG_MANUFACTURER},
+    {ZB_ELECTRICAL_MEASUREMENT,
+     {{ZB_MANUFACTURER_IS_NOT, 0, "OSRAM"}, {ZB_AC_CHECK_FAILS, 0, nullptr}},
+     nullptr,
+     ZB_KEEP_TYPE,
+     ZB_STOP},
+    {ZB_ELECTRICAL_MEASUREMENT, {{ZB_MANUFACTURER_IS_NOT, 0, "OSRAM"}}, "SmartACSwitch", 22, ZB_NO_EFFECT},
+    {ZB_ELECTRICAL_MEASUREMENT, {}, nullptr, ZB_KEEP_TYPE, ZB_LOG_OSRAM},
+};
+
+/// The decision of a cluster for a device as it stands, null when nothing is decided.
+inline const ZbDecision* zbFindDecision(int cluster, const ZbDeviceInfo& device) {
+  for (const ZbDecision& row : zbDecisions) {
+    if (row.cluster == cluster && zbTestHolds(row.tests[0], device) && zbTestHolds(row.tests[1], device)) return &row;
+  }
+  return nullptr;
+}
+
+// ---- IAS zones ------------------------------------------------------------------------------------------------------
+
+/// Device-type name of an IAS zone type (ZigBee Cluster Library, zone types of the IAS Zone cluster).
+struct ZbZoneName {
+  int zoneType;
+  ZbTest test;
+  const char* name;
+};
+
+/// The first row of the zone type whose test holds; a zone type without a row is an "UnknownDevice".
+static const ZbZoneName zbZoneNames[] = {
+    {0x0000, {}, "StandardCIE"},
+    {0x000D, {}, "MotionSensor"},
+    {0x0015, {}, "ContactSwitch"},
+    {0x0028, {}, "FireSensor"},
+    {0x002A, {}, "WaterSensor"},
+    {0x002B, {}, "GasSensor"},
+    {0x002C, {}, "PersonalEmergencyDevice"},
+    {0x002D, {}, "VibrationOrMovementSensor"},
+    {0x010F, {ZB_MODEL_HAS, 0, "RC_ACE"}, "KeyFob"},
+    {0x010F, {}, "RemoteControl"},
+    {0x0115, {ZB_MANUFACTURER_HAS, 0, "Dravotek Ltd."}, "DravotekButton"},
+    {0x0115, {}, "KeyFob"},
+    {0x021D, {}, "Keypad"},
+    {0x0225, {}, "StandardWarningDevice"},
+};
+
+/// The device-type name of a device's zone type; never null.
+inline const char* zbFindZoneName(int zoneType, const ZbDeviceInfo& device) {
+  for (const ZbZoneName& row : zbZoneNames) {
+    if (row.zoneType == zoneType && zbTestHolds(row.test, device)) return row.name;
+  }
+  return "UnknownDevice";
+}
+
+/// Zones whose devices are not named by their device-type name.
+struct ZbZoneDisplayName {
+  const char* zoneName;  ///< null: any
+  ZbTest tests[2];       ///< all have to hold
+  const char* displayed;
+};
+
+static const ZbZoneDisplayName zbZoneDisplayNames[] = {
+    {"WaterSensor", {}, "FloodSensor"},
+    {"DravotekButton", {}, "Tembra Tap"},
+    {nullptr, {{ZB_MANUFACTURER_IS, 0, "NYCE"}, {ZB_MODEL_HAS, 0, "3014"}}, "Tilt Sensor"},
+};
+
+/// The word that names a device of a zone.
+inline const char* zbFindDisplayName(const char* zoneName, const ZbDeviceInfo& device) {
+  for (const ZbZoneDisplayName& row : zbZoneDisplayNames) {
+    const bool named = row.zoneName == nullptr || std::strcmp(row.zoneName, zoneName) == 0;
+    if (named && zbTestHolds(row.tests[0], device) && zbTestHolds(row.tests[1], device)) return row.displayed;
+  }
+  return zoneName;
+}
+
+/// Index entries of an IAS zone, by the device type that its zone type stands for.
+struct ZbZoneEntries {
+  int type;  ///< DevType, -1: any other
+  ZbTest test;
+  unsigned char entries[3];  ///< IndexType codes, up to a 0
+};
+
+static const ZbZoneEntries zbZoneEntries[] = {
+    {10, {}, {2, 12, 9}},  {11, {}, {3, 12, 9}},  {12, {ZB_MODEL_HAS, 0, "XE01S"}, {12}},
+    {12, {}, {4, 12, 9}},  {13, {}, {8, 12, 9}},  {14, {}, {6, 12, 9}},
+    {15, {}, {7, 12, 9}},  {17, {}, {5, 12, 9}},  {19, {}, {24, 10, 11}},
+    {21, {}, {13, 12, 9}}, {61, {}, {91, 12, 9}}, {-1, {}, {12}},
+};
+
+/// The first row that fits; there always is one.
+inline const ZbZoneEntries& zbFindZoneEntries(int type, const ZbDeviceInfo& device) {
+  const ZbZoneEntries* row = zbZoneEntries;
+  while (!((row->type == type || row->type == -1) && zbTestHolds(row->test, device))) ++row;
+  return *row;
+}
+
+/// Index entries of a camera: an IAS zone cluster directly followed by ZB_IAS_CAMERA. Only the first three belong to
+/// an endpoint.
+static const unsigned char zbCameraEntries[] = {3, 12, 9, 128, 129, 130, 131};
+
+#endif

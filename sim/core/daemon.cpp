@@ -1,0 +1,69 @@
+#include "sim/core/daemon.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+
+namespace tembra::sim {
+namespace {
+
+sockaddr_in addressOf(const Endpoint& endpoint) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(endpoint.port);
+  address.sin_addr.s_addr = inet_addr(endpoint.address);
+  return address;
+}
+
+Descriptor boundSocket(const Endpoint& endpoint) {
+  Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  const sockaddr_in address = addressOf(endpoint);
+  if (!socket.valid() || bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    throw std::runtime_error("the " + std::string(endpoint.name) + " cannot be at " + endpoint.address + ":" +
+                             std::to_string(endpoint.port) + ": " + std::strerror(errno));
+  }
+  return socket;
+}
+
+std::string withLength(std::string_view what, std::size_t length) {
+  return std::string(what) + " (" + std::to_string(length) + " bytes)";
+}
+
+}  // namespace
+
+Daemon::Daemon(const Endpoint& self, std::size_t datagramLength, Surroundings surroundings)
+    : self_(self), datagramLength_(datagramLength), surroundings_(surroundings), socket_(boundSocket(self)) {
+  surroundings_.loop.watch(socket_.get(), [this] { receive(); });
+}
+
+Daemon::~Daemon() { surroundings_.loop.forget(socket_.get()); }
+
+void Daemon::receive() {
+  std::array<unsigned char, 8192> buffer{};
+  const ssize_t received = recv(socket_.get(), buffer.data(), buffer.size(), MSG_TRUNC);
+  if (received < 0) return;
+  surroundings_.journal.countReceived();
+  const auto length = static_cast<std::size_t>(received);
+  if (length == datagramLength_) return handle(Bytes(buffer.data(), length));
+  found("a datagram of " + std::to_string(length) + " bytes instead of " + std::to_string(datagramLength_));
+}
+
+void Daemon::tellLibrary(Bytes datagram, std::string_view what) {
+  const sockaddr_in library = addressOf(kLibrary);
+  const ssize_t sent = sendto(socket_.get(), datagram.data(), datagram.size(), 0,
+                              reinterpret_cast<const sockaddr*>(&library), sizeof library);
+  if (sent < 0) {
+    surroundings_.journal.trouble("the " + std::string(self_.name) + " cannot send: " + std::strerror(errno));
+    return;
+  }
+  surroundings_.journal.countSent();
+  said(self_.name, kLibrary.name, withLength(what, datagram.size()));
+}
+
+}  // namespace tembra::sim

@@ -1,0 +1,30 @@
+// A device that the library hands over, in the words of the device list, whatever radio it came from.
+#ifndef TEMBRA_SIM_HA_NEW_DEVICE_H
+#define TEMBRA_SIM_HA_NEW_DEVICE_H
+
+#include <string>
+#include <vector>
+
+#include "tembra/records.h"
+#include "tembra/vocabulary.h"
+
+namespace tembra::sim {
+
+/// The radio kind of ZigBee records: the list only promises that it is neither Z-Wave nor IP.
+inline constexpr int kRadioZigbee = 1;
+
+struct NewDevice {
+  std::string name;
+  unsigned int zwaveNode;
+  unsigned int zigbeeAddress;
+  int radioKind;
+  DevType type;
+  std::vector<ZwIndexEntry> indexes;
+};
+
+NewDevice newDeviceFrom(const ZwNodeInfo& node);
+NewDevice newDeviceFrom(const ZbDeviceInfo& device);
+
+}  // namespace tembra::sim
+
+#endif

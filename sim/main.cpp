@@ -1,0 +1,144 @@
+// tembra-sim: the simulated router, and the buttons of the devices around it.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "sim/control/control_client.h"
+#include "sim/control/control_path.h"
+#include "sim/router.h"
+
+namespace {
+
+using namespace tembra::sim;
+
+constexpr int kRefused = 1;
+constexpr int kUsage = 2;
+
+// The installed data lies beside the program; a program in a build folder uses the source tree's.
+std::filesystem::path defaultCatalogue() {
+  std::error_code failure;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
+  const std::filesystem::path installed = program.parent_path().parent_path() / TEMBRA_SIM_DATA_DIR / "catalogue";
+  return std::filesystem::is_directory(installed, failure) ? installed : TEMBRA_SIM_SOURCE_CATALOGUE;
+}
+
+struct Arguments {
+  RouterOptions router;
+  std::vector<std::string> faults;
+  std::string device;
+  std::string fault;
+  bool failing = false;
+};
+
+int printDevices(const Arguments& arguments) {
+  const ZwaveCatalogue catalogue = ZwaveCatalogue::load(arguments.router.catalogue);
+  for (const ZwaveDevice& device : catalogue.devices()) {
+    std::printf("%-22s 0x%.2x/0x%.2x/0x%.2x  %2zu classes, %2zu values  %s\n", device.label.c_str(), device.basicClass,
+                device.genericClass, device.specificClass, device.commandClasses.size(), device.values.size(),
+                device.description.c_str());
+  }
+  return 0;
+}
+
+int askRunning(const Arguments& arguments, const std::string& request) {
+  const Outcome outcome = ask(arguments.router.control, request);
+  if (outcome.done) {
+    std::cout << outcome.text << '\n';
+    return 0;
+  }
+  std::cerr << "tembra-sim: " << outcome.text << '\n';
+  return kRefused;
+}
+
+int press(const Arguments& arguments) {
+  return askRunning(arguments, arguments.failing ? "fail" : "press " + arguments.device);
+}
+
+int run(const Arguments& arguments) { return Router(arguments.router).run(); }
+
+void addControl(CLI::App& command, Arguments& arguments) {
+  command.add_option("--control", arguments.router.control, "socket of the running simulator")->capture_default_str();
+}
+
+void addCatalogue(CLI::App& command, Arguments& arguments) {
+  command.add_option("--catalogue", arguments.router.catalogue, "folder with zwave.json");
+}
+
+void addRunOptions(CLI::App& command, Arguments& arguments) {
+  RouterOptions& options = arguments.router;
+  command.add_option("--db", options.database, "device database")->capture_default_str();
+  command.add_option("--speed", options.speed, "simulated seconds per second")
+      ->check(CLI::Range(0.01, 1000.0))
+      ->capture_default_str();
+  command.add_option("--latency", options.latencyMs, "milliseconds before an answer")
+      ->check(CLI::Range(0, 3'600'000))
+      ->capture_default_str();
+  command.add_option("--fault", arguments.faults, "MESSAGE:KIND[=VALUE][:COUNT], see the README")
+      ->allow_extra_args(false);
+  command.add_option("--scenario", options.scenario, "JSON file of things that happen by themselves");
+  command.add_flag("--timeline", options.timeline, "print who says what to whom");
+  addCatalogue(command, arguments);
+  addControl(command, arguments);
+}
+
+using Action = int (*)(const Arguments&);
+
+// Adds every command; the chosen one's action comes back through `chosen`.
+void addCommands(CLI::App& app, Arguments& arguments, Action& chosen) {
+  const auto add = [&app, &chosen](const char* name, const char* description, Action action) {
+    CLI::App* command = app.add_subcommand(name, description);
+    command->callback([&chosen, action] { chosen = action; });
+    return command;
+  };
+  addRunOptions(*add("run", "run the simulated router until it is stopped", run), arguments);
+  addCatalogue(*add("devices", "list the devices of the catalogue", printDevices), arguments);
+  CLI::App* pressing = add("press", "press the button of a device", press);
+  CLI::Option* device = pressing->add_option("DEVICE", arguments.device, "label, or label#2 for a second one");
+  pressing->add_flag("--fail", arguments.failing, "the radio fails instead")->excludes(device);
+  pressing->callback([&arguments, &chosen] {
+    if (arguments.device.empty() && !arguments.failing) throw CLI::RequiredError("DEVICE or --fail");
+    chosen = press;
+  });
+  addControl(*pressing, arguments);
+  CLI::App* faulting = add("fault", "set a fault, or \"none\" to clear all",
+                           [](const Arguments& given) { return askRunning(given, "fault " + given.fault); });
+  faulting->add_option("SPEC", arguments.fault, "MESSAGE:KIND[=VALUE][:COUNT]")->required();
+  addControl(*faulting, arguments);
+  addControl(*add("status", "what the running simulator has seen",
+                  [](const Arguments& given) { return askRunning(given, "status"); }),
+             arguments);
+  addControl(
+      *add("stop", "stop the running simulator", [](const Arguments& given) { return askRunning(given, "stop"); }),
+      arguments);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  Arguments arguments;
+  arguments.router.control = defaultControlPath();
+  arguments.router.catalogue = defaultCatalogue();
+  Action action = nullptr;
+  CLI::App app("The simulated router of the association service", "tembra-sim");
+  app.require_subcommand(1);
+  addCommands(app, arguments, action);
+  try {
+    app.parse(argc, argv);
+    for (const std::string& fault : arguments.faults) arguments.router.faults.push_back(parseFault(fault));
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kUsage;
+  } catch (const std::invalid_argument& mistake) {
+    std::cerr << "tembra-sim: " << mistake.what() << '\n';
+    return kUsage;
+  }
+  return action(arguments);
+} catch (const std::exception& failure) {
+  std::cerr << "tembra-sim: " << failure.what() << '\n';
+  return kRefused;
+}

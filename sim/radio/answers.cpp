@@ -1,0 +1,65 @@
+#include "sim/radio/answers.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace tembra::sim {
+
+Answers::Answers(Surroundings surroundings, Manner manner, CodeByte codeByte, Send send)
+    : surroundings_(surroundings), manner_(manner), codeByte_(codeByte), send_(std::move(send)) {}
+
+void Answers::play(std::vector<Answer> answers, EventLoop::Task done) {
+  drop();
+  pending_.assign(std::make_move_iterator(answers.begin()), std::make_move_iterator(answers.end()));
+  done_ = std::move(done);
+  playing_ = true;
+  scheduleNext();
+}
+
+void Answers::drop() {
+  surroundings_.loop.cancel(timer_);
+  pending_.clear();
+  playing_ = false;
+}
+
+void Answers::scheduleNext() {
+  if (pending_.empty()) return finish();
+  const MessageKind kind = pending_.front().kind;
+  const Distortion distortion = manner_.faults.take(kind.name);
+  const auto delay = manner_.latency * kind.latencies + distortion.late;
+  timer_ = surroundings_.loop.after(delay, [this, distortion] { deliver(distortion); });
+}
+
+void Answers::deliver(const Distortion& distortion) {
+  Answer answer = std::move(pending_.front());
+  pending_.pop_front();
+  const bool failed = distortion.code == codeByte_.failure;
+  if (distortion.lost || distortion.silent) {
+    surroundings_.journal.said("fault", "nobody",
+                               answer.text + (distortion.silent ? ", silent from now on" : ", lost"));
+  } else {
+    send(std::move(answer), distortion);
+  }
+  if (distortion.silent || failed) return finish();
+  scheduleNext();
+}
+
+void Answers::send(Answer answer, const Distortion& distortion) {
+  if (distortion.code && codeByte_.offset < answer.datagram.size()) {
+    answer.datagram[codeByte_.offset] = *distortion.code;
+    answer.text += ", with code " + std::to_string(*distortion.code);
+  }
+  const std::size_t length = std::min(distortion.length.value_or(answer.datagram.size()), answer.datagram.size());
+  const std::span<const unsigned char> datagram = std::span(answer.datagram).first(length);
+  send_(datagram, answer.text);
+  if (distortion.twice) send_(datagram, answer.text + ", again");
+}
+
+void Answers::finish() {
+  drop();
+  const EventLoop::Task done = std::exchange(done_, nullptr);
+  if (done) done();
+}
+
+}  // namespace tembra::sim

@@ -1,0 +1,71 @@
+// Plays the answers of one radio operation, one after the other, as the faults let them through.
+#ifndef TEMBRA_SIM_RADIO_ANSWERS_H
+#define TEMBRA_SIM_RADIO_ANSWERS_H
+
+#include <chrono>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sim/core/surroundings.h"
+#include "sim/radio/fault.h"
+#include "sim/radio/messages.h"
+
+namespace tembra::sim {
+
+struct Answer {
+  MessageKind kind;
+  std::string text;  ///< for the timeline
+  std::vector<unsigned char> datagram;
+};
+
+/// How a radio's datagrams tell a failure; the fault "code" writes there.
+struct CodeByte {
+  std::size_t offset;
+  unsigned char failure;  ///< ends the operation
+};
+
+class Answers {
+ public:
+  using Send = std::function<void(std::span<const unsigned char> datagram, std::string_view text)>;
+
+  /// How the radio servers behave in general; shared by them.
+  struct Manner {
+    FaultList& faults;
+    std::chrono::milliseconds latency;
+  };
+
+  Answers(Surroundings surroundings, Manner manner, CodeByte codeByte, Send send);
+  Answers(const Answers&) = delete;
+  Answers& operator=(const Answers&) = delete;
+  ~Answers() { drop(); }
+
+  /// Begins a new operation; `done` runs after its last answer. A running one is dropped.
+  void play(std::vector<Answer> answers, EventLoop::Task done);
+  /// Forgets the answers that are still to come; `done` does not run.
+  void drop();
+  bool playing() const { return playing_; }
+
+ private:
+  void scheduleNext();
+  void deliver(const Distortion& distortion);
+  void send(Answer answer, const Distortion& distortion);
+  void finish();
+
+  Surroundings surroundings_;
+  Manner manner_;
+  CodeByte codeByte_;
+  Send send_;
+  std::deque<Answer> pending_;
+  EventLoop::Task done_;
+  EventLoop::TimerId timer_ = 0;
+  bool playing_ = false;
+};
+
+}  // namespace tembra::sim
+
+#endif

@@ -1,0 +1,127 @@
+#include "sim/radio/fault.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <iterator>
+#include <stdexcept>
+#include <system_error>
+
+#include "sim/radio/messages.h"
+
+namespace tembra::sim {
+namespace {
+
+struct KindRow {
+  std::string_view name;
+  FaultKind kind;
+  bool takesValue;
+  int defaultValue;  ///< -1: the value must be given
+  int largest;
+};
+
+constexpr std::array kKinds{
+    KindRow{"lost", FaultKind::kLost, false, 0, 0},    KindRow{"late", FaultKind::kLate, true, -1, 3'600'000},
+    KindRow{"twice", FaultKind::kTwice, false, 0, 0},  KindRow{"short", FaultKind::kShort, true, -1, 4096},
+    KindRow{"code", FaultKind::kCode, true, 255, 255}, KindRow{"silence", FaultKind::kSilence, false, 0, 0},
+};
+
+template <typename Rows>
+std::string namesOf(const Rows& rows) {
+  std::string names;
+  for (const auto& row : rows) names.append(names.empty() ? "" : ", ").append(row.name);
+  return names;
+}
+
+template <typename Rows>
+auto findByName(const Rows& rows, std::string_view name) {
+  return std::find_if(rows.begin(), rows.end(), [name](const auto& row) { return row.name == name; });
+}
+
+int parseNumber(std::string_view text, int largest) {
+  int number = -1;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number < 0 || number > largest) {
+    throw std::invalid_argument("\"" + std::string(text) + "\" is not a number from 0 to " + std::to_string(largest));
+  }
+  return number;
+}
+
+// Takes what stands before `separator` off the front of `text`; the whole text when there is none.
+std::string_view takeUpTo(std::string_view& text, char separator) {
+  const std::size_t end = std::min(text.find(separator), text.size());
+  const std::string_view front = text.substr(0, end);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  return front;
+}
+
+void checkMessage(std::string_view message) {
+  if (message == "*" || findByName(kMessageKinds, message) != kMessageKinds.end()) return;
+  throw std::invalid_argument("no answer is called \"" + std::string(message) + "\"; there are " +
+                              namesOf(kMessageKinds) + ", and * for all");
+}
+
+const KindRow& kindCalled(std::string_view name) {
+  const auto* const row = findByName(kKinds, name);
+  if (row != kKinds.end()) return *row;
+  throw std::invalid_argument("no fault is called \"" + std::string(name) + "\"; there are " + namesOf(kKinds));
+}
+
+int valueOf(const KindRow& row, std::string_view text) {
+  const std::string name(row.name);
+  if (!row.takesValue && !text.empty()) throw std::invalid_argument("the fault \"" + name + "\" takes no value");
+  if (!text.empty()) return parseNumber(text, row.largest);
+  if (row.defaultValue < 0) throw std::invalid_argument("the fault \"" + name + "\" needs a value: " + name + "=N");
+  return row.defaultValue;
+}
+
+int countOf(std::string_view text) {
+  if (text.empty()) return 1;
+  return text == "always" ? Fault::kAlways : parseNumber(text, 1'000'000);
+}
+
+void apply(const Fault& fault, Distortion& distortion) {
+  switch (fault.kind) {
+    case FaultKind::kLost:
+      distortion.lost = true;
+      break;
+    case FaultKind::kLate:
+      distortion.late += std::chrono::milliseconds(fault.value);
+      break;
+    case FaultKind::kTwice:
+      distortion.twice = true;
+      break;
+    case FaultKind::kShort:
+      distortion.length = static_cast<std::size_t>(fault.value);
+      break;
+    case FaultKind::kCode:
+      distortion.code = static_cast<unsigned char>(fault.value);
+      break;
+    case FaultKind::kSilence:
+      distortion.silent = true;
+      break;
+  }
+}
+
+}  // namespace
+
+Fault parseFault(std::string_view specification) {
+  const std::string_view message = takeUpTo(specification, ':');
+  checkMessage(message);
+  std::string_view kindAndValue = takeUpTo(specification, ':');
+  const KindRow& row = kindCalled(takeUpTo(kindAndValue, '='));
+  return {std::string(message), row.kind, valueOf(row, kindAndValue), countOf(specification)};
+}
+
+Distortion FaultList::take(std::string_view message) {
+  Distortion distortion;
+  for (Fault& fault : faults_) {
+    if (fault.message != "*" && fault.message != message) continue;
+    apply(fault, distortion);
+    if (fault.remaining != Fault::kAlways) --fault.remaining;
+  }
+  std::erase_if(faults_, [](const Fault& fault) { return fault.remaining == 0; });
+  return distortion;
+}
+
+}  // namespace tembra::sim

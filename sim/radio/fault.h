@@ -1,0 +1,55 @@
+// Faults of a radio server's answers: MESSAGE:KIND[=VALUE][:COUNT], for instance "joined:lost", "info:late=500:3",
+// "*:twice:always". COUNT says how many answers are hit (1 when it is left out).
+#ifndef TEMBRA_SIM_RADIO_FAULT_H
+#define TEMBRA_SIM_RADIO_FAULT_H
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tembra::sim {
+
+enum class FaultKind { kLost, kLate, kTwice, kShort, kCode, kSilence };
+
+struct Fault {
+  static constexpr int kAlways = -1;
+
+  std::string message;  ///< "*" hits every message
+  FaultKind kind;
+  int value;
+  int remaining;  ///< answers still to hit, or kAlways
+};
+
+/// Throws std::invalid_argument with one sentence.
+Fault parseFault(std::string_view specification);
+
+/// What becomes of one answer.
+struct Distortion {
+  bool lost = false;
+  bool silent = false;  ///< neither this answer nor any later one of the operation
+  bool twice = false;
+  std::chrono::milliseconds late{0};
+  std::optional<std::size_t> length;
+  std::optional<unsigned char> code;
+};
+
+/// The faults that are set, first come first served.
+class FaultList {
+ public:
+  void add(Fault fault) { faults_.push_back(std::move(fault)); }
+  void clear() { faults_.clear(); }
+  std::size_t count() const { return faults_.size(); }
+
+  /// Uses up one hit of every fault that concerns `message`.
+  Distortion take(std::string_view message);
+
+ private:
+  std::vector<Fault> faults_;
+};
+
+}  // namespace tembra::sim
+
+#endif

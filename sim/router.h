@@ -1,0 +1,67 @@
+// The simulated router: the daemons, the devices around them, and the ways to push their buttons.
+#ifndef TEMBRA_SIM_ROUTER_H
+#define TEMBRA_SIM_ROUTER_H
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sim/control/commands.h"
+#include "sim/control/control_socket.h"
+#include "sim/core/descriptor.h"
+#include "sim/core/surroundings.h"
+#include "sim/ha/ha_server.h"
+#include "sim/radio/fault.h"
+#include "sim/scenario/scenario.h"
+#include "sim/zwave/zwave_server.h"
+
+namespace tembra::sim {
+
+struct RouterOptions {
+  std::string database = "/tmp/ddb";
+  double speed = 1;
+  int latencyMs = 200;
+  std::vector<Fault> faults;
+  std::filesystem::path catalogue;
+  std::filesystem::path scenario;  ///< empty: none
+  std::string control;
+  bool timeline = false;
+};
+
+class Router {
+ public:
+  /// Opens everything; throws one sentence when something cannot be had.
+  explicit Router(const RouterOptions& options);
+
+  /// Runs until it is told to stop, by a signal, a request or the scenario.
+  /// @return the exit status: 0 when nothing was wrong, 1 when the caller made mistakes or the simulator had trouble
+  int run();
+
+ private:
+  void addCommands();
+  void restoreNetwork();
+  bool isStored(ZwaveNetwork::NodeId node);
+  Outcome addFault(const std::string& specification);
+  Outcome stop();
+  Outcome status() const;
+
+  Journal journal_;
+  EventLoop loop_;
+  Happenings happenings_;
+  FaultList faults_;
+  Commands commands_;
+  ZwaveCatalogue catalogue_;
+  std::vector<ScenarioStep> steps_;
+  Descriptor signals_;
+  DeviceList list_;
+  ZwaveNetwork network_;
+  ZwaveServer zwaveServer_;
+  HaServer haServer_;
+  ControlSocket control_;
+  Scenario scenario_;
+};
+
+}  // namespace tembra::sim
+
+#endif

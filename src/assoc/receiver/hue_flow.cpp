@@ -1,0 +1,127 @@
+// Answers of the Hue server: each becomes one event.
+#include <tembra/association.h>
+#include <tembra/globals.h>
+#include <tembra/hue.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "assoc/receiver/flow.h"
+#include "support/log.h"
+#include "support/shared_state.h"
+#include "support/text.h"
+
+namespace tembra {
+namespace {
+
+constexpr int kBridgesFound = 0;
+
+struct HueResult {
+  int type;
+  AssocEventCode event;
+  bool writesSource;
+  const char* json;  // what follows the command type
+};
+
+// [sic] the blank after the first comma of the last three, and the changing order of "Reason" and "Type".
+constexpr HueResult kHueResults[] = {
+    {1, EVENT_HUE_FAILED, false,
+     R"(,"MobileInternalIndex":"","Success":"false","Reason":"HueFailed","Type":"HueHub"})"},
+    {2, EVENT_HUE_ADDED, true, R"(,"MobileInternalIndex":"","Success":"true","Type":"HueHub","Reason":"HueAdded"})"},
+    {3, EVENT_HUE_NO_BRIDGE, true,
+     R"(,"MobileInternalIndex":"","Success":"false","Reason":"HueBridgeNotFound","Type":"HueHub"})"},
+    {4, EVENT_HUE_BUTTON, true,
+     R"(,"MobileInternalIndex":"","Success":"false","Type":"HueHub","Reason":"HueButtonNotPressed"})"},
+    {5, EVENT_HUE_UNKNOWN_BRIDGE, true,
+     R"(,"MobileInternalIndex":"","Success":"false","Type":"HueHub","Reason":"BridgeNotFound"})"},
+    {6, EVENT_HUE_BULB_ADDED, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueBulb"})"},
+    {8, EVENT_HUE_DONE, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueHub"})"},
+    {9, EVENT_HUE_DONE_2, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueHub"})"},
+};
+
+const HueResult* findResult(int type) {
+  const auto* row = std::find_if(std::begin(kHueResults), std::end(kHueResults),
+                                 [type](const HueResult& result) { return result.type == type; });
+  return row == std::end(kHueResults) ? nullptr : row;
+}
+
+// Bytes behind the text keep what the buffer held.
+[[nodiscard]] bool tellResult(const Flow& flow, const HueResult& result) {
+  AssocEvent& event = flow.events.a;
+  std::snprintf(reinterpret_cast<char*>(event.payload), sizeof event.payload, "{\"CommandType\":\"%.*s\"%s\n",
+                static_cast<int>(sizeof cmdtype - 1), cmdtype, result.json);
+  return result.writesSource ? flow.tell(event, result.event, SERVER_HUE) : flow.tell(event, result.event);
+}
+
+// The texts of one bridge. They are not cleared between entries: what an entry lacks is repeated from the one before.
+struct Bridge {
+  static constexpr std::size_t kTextSize = 50;
+  char id[kTextSize] = {};
+  char address[kTextSize] = {};
+  char mac[kTextSize] = {};
+
+  void read(const HueAnswerEntry& entry);
+};
+
+void copyToken(JsonToken* tokens, const char* member, char (&text)[Bridge::kTextSize]) {
+  const JsonToken* token = find_json_token(tokens, member);
+  if (token != nullptr) std::snprintf(text, sizeof text, "%.*s", std::max(token->len, 0), token->ptr);
+}
+
+void Bridge::read(const HueAnswerEntry& entry) {
+  const auto length = static_cast<int>(textLength(entry.json, sizeof entry.json));
+  const std::unique_ptr<JsonToken, decltype(&std::free)> tokens(parse_json2(entry.json, length), &std::free);
+  if (tokens != nullptr) {
+    copyToken(tokens.get(), "id", id);
+    copyToken(tokens.get(), "internalipaddress", address);
+  }
+  HueMac(id, mac);
+}
+
+HueBridgeList listBridges(const HueAnswer& answer) {
+  constexpr int room = static_cast<int>(std::size(HueBridgeList{}.mac));
+  HueBridgeList list{};
+  Bridge bridge;
+  for (; list.count < std::min(answer.count, room); ++list.count) {
+    bridge.read(answer.entries[list.count]);
+    copyText(list.mac[list.count], bridge.mac);
+    copyText(list.address[list.count], bridge.address);
+  }
+  return list;
+}
+
+[[nodiscard]] bool tellBridges(const Flow& flow, const HueAnswer& answer) {
+  const HueBridgeList list = listBridges(answer);
+  std::memcpy(flow.events.b.payload, &list, sizeof list);
+  if (!flow.tell(flow.events.b, EVENT_HUE_BRIDGES, SERVER_HUE)) return false;
+  setIdle(false);
+  setCommandType("AddIPDevice");
+  return true;
+}
+
+// False when the flow has ended with the connection it belonged to.
+bool handleAnswer(const Flow& flow, const HueAnswer& answer) {
+  if (answer.type == kBridgesFound) return tellBridges(flow, answer);
+  const HueResult* result = findResult(answer.type);
+  if (result == nullptr) {
+    log(flow.assoc, Level::Error, TEMBRA_LOG_PREFIX "Got unknown state from HUE");
+    return true;
+  }
+  if (!tellResult(flow, *result)) return false;
+  setIdle(true);
+  return true;
+}
+
+}  // namespace
+
+void handleHue(const Flow& flow) {
+  HueAnswer answer;
+  std::memcpy(&answer, flow.datagram, sizeof answer);
+  std::memcpy(&flow.events.c, &answer, sizeof answer);  // the copy shares its place with the Nest events
+  if (handleAnswer(flow, answer)) closeForWebServer(flow);
+}
+
+}  // namespace tembra

@@ -1,0 +1,60 @@
+// The router's own libraries, as the test program defines them: a Logger that is traced, and device-type names that
+// come from the platform unless a test says otherwise.
+#include <dlfcn.h>
+#include <tembra/platform.h>
+
+#include <cstring>
+#include <stdexcept>
+#include <string>
+
+#include "harness/stage.h"
+#include "harness/trace.h"
+
+namespace harness {
+namespace {
+
+Stage* current = nullptr;
+
+// Whether the test gave the type a name of its own; if so, it is written.
+bool nameAsOrdered(DevType type, char* out) {
+  Stage* stage = harness::stage();
+  if (stage == nullptr) return false;
+  const std::lock_guard<std::mutex> lock(stage->mutex);
+  const auto found = stage->typeNames.find(type);
+  if (found == stage->typeNames.end()) return false;
+  std::memcpy(out, found->second.c_str(), found->second.size() + 1);
+  return true;
+}
+
+}  // namespace
+
+Stage* stage() { return __atomic_load_n(&current, __ATOMIC_ACQUIRE); }
+void setStage(Stage* stage) { __atomic_store_n(&current, stage, __ATOMIC_RELEASE); }
+
+}  // namespace harness
+
+Logger* Logger::getInstance() {
+  static Logger logger;
+  const harness::Stage* stage = harness::stage();
+  if (stage != nullptr && stage->loggerThrows) throw std::runtime_error("no logger");
+  return &logger;
+}
+
+void Logger::Log(int level, const char* text) {
+  harness::trace().add("log " + std::to_string(level) + " " + text);
+  harness::Stage* stage = harness::stage();
+  if (stage == nullptr) return;
+  std::function<void(const std::string&)> hook;
+  {
+    const std::lock_guard<std::mutex> lock(stage->mutex);
+    hook = stage->logHook;
+  }
+  if (hook) hook(text);
+}
+
+void DevtypeEnumToStr(DevType type, char* out) {
+  if (harness::nameAsOrdered(type, out)) return;
+  static auto* const platform =
+      reinterpret_cast<void (*)(DevType, char*)>(dlsym(RTLD_NEXT, "_Z16DevtypeEnumToStr7DevTypePc"));
+  platform(type, out);
+}

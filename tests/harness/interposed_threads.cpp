@@ -1,0 +1,88 @@
+// sleep, pthread_create, pthread_detach and popen, between the library and the C library.
+#include <pthread.h>
+#include <tembra/association.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "harness/faults.h"
+#include "harness/real_libc.h"
+#include "harness/stage.h"
+#include "harness/trace.h"
+
+using harness::Call;
+
+namespace {
+
+struct Start {
+  void* (*function)(void*);
+  void* argument;
+  harness::Stage* stage;
+};
+
+void* runReceiver(void* start) {
+  const std::unique_ptr<Start> taken(static_cast<Start*>(start));
+  taken->stage->kernel.receiverBegins();
+  void* result = taken->function(taken->argument);
+  taken->stage->kernel.receiverEnds();
+  return result;
+}
+
+// The receive thread is the one that is started on the service object.
+bool isForReceiver(const void* argument) { return argument == TembraAssociation::singleton; }
+
+// The error is the result; errno says something else, as it may.
+int failThread() {
+  const int error = errno;
+  harness::trace().addWatched(harness::kWatchConnection, "thread -> " + harness::errorName(error));
+  errno = EBUSY;
+  return error;
+}
+
+}  // namespace
+
+extern "C" unsigned sleep(unsigned seconds) {
+  HARNESS_REAL(sleep);
+  harness::Stage* stage = harness::stage();
+  if (stage == nullptr || stage->clock == harness::Clock::Real) return real(seconds);
+  return stage->kernel.sleep(seconds);
+}
+
+extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*function)(void*),
+                              void* argument) noexcept {
+  HARNESS_REAL(pthread_create);
+  harness::Stage* stage = harness::stage();
+  if (stage == nullptr || !isForReceiver(argument)) return real(thread, attributes, function, argument);
+  if (harness::faults().strike(Call::CreateThread)) return failThread();
+  harness::trace().addWatched(harness::kWatchConnection, "thread");
+  stage->kernel.receiverCreated();
+  auto start = std::make_unique<Start>(Start{function, argument, stage});
+  const int error = real(thread, attributes, &runReceiver, start.get());
+  if (error == 0) {
+    static_cast<void>(start.release());  // the thread's now
+  } else {
+    stage->kernel.receiverEnds();
+  }
+  return error;
+}
+
+extern "C" int pthread_detach(pthread_t thread) noexcept {
+  HARNESS_REAL(pthread_detach);
+  if (harness::stage() != nullptr) harness::trace().addWatched(harness::kWatchConnection, "detach");
+  return real(thread);
+}
+
+extern "C" FILE* popen(const char* command, const char* mode) {
+  HARNESS_REAL(popen);
+  if (harness::stage() == nullptr) return real(command, mode);
+  FILE* pipe = harness::faults().strike(Call::Popen) ? nullptr : real(command, mode);
+  const int error = errno;
+  harness::trace().addWatched(
+      harness::kWatchConnection,
+      std::string("popen ") + mode + " " + command + (pipe == nullptr ? " -> " + harness::errorName(error) : ""));
+  errno = error;
+  return pipe;
+}

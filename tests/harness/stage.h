@@ -1,0 +1,36 @@
+// Whether a test is on: the interposed functions are the plain ones before a Router is made and after it is gone.
+#ifndef TEMBRA_TESTS_HARNESS_STAGE_H
+#define TEMBRA_TESTS_HARNESS_STAGE_H
+
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "harness/virtual_kernel.h"
+
+namespace harness {
+
+enum class Clock {
+  Virtual,  // time passes when the test says so
+  Real      // receiving and sleeping are the kernel's
+};
+
+struct Stage {
+  explicit Stage(Clock chosen) : clock(chosen) {}
+
+  const Clock clock;
+  VirtualKernel kernel;
+  std::mutex mutex;
+  std::map<int, std::string> typeNames;  // device-type names that differ from the platform's
+  bool loggerThrows = false;
+  std::function<void(const std::string&)> logHook;
+};
+
+/// The stage of the running test, or null.
+Stage* stage();
+void setStage(Stage* stage);
+
+}  // namespace harness
+
+#endif

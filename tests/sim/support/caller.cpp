@@ -1,0 +1,76 @@
+#include "support/caller.h"
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "sim/core/record_bytes.h"
+
+namespace tembra::sim::test {
+namespace {
+
+sockaddr_in addressOf(const Endpoint& endpoint) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(endpoint.port);
+  address.sin_addr.s_addr = inet_addr(endpoint.address);
+  return address;
+}
+
+}  // namespace
+
+Caller::Caller() : socket_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
+  const sockaddr_in self = addressOf(kLibrary);
+  EXPECT_EQ(bind(socket_.get(), reinterpret_cast<const sockaddr*>(&self), sizeof self), 0);
+  constexpr timeval patience{.tv_sec = 20, .tv_usec = 0};
+  setsockopt(socket_.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+}
+
+void Caller::command(int operation, int controllerCommand) {
+  ZwaveCommand command{};
+  command.operation = operation;
+  command.controllerCommand = controllerCommand;
+  send(kZwaveServer, bytesOf(command));
+}
+
+void Caller::send(const Endpoint& to, const std::vector<unsigned char>& datagram) {
+  const sockaddr_in address = addressOf(to);
+  const ssize_t sent = sendto(socket_.get(), datagram.data(), datagram.size(), 0,
+                              reinterpret_cast<const sockaddr*>(&address), sizeof address);
+  EXPECT_EQ(sent, static_cast<ssize_t>(datagram.size()));
+}
+
+void Caller::notice(int recordKind, const std::vector<unsigned char>& record) {
+  HaNotice notice{};
+  notice.recordKind = recordKind;
+  std::copy(record.begin(), record.end(), notice.record);
+  send(kHaServer, bytesOf(notice));
+}
+
+bool Caller::receive(Heard& heard, int flags) {
+  std::array<unsigned char, 4096> buffer{};
+  const ssize_t length = recv(socket_.get(), buffer.data(), buffer.size(), flags);
+  if (length < 0) return false;
+  heard.length = static_cast<std::size_t>(length);
+  heard.block = recordFrom<ZwNodeInfo>(std::span(buffer).first(heard.length));
+  return true;
+}
+
+Heard Caller::hear() {
+  Heard heard{};
+  EXPECT_TRUE(receive(heard, 0)) << "no answer came";
+  return heard;
+}
+
+std::vector<Heard> Caller::heardSoFar() {
+  std::vector<Heard> all;
+  for (Heard heard{}; receive(heard, MSG_DONTWAIT);) all.push_back(heard);
+  return all;
+}
+
+}  // namespace tembra::sim::test

@@ -1,0 +1,45 @@
+#include "support/running_sim.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+#include "sim/control/control_client.h"
+
+namespace tembra::sim::test {
+namespace {
+
+std::vector<std::string> runCommand(const std::vector<std::string>& options) {
+  std::vector<std::string> command{TEMBRA_SIM_PROGRAM, "run", "--latency", "5"};
+  command.insert(command.end(), options.begin(), options.end());
+  return command;
+}
+
+void aMoment() { std::this_thread::sleep_for(std::chrono::milliseconds(2)); }
+
+}  // namespace
+
+RunningSim::RunningSim(const std::vector<std::string>& options) : program_(runCommand(options)) {
+  while (!ready() && program_.running()) aMoment();
+}
+
+bool RunningSim::ready() const { return program_.output().find("tembra-sim: ready\n") != std::string::npos; }
+
+Outcome RunningSim::ask(const std::string& request) const { return sim::ask(kControl, request); }
+
+void RunningSim::tell(const std::string& request) const {
+  const Outcome outcome = ask(request);
+  EXPECT_TRUE(outcome.done) << request << ": " << outcome.text;
+}
+
+void RunningSim::awaitIdle() const {
+  while (!ask("status").text.starts_with("Z-Wave server: idle")) aMoment();
+}
+
+int RunningSim::stop() {
+  tell("stop");
+  return program_.wait();
+}
+
+}  // namespace tembra::sim::test
