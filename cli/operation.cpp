@@ -13,6 +13,7 @@ using namespace std::chrono_literals;
 
 constexpr auto kTick = 100ms;
 constexpr auto kSettling = 100ms;
+constexpr auto kQuickCall = 20ms;
 constexpr int kLongestOverdueSeconds = 60;
 
 bool libraryIsIdle() { return __atomic_load_n(&idle, __ATOMIC_ACQUIRE) != 0; }
@@ -26,7 +27,7 @@ void runLibraryCall(const std::function<void()>& call, const std::function<void(
   });
   std::future<void> done = task.get_future();
   std::thread(std::move(task)).detach();
-  while (done.wait_for(0ms) != std::future_status::ready) whileWaiting();
+  while (done.wait_for(kQuickCall) != std::future_status::ready) whileWaiting();
   done.get();
 }
 

@@ -1,39 +1,37 @@
 #include "timeline.h"
 
 #include <array>
-#include <charconv>
-#include <chrono>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <ctime>
 #include <string>
-#include <system_error>
 
 namespace tembra::frontend {
 namespace {
 
-using Clock = std::chrono::steady_clock;  // CLOCK_MONOTONIC
+// The clock of /proc/uptime.
+double uptime() {
+  timespec now{};
+  clock_gettime(CLOCK_BOOTTIME, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
 
-const Clock::time_point programStart = Clock::now();
+const double programStart = uptime();
 
-Clock::time_point timelineStart() {
+double timelineStart() {
   const char* text = std::getenv("TEMBRA_TIMELINE_START");
   if (text == nullptr) return programStart;
-  std::int64_t nanoseconds = 0;
-  const char* end = text + std::strlen(text);
-  const auto [stop, error] = std::from_chars(text, end, nanoseconds);
-  if (error != std::errc() || stop != end) return programStart;
-  return Clock::time_point(std::chrono::nanoseconds(nanoseconds));
+  char* end = nullptr;
+  const double seconds = std::strtod(text, &end);
+  return end == text || *end != '\0' ? programStart : seconds;
 }
 
 }  // namespace
 
 void say(std::string_view from, std::string_view to, std::string_view what) {
-  static const Clock::time_point start = timelineStart();
-  const std::chrono::duration<double> elapsed = Clock::now() - start;
+  static const double start = timelineStart();
   std::array<char, 32> seconds{};
-  std::snprintf(seconds.data(), seconds.size(), "%8.3fs  ", elapsed.count());
+  std::snprintf(seconds.data(), seconds.size(), "%8.3fs  ", uptime() - start);
   std::string line = seconds.data();
   line.append(from).append(" -> ").append(to).append("   ").append(what).append("\n");
   std::fwrite(line.data(), 1, line.size(), stdout);

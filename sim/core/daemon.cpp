@@ -44,14 +44,25 @@ Daemon::Daemon(const Endpoint& self, std::size_t datagramLength, Surroundings su
 
 Daemon::~Daemon() { surroundings_.loop.forget(socket_.get()); }
 
+// Everything that waits is taken before the next request of a person: whoever commands and then presses is served in
+// that order.
 void Daemon::receive() {
+  while (receiveOne()) {
+  }
+}
+
+bool Daemon::receiveOne() {
   std::array<unsigned char, 8192> buffer{};
   const ssize_t received = recv(socket_.get(), buffer.data(), buffer.size(), MSG_TRUNC);
-  if (received < 0) return;
+  if (received < 0) return false;
   surroundings_.journal.countReceived();
   const auto length = static_cast<std::size_t>(received);
-  if (length == datagramLength_) return handle(Bytes(buffer.data(), length));
-  found("a datagram of " + std::to_string(length) + " bytes instead of " + std::to_string(datagramLength_));
+  if (length == datagramLength_) {
+    handle(Bytes(buffer.data(), length));
+  } else {
+    found("a datagram of " + std::to_string(length) + " bytes instead of " + std::to_string(datagramLength_));
+  }
+  return true;
 }
 
 void Daemon::tellLibrary(Bytes datagram, std::string_view what) {

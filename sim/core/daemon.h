@@ -41,6 +41,7 @@ class Daemon {
 
  private:
   void receive();
+  bool receiveOne();
 
   const Endpoint& self_;
   std::size_t datagramLength_;

@@ -7,7 +7,6 @@
 
 #include "harness/datagram_text.h"
 #include "harness/router.h"
-#include "name_services.h"
 
 namespace {
 

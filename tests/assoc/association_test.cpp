@@ -93,9 +93,9 @@ TEST(RoleTest, EachInitialiserStoresItsRoleInTheSameObject) {
     TembraAssociation* (*initialise)();
     int role;
   } kRoles[] = {
-      {&TembraAssociation::webServerAssocInit, 1},  {&TembraAssociation::LCDAssocInit, 2},
-      {&TembraAssociation::cloudappsAssocInit, 3},  {&TembraAssociation::meshServerAssocInit, 4},
-      {&TembraAssociation::FreeUsr1AssocInit, 5},   {&TembraAssociation::FreeUsr2AssocInit, 6},
+      {&TembraAssociation::webServerAssocInit, 1}, {&TembraAssociation::LCDAssocInit, 2},
+      {&TembraAssociation::cloudappsAssocInit, 3}, {&TembraAssociation::meshServerAssocInit, 4},
+      {&TembraAssociation::FreeUsr1AssocInit, 5},  {&TembraAssociation::FreeUsr2AssocInit, 6},
   };
   const TembraAssociation* object = TembraAssociation::getInstance();
   for (const auto& row : kRoles) {

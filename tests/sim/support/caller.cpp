@@ -24,6 +24,14 @@ sockaddr_in addressOf(const Endpoint& endpoint) {
 
 }  // namespace
 
+std::string summary(const std::vector<Heard>& all) {
+  std::string text;
+  for (const Heard& heard : all) {
+    text.append(text.empty() ? "" : " ") += std::to_string(heard.length) + "/" + std::to_string(heard.block.nodeId);
+  }
+  return text;
+}
+
 Caller::Caller() : socket_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
   const sockaddr_in self = addressOf(kLibrary);
   EXPECT_EQ(bind(socket_.get(), reinterpret_cast<const sockaddr*>(&self), sizeof self), 0);

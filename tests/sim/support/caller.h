@@ -15,9 +15,10 @@ namespace tembra::sim::test {
 struct Heard {
   std::size_t length;
   ZwNodeInfo block;  ///< zero where the datagram did not reach
-
-  bool operator==(const Heard& other) const { return length == other.length && block.nodeId == other.block.nodeId; }
 };
+
+/// "1036/2 1036/0": length and node byte of each.
+std::string summary(const std::vector<Heard>& all);
 
 class Caller {
  public:

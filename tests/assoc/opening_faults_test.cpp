@@ -1,0 +1,116 @@
+// Opening the connection when the system refuses.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "harness/router.h"
+
+using harness::Call;
+using harness::lines;
+using harness::Router;
+
+namespace {
+
+void expectClosed(const TembraAssociation& assoc) {
+  EXPECT_EQ(assoc.sock, 0);
+  EXPECT_EQ(assoc.running, 0);
+  EXPECT_EQ(local_meshID, -1);
+}
+
+}  // namespace
+
+TEST(OpeningFaultsTest, NoSocket) {
+  Router router;
+  const TembraAssociation& assoc = router.assoc();
+  router.watch(harness::kWatchConnection);
+  router.fail(Call::Socket, EMFILE);
+  EXPECT_EQ(router.open(), -1);
+  EXPECT_EQ(router.takeTrace(),
+            lines({"socket 2 2 17 -> EMFILE", "stderr Too many open files: libTembraAssoc:socket()"}));
+  expectClosed(assoc);
+}
+
+TEST(OpeningFaultsTest, NoPriority) {
+  Router router;
+  const TembraAssociation& assoc = router.assoc();
+  router.watch(harness::kWatchConnection);
+  router.fail(Call::SetPriority, EPERM);
+  EXPECT_EQ(router.open(), -1);
+  EXPECT_EQ(router.takeTrace(), lines({
+                                    "socket 2 2 17",
+                                    "priority 1 -> EPERM",
+                                    "stderr Operation not permitted: libTembraAssoc:setsockopt failed",
+                                    "close",
+                                }));
+  expectClosed(assoc);
+}
+
+TEST(OpeningFaultsTest, NoAddress) {
+  Router router;
+  const TembraAssociation& assoc = router.assoc();
+  router.watch(harness::kWatchConnection);
+  router.fail(Call::Bind, EACCES);
+  EXPECT_EQ(router.open(), -1);
+  EXPECT_EQ(router.takeTrace(), lines({
+                                    "socket 2 2 17",
+                                    "priority 1",
+                                    "bind 127.255.255.4:8888 length 16 -> EACCES",
+                                    "stderr Permission denied: libTembraAssoc:Assoc binding failed",
+                                    "close",
+                                }));
+  expectClosed(assoc);
+}
+
+TEST(OpeningFaultsTest, EachLeavesRoomForTheNextTry) {
+  for (const Call call : {Call::Socket, Call::SetPriority, Call::Bind}) {
+    SCOPED_TRACE(static_cast<int>(call));
+    static Router router;
+    router.fail(call, EIO);
+    EXPECT_EQ(router.open(), -1);
+    EXPECT_EQ(router.open(), 0);
+    router.close();
+  }
+}
+
+TEST(OpeningFaultsTest, WithoutAThreadTheConnectionIsOpenAllTheSame) {
+  Router router;
+  const TembraAssociation& assoc = router.assoc();
+  router.watch(harness::kWatchConnection);
+  std::memset(cmdtype, 'x', sizeof cmdtype);
+  router.fail(Call::CreateThread, EAGAIN);
+  EXPECT_EQ(router.open(), 0);
+  EXPECT_EQ(router.takeTrace(), lines({
+                                    "socket 2 2 17",
+                                    "priority 1",
+                                    "bind 127.255.255.4:8888 length 16",
+                                    "popen r nvram_get 2860 MeshSlaveID",
+                                    "thread -> EAGAIN",
+                                    "log 0 libTembraAssoc:can't create thread :[Resource temporarily unavailable]",
+                                }));
+  EXPECT_STREQ(tempStr, "libTembraAssoc:can't create thread :[Resource temporarily unavailable]");
+  EXPECT_EQ(assoc.running, 1);
+  EXPECT_NE(assoc.sock, 0);
+  EXPECT_EQ(cmdtype[0], 0);
+  EXPECT_EQ(cmdtype[59], 0);
+}
+
+TEST(OpeningFaultsTest, WithoutAThreadSendingAndClosingWork) {
+  Router router;
+  router.fail(Call::CreateThread, EAGAIN);
+  TembraAssociation& assoc = router.connect();
+  assoc.cmdToZwave(zwave_cmd_add);
+  EXPECT_EQ(router.takeTrace(), lines({"send zwave 236 op 1 cmd 1"}));
+  router.close();
+  EXPECT_EQ(assoc.sock, 0);
+  EXPECT_EQ(router.open(), 0);
+}
+
+TEST(OpeningFaultsTest, WithoutAPipeTheMeshIdIsZero) {
+  Router router;
+  std::strcpy(tempStr, "42");
+  router.fail(Call::Popen, ENOMEM);
+  router.connect();
+  EXPECT_EQ(local_meshID, 0);
+  EXPECT_STREQ(tempStr, "");
+}

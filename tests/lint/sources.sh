@@ -1,0 +1,7 @@
+# shellcheck shell=bash
+# The project's C++ files. To be sourced; then: cpp_files PATTERN...
+cpp_files() {
+  local pattern tests=()
+  for pattern; do tests+=(-o -name "$pattern"); done
+  find include src platform frontend sim cli tests tools -type f \( "${tests[@]:1}" \) | sort
+}

@@ -1,0 +1,21 @@
+#!/bin/sh
+# headers.sh PREFIX SOURCE COMPILER: every public header is installed, and each compiles on its own, twice in a row, in
+# every C++ standard since 11, with nothing but the system's headers beside it.
+set -eu
+prefix=$1
+source=$2
+compiler=$3
+
+(cd "$source" && find tembra -name '*.h' | sort) >headers.$$
+trap 'rm -f headers.$$' EXIT
+(cd "$prefix/include" && find . -type f | sed 's|^\./||' | sort) | diff headers.$$ -
+test "$(wc -l <headers.$$)" -ge 9
+
+while read -r header; do
+  for standard in 11 14 17 20; do
+    echo "$header: c++$standard"
+    printf '#include <%s>\n#include <%s>\n' "$header" "$header" |
+      "$compiler" -std=c++$standard -Wall -Wextra -Wpedantic -Wconversion -Werror -fsyntax-only -I"$prefix/include" \
+        -x c++ -
+  done
+done <headers.$$

@@ -1,0 +1,31 @@
+#!/bin/sh
+# own_platform.sh PREFIX WORK COMPILER [FLAG...]: definitions of the router's functions win over the stand-ins, in the
+# program itself and in a shared library that stands before them.
+set -eu
+source=$(dirname "$0")
+prefix=$1
+work=$2
+compiler=$3
+shift 3
+
+mkdir -p "$work"
+PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name tembra-assoc.pc)")
+export PKG_CONFIG_PATH
+cflags=$(pkg-config --cflags tembra-assoc)
+libs="$(pkg-config --libs tembra-assoc) -Wl,-rpath,$(pkg-config --variable=libdir tembra-assoc) -Wl,-rpath,$work"
+
+# shellcheck disable=SC2086 # several words each
+{
+  "$compiler" -std=c++11 "$@" $cflags "$source/who_is_called.cpp" -o "$work/stand-ins" $libs
+  "$compiler" -std=c++11 "$@" $cflags "$source/who_is_called.cpp" "$source/own_platform.cpp" -o "$work/in-program" $libs
+  "$compiler" -std=c++11 "$@" $cflags -fPIC -shared "$source/own_platform.cpp" -o "$work/librouter.so"
+  "$compiler" -std=c++11 "$@" $cflags "$source/who_is_called.cpp" -o "$work/in-library" -Wl,--no-as-needed \
+    -L"$work" -lrouter $libs
+}
+
+export TEMBRA_LOG=off
+test "$("$work/stand-ins")" = 'name Siren #3'
+expected='log 1 send to mesh server Not Implemented
+name own type 42 #3'
+test "$("$work/in-program")" = "$expected"
+test "$("$work/in-library")" = "$expected"

@@ -1,0 +1,128 @@
+#include "sim/radio/fault.h"
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <chrono>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+
+#include "support/caller.h"
+#include "support/running_sim.h"
+
+namespace tembra::sim::test {
+namespace {
+
+TEST(FaultText, IsReadWithItsDefaults) {
+  const Fault plain = parseFault("joined:lost");
+  EXPECT_EQ(plain.message, "joined");
+  EXPECT_EQ(plain.kind, FaultKind::kLost);
+  EXPECT_EQ(plain.remaining, 1);
+  const Fault full = parseFault("*:late=500:3");
+  EXPECT_EQ(full.message, "*");
+  EXPECT_EQ(full.value, 500);
+  EXPECT_EQ(full.remaining, 3);
+  EXPECT_EQ(parseFault("info:code").value, 255);
+  EXPECT_EQ(parseFault("closing:silence:always").remaining, Fault::kAlways);
+}
+
+TEST(FaultText, MistakesAreRefused) {
+  for (const char* text : {"", "joined", "joined:", "lost", "nothing:lost", "joined:broken", "joined:lost=1",
+                           "joined:late", "joined:late=x", "joined:late=-1", "joined:short", "joined:short=5000",
+                           "joined:code=256", "joined:lost:x", "joined:lost:1:2"}) {
+    EXPECT_THROW(parseFault(text), std::invalid_argument) << text;
+  }
+}
+
+TEST(FaultList, HitsAsOftenAsItWasTold) {
+  FaultList faults;
+  faults.add(parseFault("joined:lost:2"));
+  EXPECT_FALSE(faults.take("info").lost);
+  EXPECT_TRUE(faults.take("joined").lost);
+  EXPECT_TRUE(faults.take("joined").lost);
+  EXPECT_FALSE(faults.take("joined").lost);
+  EXPECT_EQ(faults.count(), 0U);
+}
+
+struct FaultRow {
+  const char* fault;
+  const char* whenAdding;
+  const char* whenRemoving;
+};
+
+void PrintTo(const FaultRow& row, std::ostream* stream) { *stream << row.fault; }
+
+// Length and node byte of the answers to an add and to the removal of a device of node 2.
+constexpr FaultRow kRows[] = {
+    {"joined:lost", "1036/2 1036/2", "1036/2 1036/2"},
+    {"identity:lost", "1036/2 1036/2", "1036/2 1036/2"},
+    {"joined:twice", "1036/2 1036/2 1036/2 1036/2", "1036/2 1036/2"},
+    {"identity:short=1", "1036/2 1/2 1036/2", "1036/2 1036/2"},
+    {"info:short=0", "1036/2 1036/2 0/0", "1036/2 1036/2"},
+    {"info:short=4096", "1036/2 1036/2 1036/2", "1036/2 1036/2"},
+    {"joined:code=255", "1036/255", "1036/2 1036/2"},
+    {"identity:code", "1036/2 1036/255", "1036/2 1036/2"},
+    {"joined:code=0", "1036/0 1036/2 1036/2", "1036/2 1036/2"},
+    {"identity:silence", "1036/2", "1036/2 1036/2"},
+    {"joined:silence", "", "1036/2 1036/2"},
+    {"removed:lost", "1036/2 1036/2 1036/2", "1036/2"},
+    {"removed:code=0", "1036/2 1036/2 1036/2", "1036/0 1036/2"},
+    {"closing:lost", "1036/2 1036/2 1036/2", "1036/2"},
+    {"closing:twice", "1036/2 1036/2 1036/2", "1036/2 1036/2 1036/2"},
+    {"removed:silence", "1036/2 1036/2 1036/2", ""},
+    {"*:lost:2", "1036/2", "1036/2 1036/2"},
+    {"*:lost:always", "", ""},
+    {"*:short=10:always", "10/2 10/2 10/2", "10/2 10/2"},
+};
+
+class FaultyServer : public testing::TestWithParam<FaultRow> {};
+
+std::string answersTo(Caller& caller, const RunningSim& sim, int controllerCommand) {
+  caller.command(1, controllerCommand);
+  sim.tell("press siren");
+  sim.awaitIdle();
+  return summary(caller.heardSoFar());
+}
+
+TEST_P(FaultyServer, DistortsItsAnswers) {
+  Caller caller;
+  const RunningSim sim({"--fault", GetParam().fault});
+  EXPECT_EQ(answersTo(caller, sim, 1), GetParam().whenAdding);
+  EXPECT_EQ(answersTo(caller, sim, 4), GetParam().whenRemoving);
+}
+
+std::string rowName(const testing::TestParamInfo<FaultRow>& info) {
+  std::string name = info.param.fault;
+  for (char& letter : name) {
+    if (std::isalnum(static_cast<unsigned char>(letter)) == 0) letter = '_';
+  }
+  return name + "_" + std::to_string(info.index);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryFault, FaultyServer, testing::ValuesIn(kRows), rowName);
+
+TEST(LateAnswer, ComesLaterInSimulatedTime) {
+  using Clock = std::chrono::steady_clock;
+  Caller caller;
+  const RunningSim sim({"--speed", "100", "--fault", "identity:late=8000"});
+  caller.add();
+  const Clock::time_point pressed = Clock::now();
+  sim.tell("press siren");
+  EXPECT_EQ(caller.hear().block.nodeId, 2);
+  EXPECT_EQ(caller.hear().block.nodeId, 2);
+  EXPECT_GE(Clock::now() - pressed, std::chrono::milliseconds(80));
+}
+
+TEST(FaultsAtRunTime, AreSetAndCleared) {
+  Caller caller;
+  const RunningSim sim;
+  sim.tell("fault *:lost:always");
+  EXPECT_EQ(answersTo(caller, sim, 1), "");
+  sim.tell("fault none");
+  EXPECT_EQ(answersTo(caller, sim, 1), "1036/2 1036/2 1036/2");
+  EXPECT_FALSE(sim.ask("fault joined:exploded").done);
+}
+
+}  // namespace
+}  // namespace tembra::sim::test

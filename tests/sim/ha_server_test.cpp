@@ -1,0 +1,212 @@
+// What stands in the database after the library's notices, read back through Depot.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "sim/core/record_bytes.h"
+#include "sim/ha/depot_file.h"
+#include "support/caller.h"
+#include "support/running_sim.h"
+#include "tembra/vocabulary.h"
+
+namespace tembra::sim::test {
+namespace {
+
+constexpr const char* kDatabase = "/tmp/ddb";
+
+ZwNodeInfo addedNode(unsigned char node, int type) {
+  ZwNodeInfo block{};
+  block.nodeId = node;
+  block.deviceKind = DEVICE_ZWAVE;
+  block.finalType = type;
+  setText(block.name, "Plug " + std::to_string(node));
+  setText(block.location, "Hall");
+  block.requestMark = 255;
+  return block;
+}
+
+ZwNodeInfo removedNode(unsigned char node) {
+  ZwNodeInfo block = addedNode(node, 0);
+  block.requestMark = 254;
+  return block;
+}
+
+std::set<std::string> keys() {
+  const DepotFile file(kDatabase);
+  const std::vector<std::string> all = file.keys();
+  return {all.begin(), all.end()};
+}
+
+std::string textAt(const std::string& key) {
+  const DepotFile file(kDatabase);
+  const auto value = file.get(key);
+  return value ? std::string(value->begin(), value->end()) : "missing";
+}
+
+template <typename Record>
+Record recordAt(const std::string& key) {
+  const DepotFile file(kDatabase);
+  const auto value = file.get(key);
+  EXPECT_TRUE(value.has_value()) << key;
+  return recordFrom<Record>(value.value_or(std::vector<unsigned char>()));
+}
+
+class HaServerTest : public testing::Test {
+ protected:
+  void zwave(const ZwNodeInfo& block) {
+    caller.notice(RECORD_ZWAVE, bytesOf(block));
+    sim.tell("status");  // the notice was handled before this is answered
+  }
+  void zigbee(const ZbDeviceInfo& device) {
+    caller.notice(RECORD_ZIGBEE, bytesOf(device));
+    sim.tell("status");
+  }
+  void removeAll() {
+    const std::string text = "removeAllDevices";
+    caller.notice(RECORD_ZIGBEE, {text.begin(), text.end()});
+    sim.tell("status");
+  }
+
+  Caller caller;
+  RunningSim sim;
+};
+
+TEST_F(HaServerTest, CreatesAnEmptyDatabaseAtStart) {
+  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version"}));
+  EXPECT_EQ(textAt("NextDevid"), "1");
+}
+
+TEST_F(HaServerTest, StoresAnAddedNode) {
+  zwave(addedNode(7, DEVTYPE_BINARY_SWITCH));
+  const auto record = recordAt<DeviceRecord>("1");
+  EXPECT_EQ(record.id, 1);
+  EXPECT_STREQ(record.name, "Plug 7");
+  EXPECT_EQ(record.zwaveNode, 7U);
+  EXPECT_EQ(record.zigbeeAddress, 0U);
+  EXPECT_EQ(record.radioKind, RADIO_ZWAVE);
+  EXPECT_STREQ(record.typeName, "BinarySwitch");
+  EXPECT_EQ(textAt("NextDevid"), "2");
+  EXPECT_EQ(sim.stop(), 0);
+}
+
+TEST_F(HaServerTest, StoresOneIndexRecordForEachEntryOfTheTable) {
+  ZwNodeInfo block = addedNode(7, DEVTYPE_GENERIC_DEVICE);
+  block.indexes[0] = {INDEX_SWITCH, 1};
+  block.indexes[1] = {INDEX_ENERGY, 2};
+  zwave(block);
+  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "1", "1.1", "1.2"}));
+  EXPECT_STREQ(recordAt<IndexRecord>("1.2").value, "0");
+  EXPECT_EQ(recordAt<IndexRecord>("1.2").at0[0], INDEX_ENERGY);
+}
+
+TEST_F(HaServerTest, StoresAFullIndexTable) {
+  ZwNodeInfo block = addedNode(7, DEVTYPE_GENERIC_DEVICE);
+  for (ZwIndexEntry& entry : block.indexes) entry = {INDEX_SWITCH, 1};
+  zwave(block);
+  EXPECT_TRUE(keys().contains("1.31"));
+  EXPECT_FALSE(keys().contains("1.32"));
+  EXPECT_EQ(sim.stop(), 0);
+}
+
+TEST_F(HaServerTest, DropsARemovedNodeAndOnlyThat) {
+  ZwNodeInfo block = addedNode(7, DEVTYPE_GENERIC_DEVICE);
+  block.indexes[0] = {INDEX_SWITCH, 1};
+  zwave(block);
+  for (unsigned char node = 8; node <= 17; ++node) zwave(addedNode(node, DEVTYPE_SIREN));  // ids 2 to 11
+  block.nodeId = 17;
+  block.requestMark = 255;
+  zwave(block);  // id 12, with an index record
+  zwave(removedNode(7));
+  EXPECT_FALSE(keys().contains("1"));
+  EXPECT_FALSE(keys().contains("1.1"));
+  EXPECT_TRUE(keys().contains("10"));
+  EXPECT_TRUE(keys().contains("12.1"));
+  EXPECT_EQ(textAt("NextDevid"), "13");
+}
+
+TEST_F(HaServerTest, ANodeThatIsHandedOverAgainReplacesItself) {
+  zwave(addedNode(7, DEVTYPE_SIREN));
+  zwave(addedNode(7, DEVTYPE_BINARY_SWITCH));
+  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "2"}));
+}
+
+TEST_F(HaServerTest, DropsEveryDeviceButKeepsCounting) {
+  zwave(addedNode(7, DEVTYPE_SIREN));
+  zwave(addedNode(8, DEVTYPE_SIREN));
+  removeAll();
+  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version"}));
+  EXPECT_EQ(textAt("NextDevid"), "3");
+  EXPECT_EQ(sim.stop(), 0);
+}
+
+TEST_F(HaServerTest, StoresAndDropsAZigbeeDevice) {
+  ZbDeviceInfo device{};
+  device.shortAddress = 0x1234;
+  device.msgCode = 10;
+  device.devType = DEVTYPE_MULTILEVEL_SWITCH;
+  setText(device.name, "Lamp");
+  device.indexCount = 1;
+  device.indexes[0] = {INDEX_LEVEL, 1};
+  zigbee(device);
+  EXPECT_EQ(recordAt<DeviceRecord>("1").zigbeeAddress, 0x1234U);
+  EXPECT_STREQ(recordAt<DeviceRecord>("1").typeName, "MultilevelSwitch");
+  EXPECT_TRUE(keys().contains("1.1"));
+  device.msgCode = 2;
+  zigbee(device);
+  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version"}));
+  EXPECT_EQ(sim.stop(), 0);
+}
+
+TEST_F(HaServerTest, MakesTheDatabaseAnewWhenAReaderDeletedIt) {
+  zwave(addedNode(7, DEVTYPE_SIREN));
+  std::filesystem::remove(kDatabase);
+  zwave(addedNode(8, DEVTYPE_SIREN));
+  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "2"}));
+}
+
+TEST_F(HaServerTest, AStoredNodeIsNotDescribedAgainWhenItRejoins) {
+  caller.add();
+  sim.tell("press siren");
+  sim.awaitIdle();
+  zwave(addedNode(2, DEVTYPE_SIREN));
+  caller.heardSoFar();
+  caller.add();
+  sim.tell("press siren");
+  sim.awaitIdle();
+  EXPECT_EQ(summary(caller.heardSoFar()), "1036/2 1036/2");
+}
+
+TEST(HaServerRestart, AStoredDeviceKeepsItsNode) {
+  Caller caller;
+  {
+    RunningSim sim;
+    caller.add();
+    sim.tell("press siren");
+    sim.awaitIdle();
+    caller.notice(RECORD_ZWAVE, bytesOf(addedNode(2, DEVTYPE_SIREN)));
+    EXPECT_EQ(sim.stop(), 0);
+  }
+  const RunningSim again;
+  caller.heardSoFar();
+  caller.remove();
+  again.tell("press siren");
+  EXPECT_EQ(caller.hear().block.nodeId, 2);
+}
+
+TEST(HaServerStart, ADatabaseThatCannotBeOpenedIsOneSentence) {
+  std::ofstream("/tmp/rubbish") << "no database";
+  for (const char* path : {"/tmp", "/tmp/nowhere/ddb", "/tmp/rubbish"}) {
+    RunningSim sim({"--db", path});
+    EXPECT_EQ(sim.program().wait(), 1);
+    EXPECT_NE(sim.program().errors().find("tembra-sim: the database " + std::string(path) + " cannot be opened: "),
+              std::string::npos)
+        << sim.program().errors();
+  }
+}
+
+}  // namespace
+}  // namespace tembra::sim::test

@@ -1,0 +1,81 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "support/caller.h"
+#include "support/running_sim.h"
+
+namespace tembra::sim::test {
+namespace {
+
+constexpr const char* kFile = "/tmp/scenario.json";
+
+std::vector<std::string> scenario(const std::string& steps) {
+  std::ofstream(kFile) << "[" << steps << "]";
+  return {"--speed", "100", "--scenario", kFile};
+}
+
+TEST(Scenario, PressesWhenTheLibraryAsks) {
+  Caller caller;
+  RunningSim sim(scenario(R"({"on": "add", "after": 1, "press": "siren"}, {"on": "remove", "press": "siren"},
+                             {"after": 2, "stop": true})"));
+  caller.add();
+  for (int answer = 0; answer < 3; ++answer) EXPECT_EQ(caller.hear().block.nodeId, 2);
+  caller.remove();
+  for (int answer = 0; answer < 2; ++answer) EXPECT_EQ(caller.hear().block.nodeId, 2);
+  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+}
+
+TEST(Scenario, StepsWaitForEachOther) {
+  Caller caller;
+  RunningSim sim(scenario(R"({"on": "add", "fail": true}, {"on": "add", "fault": "joined:code=7"},
+                             {"press": "dimmer"}, {"on": "cancel", "stop": true})"));
+  caller.cancel();  // too early for the last step
+  caller.add();
+  EXPECT_EQ(caller.hear().block.nodeId, 255);
+  caller.add();
+  EXPECT_EQ(caller.hear().block.nodeId, 7);
+  EXPECT_TRUE(sim.program().running());
+  caller.cancel();
+  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+}
+
+TEST(Scenario, CountsFromTheStartWithAt) {
+  RunningSim sim(scenario(R"({"at": 2, "fault": "joined:lost"}, {"at": 1, "stop": true})"));
+  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+}
+
+TEST(Scenario, AStepThatIsRefusedIsTrouble) {
+  RunningSim sim(scenario(R"({"press": "siren"}, {"stop": true})"));
+  EXPECT_EQ(sim.program().wait(), 1);
+  EXPECT_NE(sim.program().errors().find("the scenario's \"press siren\" failed: nobody listens"), std::string::npos);
+}
+
+TEST(Scenario, MistakesInAFileAreOneSentence) {
+  const std::vector<std::vector<std::string>> mistakes{
+      {R"({"press": "toaster"})", "(step 1): there is no device \"toaster\""},
+      {R"({"stop": true}, {"fault": "joined:odd"})", "(step 2): no fault is called \"odd\""},
+      {R"({"on": "rain", "stop": true})", "nothing called \"rain\" happens"},
+      {R"({"after": -1, "stop": true})", "-1 is not a number of seconds"},
+      {R"({"after": 1})", "a step that does nothing"},
+      {R"({"stop": false})", "\"stop\" is true or left out"},
+      {R"({"stop": true, "fail": true})", "a step does one thing only"},
+      {R"({"at": 1, "on": "add", "stop": true})", "\"at\" goes with neither"},
+      {R"({"dance": true})", "a step has no member \"dance\""},
+      {R"({"press": 3})", "must be string"},
+      {R"(3)", "(step 1): "},
+      {R"({)", "parse error"},
+  };
+  for (const auto& mistake : mistakes) {
+    RunningSim sim(scenario(mistake[0]));
+    EXPECT_EQ(sim.program().wait(), 1) << mistake[0];
+    const std::string errors = sim.program().errors();
+    EXPECT_TRUE(errors.starts_with("tembra-sim: the scenario /tmp/scenario.json")) << errors;
+    EXPECT_NE(errors.find(mistake[1]), std::string::npos) << errors;
+  }
+}
+
+}  // namespace
+}  // namespace tembra::sim::test
