@@ -3,26 +3,25 @@
 #ifndef TEMBRA_TESTS_CLASSIFY_CLASS_ROWS_H
 #define TEMBRA_TESTS_CLASSIFY_CLASS_ROWS_H
 
-#include <vector>
+#include <span>
 
 namespace classify {
 
-/// Any class that no row names.
+/// Every class that has no row of its own.
 constexpr int kOther = -1;
 
 struct ClassRow {
   int generic;
   int specific;
   int type;
-  const char* text;                   // the whole log line
-  std::vector<unsigned char> classes  // command classes that together make it another type
-      = {};
-  int typeWithClasses = 0;  // that type
+  const char* text;              // the whole log line
+  unsigned char classes[2] = {};  // command classes (0: none) that together make it another type
+  int typeWithClasses = 0;       // that type
 };
 
-const std::vector<ClassRow>& classRows();
+std::span<const ClassRow> classRows();
 
-/// The row that names the pair: the specific class, else its generic class's "other", else that of all classes.
+/// The row of the pair: by name, else its generic class's "other", else the one of all other generic classes.
 const ClassRow& classRow(int generic, int specific);
 
 }  // namespace classify
