@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "assoc/device_type_name.h"
 #include "assoc/event_delivery.h"
+#include "support/device_type_name.h"
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/state_lock.h"

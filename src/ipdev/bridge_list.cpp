@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "classify/zwave/device_database.h"
+#include "database/device_database.h"
 #include "support/text.h"
 
 namespace {

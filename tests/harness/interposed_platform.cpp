@@ -26,6 +26,15 @@ bool nameAsOrdered(DevType type, char* out) {
   return true;
 }
 
+// The number that the test gave the name, or `otherwise`.
+DevType numberAsOrdered(const char* name, DevType otherwise) {
+  Stage* stage = harness::stage();
+  if (stage == nullptr) return otherwise;
+  const std::lock_guard<std::mutex> lock(stage->mutex);
+  const auto found = stage->typeNumbers.find(name);
+  return found == stage->typeNumbers.end() ? otherwise : static_cast<DevType>(found->second);
+}
+
 }  // namespace
 
 Stage* stage() { return __atomic_load_n(&current, __ATOMIC_ACQUIRE); }
@@ -57,4 +66,9 @@ void DevtypeEnumToStr(DevType type, char* out) {
   static auto* const platform =
       reinterpret_cast<void (*)(DevType, char*)>(dlsym(RTLD_NEXT, "_Z16DevtypeEnumToStr7DevTypePc"));
   platform(type, out);
+}
+
+DevType StrToDevType(const char* name) {
+  static auto* const platform = reinterpret_cast<DevType (*)(const char*)>(dlsym(RTLD_NEXT, "_Z12StrToDevTypePKc"));
+  return harness::numberAsOrdered(name, platform(name));
 }

@@ -13,6 +13,7 @@
 #include "harness/library_sockets.h"
 #include "harness/node.h"
 #include "harness/real_libc.h"
+#include "harness/zigbee_device.h"
 
 namespace harness {
 namespace {
@@ -52,6 +53,8 @@ void Peer::send(const Bytes& datagram) {
 }
 
 void Peer::send(const Node& node) { send(node.bytes()); }
+
+void Peer::send(const ZigbeeDevice& device) { send(device.bytes()); }
 
 void Peer::post(const Bytes& datagram) {
   HARNESS_REAL(sendto);

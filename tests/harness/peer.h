@@ -13,6 +13,7 @@
 namespace harness {
 
 class Node;
+class ZigbeeDevice;
 
 /// A socket bound to a real address, from where the library gets datagrams.
 class Peer {
@@ -25,6 +26,7 @@ class Peer {
   /// Sends to the library and waits until it is at rest again.
   void send(const Bytes& datagram);
   void send(const Node& node);
+  void send(const ZigbeeDevice& device);
   template <typename Record, typename = std::enable_if_t<std::is_trivially_copyable_v<Record>>>
   void send(const Record& record) {
     const auto* first = reinterpret_cast<const unsigned char*>(&record);

@@ -111,6 +111,11 @@ void Router::nameType(int type, const std::string& name) {
   stage_.typeNames[type] = name;
 }
 
+void Router::numberType(const std::string& name, int type) {
+  const std::lock_guard<std::mutex> lock(stage_.mutex);
+  stage_.typeNumbers[name] = type;
+}
+
 void Router::loggerThrows(bool throws) { stage_.loggerThrows = throws; }
 
 void Router::onEvent(std::function<void(AssocEvent*)> then) {

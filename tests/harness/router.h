@@ -17,6 +17,7 @@
 #include "harness/state_text.h"
 #include "harness/stderr_capture.h"
 #include "harness/trace.h"
+#include "harness/zigbee_device.h"
 
 namespace harness {
 
@@ -73,6 +74,7 @@ class Router {
 
   void fail(Call call, int error, int times = 1, int spared = 0);
   void nameType(int type, const std::string& name);
+  void numberType(const std::string& name, int type);
   void loggerThrows(bool throws);
 
   /// Runs in the callback after the event was recorded, on the thread of the callback.

@@ -22,7 +22,8 @@ struct Stage {
   const Clock clock;
   VirtualKernel kernel;
   std::mutex mutex;
-  std::map<int, std::string> typeNames;  // device-type names that differ from the platform's
+  std::map<int, std::string> typeNames;    // device-type names that differ from the platform's
+  std::map<std::string, int> typeNumbers;  // likewise the numbers of names
   bool loggerThrows = false;
   std::function<void(const std::string&)> logHook;
 };

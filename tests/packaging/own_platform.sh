@@ -23,9 +23,16 @@ libs="$(pkg-config --libs tembra-assoc) -Wl,-rpath,$(pkg-config --variable=libdi
     -L"$work" -lrouter $libs
 }
 
+# expect PROGRAM LINE...: the program prints exactly these lines.
+expect() {
+  program=$1
+  shift
+  echo "$program"
+  "$work/$program" >"$work/$program.said"
+  printf '%s\n' "$@" | diff "$work/$program.said" -
+}
+
 export TEMBRA_LOG=off
-test "$("$work/stand-ins")" = 'name Siren #3'
-expected='log 1 send to mesh server Not Implemented
-name own type 42 #3'
-test "$("$work/in-program")" = "$expected"
-test "$("$work/in-library")" = "$expected"
+expect stand-ins 'name Siren #3'
+expect in-program 'log 1 send to mesh server Not Implemented' 'name own type 42 #3'
+expect in-library 'log 1 send to mesh server Not Implemented' 'name own type 42 #3'

@@ -2,8 +2,8 @@
 #include <tembra/association.h>
 #include <tembra/globals.h>
 
-#include "assoc/device_type_name.h"
-#include "classify/zwave/device_database.h"
+#include "database/device_database.h"
+#include "support/device_type_name.h"
 #include "support/log.h"
 #include "support/state_lock.h"
 #include "support/text.h"

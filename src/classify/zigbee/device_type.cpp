@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "assoc/device_type_name.h"
 #include "classify/zigbee/index_table.h"
+#include "support/device_type_name.h"
 #include "support/log.h"
 #include "support/state_lock.h"
 

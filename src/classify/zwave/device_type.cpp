@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "assoc/device_type_name.h"
 #include "classify/zwave/node_classes.h"
+#include "support/device_type_name.h"
 #include "support/log.h"
 #include "support/state_lock.h"
 #include "support/text.h"

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "classify/zwave/device_database.h"
+#include "database/device_database.h"
 #include "support/log.h"
 #include "support/state_lock.h"
 #include "support/text.h"

@@ -1,4 +1,4 @@
-#include "classify/zwave/device_database.h"
+#include "database/device_database.h"
 
 #include <fcntl.h>
 #include <tembra/globals.h>

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "classify/zwave/device_database.h"
+#include "database/device_database.h"
 #include "support/state_lock.h"
 
 namespace {

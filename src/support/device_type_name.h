@@ -1,6 +1,6 @@
 // Names of device types from the router's device-type library, and the default names of devices made from them.
-#ifndef TEMBRA_ASSOC_DEVICE_TYPE_NAME_H
-#define TEMBRA_ASSOC_DEVICE_TYPE_NAME_H
+#ifndef TEMBRA_SUPPORT_DEVICE_TYPE_NAME_H
+#define TEMBRA_SUPPORT_DEVICE_TYPE_NAME_H
 
 #include <tembra/platform.h>
 

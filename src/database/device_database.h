@@ -1,6 +1,6 @@
 // Read access to the HA server's device database, a Depot file that other processes write.
-#ifndef TEMBRA_CLASSIFY_ZWAVE_DEVICE_DATABASE_H
-#define TEMBRA_CLASSIFY_ZWAVE_DEVICE_DATABASE_H
+#ifndef TEMBRA_DATABASE_DEVICE_DATABASE_H
+#define TEMBRA_DATABASE_DEVICE_DATABASE_H
 
 #include <depot.h>
 #include <tembra/association.h>

@@ -1,0 +1,97 @@
+// Resetting the radio networks.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <thread>
+
+#include "harness/router.h"
+
+using harness::lines;
+using harness::Node;
+using harness::Router;
+
+namespace {
+
+constexpr const char* kBothLine = "log 0 libTembraAssoc:*** Sending reset command to Zigbee_server and Zwave_server";
+constexpr const char* kFirst = "send zigbee 320 \"n l\" @180 \"\"";
+constexpr const char* kSecond = "send zigbee 320 \"option button0\" @180 \"\"";
+constexpr const char* kInnerLine = "log 0 libTembraAssoc:Sending reset command to zigbee_server";
+constexpr const char* kZwave = "send zwave 236 op 5 cmd 0";
+
+}  // namespace
+
+TEST(ResetTest, EachKindHasItsSteps) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  const struct {
+    int type;
+    std::string trace;
+  } kRows[] = {
+      {1, lines({"log 0 libTembraAssoc:Sending reset command to Zigbee_server", kFirst, "sleep 2", kSecond, kInnerLine,
+                 "sleep 7"})},
+      {2, lines({kZwave, "log 0 libTembraAssoc:Sending reset command to Zwave_server", "sleep 7"})},
+      {3, lines({kBothLine, kFirst, "sleep 2", kSecond, kInnerLine, kZwave, "sleep 7"})},
+      {4, lines({kBothLine, kFirst, "sleep 2", kSecond, kInnerLine, kZwave,
+                 "log 3 libTembraAssoc:*** Removing all devices ***",
+                 "log 3 libTembraAssoc:Sending removeAllDevices to haserver", "send ha 4100 \"removeAllDevices\"",
+                 "sleep 7"})},
+      {0, lines({"log 2 libTembraAssoc:Unknown reset type", "sleep 7"})},
+      {9, lines({"log 2 libTembraAssoc:Unknown reset type", "sleep 7"})},
+      {-1, lines({"log 2 libTembraAssoc:Unknown reset type", "sleep 7"})},
+  };
+  for (const auto& row : kRows) {
+    assoc.doResetFor(static_cast<reset_type>(row.type));
+    EXPECT_EQ(router.takeTrace(), row.trace) << row.type;
+  }
+}
+
+TEST(ResetTest, ChangesNoState) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  assoc.addDevZigbeeZwave();
+  router.zwave().send(Node(5));
+  const std::string state = router.state();
+  for (const int type : {1, 2, 3, 4, 9}) {
+    assoc.doResetFor(static_cast<reset_type>(type));
+    EXPECT_EQ(router.state(), state) << type;
+  }
+}
+
+TEST(ResetTest, AnInterruptedSleepIsResumed) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.interruptSleep(3);
+  assoc.doResetFor(reset_zwave);
+  EXPECT_EQ(router.takeTrace(), lines({kZwave, "log 0 libTembraAssoc:Sending reset command to Zwave_server", "sleep 7",
+                                       "sleep 3"}));
+  router.interruptSleep(1);
+  assoc.cmdToZigbee(zigbee_cmd_reset);
+  EXPECT_EQ(router.takeTrace(), lines({kFirst, "sleep 2", "sleep 1", kSecond, kInnerLine}));
+}
+
+TEST(ResetTest, TheSecondDatagramIsTriedWhenTheFirstFails) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.fail(harness::Call::Sendto, ENOBUFS);
+  assoc.cmdToZigbee(zigbee_cmd_reset);
+  EXPECT_EQ(router.takeTrace(), lines({"send zigbee 320 \"n l\" @180 \"\" -> ENOBUFS",
+                                       "stderr sendto error: No buffer space available", "sleep 2", kSecond,
+                                       kInnerLine}));
+}
+
+// A reset blocks its caller for seconds, and nobody else.
+TEST(ResetTest, MeanwhileCallsAnswersAndTimeOutsGoOn) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.advance(178);
+  std::thread caller([&assoc] { assoc.doResetFor(reset_zigbee); });
+  router.awaitSleeper();
+  assoc.addDevZigbeeZwave();
+  router.zwave().send(Node(255));
+  EXPECT_EQ(router.takeEvents().size(), 1U);
+  router.advance(2);
+  router.awaitSleeper();
+  assoc.sendCancelTo(cancel_both);
+  router.advance(7);
+  caller.join();
+}

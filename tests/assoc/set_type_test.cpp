@@ -1,0 +1,212 @@
+// Confirming and changing the type of the device being added.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <thread>
+
+#include "harness/router.h"
+
+using harness::lines;
+using harness::Router;
+
+namespace {
+
+constexpr DevType kContact = DEVTYPE_CONTACT_SWITCH;  // 12
+
+void expectReport(const harness::RecordedEvent& event, const char* name, int type) {
+  DeviceReport expected{};
+  std::strcpy(expected.name, name);
+  std::strcpy(expected.location, "Default");
+  expected.type = type;
+  const DeviceReport report = event.report();
+  EXPECT_EQ(std::memcmp(&report, &expected, sizeof expected), 0) << report.name << " type " << report.type;
+  const auto* rest = event.event.payload + sizeof expected;
+  EXPECT_TRUE(std::all_of(rest, std::end(event.event.payload), [](unsigned char byte) { return byte == 0; }));
+}
+
+}  // namespace
+
+TEST(SetTypeTest, NamesTheDeviceByTypeAndId) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.database().nextId("7");
+  router.nameType(kContact, "Twelve");
+  assoc.zwNodeWork.proposedType = 5;
+  assoc.setDevType(kContact);
+  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:inside setDevType", "event 7 source 0"}));
+  EXPECT_STREQ(assoc.devName, "Twelve #7");
+  EXPECT_STREQ(assoc.devLocation, "Default");
+  EXPECT_STREQ(tempStr, "Twelve");
+  EXPECT_EQ(DevId, 7);
+  EXPECT_EQ(assoc.devType, 12);
+  EXPECT_EQ(assoc.zbDevice.devType, 12);
+  EXPECT_EQ(assoc.zwNodeWork.finalType, 12);
+  EXPECT_EQ(assoc.zwNodeWork.proposedType, 5);
+  EXPECT_EQ(assoc.classifiedType, 0);
+}
+
+TEST(SetTypeTest, SendsTheEventOnTheCallersThread) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.database().nextId("7");
+  router.nameType(kContact, "Twelve");
+  std::strcpy(cmdtype, "SelectDeviceType");
+  assoc.activeRadio = 2;
+  assoc.setDevType(kContact);
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0].thread, std::this_thread::get_id());
+  expectReport(events[0], "Twelve #7", 12);
+  EXPECT_EQ(events[0].state, "state 0 idle 1 last 7 cancel 0 radio 2 cmdtype SelectDeviceType")
+      << "the command text follows the callback";
+  EXPECT_EQ(router.state(), "state 0 idle 1 last 7 cancel 0 radio 2 cmdtype EditNameLocation");
+}
+
+TEST(SetTypeTest, TheSourceIsTheActiveRadio) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  for (const int radio : {0, 1, 2, 3, 4}) {
+    assoc.activeRadio = radio;
+    assoc.setDevType(kContact);
+    const auto events = router.takeEvents();
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events[0].event.source, radio);
+  }
+}
+
+TEST(SetTypeTest, AGenericDeviceKeepsItsTypeAndGetsItsIndexesRewritten) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.database().nextId("8");
+  assoc.zwNodeWork.proposedType = DEVTYPE_GENERIC_DEVICE;
+  constexpr ZwIndexEntry kBefore[] = {{14, 1}, {17, 2}, {1, 3}, {14, 4}, {17, 5}, {1, 6}};
+  constexpr ZwIndexEntry kAfter[] = {{42, 1}, {20, 2}, {43, 3}, {14, 4}, {17, 5}, {1, 6}, {0, 0}};
+  std::copy(std::begin(kBefore), std::end(kBefore), assoc.zwNodeWork.indexes);
+  assoc.setDevType(DEVTYPE_MOTOR_CONTROL);
+  EXPECT_EQ(router.takeTrace(), lines({
+                                    "log 0 libTembraAssoc:inside setDevType",
+                                    "log 0 libTembraAssoc:inside setDevType GenericDevice",
+                                    "log 3 ChangeIndexType:: IndexType Found",
+                                    "log 3 ChangeIndexType:: IndexType Found",
+                                    "log 3 ChangeIndexType:: IndexType Found",
+                                    "event 7 source 0",
+                                }));
+  EXPECT_EQ(std::memcmp(assoc.zwNodeWork.indexes, kAfter, sizeof kAfter), 0);
+  EXPECT_STREQ(assoc.devName, "GenericDevice #8");
+  EXPECT_EQ(assoc.zwNodeWork.finalType, 60);
+  EXPECT_EQ(assoc.devType, 52);
+  EXPECT_EQ(assoc.zbDevice.devType, 52);
+  expectReport(router.takeEvents().at(0), "GenericDevice #8", 52);
+}
+
+TEST(SetTypeTest, ALeftoverGenericProposalCountsForAZigbeeDeviceToo) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.database().nextId("9");
+  assoc.activeRadio = 1;
+  assoc.zbDevice.devType = 5;
+  assoc.zwNodeWork.proposedType = DEVTYPE_GENERIC_DEVICE;
+  assoc.zwNodeWork.deviceKind = DEVICE_ZIGBEE;
+  assoc.setDevType(kContact);
+  EXPECT_STREQ(assoc.devName, "GenericDevice #9");
+  EXPECT_EQ(assoc.zbDevice.devType, 12);
+}
+
+TEST(SetTypeTest, TakesAnIdEachTime) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.nameType(kContact, "Twelve");
+  const struct {
+    const char* stored;
+    const char* name;
+  } kRows[] = {{"17", "Twelve #17"}, {"0", "Twelve #0"}, {"-4", "Twelve #-4"}, {"words", "Twelve #0"}, {"", "Twelve #0"}};
+  for (const auto& row : kRows) {
+    router.database().nextId(row.stored);
+    assoc.setDevType(kContact);
+    EXPECT_STREQ(assoc.devName, row.name);
+  }
+}
+
+TEST(SetTypeTest, WithoutAStoredIdTheLastOneStays) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.nameType(kContact, "Twelve");
+  DevId = 23;
+  assoc.setDevType(kContact);
+  EXPECT_STREQ(assoc.devName, "Twelve #23");
+}
+
+TEST(SetTypeTest, WithoutADatabaseTheIdIsMinusOne) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.nameType(kContact, "Twelve");
+  DevId = 23;
+  router.database().makeUnopenable();
+  assoc.setDevType(kContact);
+  EXPECT_STREQ(assoc.devName, "Twelve #-1");
+  EXPECT_EQ(DevId, -1);
+  EXPECT_EQ(router.takeTrace(),
+            lines({"log 0 libTembraAssoc:inside setDevType", "stderr dpopen: broken database file", "event 7 source 0"}));
+}
+
+TEST(SetTypeTest, TheZigbeeRecordKeepsTheLowByte) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  for (const int type : {0, 255, 256, 300, -1}) {
+    assoc.setDevType(static_cast<DevType>(type));
+    EXPECT_EQ(assoc.devType, type);
+    EXPECT_EQ(assoc.zwNodeWork.finalType, type);
+    EXPECT_EQ(assoc.zbDevice.devType, type & 0xFF);
+  }
+}
+
+TEST(SetTypeTest, ALongTypeNameIsCutAtTheField) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.database().nextId("7");
+  for (const std::size_t length : {0U, 31U, 170U, 175U, 176U, 178U, 179U, 180U, 400U}) {
+    const std::string name(length, 'x');
+    router.nameType(kContact, name);
+    assoc.setDevType(kContact);
+    const std::string whole = name.substr(0, 179) + " #7";
+    EXPECT_EQ(assoc.devName, whole.substr(0, 179)) << length;
+    EXPECT_STREQ(assoc.devLocation, "Default");
+    expectReport(router.takeEvents().at(0), whole.substr(0, 179).c_str(), 12);
+  }
+}
+
+TEST(SetTypeTest, TheCallbackMayCallEverything) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.onEvent([&assoc](AssocEvent*) {
+    assoc.setDevName(const_cast<char*>("Mine"));
+    std::thread([&assoc] { assoc.setDevLocation(const_cast<char*>("Hall")); }).join();
+  });
+  assoc.setDevType(kContact);
+  EXPECT_STREQ(assoc.devName, "Mine");
+  EXPECT_STREQ(assoc.devLocation, "Hall");
+}
+
+TEST(SetType2Test, ChangesTheTypeOnly) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.database().nextId("7");
+  assoc.setDevName(const_cast<char*>("Lamp"));
+  assoc.setDevLocation(const_cast<char*>("Hall"));
+  DevId = 3;
+  assoc.zwNodeWork.proposedType = DEVTYPE_GENERIC_DEVICE;
+  assoc.zwNodeWork.indexes[0] = {14, 1};
+  const std::string state = router.state();
+  router.forget();
+  assoc.setDevType2(DEVTYPE_ZWAVE_SMOKE_SENSOR);
+  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:inside setDevType2 ***"}));
+  EXPECT_EQ(assoc.devType, 36);
+  EXPECT_EQ(assoc.zbDevice.devType, 36);
+  EXPECT_EQ(assoc.zwNodeWork.finalType, 36) << "also for a generic device";
+  EXPECT_EQ(assoc.zwNodeWork.indexes[0].type, 14);
+  EXPECT_EQ(DevId, 3);
+  EXPECT_STREQ(assoc.devName, "Lamp");
+  EXPECT_STREQ(assoc.devLocation, "Hall");
+  EXPECT_EQ(router.state(), state);
+}

@@ -1,0 +1,77 @@
+// Every pair of a generic and a specific device class, with and without the command classes that matter.
+#include <gtest/gtest.h>
+#include <tembra/globals.h>
+
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "class_rows.h"
+#include "harness/router.h"
+#include "node_reading.h"
+
+using classify::ClassRow;
+using classify::classRow;
+using classify::classRows;
+using classify::Outcome;
+using harness::Node;
+using harness::Router;
+
+TEST(NodeClassRows, AreWhole) {
+  std::set<std::pair<int, int>> pairs;
+  std::set<int> closed;
+  for (const ClassRow& row : classRows()) {
+    pairs.emplace(row.generic, row.specific);
+    if (row.specific == classify::kOther) closed.insert(row.generic);
+  }
+  EXPECT_EQ(classRows().size(), 131U);
+  EXPECT_EQ(pairs.size(), classRows().size()) << "a pair has two rows";
+  for (const ClassRow& row : classRows()) EXPECT_EQ(closed.count(row.generic), 1U) << row.generic;
+}
+
+struct Supported {
+  const char* name;
+  std::vector<unsigned char> classes;
+};
+
+class NodeClassSweep : public testing::TestWithParam<Supported> {};
+
+INSTANTIATE_TEST_SUITE_P(With, NodeClassSweep,
+                         testing::Values(Supported{"Nothing", {}}, Supported{"Meter", {0x32}},
+                                         Supported{"Alarm", {0x71}}, Supported{"Level", {0x26}},
+                                         Supported{"MeterAlarm", {0x32, 0x71}}, Supported{"MeterLevel", {0x32, 0x26}},
+                                         Supported{"AlarmLevel", {0x71, 0x26}},
+                                         Supported{"MeterAlarmLevel", {0x26, 0x71, 0x32}}),
+                         [](const auto& tested) { return tested.param.name; });
+
+namespace {
+
+ZwNodeInfo nodeOf(const std::vector<unsigned char>& classes) {
+  Node node(9);
+  node.values({{0x25, 0, 1}});
+  for (std::size_t i = 0; i < classes.size(); ++i) node.block().commandClasses[i] = classes[i];
+  node.block().commandClasses[classes.size()] = 0xFF;
+  return node.block();
+}
+
+}  // namespace
+
+TEST_P(NodeClassSweep, EveryPairIsClassifiedByItsRow) {
+  Router router;
+  router.database().nextId("17");
+  TembraAssociation& assoc = router.assoc();
+  const Outcome before = classify::marked();
+  ZwNodeInfo node = nodeOf(GetParam().classes);
+  std::set<const ClassRow*> used;
+  int same = 0;
+  for (int pair = 0; pair < 0x10000 && same == pair; ++pair) {
+    node.genericClass = static_cast<unsigned char>(pair >> 8);
+    node.specificClass = static_cast<unsigned char>(pair & 0xFF);
+    used.insert(&classRow(node.genericClass, node.specificClass));
+    const Outcome expected = classify::readNode(node, before, 17);
+    same += classify::expectSame(classify::classifyBy(assoc, node, before), expected, std::to_string(pair)) ? 1 : 0;
+  }
+  EXPECT_EQ(same, 0x10000);
+  EXPECT_EQ(used.size(), classRows().size()) << "a row was never used";
+}
