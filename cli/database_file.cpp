@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 using std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kWaitForWriter{3};
+constexpr std::chrono::seconds kWaitForWriter{1};
 constexpr std::chrono::milliseconds kBetweenTries{50};
 constexpr int kLibraryDefault = -1;  // number of buckets
 

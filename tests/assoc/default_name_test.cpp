@@ -19,8 +19,13 @@ TEST(DefaultNameTest, IsTheTypesNameAndTheId) {
     int id;
     const char* expected;
   } kRows[] = {
-      {1, 17, "BinarySwitch #17"}, {60, 5, "GenericDevice #5"},  {12, 0, "Twelve #0"},          {12, -1, "Twelve #-1"},
-      {13, 4, " #4"},              {14, 1, "%s%n #1"},           {12, INT_MAX, "Twelve #2147483647"},
+      {1, 17, "BinarySwitch #17"},
+      {60, 5, "GenericDevice #5"},
+      {12, 0, "Twelve #0"},
+      {12, -1, "Twelve #-1"},
+      {13, 4, " #4"},
+      {14, 1, "%s%n #1"},
+      {12, INT_MAX, "Twelve #2147483647"},
       {12, INT_MIN, "Twelve #-2147483648"},
   };
   for (const auto& row : kRows) {
@@ -35,15 +40,23 @@ TEST(DefaultNameTest, IsTheTypesNameAndTheId) {
   EXPECT_EQ(router.takeTrace(), "");
 }
 
-TEST(DefaultNameTest, ALongTypeNameIsCutAt179) {
+// The type's name is cut at 179 characters, the whole at the room that a caller gives.
+TEST(DefaultNameTest, LongNamesAreCut) {
   Router router;
-  for (const std::size_t length : {178U, 179U, 180U, 511U}) {
+  for (const std::size_t length : {170U, 178U, 179U, 180U, 511U}) {
     const std::string name(length, 'x');
     router.nameType(12, name);
-    char out[192];
-    const std::string expected = name.substr(0, 179) + " #-2147483648";
-    EXPECT_EQ(getDefaultDevName(DEVTYPE_CONTACT_SWITCH, INT_MIN, out), static_cast<int>(expected.size()));
-    EXPECT_EQ(out, expected) << length;
+    for (const int id : {7, INT_MAX, INT_MIN}) {
+      struct {
+        char out[192];
+        char behind = 'z';
+      } caller;
+      const std::string whole = name.substr(0, 179) + " #" + std::to_string(id);
+      const std::string expected = whole.substr(0, sizeof caller.out - 1);
+      EXPECT_EQ(getDefaultDevName(DEVTYPE_CONTACT_SWITCH, id, caller.out), static_cast<int>(expected.size()));
+      EXPECT_EQ(caller.out, expected) << length << ", " << id;
+      EXPECT_EQ(caller.behind, 'z');
+    }
   }
 }
 

@@ -29,9 +29,9 @@ TEST(ZigbeeCommandTest, EachHasItsTexts) {
   } kRows[] = {
       {zigbee_cmd_add, lines({kAdd[0]})},
       {zigbee_cmd_remove, lines({kRemove[0]})},
-      {zigbee_cmd_reset, lines({"send zigbee 320 \"n l\" @180 \"\"", "sleep 2",
-                                "send zigbee 320 \"option button0\" @180 \"\"",
-                                "log 0 libTembraAssoc:Sending reset command to zigbee_server"})},
+      {zigbee_cmd_reset,
+       lines({"send zigbee 320 \"n l\" @180 \"\"", "sleep 2", "send zigbee 320 \"option button0\" @180 \"\"",
+              "log 0 libTembraAssoc:Sending reset command to zigbee_server"})},
       {zigbee_cmd_cancel, lines({"send zigbee 320 \"network pjoin 0\" @180 \"cancel\""})},
   };
   for (const auto& row : kRows) {

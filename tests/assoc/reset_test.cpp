@@ -62,8 +62,8 @@ TEST(ResetTest, AnInterruptedSleepIsResumed) {
   TembraAssociation& assoc = router.connect();
   router.interruptSleep(3);
   assoc.doResetFor(reset_zwave);
-  EXPECT_EQ(router.takeTrace(), lines({kZwave, "log 0 libTembraAssoc:Sending reset command to Zwave_server", "sleep 7",
-                                       "sleep 3"}));
+  EXPECT_EQ(router.takeTrace(),
+            lines({kZwave, "log 0 libTembraAssoc:Sending reset command to Zwave_server", "sleep 7", "sleep 3"}));
   router.interruptSleep(1);
   assoc.cmdToZigbee(zigbee_cmd_reset);
   EXPECT_EQ(router.takeTrace(), lines({kFirst, "sleep 2", "sleep 1", kSecond, kInnerLine}));
@@ -74,9 +74,9 @@ TEST(ResetTest, TheSecondDatagramIsTriedWhenTheFirstFails) {
   TembraAssociation& assoc = router.connect();
   router.fail(harness::Call::Sendto, ENOBUFS);
   assoc.cmdToZigbee(zigbee_cmd_reset);
-  EXPECT_EQ(router.takeTrace(), lines({"send zigbee 320 \"n l\" @180 \"\" -> ENOBUFS",
-                                       "stderr sendto error: No buffer space available", "sleep 2", kSecond,
-                                       kInnerLine}));
+  EXPECT_EQ(router.takeTrace(),
+            lines({"send zigbee 320 \"n l\" @180 \"\" -> ENOBUFS", "stderr sendto error: No buffer space available",
+                   "sleep 2", kSecond, kInnerLine}));
 }
 
 // A reset blocks its caller for seconds, and nobody else.

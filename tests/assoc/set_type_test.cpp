@@ -120,7 +120,8 @@ TEST(SetTypeTest, TakesAnIdEachTime) {
   const struct {
     const char* stored;
     const char* name;
-  } kRows[] = {{"17", "Twelve #17"}, {"0", "Twelve #0"}, {"-4", "Twelve #-4"}, {"words", "Twelve #0"}, {"", "Twelve #0"}};
+  } kRows[] = {
+      {"17", "Twelve #17"}, {"0", "Twelve #0"}, {"-4", "Twelve #-4"}, {"words", "Twelve #0"}, {"", "Twelve #0"}};
   for (const auto& row : kRows) {
     router.database().nextId(row.stored);
     assoc.setDevType(kContact);
@@ -146,8 +147,8 @@ TEST(SetTypeTest, WithoutADatabaseTheIdIsMinusOne) {
   assoc.setDevType(kContact);
   EXPECT_STREQ(assoc.devName, "Twelve #-1");
   EXPECT_EQ(DevId, -1);
-  EXPECT_EQ(router.takeTrace(),
-            lines({"log 0 libTembraAssoc:inside setDevType", "stderr dpopen: broken database file", "event 7 source 0"}));
+  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:inside setDevType", "stderr dpopen: broken database file",
+                                       "event 7 source 0"}));
 }
 
 TEST(SetTypeTest, TheZigbeeRecordKeepsTheLowByte) {

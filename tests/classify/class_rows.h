@@ -14,9 +14,9 @@ struct ClassRow {
   int generic;
   int specific;
   int type;
-  const char* text;              // the whole log line
+  const char* text;               // the whole log line
   unsigned char classes[2] = {};  // command classes (0: none) that together make it another type
-  int typeWithClasses = 0;       // that type
+  int typeWithClasses = 0;        // that type
 };
 
 std::span<const ClassRow> classRows();

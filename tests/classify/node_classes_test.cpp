@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <tembra/globals.h>
 
+#include <ostream>
 #include <set>
 #include <string>
 #include <utility>
@@ -33,6 +34,7 @@ TEST(NodeClassRows, AreWhole) {
 struct Supported {
   const char* name;
   std::vector<unsigned char> classes;
+  friend std::ostream& operator<<(std::ostream& stream, const Supported& supported) { return stream << supported.name; }
 };
 
 class NodeClassSweep : public testing::TestWithParam<Supported> {};

@@ -93,12 +93,9 @@ void keepText(Text& field, const std::string& text) {
 
 Outcome take(TembraAssociation& assoc, const ZwNodeInfo& received, int result) {
   EXPECT_EQ(std::memcmp(&assoc.zwNodeRx, &received, sizeof received), 0) << "the received block was changed";
-  return {result,
-          harness::trace().takeLines(),
-          assoc.zwNodeWork,
-          assoc.classifiedType,
-          assoc.devName,
-          {BasicFlag, MultilevelFlag, SensorBinaryFlag, ZwAcExtFlag}};
+  return {result,           harness::trace().takeLines(),
+          assoc.zwNodeWork, assoc.classifiedType,
+          assoc.devName,    {BasicFlag, MultilevelFlag, SensorBinaryFlag, ZwAcExtFlag}};
 }
 
 void prepare(TembraAssociation& assoc, const ZwNodeInfo& received, const Outcome& before) {
@@ -130,8 +127,8 @@ void readValues(const ZwNodeInfo& received, Outcome& outcome) {
   table.type(0, 0);
   for (std::size_t i = 0; i < kValueRoom && value[0] != 0; ++i, value += 3) {
     const int type = indexRow(value[0], value[1]).type;
-    outcome.trace += logLine(3, format("libTembraAssoc:GenericDevice: command class: %d command index %d", value[0],
-                                       value[1]));
+    outcome.trace +=
+        logLine(3, format("libTembraAssoc:GenericDevice: command class: %d command index %d", value[0], value[1]));
     table.type(k, type);
     if (type != kUndefined) {
       table.instance(k, value[2]);
@@ -166,9 +163,9 @@ Outcome readNode(const ZwNodeInfo& received, const Outcome& before, int id) {
   outcome.name = typeName + std::string(" #") + std::to_string(id);
   keepText(outcome.work.name, outcome.name);
   outcome.work.requestMark = 255;
-  outcome.trace += logLine(
-      0, format("libTembraAssoc:Device Basic Type:0x%.2x, Generic Type:0x%.2x, Specific Type:0x%.2x,Nodeid:%d",
-                received.basicClass, received.genericClass, received.specificClass, received.nodeId));
+  outcome.trace +=
+      logLine(0, format("libTembraAssoc:Device Basic Type:0x%.2x, Generic Type:0x%.2x, Specific Type:0x%.2x,Nodeid:%d",
+                        received.basicClass, received.genericClass, received.specificClass, received.nodeId));
   outcome.result = 1;
   return outcome;
 }

@@ -20,10 +20,10 @@ struct Capabilities {
 /// What a classification leaves behind.
 struct Outcome {
   int result = 0;
-  std::string trace;      // as harness::Router::takeTrace gives it
-  ZwNodeInfo work{};      // the working copy
+  std::string trace;  // as harness::Router::takeTrace gives it
+  ZwNodeInfo work{};  // the working copy
   int classifiedType = 0;
-  std::string name;       // devName
+  std::string name;  // devName
   Capabilities raised{};
 };
 

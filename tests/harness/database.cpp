@@ -6,6 +6,7 @@
 #include <tembra/vocabulary.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -129,6 +130,17 @@ int Database::records() const {
   return session.depot() == nullptr ? -1 : dprnum(session.depot());
 }
 
+std::vector<std::string> Database::keys() const {
+  const Session session(DP_OREADER);
+  std::vector<std::string> keys;
+  if (session.depot() == nullptr || dpiterinit(session.depot()) == 0) return keys;
+  while (char* key = dpiternext(session.depot(), nullptr)) {
+    keys.emplace_back(key);
+    std::free(key);
+  }
+  return keys;
+}
+
 Bytes Database::file() const {
   std::ifstream stream(DBName, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
@@ -147,7 +159,9 @@ void Database::makeRepairable() { std::ofstream(DBName, std::ios::binary | std::
 
 void Database::cutTo(std::size_t length) { fs::resize_file(DBName, length); }
 
-void Database::breakRecord(const std::string& key) {
+void Database::breakRecord(const std::string& key) { overwriteInRecord(key, kValueSizeInRecord, 0xFFFFFFFF); }
+
+void Database::overwriteInRecord(const std::string& key, std::size_t offset, unsigned value) {
   const Bytes content = file();
   const Bytes wanted = bytesOf(key);
   auto found = content.begin() + kBucketsOffset;
@@ -162,7 +176,8 @@ void Database::breakRecord(const std::string& key) {
   } while (found != content.end() && !isKey(found));
   ASSERT_NE(found, content.end()) << "no record of key " << key;
   const auto record = static_cast<std::size_t>(found - content.begin()) - kRecordHeaderLength;
-  overwrite(record + kValueSizeInRecord, Bytes(4, 0xFF));
+  const auto* bytes = reinterpret_cast<const unsigned char*>(&value);
+  overwrite(record + offset, Bytes(bytes, bytes + sizeof value));
 }
 
 void Database::breakEveryValue() {

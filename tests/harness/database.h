@@ -5,6 +5,7 @@
 #include <tembra/records.h>
 
 #include <string>
+#include <vector>
 
 #include "harness/trace.h"
 
@@ -48,6 +49,7 @@ class Database {
 
   [[nodiscard]] bool exists() const;
   [[nodiscard]] int records() const;
+  [[nodiscard]] std::vector<std::string> keys() const;  // in the order of the file
   [[nodiscard]] Bytes file() const;
 
   // Damage. The file is there and well before.
@@ -57,7 +59,8 @@ class Database {
   void makeRepairable();                   // fails once, the repair is complete: one byte too many
   void cutTo(std::size_t length);
   void breakRecord(const std::string& key);  // the walk ends there, and closing fails
-  void breakEveryValue();                    // the walk finds keys, but no value
+  void overwriteInRecord(const std::string& key, std::size_t offset, unsigned value);  // a word of its 28-byte header
+  void breakEveryValue();  // the walk finds keys, but no value
   void makeDirectory();
 
  private:

@@ -26,6 +26,10 @@ void traceDatabase(const std::string& line, bool succeeded) {
   harness::trace().addWatched(harness::kWatchDatabase, line + (succeeded ? "" : " -> failed"));
 }
 
+void traceRecords(const std::string& line, bool succeeded) {
+  harness::trace().addWatched(harness::kWatchRecords, line + (succeeded ? "" : " -> failed"));
+}
+
 // Repairing opens a database of Depot's own.
 int repairUnwatched(int (*repair)(const char*), const char* name) {
   const harness::UnwatchedDatabaseUse unwatched;
@@ -55,7 +59,29 @@ extern "C" int dprepair(const char* name) {
 extern "C" int dpiterinit(DEPOT* depot) {
   HARNESS_REAL(dpiterinit);
   if (harness::stage() == nullptr || harness::UnwatchedDatabaseUse::isOn()) return real(depot);
-  return strike(Call::IterateDatabase) ? 0 : real(depot);
+  const int begun = strike(Call::IterateDatabase) ? 0 : real(depot);
+  traceRecords("dpiterinit", begun != 0);
+  return begun;
+}
+
+extern "C" char* dpiternext(DEPOT* depot, int* size) {
+  HARNESS_REAL(dpiternext);
+  if (harness::stage() == nullptr || harness::UnwatchedDatabaseUse::isOn()) return real(depot, size);
+  char* key = real(depot, size);
+  traceRecords(std::string("dpiternext ") + (key == nullptr ? "at the end" : key), true);
+  return key;
+}
+
+extern "C" char* dpget(DEPOT* depot, const char* key, int keyLength, int start, int most, int* size) {
+  HARNESS_REAL(dpget);
+  if (harness::stage() == nullptr || harness::UnwatchedDatabaseUse::isOn()) {
+    return real(depot, key, keyLength, start, most, size);
+  }
+  char* value = real(depot, key, keyLength, start, most, size);
+  traceRecords(std::string("dpget ") + key + " length " + std::to_string(keyLength) + " from " + std::to_string(start) +
+                   " most " + std::to_string(most),
+               value != nullptr);
+  return value;
 }
 
 extern "C" int dpclose(DEPOT* depot) {

@@ -29,7 +29,7 @@ bool nameAsOrdered(DevType type, char* out) {
 // The number that the test gave the name, or `otherwise`.
 DevType numberAsOrdered(const char* name, DevType otherwise) {
   Stage* stage = harness::stage();
-  if (stage == nullptr) return otherwise;
+  if (stage == nullptr || name == nullptr) return otherwise;
   const std::lock_guard<std::mutex> lock(stage->mutex);
   const auto found = stage->typeNumbers.find(name);
   return found == stage->typeNumbers.end() ? otherwise : static_cast<DevType>(found->second);

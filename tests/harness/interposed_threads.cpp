@@ -31,8 +31,7 @@ void* runReceiver(void* start) {
   return result;
 }
 
-// The receive thread is the one that is started on the service object.
-bool isForReceiver(const void* argument) { return argument == TembraAssociation::singleton; }
+bool isReceiver(void* (*function)(void*)) { return function == &TembraAssociation::receiverHelper; }
 
 // The error is the result; errno says something else, as it may.
 int failThread() {
@@ -55,7 +54,7 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
                               void* argument) noexcept {
   HARNESS_REAL(pthread_create);
   harness::Stage* stage = harness::stage();
-  if (stage == nullptr || !isForReceiver(argument)) return real(thread, attributes, function, argument);
+  if (stage == nullptr || !isReceiver(function)) return real(thread, attributes, function, argument);
   if (harness::faults().strike(Call::CreateThread)) return failThread();
   harness::trace().addWatched(harness::kWatchConnection, "thread");
   stage->kernel.receiverCreated();

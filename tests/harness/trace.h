@@ -36,7 +36,8 @@ struct RecordedEvent {
 enum Watch : unsigned {
   kWatchConnection = 1,  // socket, priority, bind, popen, thread, detach, shutdown, close
   kWatchTimeouts = 2,    // SO_RCVTIMEO, at each receive
-  kWatchDatabase = 4     // dpopen, dprepair, dpclose
+  kWatchDatabase = 4,    // dpopen, dprepair, dpclose
+  kWatchRecords = 8      // dpiterinit, dpiternext, dpget
 };
 
 class Trace {

@@ -11,6 +11,7 @@ for name in libTembraAssoc libTembraPlatform; do
   echo "$library: $dynamic"
   echo "$dynamic" | grep -q "soname: \[$name\.so\.$major\]"
   test -e "$(dirname "$library")/$name.so.$major"
+  # shellcheck disable=SC2016 # the dynamic linker expands it, not the shell
   echo "$dynamic" | grep -q 'runpath: \[\$ORIGIN\]'
   if echo "$dynamic" | grep -Eq 'SYMBOLIC|TEXTREL'; then exit 1; fi
 done

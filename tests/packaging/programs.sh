@@ -12,7 +12,7 @@ for program in tembra-assoc tembra-sim; do
       *) echo "$library is not of this tree" && exit 1 ;;
     esac
   done
-  "$bin/$program" --help | grep -q "Usage: $bin/$program"
+  "$bin/$program" --help | grep -Eq "^Usage: .*$program"
 done
 "$bin/tembra-sim" devices | grep -q '^metering-plug '
 

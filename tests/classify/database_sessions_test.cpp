@@ -1,0 +1,205 @@
+// One session at a time: between processes by the file's lock, between threads by the library's own turns.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <tembra/globals.h>
+#include <unistd.h>
+
+#include <depot.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "harness/interposed_database.h"
+#include "harness/router.h"
+
+using harness::Device;
+using harness::lines;
+using harness::Router;
+
+namespace {
+
+// Another process that opens the database, and holds it until it is told to put a record and to let go.
+class Holder {
+ public:
+  Holder(const std::string& key, const harness::Bytes& value) {
+    EXPECT_EQ(pipe(held_), 0);
+    EXPECT_EQ(pipe(letGo_), 0);
+    child_ = fork();
+    if (child_ == 0) _exit(hold(key, value));
+    await(held_[0]);
+  }
+  ~Holder() {
+    for (const int end : {held_[0], held_[1], letGo_[0], letGo_[1]}) close(end);
+  }
+  Holder(const Holder&) = delete;
+  Holder& operator=(const Holder&) = delete;
+
+  void letGo() {
+    EXPECT_EQ(write(letGo_[1], "x", 1), 1);
+    int status = -1;
+    EXPECT_EQ(waitpid(child_, &status, 0), child_);
+    EXPECT_EQ(status, 0) << "the other process failed";
+  }
+
+ private:
+  static void await(int end) {
+    char byte = 0;
+    EXPECT_EQ(read(end, &byte, 1), 1);
+  }
+
+  [[nodiscard]] int hold(const std::string& key, const harness::Bytes& value) const {
+    const harness::UnwatchedDatabaseUse own;
+    DEPOT* depot = dpopen(DBName, DP_OWRITER | DP_OCREAT, -1);
+    if (depot == nullptr || write(held_[1], "x", 1) != 1) return 1;
+    char byte = 0;
+    if (read(letGo_[0], &byte, 1) != 1) return 2;
+    const auto* data = reinterpret_cast<const char*>(value.data());
+    if (dpput(depot, key.c_str(), -1, data, static_cast<int>(value.size()), DP_DOVER) == 0) return 3;
+    return dpclose(depot) == 0 ? 4 : 0;
+  }
+
+  int held_[2] = {-1, -1};
+  int letGo_[2] = {-1, -1};
+  pid_t child_ = -1;
+};
+
+// Whether somebody waits for the lock of the database file.
+bool isAwaited() {
+  struct stat file {};
+  if (stat(DBName, &file) != 0) return false;
+  const std::string inode = ":" + std::to_string(file.st_ino) + " ";
+  std::ifstream locks("/proc/locks");
+  for (std::string line; std::getline(locks, line);) {
+    if (line.find("->") != std::string::npos && line.find(inode) != std::string::npos) return true;
+  }
+  return false;
+}
+
+void awaitAWaiter() {
+  while (!isAwaited()) usleep(1000);
+}
+
+}  // namespace
+
+TEST(DatabaseSessionsTest, ALookUpWaitsForTheOtherProcessAndSeesWhatItWrote) {
+  Router router;
+  TembraAssociation& assoc = router.assoc();
+  router.database().create();
+  Holder server("3", Device(3, "Lamp").zwave(5).bytes());
+  assoc.zwNodeRx.nodeId = 5;
+  int found = -1;
+  std::thread caller([&] { found = assoc.ZW_checkNodeExists(); });
+  awaitAWaiter();
+  server.letGo();
+  caller.join();
+  EXPECT_EQ(found, 1);
+  EXPECT_STREQ(assoc.removedName, "Lamp");
+}
+
+TEST(DatabaseSessionsTest, OthersAreServedWhileALookUpWaits) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.database().create();
+  Holder server("NextDevid", {'1', '7'});
+  int id = -99;
+  std::thread caller([&] { id = assoc.calculateDevId(); });
+  awaitAWaiter();
+  assoc.addDevZigbeeZwave();
+  assoc.sendCancelTo(cancel_both);
+  EXPECT_EQ(router.takeSends().size(), 4U);
+  EXPECT_EQ(id, -99);
+  server.letGo();
+  caller.join();
+  EXPECT_EQ(id, 17);
+}
+
+TEST(DatabaseSessionsTest, ADatagramWaitsForTheDatabaseAndACallerDoesNot) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.database().create();
+  assoc.addDevZigbeeZwave();
+  router.zwave().send(harness::Node(5));
+  router.forget();
+  Holder server("3", Device(3, "Lamp").zwave(5).bytes());
+  router.zwave().post(harness::Node(5).bytes());
+  awaitAWaiter();
+  assoc.setDevName(const_cast<char*>("Plug"));
+  EXPECT_STREQ(assoc.devName, "Plug");
+  EXPECT_TRUE(router.takeEvents().empty());
+  server.letGo();
+  router.settle();
+  ASSERT_EQ(router.takeEvents().at(0).event.code, EVENT_ALREADY_JOINED);
+}
+
+TEST(DatabaseSessionsTest, TwoThreadsNeverHaveTwoSessions) {
+  constexpr int kRounds = 200;
+  Router router;
+  TembraAssociation& assoc = router.assoc();
+  router.database().nextId("17").put(Device(3, "Lamp").zwave(5));
+  assoc.zwNodeRx.nodeId = 5;
+  router.onLog([](const std::string&) { std::this_thread::yield(); });  // while a session is open
+  router.watch(harness::kWatchDatabase);
+  std::vector<std::thread> callers;
+  callers.emplace_back([&] {
+    for (int i = 0; i < kRounds; ++i) EXPECT_EQ(assoc.ZW_checkNodeExists(), 1);
+  });
+  callers.emplace_back([&] {
+    for (int i = 0; i < kRounds; ++i) EXPECT_EQ(assoc.calculateDevId(), 17);
+  });
+  for (std::thread& caller : callers) caller.join();
+
+  std::string sessions;
+  std::string expected;
+  std::istringstream trace(router.takeTrace());
+  for (std::string line; std::getline(trace, line);) {
+    if (line.rfind("log ", 0) != 0) sessions += line + "\n";
+  }
+  for (int i = 0; i < 2 * kRounds; ++i) expected += lines({"dpopen /tmp/ddb 6 -1", "dpclose"});
+  EXPECT_EQ(sessions, expected);
+}
+
+TEST(DatabaseSessionsTest, RepairingIsPartOfTheSession) {
+  Router router;
+  TembraAssociation& assoc = router.assoc();
+  router.database().nextId("17");
+  router.watch(harness::kWatchDatabase);
+  const std::string opened = lines({"dpopen /tmp/ddb 6 -1", "dpclose"});
+  const std::string repaired = lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: broken database file",
+                                      "dprepair /tmp/ddb", "dpopen /tmp/ddb 70 1", "dpclose"});
+  for (int i = 0; i < 30; ++i) {
+    router.database().makeRepairable();
+    std::thread other([&] { EXPECT_EQ(assoc.calculateDevId(), 17); });
+    EXPECT_EQ(assoc.calculateDevId(), 17);
+    other.join();
+    EXPECT_EQ(router.takeTrace(), repaired + opened) << "round " << i;
+  }
+}
+
+TEST(DatabaseSessionsTest, NoDescriptorStaysOpen) {
+  Router router;
+  TembraAssociation& assoc = router.assoc();
+  router.database().nextId("17").put(Device(3, "Lamp").zwave(5));
+  const auto nextDescriptor = [] {
+    const int descriptor = dup(0);
+    close(descriptor);
+    return descriptor;
+  };
+  const int before = nextDescriptor();
+  void (*const damages[])(harness::Database&) = {
+      [](harness::Database& database) { database.create(); },
+      [](harness::Database& database) { database.makeRepairable(); },
+      [](harness::Database& database) { database.breakRecord("3"); },
+      [](harness::Database& database) { database.makeUnopenable(); },
+      [](harness::Database& database) { database.makeDirectory(); },
+  };
+  for (const auto damage : damages) {
+    damage(router.database());
+    assoc.ZW_checkNodeExists();
+    assoc.calculateDevId();
+    EXPECT_EQ(nextDescriptor(), before);
+  }
+}

@@ -1,0 +1,206 @@
+// What classifying a node writes, says and leaves alone.
+#include <gtest/gtest.h>
+#include <tembra/globals.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "harness/router.h"
+#include "node_reading.h"
+
+using classify::Outcome;
+using harness::Call;
+using harness::lines;
+using harness::Node;
+using harness::Router;
+
+namespace {
+
+Node meteringPlug() { return Node(5).classes({0x25, 0x32}).basic(4).generic(0x10).specific(1).values({{0x25, 0, 1}}); }
+
+// A database that cannot be opened and is not there afterwards either.
+void putDatabaseOutOfReach() { std::strcpy(DBName, "/tmp/no/d"); }
+
+}  // namespace
+
+TEST(DeviceTypeTest, ThePlugIsClassifiedStepByStep) {
+  Router router;
+  router.database().nextId("17");
+  router.watch(harness::kWatchDatabase);
+  const Outcome actual = classify::classifyBy(router.assoc(), meteringPlug().block(), classify::marked());
+  EXPECT_EQ(actual.trace, lines({
+                              "dpopen /tmp/ddb 6 -1",
+                              "dpclose",
+                              "log 0 node 5 Supported Command Classes:0x25 0x32 ",
+                              "log 0 libTembraAssoc:cmd matched",
+                              "log 0 libTembraAssoc:Generic:zw_Binary_Switch , Specific:BS_Binary_Power_Switch",
+                              "log 0 libTembraAssoc:Device Basic Type:0x04, Generic Type:0x10, Specific Type:0x01,"
+                              "Nodeid:5",
+                          }));
+  EXPECT_EQ(actual.result, 1);
+  EXPECT_EQ(actual.classifiedType, 45);
+  EXPECT_EQ(actual.name, "MeterSwitch #17");
+  EXPECT_EQ(DevId, 17);
+}
+
+TEST(DeviceTypeTest, OnlyTheNamedFieldsOfTheWorkingCopyAreWritten) {
+  Router router;
+  router.database().nextId("17");
+  ZwNodeInfo expected = classify::marked().work;
+  const unsigned char start[] = {5, 0x25, 0x32, 0};
+  std::memcpy(&expected, start, sizeof start);
+  expected.deviceKind = 2;
+  expected.proposedType = 45;
+  std::memcpy(expected.name, "MeterSwitch #17", sizeof "MeterSwitch #17");
+  expected.requestMark = 255;
+  const Outcome actual = classify::classifyBy(router.assoc(), meteringPlug().block(), classify::marked());
+  EXPECT_EQ(std::memcmp(&actual.work, &expected, sizeof expected), 0);
+}
+
+TEST(DeviceTypeTest, TheRestOfTheServiceIsLeftAlone) {
+  Router router;
+  router.database().nextId("17");
+  TembraAssociation& assoc = router.assoc();
+  assoc.devType = 99;
+  assoc.activeRadio = 3;
+  assoc.removedId = 98;
+  std::memset(assoc.devLocation, 'L', sizeof assoc.devLocation);
+  const std::string location(sizeof assoc.devLocation, 'L');
+  const std::string state = router.state();
+  classify::classifyBy(assoc, meteringPlug().block(), classify::marked());
+  EXPECT_EQ(assoc.devType, 99);
+  EXPECT_EQ(assoc.removedId, 98);
+  EXPECT_EQ(std::memcmp(assoc.devLocation, location.data(), location.size()), 0);
+  EXPECT_EQ(router.state(), state);
+}
+
+TEST(DeviceTypeTest, AGenericDeviceGetsItsIndexTableBetweenItsRowAndItsName) {
+  Router router;
+  router.database().nextId("8");
+  const Node node = Node(7).classes({0x71, 0x26}).basic(3).generic(0x11).specific(1).values({{0x26, 0, 2}});
+  const Outcome actual = classify::classifyBy(router.assoc(), Node(node).block(), classify::marked());
+  EXPECT_EQ(actual.trace, lines({
+                              "log 0 node 7 Supported Command Classes:0x71 0x26 ",
+                              "log 0 libTembraAssoc:cmd matched",
+                              "log 0 libTembraAssoc:cmd matched",
+                              "log 0 libTembraAssoc:Generic:zw_Multilevel_Switch , "
+                              "Specific:MS_Multilevel_Power_Switch",
+                              "log 3 libTembraAssoc:GenericDevice: command class: 38 command index 0",
+                              "log 3 libTembraAssoc:GenericDevice: cmdclass 38 index 0 instance : 2 Enum: 17 ",
+                              "log 0 libTembraAssoc:Device Basic Type:0x03, Generic Type:0x11, Specific Type:0x01,"
+                              "Nodeid:7",
+                          }));
+  EXPECT_EQ(actual.name, "GenericDevice #8");
+  EXPECT_EQ(actual.work.indexes[0].type, 17);
+  EXPECT_EQ(actual.work.indexes[0].instance, 2);
+  EXPECT_EQ(actual.work.indexes[1].type, 0);
+}
+
+TEST(DeviceTypeTest, OddLogLinesAreKept) {
+  const struct {
+    unsigned char generic, specific;
+    const char* line;
+  } rows[] = {
+      {0x05, 9, "log 0 libTembraAssoc:Genericzw_Network_Extender , Specific:GenericDevice\n"},
+      {0x11, 0, "log 0 Generic:zw_Multilevel_Switch , Specific:MS_Unknown\n"},
+      {0x02, 4, "log 0 libTembraAssoc:Generic:zw_Static_Controller_v2 , SC_Set_Top_Box\n"},
+      {0x12, 0, "log 0 libTembraAssoc:Generic:zw_Remote_Switch , Specific:RTS_Unknown\n"},
+      {0x06, 3, "log 0 libTembraAssoc:Generic:zw_Appliance , Specific:AT_General_Appliance\n"},
+  };
+  Router router;
+  for (const auto& row : rows) {
+    const ZwNodeInfo node = Node(1).generic(row.generic).specific(row.specific).block();
+    const std::string trace = classify::classifyBy(router.assoc(), node, classify::marked()).trace;
+    EXPECT_NE(trace.find(row.line), std::string::npos) << trace;
+  }
+}
+
+TEST(DeviceTypeTest, ANodeWithoutBasicClassIsRefused) {
+  Router router;
+  router.database().nextId("17");
+  const ZwNodeInfo node = meteringPlug().basic(0).block();
+  const Outcome before = classify::marked();
+  const Outcome actual = classify::classifyBy(router.assoc(), node, before);
+  Outcome expected = before;
+  expected.trace = lines({
+      "log 0 node 5 Supported Command Classes:0x25 0x32 ",
+      "log 2 libTembraAssoc:BasicType is 0,so skipping Device addition",
+  });
+  const unsigned char classes[] = {0x25, 0x32, 0};
+  std::memcpy(expected.work.commandClasses, classes, sizeof classes);
+  classify::expectSame(actual, expected, "basic class 0");
+  EXPECT_EQ(DevId, 17) << "the id is fetched first";
+}
+
+TEST(DeviceTypeTest, EveryBasicClassButZeroWillDo) {
+  Router router;
+  router.database().nextId("17");
+  int classified = 0;
+  for (int basic = 0; basic < 256; ++basic) {
+    const ZwNodeInfo node = meteringPlug().basic(static_cast<unsigned char>(basic)).block();
+    const Outcome before = classify::marked();
+    const Outcome actual = classify::classifyBy(router.assoc(), node, before);
+    classify::expectSame(actual, classify::readNode(node, before, 17), std::to_string(basic));
+    classified += actual.result;
+  }
+  EXPECT_EQ(classified, 255);
+}
+
+TEST(DeviceTypeTest, TypeZeroIsATypeToo) {
+  Router router;
+  router.database().nextId("17");
+  const ZwNodeInfo node = Node(5).generic(0xA1).specific(6).values({{0x25, 0, 1}}).block();
+  const Outcome before = classify::marked();
+  const Outcome actual = classify::classifyBy(router.assoc(), node, before);
+  EXPECT_EQ(actual.classifiedType, 0);
+  EXPECT_EQ(actual.work.proposedType, 0);
+  EXPECT_EQ(actual.name, "UnknownDevice #17");
+  EXPECT_EQ(actual.work.indexes[0].type, before.work.indexes[0].type);
+}
+
+TEST(DeviceTypeTest, WithoutAnIdInTheDatabaseTheLastOneIsKept) {
+  Router router;
+  router.database().create();
+  DevId = 4;
+  EXPECT_EQ(classify::classifyBy(router.assoc(), meteringPlug().block(), classify::marked()).name, "MeterSwitch #4");
+}
+
+TEST(DeviceTypeTest, WithoutADatabaseTheIdIsMinusOne) {
+  Router router;
+  putDatabaseOutOfReach();
+  DevId = 4;
+  const Outcome before = classify::marked();
+  const ZwNodeInfo node = meteringPlug().block();
+  Outcome expected = classify::readNode(node, before, -1);
+  expected.trace = "stderr dpopen: open error\n" + expected.trace;
+  const Outcome actual = classify::classifyBy(router.assoc(), node, before);
+  classify::expectSame(actual, expected, "no database");
+  EXPECT_EQ(actual.name, "MeterSwitch #-1");
+  EXPECT_EQ(DevId, -1);
+}
+
+TEST(DeviceTypeTest, ATypeNameOfAnyLengthStaysInItsField) {
+  Router router;
+  router.database().nextId("17");
+  TembraAssociation& assoc = router.assoc();
+  assoc.devLocation[0] = 'L';
+  const Node node = meteringPlug();
+  for (const std::size_t length : {0, 1, 174, 175, 176, 178, 179, 180, 181, 400}) {
+    const std::string typeName(length, 'n');
+    router.nameType(45, typeName);
+    const Outcome actual = classify::classifyBy(assoc, Node(node).block(), classify::marked());
+    const std::string expected = (typeName.substr(0, 179) + " #17").substr(0, 179);
+    EXPECT_EQ(actual.name, expected) << length;
+    EXPECT_STREQ(actual.work.name, expected.c_str()) << length;
+    EXPECT_EQ(actual.work.location[0], classify::marked().work.location[0]) << length;
+    EXPECT_EQ(assoc.devLocation[0], 'L') << length;
+  }
+}
+
+TEST(DeviceTypeTest, ATypeNameIsNoFormat) {
+  Router router;
+  router.database().nextId("17");
+  router.nameType(45, "100% %s %n");
+  EXPECT_EQ(classify::classifyBy(router.assoc(), meteringPlug().block(), classify::marked()).name, "100% %s %n #17");
+}

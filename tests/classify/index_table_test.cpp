@@ -1,0 +1,185 @@
+// The index table of a generic device: what each value means, and where it is put.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "harness/router.h"
+#include "index_rows.h"
+#include "node_reading.h"
+
+using classify::Outcome;
+using harness::lines;
+using harness::Node;
+using harness::Router;
+
+namespace {
+
+constexpr ZwValueTriple kSwitch{0x25, 7, 1};
+constexpr ZwValueTriple kBattery{0x80, 0, 2};
+constexpr ZwValueTriple kUnknown{0x86, 3, 4};
+
+ZwNodeInfo nodeOf(const std::vector<ZwValueTriple>& values) {
+  ZwNodeInfo node = Node(5).block();
+  std::copy_n(values.begin(), values.size(), node.values);
+  return node;
+}
+
+bool expectAsRead(TembraAssociation& assoc, const ZwNodeInfo& node, const std::string& what) {
+  const Outcome before = classify::marked();
+  Outcome expected = before;
+  classify::readValues(node, expected);
+  return classify::expectSame(classify::deriveIndexesBy(assoc, node, before), expected, what);
+}
+
+// The type and instance bytes of the table's first entries.
+using Entries = std::vector<std::array<int, 2>>;
+
+Entries entriesOf(const ZwNodeInfo& node, std::size_t count) {
+  Entries entries;
+  for (std::size_t k = 0; k < count; ++k) entries.push_back({node.indexes[k].type, node.indexes[k].instance});
+  return entries;
+}
+
+}  // namespace
+
+TEST(IndexTableTest, EveryPairOfACommandClassAndAnIndex) {
+  Router router;
+  EXPECT_EQ(classify::indexRows().size(), 32U);
+  int same = 0;
+  for (int pair = 0; pair < 0x10000 && same == pair; ++pair) {
+    const auto commandClass = static_cast<unsigned char>(pair >> 8);
+    const auto index = static_cast<unsigned char>(pair & 0xFF);
+    const auto instance = static_cast<unsigned char>(commandClass ^ index);
+    const ZwNodeInfo node = nodeOf({{commandClass, index, instance}});
+    same += expectAsRead(router.assoc(), node, std::to_string(pair)) ? 1 : 0;
+  }
+  EXPECT_EQ(same, 0x10000);
+}
+
+TEST(IndexTableTest, EveryPairBehindAnotherValue) {
+  Router router;
+  int same = 0;
+  for (int pair = 0; pair < 0x10000 && same == pair; ++pair) {
+    const auto commandClass = static_cast<unsigned char>(pair >> 8);
+    const ZwNodeInfo node = nodeOf({kSwitch, {commandClass, static_cast<unsigned char>(pair & 0xFF), 9}, kBattery});
+    same += expectAsRead(router.assoc(), node, std::to_string(pair)) ? 1 : 0;
+  }
+  EXPECT_EQ(same, 0x10000);
+}
+
+TEST(IndexTableTest, APlugWithAMeterAndABattery) {
+  Router router;
+  const ZwNodeInfo node = nodeOf({{0x25, 0, 1}, {0x32, 0, 1}, {0x32, 2, 1}, {0x80, 0, 0}});
+  const Outcome actual = classify::deriveIndexesBy(router.assoc(), node, classify::marked());
+  EXPECT_EQ(actual.trace, lines({
+                              "log 3 libTembraAssoc:GenericDevice: command class: 37 command index 0",
+                              "log 3 libTembraAssoc:GenericDevice: cmdclass 37 index 0 instance : 1 Enum: 1 ",
+                              "log 3 libTembraAssoc:GenericDevice: command class: 50 command index 0",
+                              "log 3 libTembraAssoc:GenericDevice: cmdclass 50 index 0 instance : 1 Enum: 80 ",
+                              "log 3 libTembraAssoc:GenericDevice: command class: 50 command index 2",
+                              "log 3 libTembraAssoc:GenericDevice: Enum is not defined for : cmdclass 50 ind 2",
+                              "log 3 libTembraAssoc:GenericDevice: command class: 128 command index 0",
+                              "log 3 libTembraAssoc:GenericDevice: cmdclass 128 index 0 instance : 0 Enum: 50 ",
+                          }));
+  EXPECT_EQ(entriesOf(actual.work, 3), (Entries{{1, 1}, {80, 1}, {50, 0}}));
+  EXPECT_EQ(actual.work.indexes[3].type, 0);
+}
+
+TEST(IndexTableTest, WhereEntriesGo) {
+  constexpr int old = 0xA5;  // a byte that was not written
+  const struct {
+    const char* name;
+    std::vector<ZwValueTriple> values;
+    Entries entries;
+  } rows[] = {
+      {"nothing", {}, {{0, old}, {old, old}}},
+      {"one", {kSwitch}, {{1, 1}, {0, old}, {old, old}}},
+      {"first undefined", {kUnknown}, {{0, old}, {0, old}, {old, old}}},
+      {"first undefined, then one", {kUnknown, kSwitch}, {{0, old}, {1, 1}, {0, old}, {old, old}}},
+      {"two undefined, then one", {kUnknown, kUnknown, kSwitch}, {{0, old}, {1, 1}, {0, old}, {old, old}}},
+      {"undefined at entry 1", {kUnknown, kSwitch, kUnknown, kBattery}, {{0, old}, {1, 1}, {50, 2}, {0, old}}},
+      {"undefined in the middle", {kSwitch, kUnknown, kBattery}, {{1, 1}, {50, 2}, {0, old}, {old, old}}},
+      {"undefined at the end", {kSwitch, kUnknown}, {{1, 1}, {0, old}, {old, old}}},
+      {"the same twice", {kSwitch, kSwitch}, {{1, 1}, {1, 1}, {0, old}, {old, old}}},
+  };
+  Router router;
+  for (const auto& row : rows) {
+    const Outcome actual = classify::deriveIndexesBy(router.assoc(), nodeOf(row.values), classify::marked());
+    EXPECT_EQ(entriesOf(actual.work, row.entries.size()), row.entries) << row.name;
+  }
+}
+
+TEST(IndexTableTest, EveryOrderOfUpToSevenValues) {
+  constexpr ZwValueTriple choices[] = {kSwitch, kBattery, kUnknown};
+  Router router;
+  int orders = 0;
+  for (int number = 0; number < 2187; ++number) {
+    std::vector<ZwValueTriple> values;
+    for (int rest = number; values.size() < 7; rest /= 3) values.push_back(choices[rest % 3]);
+    orders += expectAsRead(router.assoc(), nodeOf(values), std::to_string(number)) ? 1 : 0;
+  }
+  EXPECT_EQ(orders, 2187);
+}
+
+TEST(IndexTableTest, TablesOfEveryLengthStayInTheBlock) {
+  Router router;
+  int lengths = 0;
+  for (std::size_t length = 0; length <= std::size(ZwNodeInfo{}.values); ++length) {
+    std::vector<ZwValueTriple> values(length, kSwitch);
+    lengths += expectAsRead(router.assoc(), nodeOf(values), std::to_string(length)) ? 1 : 0;
+    if (length > 0) values.back() = kUnknown;
+    expectAsRead(router.assoc(), nodeOf(values), "undefined behind " + std::to_string(length));
+  }
+  EXPECT_EQ(lengths, 182);
+}
+
+TEST(IndexTableTest, ThirtyOneEntriesFitAndTheOthersAreOnlySaid) {
+  Router router;
+  std::vector<ZwValueTriple> values(32, kSwitch);
+  values.push_back({0x30, 0, 1});
+  const Outcome actual = classify::deriveIndexesBy(router.assoc(), nodeOf(values), classify::marked());
+  EXPECT_EQ(entriesOf(actual.work, 31), Entries(31, {1, 1}));
+  EXPECT_EQ(actual.work.indexesEnd, 0);
+  EXPECT_NE(actual.trace.find("cmdclass 48 index 0 instance : 1 Enum: 2 \n"), std::string::npos);
+  EXPECT_EQ(actual.raised.binarySensor, 1);
+}
+
+TEST(IndexTableTest, AListWithoutEndIsReadUpToTheEndOfItsField) {
+  Router router;
+  ZwNodeInfo node = nodeOf(std::vector<ZwValueTriple>(std::size(ZwNodeInfo{}.values), kUnknown));
+  node.deviceKind = 0x25252525;  // would go on as values
+  const Outcome actual = classify::deriveIndexesBy(router.assoc(), node, classify::marked());
+  EXPECT_EQ(std::count(actual.trace.begin(), actual.trace.end(), '\n'), 2 * 181);
+  EXPECT_EQ(actual.trace.find("command class: 37"), std::string::npos);
+}
+
+TEST(IndexTableTest, CapabilitiesAreRaisedAndNeverLowered) {
+  const struct {
+    ZwValueTriple value;
+    classify::Capabilities raised;
+  } rows[] = {
+      {{0x20, 0, 1}, {.basic = 1}},
+      {{0x26, 0, 1}, {.multilevel = 1}},
+      {{0x26, 1, 1}, {}},
+      {{0x30, 0, 1}, {.binarySensor = 1}},
+      {{0x40, 0, 1}, {.acExtender = 1}},
+      {{0x42, 0, 1}, {}},
+      {{0x43, 1, 1}, {.acExtender = 1}},
+      {{0x43, 2, 1}, {.acExtender = 1}},
+      {{0x43, 3, 1}, {}},
+      {{0x44, 0, 1}, {.acExtender = 1}},
+      {{0x25, 0, 1}, {}},
+  };
+  Router router;
+  const classify::Capabilities all{1, 1, 1, 1};
+  for (const auto& row : rows) {
+    Outcome before = classify::marked();
+    EXPECT_TRUE(classify::deriveIndexesBy(router.assoc(), nodeOf({row.value}), before).raised == row.raised)
+        << int{row.value.commandClass};
+    before.raised = all;
+    EXPECT_TRUE(classify::deriveIndexesBy(router.assoc(), nodeOf({row.value}), before).raised == all);
+  }
+}

@@ -1,0 +1,49 @@
+// Cancelling reaches the radios that were named, and only those.
+#include <gtest/gtest.h>
+#include <tembra/records.h>
+
+#include <cstring>
+
+#include "support/program.h"
+#include "support/udp_listener.h"
+
+namespace tembra::test {
+namespace {
+
+struct Case {
+  const char* name;
+  std::vector<std::string> arguments;
+  bool zigbee;
+  bool zwave;
+};
+
+const Case kCases[] = {
+    {"Both", {"cancel", "both"}, true, true},
+    {"BothByDefault", {"cancel"}, true, true},
+    {"Zigbee", {"cancel", "zigbee"}, true, false},
+    {"Zwave", {"cancel", "zwave"}, false, true},
+};
+
+bool isCancel(const std::string& datagram) {
+  ZwaveCommand command{};
+  if (datagram.size() != sizeof command) return false;
+  std::memcpy(&command, datagram.data(), sizeof command);
+  return command.operation == 4 && command.controllerCommand == 0;
+}
+
+class CancelTest : public testing::TestWithParam<Case> {};
+
+TEST_P(CancelTest, TellsTheRadios) {
+  const ZigbeeListener zigbee;
+  const UdpListener zwave("127.255.255.254", 8888);
+  EXPECT_EQ(runAssoc(GetParam().arguments).status, 0);
+  EXPECT_EQ(zigbee.takeCommand(), GetParam().zigbee ? "network pjoin 0/cancel" : "");
+  const auto datagram = zwave.take();
+  EXPECT_EQ(datagram.has_value() && isCancel(*datagram), GetParam().zwave);
+}
+
+INSTANTIATE_TEST_SUITE_P(Radios, CancelTest, testing::ValuesIn(kCases),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace tembra::test

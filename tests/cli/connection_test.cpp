@@ -1,0 +1,65 @@
+// Without its servers, or with its place taken, no command pretends to work.
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "support/program.h"
+#include "support/udp_listener.h"
+
+namespace tembra::test {
+namespace {
+
+constexpr char kNoRadio[] =
+    "tembra-assoc: no connection: neither the ZigBee server (127.255.255.253:8888) nor the Z-Wave server "
+    "(127.255.255.254:8888) is running.";
+constexpr char kNoHome[] =
+    "tembra-assoc: no connection: the home-automation server (127.255.255.1:9999) is not running.";
+constexpr char kTaken[] =
+    "tembra-assoc: no connection: 127.255.255.4:8888 is in use, so another front end has it open.";
+
+struct Case {
+  const char* name;
+  std::vector<std::string> arguments;
+  bool zwave;  ///< the Z-Wave server runs
+  bool home;   ///< the home-automation server runs
+  const char* sentence;
+};
+
+const Case kCases[] = {
+    {"AddWithoutRadios", {"add"}, false, true, kNoRadio},
+    {"AddWithoutHome", {"add"}, true, false, kNoHome},
+    {"AddWhenTaken", {"add"}, true, true, kTaken},
+    {"RemoveWithoutRadios", {"remove", "--yes"}, false, true, kNoRadio},
+    {"RemoveWithoutHome", {"remove", "--yes"}, true, false, kNoHome},
+    {"RemoveWhenTaken", {"remove", "--yes"}, true, true, kTaken},
+    {"CancelWithoutRadios", {"cancel"}, false, true, kNoRadio},
+    {"CancelWithoutTheRadio",
+     {"cancel", "zigbee"},
+     true,
+     true,
+     "tembra-assoc: no connection: the ZigBee server (127.255.255.253:8888) is not running."},
+    {"CancelWhenTaken", {"cancel"}, true, false, kTaken},
+    {"ResetWithoutRadios", {"reset", "both", "--yes"}, false, true, kNoRadio},
+    {"ResetAllWithoutHome", {"reset", "all", "--yes"}, true, false, kNoHome},
+    {"ResetWhenTaken", {"reset", "zwave", "--yes"}, true, false, kTaken},
+    {"WatchWhenTaken", {"watch"}, false, false, kTaken},
+};
+
+class ConnectionTest : public testing::TestWithParam<Case> {};
+
+TEST_P(ConnectionTest, FailsWithOneSentence) {
+  const UdpListener otherFrontEnd("127.255.255.4", 8888);
+  std::optional<UdpListener> zwave;
+  std::optional<UdpListener> home;
+  if (GetParam().zwave) zwave.emplace("127.255.255.254", 8888);
+  if (GetParam().home) home.emplace("127.255.255.1", 9999);
+  const Ended ended = runAssoc(GetParam().arguments);
+  EXPECT_EQ(ended.status, 3);
+  EXPECT_EQ(ended.sentence(), GetParam().sentence);
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, ConnectionTest, testing::ValuesIn(kCases),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace tembra::test

@@ -1,0 +1,201 @@
+// Databases as they should be and as they should not, seen by `devices` and before an operation.
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "support/database.h"
+#include "support/program.h"
+#include "support/sim_router.h"
+#include "support/udp_listener.h"
+
+namespace tembra::test {
+namespace {
+
+TEST(Devices, AreListedWithWhatTheDatabaseTellsOfThem) {
+  {
+    const Writer database = openWriter();
+    put(database.get(), "NextDevid", "8");
+    put(database.get(), "Version", "3");
+    put(database.get(), "7", record(7, "Lamp\x1b[2J", "HueLamp", 3, 0, 0));
+    put(database.get(), "2", record(2, "Tür", "Siren", 2, 5, 0));
+    put(database.get(), "2.1", std::string(92, 'x'));
+    put(database.get(), "2.2", std::string(92, 'x'));
+    put(database.get(), "6", record(6, "Button", "KeyFob", 1, 0, 0xABC));
+    put(database.get(), "5", std::string("\5\0\0\0short", 9));
+  }
+  const std::string before = readFile(kDatabase);
+  const Ended devices = runAssoc({"devices"});
+  EXPECT_EQ(devices.status, 0) << devices.errors;
+  EXPECT_EQ(devices.output,
+            "Id  Name       Type     Radio   Address  Values\n"
+            "2   Tür        Siren    Z-Wave  5        2\n"
+            "5   short               other            0\n"
+            "6   Button     KeyFob   ZigBee  0x0abc   0\n"
+            "7   Lamp?[2J   HueLamp  IP               0\n");
+  EXPECT_EQ(readFile(kDatabase), before);
+}
+
+TEST(Devices, AreJsonObjectsAndKeepTheirBytes) {
+  put(openWriter().get(), "2", record(2, "T\xFFr \"x\"", "Siren", 2, 5, 0));
+  EXPECT_EQ(runAssoc({"devices", "--json"}).output,
+            "{\"id\":2,\"name\":\"T\xEF\xBF\xBDr \\\"x\\\"\",\"type\":\"Siren\",\"radio\":\"Z-Wave\",\"address\":\"5\","
+            "\"values\":0}\n");
+}
+
+std::string healthyDatabase() {
+  openWriter("/tmp/other").reset();
+  {
+    const Writer database = openWriter("/tmp/other");
+    for (int id = 1; id <= 50; ++id) put(database.get(), std::to_string(id), record(id, "x", "Siren", 2, 5, 0));
+  }
+  return readFile("/tmp/other");
+}
+
+std::string overwritten(std::string bytes, std::size_t at, const std::string& by) {
+  return bytes.replace(at, by.size(), by);
+}
+
+void nothing() {}
+void folder() { std::filesystem::create_directory(kDatabase); }
+void rubbish() { writeFile(kDatabase, std::string(5000, 'x')); }
+void oneByte() { writeFile(kDatabase, "x"); }
+void cutInTheHeader() { writeFile(kDatabase, healthyDatabase().substr(0, 30)); }
+void cutInTheMiddle() { writeFile(kDatabase, healthyDatabase().substr(0, healthyDatabase().size() / 2)); }
+void oneByteTooMany() { writeFile(kDatabase, healthyDatabase() + "x"); }
+void hugeBuckets() { writeFile(kDatabase, overwritten(healthyDatabase(), 32, std::string("\xFF\xFF\xFF\x3F", 4))); }
+
+void socketFile() {
+  const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un place{};
+  place.sun_family = AF_UNIX;
+  std::string(kDatabase).copy(place.sun_path, sizeof place.sun_path);
+  EXPECT_EQ(bind(descriptor, reinterpret_cast<const sockaddr*>(&place), sizeof place), 0);
+  close(descriptor);
+}
+
+struct Case {
+  const char* name;
+  void (*make)();
+  const char* sentence;
+};
+
+const Case kUnreadable[] = {
+    {"Missing", nothing, "there is no device database yet at /tmp/ddb: the home-automation server creates it."},
+    {"Folder", folder, "/tmp/ddb is a folder, not a device database."},
+    {"Socket", socketFile, "the device database /tmp/ddb cannot be opened"},
+    {"Rubbish", rubbish, "/tmp/ddb is not a device database, or a damaged one."},
+    {"OneByte", oneByte, "/tmp/ddb is not a device database, or a damaged one."},
+    {"CutInTheHeader", cutInTheHeader, "/tmp/ddb is not a device database, or a damaged one."},
+    {"CutInTheMiddle", cutInTheMiddle, "/tmp/ddb is not a device database, or a damaged one."},
+    {"OneByteTooMany", oneByteTooMany, "/tmp/ddb is not a device database, or a damaged one."},
+    {"HugeBuckets", hugeBuckets, "/tmp/ddb is not a device database, or a damaged one."},
+};
+
+class UnreadableDatabase : public testing::TestWithParam<Case> {};
+
+TEST_P(UnreadableDatabase, IsToldInOneSentenceAndLeftAlone) {
+  GetParam().make();
+  const bool existed = std::filesystem::exists(kDatabase);
+  const Ended devices = runAssoc({"devices"});
+  EXPECT_EQ(devices.status, 1);
+  EXPECT_EQ(devices.output, "");
+  EXPECT_EQ(devices.errors.find("tembra-assoc: " + std::string(GetParam().sentence)), 0U) << devices.errors;
+  EXPECT_EQ(std::filesystem::exists(kDatabase), existed);
+}
+
+INSTANTIATE_TEST_SUITE_P(Devices, UnreadableDatabase, testing::ValuesIn(kUnreadable),
+                         [](const auto& test) { return test.param.name; });
+
+TEST(Devices, OfALockedDatabaseAreToldToBeLocked) {
+  const Writer lock = openWriter();
+  const Ended devices = runAssoc({"devices"});
+  EXPECT_EQ(devices.status, 1);
+  EXPECT_EQ(devices.sentence(), "tembra-assoc: the device database /tmp/ddb stays locked by another process.");
+}
+
+TEST(Devices, OfAnEmptyDatabaseAreAHeading) {
+  openWriter().reset();
+  EXPECT_EQ(runAssoc({"devices"}).output, "Id  Name  Type  Radio  Address  Values\n");
+}
+
+TEST(Devices, OfAnEmptyFileAreAHeading) {
+  writeFile(kDatabase, "");
+  const Ended devices = runAssoc({"devices"});
+  EXPECT_EQ(devices.status, 0) << devices.errors;
+  EXPECT_EQ(devices.output, "Id  Name  Type  Radio  Address  Values\n");
+}
+
+// The library would delete these, or wait for them without end.
+const Case kRefused[] = {
+    {"Folder", folder, "/tmp/ddb is a folder, not a device database."},
+    {"Socket", socketFile, "the library deletes a database that it cannot open"},
+};
+
+class RefusedDatabase : public testing::TestWithParam<Case> {};
+
+TEST_P(RefusedDatabase, EndsAnAddBeforeItBegins) {
+  const UdpListener zwave("127.255.255.254", 8888);
+  const UdpListener home("127.255.255.1", 9999);
+  GetParam().make();
+  const Ended added = runAssoc({"add"});
+  EXPECT_EQ(added.status, 1);
+  EXPECT_NE(added.sentence().find(GetParam().sentence), std::string::npos) << added.errors;
+  EXPECT_EQ(zwave.take(), std::nullopt);
+  EXPECT_TRUE(std::filesystem::exists(kDatabase));
+}
+
+INSTANTIATE_TEST_SUITE_P(Add, RefusedDatabase, testing::ValuesIn(kRefused),
+                         [](const auto& test) { return test.param.name; });
+
+TEST(Add, IsRefusedWhileTheDatabaseStaysLocked) {
+  const UdpListener zwave("127.255.255.254", 8888);
+  const UdpListener home("127.255.255.1", 9999);
+  const Writer lock = openWriter();
+  const Ended added = runAssoc({"add"});
+  EXPECT_EQ(added.status, 1);
+  EXPECT_EQ(added.sentence(), "tembra-assoc: the device database /tmp/ddb stays locked by another process.");
+  EXPECT_EQ(zwave.take(), std::nullopt);
+}
+
+// These the library makes good: the user is told, and the add goes on.
+const Case kMended[] = {
+    {"Missing", nothing, "there is no device database yet at /tmp/ddb: the library begins an empty one."},
+    {"Rubbish", rubbish, "a damaged one. The library repairs it when it opens it."},
+    {"CutInTheHeader", cutInTheHeader, "a damaged one. The library repairs it when it opens it."},
+};
+
+class MendedDatabase : public testing::TestWithParam<Case> {};
+
+TEST_P(MendedDatabase, IsToldBeforeAnAdd) {
+  SimRouter router;
+  std::filesystem::remove(kDatabase);
+  GetParam().make();
+  const Ended added = router.add("siren", {});
+  EXPECT_EQ(added.status, 0) << added.errors;
+  EXPECT_NE(added.errors.find(GetParam().sentence), std::string::npos) << added.errors;
+}
+
+INSTANTIATE_TEST_SUITE_P(Add, MendedDatabase, testing::ValuesIn(kMended),
+                         [](const auto& test) { return test.param.name; });
+
+// A file of another user: one that root gives away, or else one that belongs to root.
+std::string foreignFile() {
+  openWriter().reset();
+  return chown(kDatabase, 12345, 12345) == 0 ? kDatabase : "/etc/passwd";
+}
+
+TEST(Add, WarnsOfADatabaseThatBelongsToAnotherUser) {
+  const UdpListener home("127.255.255.1", 9999);
+  const UdpListener zwave("127.255.255.254", 8888);
+  Program program(assocCommand({"add", "--db", foreignFile()}), Clock::kFast);
+  const Ended added = program.end();
+  EXPECT_EQ(added.status, 1) << "nobody answers";
+  EXPECT_NE(added.errors.find("belongs to another user"), std::string::npos) << added.errors;
+}
+
+}  // namespace
+}  // namespace tembra::test

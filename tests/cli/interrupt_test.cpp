@@ -1,0 +1,74 @@
+// Whatever ends the program while an operation runs, both radios are told to cancel first.
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include "support/database.h"
+#include "support/sim_router.h"
+#include "support/udp_listener.h"
+
+namespace tembra::test {
+namespace {
+
+struct Case {
+  const char* name;
+  std::vector<std::string> arguments;
+  int signal;
+  const char* zigbeeBegins;
+};
+
+const Case kCases[] = {
+    {"CtrlCWhileAdding", {"add"}, SIGINT, "option button1/IAS"},
+    {"CtrlCWhileRemoving", {"remove", "--yes"}, SIGINT, " /remove"},
+    {"KillWhileAdding", {"add"}, SIGTERM, "option button1/IAS"},
+    {"HangUpWhileRemoving", {"remove", "--yes"}, SIGHUP, " /remove"},
+};
+
+class InterruptTest : public testing::TestWithParam<Case> {};
+
+TEST_P(InterruptTest, CancelsOnBothRadios) {
+  const ZigbeeListener zigbee;
+  SimRouter router;
+  Program program(assocCommand(GetParam().arguments));
+  router.waitFor("library -> Z-Wave server");
+  program.signal(GetParam().signal);
+  const Ended ended = program.end();
+  EXPECT_EQ(ended.status, 130);
+  EXPECT_EQ(ended.sentence(), "tembra-assoc: interrupted.");
+  EXPECT_EQ(zigbee.takeCommand(), GetParam().zigbeeBegins);
+  EXPECT_EQ(zigbee.takeCommand(), "network pjoin 0/cancel");
+  router.waitFor("library -> Z-Wave server   cancel");
+  router.stop();
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, InterruptTest, testing::ValuesIn(kCases),
+                         [](const auto& test) { return test.param.name; });
+
+TEST(Interrupt, ByAReaderThatGoesAwayCancelsAsWell) {
+  const ZigbeeListener zigbee;
+  SimRouter router;
+  Program program(assocCommand({"add", "--json"}));
+  router.waitFor("library -> Z-Wave server   add a device");
+  program.stopReading();
+  EXPECT_EQ(Program({TEMBRA_SIM_PROGRAM, "press", "siren"}).end().status, 0);
+  EXPECT_EQ(program.end().status, 130);
+  router.waitFor("library -> Z-Wave server   cancel");
+  router.stop();
+}
+
+// The library waits for the database's lock without end; the user need not.
+TEST(Interrupt, LeavesALockedDatabaseAlone) {
+  const ZigbeeListener zigbee;
+  SimRouter router({"--fault", "info:late=300"});
+  Program program(assocCommand({"add"}));
+  router.pressOnAdd("siren");
+  program.waitFor("GETTING_INFO");
+  const Writer lock = openWriter();
+  program.waitFor("CREATED");
+  program.signal(SIGINT);
+  EXPECT_EQ(program.end().status, 130);
+  router.waitFor("library -> Z-Wave server   cancel");
+}
+
+}  // namespace
+}  // namespace tembra::test

@@ -1,0 +1,37 @@
+// The simulated router, and the hands that press its devices' buttons.
+#ifndef TEMBRA_TESTS_CLI_SIM_ROUTER_H
+#define TEMBRA_TESTS_CLI_SIM_ROUTER_H
+
+#include <string>
+#include <vector>
+
+#include "support/program.h"
+
+namespace tembra::test {
+
+class SimRouter {
+ public:
+  /// Ready when constructed, and quick to answer. `options` are those of tembra-sim.
+  explicit SimRouter(const std::vector<std::string>& options = {});
+
+  /// Waits until an add (or a remove) has begun, then presses the button of the device; "--fail" presses none of them.
+  void pressOnAdd(const std::string& device);
+  void pressOnRemove(const std::string& device);
+
+  /// Waits for a line of its timeline, behind those waited for before.
+  void waitFor(const std::string& text) { program_.waitFor(text); }
+
+  /// Stops it. The test fails when the router was told anything that no caller may tell it.
+  void stop();
+
+  // Whole commands of tembra-assoc: begun, a button pressed, ended.
+  [[nodiscard]] Ended add(const std::string& device, std::vector<std::string> arguments, Clock clock = Clock::kReal);
+  [[nodiscard]] Ended remove(const std::string& device, std::vector<std::string> arguments, Clock clock = Clock::kReal);
+
+ private:
+  Program program_;
+};
+
+}  // namespace tembra::test
+
+#endif

@@ -1,0 +1,54 @@
+#include "support/terminal.h"
+
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+
+namespace tembra::test {
+
+Terminal::Terminal(const std::vector<std::string>& command, Clock clock)
+    : pid_(forkpty(&terminal_, nullptr, nullptr, nullptr)) {
+  if (pid_ == 0) becomeProgram(command, clock);
+}
+
+Terminal::~Terminal() {
+  if (pid_ > 0) {
+    kill(pid_, SIGKILL);
+    static_cast<void>(waitForExit(pid_));
+  }
+  close(terminal_);
+}
+
+bool Terminal::readMore() {
+  std::array<char, 4096> bytes{};
+  const auto count = read(terminal_, bytes.data(), bytes.size());
+  if (count <= 0) return false;  // an error is how a terminal tells that the program has gone
+  screen_.append(bytes.data(), static_cast<std::size_t>(count));
+  return true;
+}
+
+void Terminal::waitFor(const std::string& text) {
+  std::size_t at = screen_.find(text, seen_);
+  while (at == std::string::npos) {
+    if (!readMore()) FAIL() << "never said: " << text << "\nscreen: " << screen_;
+    at = screen_.find(text, seen_);
+  }
+  seen_ = at + text.size();
+}
+
+void Terminal::type(const std::string& keys) const {
+  EXPECT_EQ(write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+}
+
+int Terminal::end() {
+  while (readMore()) {
+  }
+  const int status = waitForExit(pid_);
+  pid_ = 0;
+  return status;
+}
+
+}  // namespace tembra::test

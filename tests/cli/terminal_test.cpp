@@ -1,0 +1,185 @@
+// At a terminal: what is shown while waiting, what is asked, and what an answer does.
+#include <gtest/gtest.h>
+
+#include "support/sim_router.h"
+#include "support/terminal.h"
+#include "support/udp_listener.h"
+
+namespace tembra::test {
+namespace {
+
+TEST(TerminalAdd, ShowsWhatHappensAndTheSecondsLeft) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add"}));
+  terminal.waitFor("Press the button of the device to add (at most 180 s left)");
+  terminal.waitFor("(at most 179 s left)");
+  router.pressOnAdd("siren");
+  terminal.waitFor("ADDING from Z-Wave");
+  terminal.waitFor("GETTING_INFO from Z-Wave");
+  terminal.waitFor("CREATED from Z-Wave");
+  terminal.waitFor("Name (at most ");
+  terminal.type("\r");
+  terminal.waitFor("Location (at most ");
+  terminal.type("\r");
+  terminal.waitFor("Added Siren #1 (Siren, Default).");
+  EXPECT_EQ(terminal.end(), 0);
+  router.stop();
+}
+
+TEST(TerminalAdd, AsksForTheTypeUntilItGetsOne) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add"}));
+  router.pressOnAdd("multilevel-sensor");
+  terminal.waitFor("What is the device?");
+  terminal.waitFor("2  LuminanceSensor");
+  terminal.waitFor("Number or name (1 to 5): ");
+  terminal.type("6\r");
+  terminal.waitFor("Please answer with 1 to 5 or with one of the names.");
+  terminal.type("LuminanceSensor\r");
+  terminal.waitFor("[LuminanceSensor #1]: ");
+  terminal.type("Light at the door\r");
+  terminal.waitFor("[Default]: ");
+  terminal.type("Porch\r");
+  terminal.waitFor("Added Light at the door (LuminanceSensor, Porch).");
+  EXPECT_EQ(terminal.end(), 0);
+  router.waitFor("library -> HA server   node 2 is added: Light at the door, Porch");
+  router.stop();
+}
+
+TEST(TerminalAdd, TakesTheNumberOfAType) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add", "--name", "Washer", "--location", "Bath"}));
+  router.pressOnAdd("metering-plug");
+  terminal.waitFor("Number or name (1 to 2): ");
+  terminal.type("2\r");
+  terminal.waitFor("Added Washer (MeterSwitch, Bath).");
+  EXPECT_EQ(terminal.end(), 0);
+  router.stop();
+}
+
+TEST(TerminalAdd, AsksNothingWithYes) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add", "--yes"}));
+  router.pressOnAdd("metering-plug");
+  terminal.waitFor("Added MultiSwitch #1 (MultiSwitch, Default).");
+  EXPECT_EQ(terminal.end(), 0);
+  router.stop();
+}
+
+TEST(TerminalAdd, EndsAQuestionWhenTimeIsOver) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add"}), Clock::kFast);
+  router.pressOnAdd("metering-plug");
+  terminal.waitFor("Number or name (1 to 2): ");
+  terminal.waitFor("no type was chosen in time.");
+  EXPECT_EQ(terminal.end(), 1);
+  router.stop();
+}
+
+TEST(TerminalAdd, EndsTheNamingWhenTimeIsOver) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add"}), Clock::kFast);
+  router.pressOnAdd("siren");
+  terminal.waitFor("Name (at most ");
+  terminal.waitFor("the device was not named in time.");
+  EXPECT_EQ(terminal.end(), 1);
+  router.stop();
+}
+
+struct Leaving {
+  const char* name;
+  const char* at;    ///< what is on the screen
+  const char* keys;  ///< what the user does about it
+  int status;
+};
+
+const Leaving kLeavings[] = {
+    {"CtrlCWhileWaiting", "Press the button", "\x03", 130},   {"CtrlCAtTheChoice", "Number or name", "\x03", 130},
+    {"EndOfInputAtTheChoice", "Number or name", "\x04", 1},   {"CtrlCAtTheName", "Name (at most", "\x03", 130},
+    {"CtrlCAtTheLocation", "Location (at most", "\x03", 130},
+};
+
+class TerminalLeaving : public testing::TestWithParam<Leaving> {};
+
+// Types through the questions that come before the one in question.
+void goTo(Terminal& terminal, SimRouter& router, const std::string& place) {
+  if (place == "Press the button") return terminal.waitFor(place);
+  router.pressOnAdd("metering-plug");
+  for (const char* question : {"Number or name", "Name (at most", "Location (at most"}) {
+    terminal.waitFor(question);
+    if (place == question) return;
+    terminal.type("1\r");
+  }
+}
+
+TEST_P(TerminalLeaving, CancelsOnBothRadios) {
+  const ZigbeeListener zigbee;
+  SimRouter router;
+  Terminal terminal(assocCommand({"add"}));
+  goTo(terminal, router, GetParam().at);
+  terminal.type(GetParam().keys);
+  EXPECT_EQ(terminal.end(), GetParam().status) << terminal.screen();
+  router.waitFor("library -> Z-Wave server   cancel");
+  std::string last;
+  for (std::string next = zigbee.takeCommand(); !next.empty(); next = zigbee.takeCommand()) last = next;
+  EXPECT_EQ(last, "network pjoin 0/cancel");
+  router.stop();
+}
+
+INSTANTIATE_TEST_SUITE_P(Add, TerminalLeaving, testing::ValuesIn(kLeavings),
+                         [](const auto& test) { return test.param.name; });
+
+TEST(TerminalRemove, AsksFirst) {
+  SimRouter router;
+  ASSERT_EQ(router.add("siren", {}).status, 0);
+  Terminal terminal(assocCommand({"remove"}));
+  terminal.waitFor("Go on? [y/N] ");
+  terminal.type("y\r");
+  router.pressOnRemove("siren");
+  terminal.waitFor("Removed Siren #1 (id 1).");
+  EXPECT_EQ(terminal.end(), 0);
+  router.stop();
+}
+
+struct Answer {
+  const char* name;
+  const char* keys;
+  int status;
+};
+
+const Answer kAnswers[] = {
+    {"No", "n\r", 1},
+    {"Nothing", "\r", 1},
+    {"EndOfInput", "\x04", 1},
+    {"CtrlC", "\x03", 130},
+};
+
+class TerminalReset : public testing::TestWithParam<Answer> {};
+
+TEST_P(TerminalReset, DoesNothingUnlessConfirmed) {
+  const ZigbeeListener zigbee;
+  SimRouter router;
+  Terminal terminal(assocCommand({"reset", "all"}));
+  terminal.waitFor("Both radio networks forget their devices and the device list is emptied. Go on? [y/N] ");
+  terminal.type(GetParam().keys);
+  EXPECT_EQ(terminal.end(), GetParam().status);
+  EXPECT_EQ(zigbee.takeCommand(), "");
+  router.stop();
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, TerminalReset, testing::ValuesIn(kAnswers),
+                         [](const auto& test) { return test.param.name; });
+
+TEST(TerminalResetProgress, ShowsTheSecondsLeft) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"reset", "zwave"}), Clock::kFast);
+  terminal.waitFor("Go on? [y/N] ");
+  terminal.type("y\r");
+  terminal.waitFor("resetting (at most 7 s left)");
+  terminal.waitFor("Reset zwave.");
+  EXPECT_EQ(terminal.end(), 0);
+  router.stop();
+}
+
+}  // namespace
+}  // namespace tembra::test

@@ -1,0 +1,48 @@
+// What the program answers to a command line that it cannot follow, before it has done anything.
+#include <gtest/gtest.h>
+
+#include "support/program.h"
+
+namespace tembra::test {
+namespace {
+
+struct Case {
+  const char* name;
+  std::vector<std::string> arguments;
+  int status;
+  const char* says;
+};
+
+const Case kCases[] = {
+    {"NoCommand", {}, 2, "subcommand is required"},
+    {"UnknownCommand", {"paint"}, 2, "paint"},
+    {"UnknownOption", {"add", "--colour"}, 2, "--colour"},
+    {"UnknownRole", {"watch", "--role", "plumber"}, 2, "plumber"},
+    {"UnknownRadio", {"cancel", "radar"}, 2, "radar"},
+    {"ResetOfNothing", {"reset", "--yes"}, 2, "radios is required"},
+    {"ResetOfAnUnknownRadio", {"reset", "radar", "--yes"}, 2, "radar"},
+    {"UnknownTypeName", {"add", "--type", "binaryswitch"}, 2, "neither the name nor the number of a device type"},
+    {"EmptyTypeName", {"add", "--type", ""}, 2, "neither the name nor the number of a device type"},
+    {"NumberWithATail", {"add", "--type", "45x"}, 2, "neither the name nor the number of a device type"},
+    {"ResetIsNotConfirmed", {"reset", "all"}, 2, "--yes confirms"},
+    {"RemoveIsNotConfirmed", {"remove"}, 2, "--yes confirms"},
+    {"DatabaseNameTooLong", {"devices", "--db", "/tmp/abcdefghij"}, 2, "at most 9 characters"},
+    {"DatabaseIsAFolderByItsName", {"devices", "--db", "/tmp/abcdefg/"}, 2, "at most 9 characters"},
+    {"DatabaseFolderMissing", {"devices", "--db", "/tmp/nowhere/ddb"}, 2, "folder cannot be entered"},
+    {"Help", {"--help"}, 0, ""},
+    {"HelpOfACommand", {"add", "--help"}, 0, ""},
+};
+
+class UsageTest : public testing::TestWithParam<Case> {};
+
+TEST_P(UsageTest, IsAnswered) {
+  const Ended ended = runAssoc(GetParam().arguments);
+  EXPECT_EQ(ended.status, GetParam().status);
+  EXPECT_NE(ended.errors.find(GetParam().says), std::string::npos) << ended.errors;
+}
+
+INSTANTIATE_TEST_SUITE_P(CommandLine, UsageTest, testing::ValuesIn(kCases),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace tembra::test

@@ -1,0 +1,135 @@
+// Commands to the Nest server, and whether an account is linked.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "capabilities.h"
+#include "harness/router.h"
+#include "wire.h"
+
+using harness::Bytes;
+using harness::lines;
+using harness::Router;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kAuthcode = "/tmp/Authcode";
+
+std::ptrdiff_t openDescriptors() {
+  const fs::directory_iterator each("/proc/self/fd");
+  return std::distance(begin(each), end(each));
+}
+
+// Expects one command of this content, from the moment it is sent to what is marked afterwards.
+void expectCommand(Router& router, const Bytes& datagram, const std::string& commandType) {
+  EXPECT_EQ(router.takeTrace(), lines({"send nest 256"})) << "nothing else, no log line either";
+  const auto sends = router.takeSends();
+  ASSERT_EQ(sends.size(), 1U);
+  EXPECT_EQ(sends[0].bytes, datagram);
+  EXPECT_EQ(router.nest().receive(), datagram);
+  EXPECT_EQ(sends[0].state, "state 5 idle 1 last 5 cancel 2 radio 4 cmdtype Before") << "the radio is marked first";
+  EXPECT_EQ(router.state(), "state 5 idle 0 last 5 cancel 2 radio 4 cmdtype " + commandType);
+}
+
+void pretendAnOperation(TembraAssociation& assoc) {
+  assoc.assocState = ZW_ASSOC_QUERY;
+  assoc.lastEventCode = 5;
+  assoc.cancelTarget = 2;
+  assoc.activeRadio = 2;
+  idle = 1;
+  std::strcpy(cmdtype, "Before");
+}
+
+}  // namespace
+
+TEST(NestCommandTest, AddSendsTheText) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  char text[] = "c.AbCd1234";
+  pretendAnOperation(assoc);
+  EXPECT_EQ(assoc.Nest_add(text), &idle);
+  expectCommand(router, Wire(256).number(4, 100).text(8, text).all(), "AddIPDevice");
+}
+
+TEST(NestCommandTest, RemoveSendsNothingButItsNumber) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  char text[] = "of an earlier command";
+  assoc.Nest_add(text);
+  router.nest().receive();
+  router.forget();
+  pretendAnOperation(assoc);
+  EXPECT_EQ(assoc.Nest_remove(), &idle);
+  expectCommand(router, Wire(256).number(4, 109).all(), "RemoveIPDevice");
+}
+
+TEST(NestCommandTest, TheTextIsCutAtTheDatagram) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  for (const std::size_t length : {0, 1, 246, 247, 248, 249, 5000}) {
+    std::string text(length, 'x');
+    assoc.Nest_add(text.data());
+    EXPECT_EQ(router.takeSends().at(0).bytes, Wire(256).number(4, 100).text(8, text.substr(0, 247)).all()) << length;
+  }
+  assoc.Nest_add(nullptr);
+  EXPECT_EQ(router.takeSends().at(0).bytes, Wire(256).number(4, 100).all());
+}
+
+TEST(NestCommandTest, AFailedSendIsToldNobody) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  pretendAnOperation(assoc);
+  router.fail(harness::Call::Sendto, ENOBUFS);
+  EXPECT_EQ(assoc.Nest_remove(), &idle);
+  EXPECT_EQ(router.takeTrace(), lines({"send nest 256 -> ENOBUFS", "stderr sendto error: No buffer space available"}));
+  EXPECT_EQ(router.state(), "state 5 idle 0 last 5 cancel 2 radio 4 cmdtype RemoveIPDevice");
+}
+
+TEST(NestCommandTest, ANamingInBetweenIsReportedAsNest) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  assoc.Nest_remove();
+  router.forget();
+  assoc.setDevType(DEVTYPE_SIREN);
+  EXPECT_EQ(router.takeEvents().at(0).event.source, 4);
+}
+
+TEST(NestCheckTest, ACodeIsThereWhenItsFileCanBeRead) {
+  Router router;
+  TembraAssociation& assoc = router.assoc();
+  EXPECT_EQ(assoc.Nest_checkExist(), 0);
+  std::ofstream(kAuthcode).close();
+  EXPECT_EQ(assoc.Nest_checkExist(), 1) << "an empty file";
+  std::ofstream(kAuthcode) << "c.AbCd1234";
+  EXPECT_EQ(assoc.Nest_checkExist(), 1);
+  EXPECT_EQ(fs::file_size(kAuthcode), 10U) << "it stays as it is";
+  fs::remove(kAuthcode);
+  EXPECT_EQ(assoc.Nest_checkExist(), 0);
+  fs::create_symlink("/tmp/nowhere", kAuthcode);
+  EXPECT_EQ(assoc.Nest_checkExist(), 0) << "a link that leads nowhere";
+  EXPECT_EQ(router.takeTrace(), "") << "nothing is sent, logged or printed";
+}
+
+TEST(NestCheckTest, AFileThatCannotBeReadIsNoCode) {
+  Router router;
+  std::ofstream(kAuthcode) << "c.AbCd1234";
+  fs::permissions(kAuthcode, fs::perms::none);
+  const WithoutCapabilities ordinaryUser;
+  EXPECT_EQ(router.assoc().Nest_checkExist(), 0);
+  fs::permissions(kAuthcode, fs::perms::owner_read);
+  EXPECT_EQ(router.assoc().Nest_checkExist(), 1);
+}
+
+TEST(NestCheckTest, TheFileIsClosedAtOnce) {
+  Router router;
+  std::ofstream(kAuthcode).close();
+  const auto before = openDescriptors();
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(router.assoc().Nest_checkExist(), 1);
+  EXPECT_EQ(openDescriptors(), before);
+}

@@ -1,0 +1,44 @@
+// The mark that an operation is in progress, as a front end polls it.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <thread>
+
+#include "harness/router.h"
+
+using harness::Router;
+
+namespace {
+
+char mac[] = "a1:b2:c3:0a:1b:2c";
+char text[] = "text";
+
+// What another thread finds in the command type as soon as it sees the mark. Nothing but the mark orders the two.
+std::string commandTypeSeenWithTheMark(const std::function<void()>& operation) {
+  unsigned char* mark = &idle;
+  __atomic_store_n(mark, 1, __ATOMIC_RELEASE);
+  std::string seen;
+  std::thread poller([mark, &seen] {
+    while (__atomic_load_n(mark, __ATOMIC_ACQUIRE) != 0) std::this_thread::yield();
+    seen = cmdtype;
+  });
+  operation();
+  poller.join();
+  return seen;
+}
+
+}  // namespace
+
+TEST(OperationMarkTest, WhoSeesItSeesTheCommandTypeToo) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  for (int round = 0; round < 50; ++round) {
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_addBridge(mac); }), "AddIPDevice");
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_addDev(mac, text); }), "AddHueDevice");
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_refreshBridge(mac, text); }), "RefreshIPDevice");
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_remove(mac); }), "RemoveIPDevice");
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Nest_add(text); }), "AddIPDevice");
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Nest_remove(); }), "RemoveIPDevice");
+  }
+}

@@ -1,0 +1,148 @@
+// Whose a datagram is, and what then happens before the server's own flow, or instead of it.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "harness/router.h"
+
+using harness::Bytes;
+using harness::lines;
+using harness::Node;
+using harness::Router;
+
+namespace {
+
+constexpr int kMeshId = 3;  // what the router's command answers
+
+const std::string kFromZwave = lines({"log 0 libTembraAssoc:Received Packet from Z-wave"});
+const std::string kFromHa = lines({"log 1 libTembraAssoc:\\n*** Got data from HA_Server. Not implemented ***\\n"});
+const std::string kFromStranger = lines({"log 2 libTembraAssoc:received command from unknown server\\n"});
+
+// Only the address counts, and only whether its text stands in a known server's "address:port".
+const struct Sender {
+  const char* address;
+  int port;  // 0: any
+  bool meshIdIsTaken;
+  std::string trace;  // of an idle service; "flow" where the flow's own tests tell
+} kSenders[] = {
+    {"127.255.255.254", 8888, true, kFromZwave},
+    {"127.255.255.254", 1, true, kFromZwave},
+    {"127.255.255.25", 0, true, kFromZwave},
+    {"127.255.255.2", 0, true, kFromZwave},
+    {"127.255.255.253", 8888, true, ""},
+    {"127.255.255.253", 9999, true, ""},
+    {"127.255.255.252", 0, true, "flow"},
+    {"127.255.255.251", 0, true, "flow"},
+    {"127.255.255.1", 9999, false, kFromHa},
+    {"127.255.255.1", 8888, false, kFromHa},
+    {"127.255.255.1", 0, false, kFromHa},
+    {"127.255.255.11", 8888, false, kFromStranger},
+    {"127.255.255.250", 8888, false, kFromStranger},
+    {"127.255.255.24", 0, false, kFromStranger},
+    {"127.255.255.3", 0, false, kFromStranger},
+    {"127.255.255.4", 0, false, kFromStranger},
+    {"127.0.0.1", 8888, false, kFromStranger},
+    {"127.255.254.254", 8888, false, kFromStranger},
+};
+
+class Dispatch : public testing::Test {
+ protected:
+  Router router;
+  TembraAssociation& assoc = router.connect();
+
+  // The standard peers hold their addresses and ports already.
+  void sendFrom(const Sender& sender, const Bytes& datagram) {
+    const std::string who = std::string(sender.address) + ":" + std::to_string(sender.port);
+    if (who == "127.255.255.254:8888") return router.zwave().send(datagram);
+    if (who == "127.255.255.253:8888") return router.zigbee().send(datagram);
+    if (who == "127.255.255.1:9999") return router.ha().send(datagram);
+    router.from(sender.address, sender.port).send(datagram);
+  }
+};
+
+}  // namespace
+
+TEST_F(Dispatch, EverySenderIsKnownByItsAddress) {
+  int rows = 0;
+  for (const Sender& sender : kSenders) {
+    ++rows;
+    assoc_meshID = -1;
+    router.forget();
+    sendFrom(sender, Bytes(2000, 0x7F));
+    EXPECT_EQ(assoc_meshID, sender.meshIdIsTaken ? kMeshId : -1) << sender.address;
+    const std::string trace = router.takeTrace();
+    if (sender.trace == "flow") {
+      EXPECT_EQ(trace.find("unknown server"), std::string::npos) << trace;
+    } else {
+      EXPECT_EQ(trace, sender.trace) << sender.address;
+    }
+  }
+  EXPECT_EQ(rows, 18);
+}
+
+TEST_F(Dispatch, TheHaServerAndStrangersChangeNothing) {
+  for (const char* sender : {"127.255.255.1", "127.0.0.1"}) {
+    for (const int state : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, -1}) {
+      assoc.assocState = state;
+      idle = 0;
+      const std::string before = router.state();
+      const ZwNodeInfo received = assoc.zwNodeRx;
+      router.from(sender).send(Node(5));
+      EXPECT_EQ(router.state(), before);
+      EXPECT_EQ(std::memcmp(&assoc.zwNodeRx, &received, sizeof received), 0);
+    }
+  }
+  EXPECT_TRUE(router.takeEvents().empty());
+  EXPECT_TRUE(router.takeSends().empty());
+}
+
+TEST_F(Dispatch, TheMeshIdIsTakenBeforeTheFlowRuns) {
+  int inCallback = -1;
+  router.onEvent([&](AssocEvent*) { inCallback = assoc_meshID; });
+  EXPECT_EQ(assoc_meshID, -1);
+  assoc.assocState = ASSOC;
+  router.zwave().send(Node(5));
+  EXPECT_EQ(inCallback, kMeshId);
+}
+
+TEST_F(Dispatch, TheMeshIdIsTheLocalOneOfNow) {
+  local_meshID = 41;
+  router.zwave().send(Node(5));
+  EXPECT_EQ(assoc_meshID, 41);
+}
+
+TEST(ReceiveLoop, BeginsAndEndsInThisOrder) {
+  Router router;
+  router.assoc().cancelTarget = cancel_both;
+  router.watch(harness::kWatchTimeouts);
+  router.open();
+  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:entered receive thread",
+                                       "log 0 libTembraAssoc:Thread created successfully", "timeout 180"}));
+  EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 0 cmdtype ");
+  router.close();
+  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:closing the Assoc Connection",
+                                       "log 0 libTembraAssoc:exited receive thread\\n"}));
+}
+
+TEST(ReceiveLoop, DoesNotReceiveWhenItIsClosed) {
+  Router router;
+  router.assoc();
+  router.watch(harness::kWatchTimeouts);
+  idle = 0;
+  EXPECT_EQ(TembraAssociation::receiverHelper(&router.assoc()), nullptr);
+  EXPECT_EQ(router.takeTrace(),
+            lines({"log 0 libTembraAssoc:entered receive thread", "log 0 libTembraAssoc:exited receive thread\\n"}));
+  EXPECT_EQ(idle, 1);
+}
+
+// The datagram before is still in the buffer, and its sender is still known: neither counts once more.
+TEST(ReceiveLoop, ClosingDuringAnAddTellsNothing) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  assoc.addDevZigbeeZwave();
+  router.zwave().send(Node(5));
+  router.forget();
+  router.close();
+  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:closing the Assoc Connection",
+                                       "log 0 libTembraAssoc:exited receive thread\\n"}));
+}

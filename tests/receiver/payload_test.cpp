@@ -1,0 +1,143 @@
+// The bytes of the payloads, at their offsets, and what the service's records hold meanwhile.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "harness/router.h"
+
+using harness::Device;
+using harness::Node;
+using harness::RecordedEvent;
+using harness::Router;
+
+namespace {
+
+/// A payload that is zero except where it is written.
+class Payload {
+ public:
+  Payload& number(std::size_t offset, int value) {
+    std::memcpy(bytes_ + offset, &value, sizeof value);
+    return *this;
+  }
+  Payload& text(std::size_t offset, const char* value) {
+    std::memcpy(bytes_ + offset, value, std::strlen(value));
+    return *this;
+  }
+  [[nodiscard]] bool is(const RecordedEvent& recorded) const {
+    return std::memcmp(bytes_, recorded.event.payload, sizeof bytes_) == 0;
+  }
+
+ private:
+  unsigned char bytes_[4096] = {};
+};
+
+class PayloadTest : public testing::Test {
+ protected:
+  Router router;
+  TembraAssociation& assoc = router.connect();
+
+  RecordedEvent event(int state, const Node& node) {
+    assoc.assocState = state;
+    router.zwave().send(node);
+    const auto events = router.takeEvents();
+    EXPECT_EQ(events.size(), 1U);
+    return events.empty() ? RecordedEvent{} : events.back();
+  }
+};
+
+const Node kSwitch = Node(5).generic(0x10).specific(1);
+const Node kGateway = Node(5).generic(0x02).specific(7);
+
+}  // namespace
+
+TEST_F(PayloadTest, OfATimeOut) {
+  assoc.addDevZigbeeZwave();
+  router.zwave().send(Node(5));
+  router.takeEvents();
+  router.advance(60);
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_TRUE(Payload()
+                  .number(0, 3)
+                  .text(4,
+                        "{\"CommandType\":\"AddingSensor\", \"MobileInternalIndex\":\"\",\"Success\":\"false\","
+                        "\"Reason\":\"TimeoutReached\"}")
+                  .is(events[0]));
+}
+
+// Front ends write the command type, too: it may fill its field, and be anything.
+TEST_F(PayloadTest, OfATimeOutWhoseCommandTypeHasNoEnd) {
+  std::memset(cmdtype, '%', sizeof cmdtype);
+  idle = 0;
+  router.advance(180);
+  const std::string json = router.takeEvents().at(0).timeout().json;
+  EXPECT_EQ(json, "{\"CommandType\":\"" + std::string(59, '%') +
+                      R"(", "MobileInternalIndex":"","Success":"false","Reason":"TimeoutReached"})");
+}
+
+TEST_F(PayloadTest, OfAnOffer) {
+  const RecordedEvent offer = event(ZW_ASSOC_QUERY, kSwitch);
+  EXPECT_EQ(offer.event.code, EVENT_SELECT_TYPE);
+  EXPECT_TRUE(Payload().number(544, 1).number(564, 42).number(568, 1).number(572, 43).is(offer));
+}
+
+// The type is the pending device's, which classifying a Z-Wave node leaves alone.
+TEST_F(PayloadTest, OfACreatedDevice) {
+  router.database().nextId("17");
+  assoc.devType = 12;
+  std::strcpy(assoc.devLocation, "Somewhere else");
+  const RecordedEvent created = event(ZW_ASSOC_QUERY, kGateway);
+  EXPECT_EQ(created.event.code, EVENT_CREATED);
+  EXPECT_TRUE(Payload().text(0, "Gateway #17").text(180, "Default").number(544, 12).is(created));
+  EXPECT_EQ(std::string(assoc.devLocation, 14), std::string("Default\0e else", 14));
+}
+
+TEST_F(PayloadTest, OfARemovedDevice) {
+  router.database().put(Device(-7, "Lamp").zwave(5));
+  const RecordedEvent removed = event(DEASSOC, Node(5));
+  EXPECT_EQ(removed.event.code, EVENT_REMOVED);
+  EXPECT_TRUE(Payload().text(360, "Lamp").number(540, -7).is(removed));
+}
+
+TEST_F(PayloadTest, NamesThatFillTheirFieldAreCut) {
+  router.database().put(Device(12, std::string(360, 'n')).zwave(5));
+  const DeviceReport report = event(DEASSOC, Node(5)).report();
+  EXPECT_EQ(std::string(report.removedName, sizeof report.removedName), std::string(179, 'n') + '\0');
+  EXPECT_EQ(report.removedId, 12);
+  EXPECT_NE(router.takeTrace().find("log 0 libTembraAssoc:" + std::string(179, 'n') + " is Removing (Z-wave)\n"),
+            std::string::npos);
+}
+
+TEST_F(PayloadTest, NamesAreNoFormats) {
+  router.database().put(Device(12, "100%s %n%d").zwave(5));
+  EXPECT_STREQ(event(DEASSOC, Node(5)).report().removedName, "100%s %n%d");
+  EXPECT_NE(router.takeTrace().find("log 0 libTembraAssoc:100%s %n%d is Removing (Z-wave)\n"), std::string::npos);
+}
+
+// The final type is the proposed one until the callback returned, then the pending device's, whoever set it last.
+TEST_F(PayloadTest, TheFinalTypeOfAnOfferIsProposedFirst) {
+  int finalTypeInCallback = -1;
+  router.onEvent([&](AssocEvent* told) {
+    if (told->code == EVENT_SELECT_TYPE) finalTypeInCallback = assoc.zwNodeWork.finalType;
+  });
+  assoc.devType = 12;
+  event(ZW_ASSOC_QUERY, kSwitch);
+  EXPECT_EQ(finalTypeInCallback, 1);
+  EXPECT_EQ(assoc.zwNodeWork.finalType, 12);
+  EXPECT_EQ(assoc.zwNodeWork.proposedType, 1);
+  EXPECT_EQ(assoc.classifiedType, 1);
+}
+
+TEST_F(PayloadTest, TheTypeMayBeChosenInTheCallback) {
+  router.onEvent([&](AssocEvent* told) {
+    if (told->code == EVENT_SELECT_TYPE) assoc.setDevType2(DEVTYPE_MULTI_SWITCH);
+  });
+  event(ZW_ASSOC_QUERY, kSwitch);
+  EXPECT_EQ(assoc.zwNodeWork.finalType, 43);
+}
+
+TEST_F(PayloadTest, TheFinalTypeOfACreatedDeviceStaysTheProposedOne) {
+  assoc.devType = 12;
+  event(ZW_ASSOC_QUERY, kGateway);
+  EXPECT_EQ(assoc.zwNodeWork.finalType, 8);
+}

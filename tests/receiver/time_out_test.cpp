@@ -1,0 +1,180 @@
+// Time-outs: of an operation, and of nothing.
+#include <cerrno>
+#include <climits>
+#include <cstring>
+
+#include "stories.h"
+
+using harness::lines;
+using harness::Node;
+
+namespace {
+
+using TimeOut = Stories;
+
+std::string idleTimeout(int seconds) {
+  return lines({"log 0 libTembraAssoc:Didn't get packet for " + std::to_string(seconds) + " secs",
+                "log 0 libTembraAssoc:idle timeout set to 180 sec...", "timeout 180"});
+}
+
+const Node kSwitch = Node(5).generic(0x10).specific(1);
+const Node kGateway = Node(5).generic(0x02).specific(7);
+
+// What a time-out sends to the radios, by cancel target.
+const struct {
+  int cancelTarget;
+  std::string sent;
+} kCancels[] = {
+    {0, lines({"log 2 libTembraAssoc:Unknown cancel type"})},
+    {1, lines({"log 0 libTembraAssoc:Sending cancel command to zigbee_server",
+               "send zigbee 320 \"network pjoin 0\" @180 \"cancel\""})},
+    {2, lines({"log 0 libTembraAssoc:Sending cancel command to zwave_server", "send zwave 236 op 4 cmd 0"})},
+    {3, lines({"log 0 libTembraAssoc:Sending cancel command to zigbee_server",
+               "send zigbee 320 \"network pjoin 0\" @180 \"cancel\"",
+               "log 0 libTembraAssoc:Sending cancel command to zwave_server", "send zwave 236 op 4 cmd 0"})},
+    {4, lines({"log 2 libTembraAssoc:Unknown cancel type"})},
+    {-1, lines({"log 2 libTembraAssoc:Unknown cancel type"})},
+};
+
+}  // namespace
+
+TEST_F(TimeOut, WithNothingInProgressIsOnlyLogged) {
+  EXPECT_EQ(wait(179), "");
+  EXPECT_EQ(wait(1), idleTimeout(180));
+  EXPECT_EQ(wait(179), "");
+  EXPECT_EQ(wait(1), idleTimeout(180));
+  EXPECT_EQ(wait(3 * 180), idleTimeout(180) + idleTimeout(180) + idleTimeout(180));
+}
+
+TEST_F(TimeOut, OfAnOperationCancelsAndTellsInEveryState) {
+  for (const int state : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 1000, INT_MAX, -1, INT_MIN}) {
+    for (const auto& cancel : kCancels) {
+      assoc.assocState = state;
+      assoc.cancelTarget = cancel.cancelTarget;
+      assoc.lastEventCode = EVENT_GETTING_INFO;
+      idle = 0;
+      const std::string stateText = "  state " + std::to_string(state) + " idle 1 last ";
+      const std::string atEvent = cancel.cancelTarget == cancel_both ? stateText + "5 cancel 3 radio 0 cmdtype \n" : "";
+      EXPECT_EQ(wait(180), "log 0 libTembraAssoc:Didn't get packet for 180 secs\n" + cancel.sent +
+                               "event 2 source 0\n" + atEvent + "timeout 180\n" + stateText +
+                               "0 cancel 0 radio 0 cmdtype \n");
+    }
+  }
+}
+
+TEST_F(TimeOut, OfAnOperationIsAsLongAgainOnceAndThenThatOfNothing) {
+  const struct {
+    int seconds;
+    int state;  // one of which the answer below sets this time-out
+  } kRows[] = {{60, ASSOC}, {180, ZW_ASSOC}, {20, DEASSOC}};
+  for (const auto& row : kRows) {
+    assoc.assocState = row.state;
+    answer(Node(5));
+    idle = 0;
+    EXPECT_EQ(wait(row.seconds - 1), "");
+    const std::string told = wait(1);
+    const std::string text = std::to_string(row.seconds);
+    EXPECT_EQ(told.find("log 0 libTembraAssoc:Didn't get packet for " + text + " secs\n"), 0U) << told;
+    EXPECT_NE(told.find("event 2 source 2\n"), std::string::npos) << told;
+    EXPECT_NE(told.find("\ntimeout " + text + "\n"), std::string::npos) << told;
+    EXPECT_EQ(wait(row.seconds - 1), "");
+    EXPECT_EQ(wait(1), idleTimeout(row.seconds));
+  }
+}
+
+TEST_F(TimeOut, KeepsTheStateSoThatALateAnswerGoesOnWithoutATimeOut) {
+  addJoined(5);
+  wait(60);
+  EXPECT_EQ(router.state(), "state 4 idle 1 last 0 cancel 0 radio 2 cmdtype AddingSensor");
+  EXPECT_EQ(answer(Node(5)), lines({
+                                 "log 0 libTembraAssoc:Received Packet from Z-wave",
+                                 "log 0 ................. ZW_ASSOC ...................",
+                                 "event 5 source 2",
+                                 "  state 5 idle 1 last 5 cancel 0 radio 2 cmdtype GettingInfo",
+                                 "log 0 libTembraAssoc:Getting sensor info (Z-wave)",
+                                 "log 0 libTembraAssoc:ZW_ASSOC_QUERY:timeout set to 180 secs",
+                                 "timeout 180",
+                             }));
+  EXPECT_EQ(wait(180), idleTimeout(180));
+  answer(kSwitch);
+  EXPECT_EQ(router.state(), "state 0 idle 1 last 6 cancel 0 radio 2 cmdtype SelectDeviceType");
+  EXPECT_EQ(wait(180), idleTimeout(180));
+}
+
+TEST_F(TimeOut, BeginsAnewWithEveryDatagram) {
+  addJoined(5);
+  for (const char* sender : {"127.0.0.1", "127.255.255.1", "127.255.255.253"}) {
+    EXPECT_EQ(wait(59), "");
+    router.from(sender, 7000).send(harness::Bytes(1));
+  }
+  EXPECT_EQ(wait(59), "");
+  EXPECT_NE(wait(1).find("event 2 source 2\n"), std::string::npos);
+}
+
+TEST_F(TimeOut, OfANewOperationIsTheRestOfTheWaitThatRuns) {
+  wait(170);
+  add();
+  EXPECT_EQ(wait(9), "");
+  EXPECT_NE(wait(1).find("event 2 source 0\n"), std::string::npos);
+}
+
+TEST_F(TimeOut, OfAnOperationAfterARemovalIsTheRemovals) {
+  assoc.removeDevZigbeeZwave();
+  answer(Node(5));
+  answer(Node(5));
+  EXPECT_EQ(idle, 1);
+  add();
+  EXPECT_EQ(wait(19), "");
+  EXPECT_NE(wait(1).find("event 2 source 0\n"), std::string::npos);
+}
+
+TEST_F(TimeOut, EndsWhatTheFrontEndDoesNotFinish) {
+  const struct {
+    const Node& described;
+    int told;
+    const char* cmdtype;
+  } kRows[] = {{kSwitch, EVENT_SELECT_TYPE, "SelectDeviceType"}, {kGateway, EVENT_CREATED, "EditNameLocation"}};
+  for (const auto& row : kRows) {
+    addIdentified(5);
+    answer(row.described);
+    EXPECT_EQ(wait(179), "");
+    EXPECT_EQ(wait(1), lines({
+                           "log 0 libTembraAssoc:Didn't get packet for 180 secs",
+                           "log 0 libTembraAssoc:Sending cancel command to zwave_server",
+                           "send zwave 236 op 4 cmd 0",
+                           "event 2 source 2",
+                           "timeout 180",
+                           std::string("  state 0 idle 1 last 0 cancel 0 radio 2 cmdtype ") + row.cmdtype,
+                       }));
+    EXPECT_EQ(router.takeEvents().back().timeout().lastEventCode, row.told);
+  }
+}
+
+TEST_F(TimeOut, AfterNamingReportsTheNaming) {
+  addIdentified(5);
+  answer(kSwitch);
+  assoc.setDevType(DEVTYPE_BINARY_SWITCH);
+  wait(180);
+  EXPECT_EQ(router.takeEvents().back().timeout().lastEventCode, EVENT_CREATED);
+}
+
+TEST_F(TimeOut, IsNotWhatFollowsAFinishedAdd) {
+  addIdentified(5);
+  answer(kGateway);
+  assoc.addingDone();
+  router.takeEvents();
+  EXPECT_EQ(wait(180), idleTimeout(180));
+  EXPECT_TRUE(router.takeEvents().empty());
+}
+
+TEST_F(TimeOut, AnyFailureToReceiveIsOne) {
+  for (const int error : {EAGAIN, EINTR, ECONNREFUSED, ENOMEM}) {
+    add();
+    story.skip();
+    router.interruptReceive(error);
+    EXPECT_NE(story.take().find("event 2 source 0\n"), std::string::npos) << error;
+    EXPECT_EQ(assoc.assocState, ASSOC);
+    EXPECT_EQ(assoc.cancelTarget, 0);
+    EXPECT_EQ(idle, 1);
+  }
+}

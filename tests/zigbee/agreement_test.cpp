@@ -1,0 +1,202 @@
+// Every pair and every triple of clusters in every order, in many circumstances, against the plain reading.
+#include "agreement.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "plain_reading.h"
+
+using harness::Router;
+using harness::ZigbeeDevice;
+
+namespace {
+
+// Those with a rule, the two that a zone looks out for, and one that nobody knows.
+constexpr unsigned short kClusters[] = {0x0006, 0x0008, 0x0100, 0x0101, 0x0102, 0x0200, 0x0201,
+                                        0x0202, 0x0300, 0x0400, 0x0402, 0x0403, 0x0404, 0x0405,
+                                        0x0406, 0x0500, 0x0702, 0x0B04, 0x0503, 0x0504, 0x0020};
+
+// What the bytes that nobody has written yet hold.
+enum Background { kZeros, kNoise, kIlluminanceEverywhere };
+
+// What decides beside the clusters.
+struct Circumstances {
+  const char* maker = "";
+  const char* model = "";
+  unsigned short zone = 0xABCD;
+  unsigned char preset = 0;
+  unsigned short checks[3] = {0, 0, 0};
+  unsigned short words[2] = {0, 0};
+  Background background = kZeros;
+  int id = 17;
+};
+
+constexpr Circumstances kCircumstances[] = {
+    {},
+    {.background = kNoise},
+    {.zone = 0x0000, .background = kNoise},
+    {.zone = 0x000D, .id = -1},
+    {.zone = 0x0015},
+    {.zone = 0x0028, .id = 2147483647},
+    {.zone = 0x002A},
+    {.zone = 0x002B},
+    {.zone = 0x002C},
+    {.zone = 0x002D},
+    {.zone = 0x010F},
+    {.zone = 0x0115},
+    {.zone = 0x021D},
+    {.zone = 0x0225},
+    {.model = "XE01S", .zone = 0x0015},
+    {.model = "XE01S", .zone = 0x000D},
+    {.model = "MiniSD", .zone = 0x0028},
+    {.model = "xMiniSDx", .zone = 0x000D, .background = kNoise},
+    {.model = "MiniSD SZ-PIR04N", .zone = 0x000D, .background = kIlluminanceEverywhere},
+    {.model = "SZ-PIR04N", .zone = 0x000D},
+    {.model = "SZ-PIR04N", .zone = 0x000D, .background = kIlluminanceEverywhere},
+    {.model = "SZ-PIR04N", .zone = 0x0015, .background = kNoise},
+    {.model = "RC_ACE", .zone = 0x010F},
+    {.model = "RC_ACE", .zone = 0x0115},
+    {.maker = "Dravotek Ltd.", .zone = 0x0115},
+    {.maker = "by Dravotek Ltd. EU", .zone = 0x0115},
+    {.maker = "NYCE", .model = "3014", .zone = 0x0015},
+    {.maker = "NYCE", .model = "3014", .zone = 0x002A},
+    {.maker = "NYCE Control", .model = "3014", .zone = 0x0015},
+    {.maker = "NYCE", .model = "NCZ-3041-HA", .zone = 0x000D},
+    {.maker = "NYCE", .model = "3041 SML0 ESW", .zone = 0x000D, .background = kNoise},
+    {.maker = "nyce", .model = "3041"},
+    {.maker = "NYCE", .model = "3041 3014 MiniSD", .zone = 0x0015},
+    {.maker = "Zen Within"},
+    {.maker = "Zen Within", .model = "UPIC", .background = kNoise},
+    {.maker = "Zen Within Inc", .model = "UPIC"},
+    {.maker = "Zen Within ", .model = "upic"},
+    {.model = "SML001", .zone = 0x000D},
+    {.model = "SML001", .preset = 24},
+    {.model = "ESW", .checks = {1, 1, 0}},
+    {.model = "ESW"},
+    {.checks = {1, 0, 0}},
+    {.checks = {1, 1, 0}},
+    {.checks = {0x100, 0, 0x100}, .background = kNoise},
+    {.checks = {0, 1, 1}},
+    {.maker = "Dravotek Ltd.", .words = {0x1002, 0x5EC0}},
+    {.maker = "Dravotek Ltd.", .checks = {1, 1, 1}, .words = {0x1002, 0x5EC1}},
+    {.maker = "Dravotek Ltd.", .checks = {1, 1, 1}, .words = {0x1003, 0x5EC0}},
+    {.maker = "Dravotek Ltd. ", .words = {0x1002, 0x5EC0}, .background = kNoise},
+    {.maker = "OSRAM"},
+    {.maker = "OSRAM", .checks = {1, 1, 1}, .words = {0x1002, 0x5EC0}, .background = kNoise},
+    {.maker = "OSRAM GmbH"},
+    {.preset = 1},
+    {.preset = 4},
+    {.zone = 0x000D, .preset = 24},
+    {.preset = 43, .checks = {1, 1, 1}},
+    {.zone = 0x0015, .preset = 255},
+};
+
+constexpr unsigned char kIlluminance = 28;
+
+void paint(ZbDeviceInfo& device, Background background) {
+  auto* bytes = reinterpret_cast<unsigned char*>(&device);
+  for (unsigned at = 0; background == kNoise && at < sizeof device; ++at) {
+    bytes[at] = static_cast<unsigned char>(at * 37 + 11);
+  }
+  if (background != kIlluminanceEverywhere) return;
+  std::memset(device.indexes, kIlluminance, sizeof device.indexes);
+  device.indexCount = kIlluminance;
+}
+
+// A text as a server writes it into a field of which only the text matters.
+template <std::size_t Size>
+void write(char (&field)[Size], const char* text) {
+  std::memcpy(field, text, std::strlen(text) + 1);
+}
+
+ZbDeviceInfo deviceIn(const Circumstances& all) {
+  ZbDeviceInfo device{};
+  paint(device, all.background);
+  write(device.manufacturer, all.maker);
+  write(device.model, all.model);
+  device.zoneType = all.zone;
+  device.devType = all.preset;
+  device.acCheckA = all.checks[0];
+  device.acCheckB = all.checks[1];
+  device.acCheckC = all.checks[2];
+  device.productWordA = all.words[0];
+  device.productWordB = all.words[1];
+  return device;
+}
+
+// Entry i is on endpoint i + 1, with a high byte on the third.
+void place(ZbDeviceInfo& device, std::size_t at, unsigned short cluster) {
+  constexpr unsigned short endpoints[] = {1, 2, 0x0203};
+  device.clusters[at] = {cluster, endpoints[at]};
+  device.clusters[at + 1] = {0xFFFF, 2};
+}
+
+void checkTriples(Agreement& agreement, ZbDeviceInfo device, int id) {
+  for (const unsigned short third : kClusters) {
+    place(device, 2, third);
+    agreement.check(device, id);
+  }
+}
+
+void checkPairs(Agreement& agreement, ZbDeviceInfo device, int id) {
+  for (const unsigned short second : kClusters) {
+    place(device, 1, second);
+    agreement.check(device, id);
+    checkTriples(agreement, device, id);
+  }
+}
+
+}  // namespace
+
+TEST(AgreementTest, EveryPairAndTripleOfClustersInEveryOrder) {
+  Router router;
+  Agreement agreement(router);
+  for (const Circumstances& all : kCircumstances) {
+    ZbDeviceInfo device = deviceIn(all);
+    for (const unsigned short first : kClusters) {
+      place(device, 0, first);
+      agreement.check(device, all.id);
+      checkPairs(agreement, device, all.id);
+    }
+  }
+  EXPECT_EQ(std::size(kClusters), 18U + 3U);
+  EXPECT_EQ(std::size(kCircumstances), 57U);
+  EXPECT_EQ(agreement.checked(), 57 * (21 + 21 * 21 + 21 * 21 * 21));
+}
+
+namespace {
+
+// The texts that a zone's rules look at, alone and together.
+constexpr Circumstances kZoneTexts[] = {
+    {},
+    {.model = "RC_ACE"},
+    {.maker = "Dravotek Ltd."},
+    {.maker = "the Dravotek Ltd. company", .model = "RC_ACE"},
+    {.model = "MiniSD"},
+    {.model = "XE01S"},
+    {.model = "SZ-PIR04N", .background = kIlluminanceEverywhere},
+    {.maker = "NYCE", .model = "3014"},
+};
+
+}  // namespace
+
+TEST(AgreementTest, EveryZoneType) {
+  Router router;
+  Agreement agreement(router);
+  TembraAssociation& assoc = router.assoc();
+  int named = 0;
+  for (const Circumstances& all : kZoneTexts) {
+    ZbDeviceInfo device = deviceIn(all);
+    place(device, 0, 0x0500);
+    for (unsigned zone = 0; zone <= 0xFFFF; ++zone) {
+      device.zoneType = static_cast<unsigned short>(zone);
+      agreement.check(device, all.id);
+      const std::string name = assoc.GetDeviceTypeInStringFormat(device.zoneType);
+      if (name != plainZoneName(zone, all.maker, all.model)) ADD_FAILURE() << describe(device) << " is a " << name;
+      if (name != "UnknownDevice") ++named;
+    }
+  }
+  EXPECT_EQ(agreement.checked(), 8 * 65536);
+  EXPECT_EQ(named, 8 * 12);
+}
