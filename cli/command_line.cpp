@@ -24,7 +24,7 @@ void declareCommandLine(CLI::App& program, Options& options, Action& action) {
   program.add_flag("--yes", options.yes, "ask nothing: confirm, take the first type, keep the default name");
   program.add_flag("--timeline", options.timeline, "report for a timeline")->envname("TEMBRA_TIMELINE")->group("");
   program.footer(kExitStatus);
-  program.require_subcommand(1);
+  program.require_subcommand(0, 1);
   program.fallthrough();
   for (const auto declare : kCommands) declare(program, action);
 }

@@ -80,6 +80,7 @@ DepotReader openForReading(const std::string& path) {
     throw Failure(kFailed, "there is no device database yet at " + path + ": the home-automation server creates it.");
   }
   if (S_ISDIR(file.st_mode)) throw Failure(kFailed, path + " is a folder, not a device database.");
+  if (S_ISREG(file.st_mode) && file.st_size == 0) return nullptr;
   DepotReader depot = tryToRead(path);
   if (!depot) throw Failure(kFailed, whyNotOpen(path, dpecode));
   if (!fitsItsFile(depot.get())) throw Failure(kFailed, whyNotOpen(path, DP_EBROKEN));

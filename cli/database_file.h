@@ -18,8 +18,8 @@ using DepotReader = std::unique_ptr<DEPOT, DepotCloser>;
 /// the file's folder and names the file alone. Throws Failure (kUsage) when that does not do.
 void useDatabase(const std::string& path);
 
-/// Opens the file for reading, which neither changes nor creates it; waits a little for a writer to finish. Throws
-/// Failure (kFailed) that says what is wrong.
+/// Opens the file for reading, which neither changes nor creates it; waits a little for a writer to finish. Null for an
+/// empty file, which is a database without records. Throws Failure (kFailed) that says what is wrong.
 [[nodiscard]] DepotReader openForReading(const std::string& path);
 
 /// To call before an operation that makes the library open the database. The library opens it for writing, repairs

@@ -85,6 +85,7 @@ std::size_t characters(const std::string& text) {
 
 std::vector<Device> readDevices(const std::string& path) {
   const DepotReader depot = openForReading(path);
+  if (!depot) return {};
   const std::vector<std::string> keys = readKeys(depot.get());
   std::map<std::string, int> values;
   for (const std::string& key : keys) {

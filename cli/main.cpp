@@ -41,7 +41,9 @@ int parseAndRun(int argc, char** argv) {
   } catch (const CLI::ParseError& refusal) {
     return program.exit(refusal) == kDone ? kDone : kUsage;
   }
-  return run(options, action);
+  if (action) return run(options, action);
+  complain("a command is needed; --help tells which there are.");
+  return kUsage;
 }
 
 }  // namespace

@@ -76,7 +76,7 @@ TEST(ZwaveDoneTest, SaysSoBeforeAndAfter) {
             lines({
                 "log 0 libTembraAssoc:inside addingDone",
                 logOf("100%s lamp%n", "Hall"),
-                "send ha 4100 zwave node 5 kind 2 type 45 mark 255 name \"100%s lamp%n\" location \"Hall\"",
+                R"(send ha 4100 zwave node 5 kind 2 type 45 mark 255 name "100%s lamp%n" location "Hall")",
                 "log 0 libTembraAssoc:Sending Packet to Haserver Success",
             }));
 }
@@ -114,7 +114,7 @@ TEST(ZwaveDoneTest, AFailureToSendIsSaidAndTheNodeForgottenAllTheSame) {
   EXPECT_EQ(router.takeTrace(), lines({
                                     "log 0 libTembraAssoc:inside addingDone",
                                     logOf("", ""),
-                                    "send ha 4100 zwave node 0 kind 2 type 0 mark 0 name \"\" location \"\" -> EPERM",
+                                    R"(send ha 4100 zwave node 0 kind 2 type 0 mark 0 name "" location "" -> EPERM)",
                                     "stderr sendto error: Operation not permitted",
                                     "log 2 libTembraAssoc:Sending Packet to Haserver Failed",
                                 }));
@@ -148,8 +148,8 @@ TEST(ZwaveDoneTest, LongTextsFillTheirFields) {
     router.forget();
     EXPECT_EQ(assoc.addingDone(), 0);
     EXPECT_EQ(router.takeSends().at(0).bytes, noticeOf(expected)) << length;
-    EXPECT_NE(router.takeTrace().find(logOf(kept, kept) + "\n"), std::string::npos) << length;
-    EXPECT_EQ("libTembraAssoc:Name:" + kept + " Location:" + kept, tempStr);
+    EXPECT_NE(router.takeTrace().find(lines({logOf(kept, kept)})), std::string::npos) << length;
+    EXPECT_EQ(logOf(kept, kept), std::string("log 0 ") + tempStr);
   }
 }
 

@@ -21,6 +21,12 @@ bool isAllZero(const T& object) {
   return std::all_of(first, first + sizeof object, [](unsigned char byte) { return byte == 0; });
 }
 
+const void* virtualTable(const TembraAssociation* object) {
+  const void* table = nullptr;
+  std::memcpy(&table, static_cast<const void*>(object), sizeof table);
+  return table;
+}
+
 }  // namespace
 
 TEST(GlobalsTest, HaveTheirInitialValues) {
@@ -169,7 +175,7 @@ TEST(CopyTest, CarriesNoFieldAndItsDestructionClosesNothing) {
   alignas(TembraAssociation) unsigned char storage[sizeof(TembraAssociation)];
   std::memset(storage, kUntouched, sizeof storage);
   auto* copy = new (storage) TembraAssociation(assoc);
-  EXPECT_EQ(std::memcmp(storage, &assoc, sizeof(void*)), 0) << "the virtual table";
+  EXPECT_EQ(virtualTable(copy), virtualTable(&assoc));
   copy->~TembraAssociation();
   for (std::size_t at = sizeof(void*); at < sizeof storage; ++at) ASSERT_EQ(storage[at], kUntouched) << "byte " << at;
   EXPECT_EQ(router.takeTrace(), "");

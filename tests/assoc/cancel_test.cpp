@@ -10,7 +10,7 @@ using harness::Router;
 namespace {
 
 constexpr const char* kZigbeeLine = "log 0 libTembraAssoc:Sending cancel command to zigbee_server";
-constexpr const char* kZigbeeSend = "send zigbee 320 \"network pjoin 0\" @180 \"cancel\"";
+constexpr const char* kZigbeeSend = R"(send zigbee 320 "network pjoin 0" @180 "cancel")";
 constexpr const char* kZwaveLine = "log 0 libTembraAssoc:Sending cancel command to zwave_server";
 constexpr const char* kZwaveSend = "send zwave 236 op 4 cmd 0";
 

@@ -121,7 +121,7 @@ TEST(EndpointsTest, AChangeAfterCreationDoesNot) {
   TembraAssociation& assoc = router.connect();
   zigbee_adr = elsewhere;
   assoc.cmdToZigbee(zigbee_cmd_cancel);
-  EXPECT_EQ(router.takeTrace(), lines({"send zigbee 320 \"network pjoin 0\" @180 \"cancel\""}));
+  EXPECT_EQ(router.takeTrace(), lines({R"(send zigbee 320 "network pjoin 0" @180 "cancel")"}));
 }
 
 TEST(EndpointsTest, SendingToABadAddressIsTriedAndFails) {

@@ -38,7 +38,7 @@ constexpr Answer kAnswers[] = {
     {"true", "", 0, 0},
     {"exit 3", "", 3 << 8, 0},
     {"echo 8; exit 1", "8\n", 1 << 8, 8},
-    {"echo \"$1$2\" | cut -c1-8", "2860Mesh\n", 0, 2860},
+    {R"(echo "$1$2" | cut -c1-8)", "2860Mesh\n", 0, 2860},
 };
 
 }  // namespace

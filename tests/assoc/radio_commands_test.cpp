@@ -15,8 +15,8 @@ namespace {
 
 constexpr int kUnknownCommands[] = {0, 5, 7, -1, 1000, -2147483647};
 
-constexpr const char* kAdd[] = {"send zigbee 320 \"option button1\" @180 \"IAS\"", "send zwave 236 op 1 cmd 1"};
-constexpr const char* kRemove[] = {"send zigbee 320 \" \" @180 \"remove\"", "send zwave 236 op 1 cmd 4"};
+constexpr const char* kAdd[] = {R"(send zigbee 320 "option button1" @180 "IAS")", "send zwave 236 op 1 cmd 1"};
+constexpr const char* kRemove[] = {R"(send zigbee 320 " " @180 "remove")", "send zwave 236 op 1 cmd 4"};
 
 }  // namespace
 
@@ -30,9 +30,9 @@ TEST(ZigbeeCommandTest, EachHasItsTexts) {
       {zigbee_cmd_add, lines({kAdd[0]})},
       {zigbee_cmd_remove, lines({kRemove[0]})},
       {zigbee_cmd_reset,
-       lines({"send zigbee 320 \"n l\" @180 \"\"", "sleep 2", "send zigbee 320 \"option button0\" @180 \"\"",
+       lines({R"(send zigbee 320 "n l" @180 "")", "sleep 2", R"(send zigbee 320 "option button0" @180 "")",
               "log 0 libTembraAssoc:Sending reset command to zigbee_server"})},
-      {zigbee_cmd_cancel, lines({"send zigbee 320 \"network pjoin 0\" @180 \"cancel\""})},
+      {zigbee_cmd_cancel, lines({R"(send zigbee 320 "network pjoin 0" @180 "cancel")"})},
   };
   for (const auto& row : kRows) {
     assoc.cmdToZigbee(row.command);
@@ -146,7 +146,7 @@ TEST(OperationTest, FailuresToSendArePrintedAndOtherwiseIgnored) {
   router.fail(Call::Sendto, EPERM, 2);
   assoc.removeDevZigbeeZwave();
   EXPECT_EQ(router.takeTrace(), lines({
-                                    "send zigbee 320 \" \" @180 \"remove\" -> EPERM",
+                                    R"(send zigbee 320 " " @180 "remove" -> EPERM)",
                                     "stderr sendto error: Operation not permitted",
                                     "send zwave 236 op 1 cmd 4 -> EPERM",
                                     "stderr sendto error: Operation not permitted",

@@ -13,8 +13,8 @@ using harness::Router;
 namespace {
 
 constexpr const char* kBothLine = "log 0 libTembraAssoc:*** Sending reset command to Zigbee_server and Zwave_server";
-constexpr const char* kFirst = "send zigbee 320 \"n l\" @180 \"\"";
-constexpr const char* kSecond = "send zigbee 320 \"option button0\" @180 \"\"";
+constexpr const char* kFirst = R"(send zigbee 320 "n l" @180 "")";
+constexpr const char* kSecond = R"(send zigbee 320 "option button0" @180 "")";
 constexpr const char* kInnerLine = "log 0 libTembraAssoc:Sending reset command to zigbee_server";
 constexpr const char* kZwave = "send zwave 236 op 5 cmd 0";
 
@@ -33,7 +33,7 @@ TEST(ResetTest, EachKindHasItsSteps) {
       {3, lines({kBothLine, kFirst, "sleep 2", kSecond, kInnerLine, kZwave, "sleep 7"})},
       {4, lines({kBothLine, kFirst, "sleep 2", kSecond, kInnerLine, kZwave,
                  "log 3 libTembraAssoc:*** Removing all devices ***",
-                 "log 3 libTembraAssoc:Sending removeAllDevices to haserver", "send ha 4100 \"removeAllDevices\"",
+                 "log 3 libTembraAssoc:Sending removeAllDevices to haserver", R"(send ha 4100 "removeAllDevices")",
                  "sleep 7"})},
       {0, lines({"log 2 libTembraAssoc:Unknown reset type", "sleep 7"})},
       {9, lines({"log 2 libTembraAssoc:Unknown reset type", "sleep 7"})},
@@ -75,7 +75,7 @@ TEST(ResetTest, TheSecondDatagramIsTriedWhenTheFirstFails) {
   router.fail(harness::Call::Sendto, ENOBUFS);
   assoc.cmdToZigbee(zigbee_cmd_reset);
   EXPECT_EQ(router.takeTrace(),
-            lines({"send zigbee 320 \"n l\" @180 \"\" -> ENOBUFS", "stderr sendto error: No buffer space available",
+            lines({R"(send zigbee 320 "n l" @180 "" -> ENOBUFS)", "stderr sendto error: No buffer space available",
                    "sleep 2", kSecond, kInnerLine}));
 }
 

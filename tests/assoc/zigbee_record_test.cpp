@@ -82,7 +82,7 @@ TEST(ZigbeeDoneTest, SaysSoBeforeSendingAndNothingAfter) {
                 "log 0 libTembraAssoc:inside addingDone",
                 "log 0 libTembraAssoc:Name:Door Location:Hall",
                 "log 0 libTembraAssoc:Sending final addingDone packet to HA Server",
-                "send ha 4100 zigbee address 4660 message 10 type 28 name \"Door\" location \"Hall\"",
+                R"(send ha 4100 zigbee address 4660 message 10 type 28 name "Door" location "Hall")",
             }));
 }
 
@@ -95,7 +95,7 @@ TEST(ZigbeeDoneTest, AFailureToSendIsTheResult) {
                                     "log 0 libTembraAssoc:inside addingDone",
                                     "log 0 libTembraAssoc:Name: Location:",
                                     "log 0 libTembraAssoc:Sending final addingDone packet to HA Server",
-                                    "send ha 4100 zigbee address 0 message 10 type 0 name \"\" location \"\" -> EPERM",
+                                    R"(send ha 4100 zigbee address 0 message 10 type 0 name "" location "" -> EPERM)",
                                     "stderr sendto error: Operation not permitted",
                                 }));
   EXPECT_EQ(assoc.zbDevice.msgCode, 10);

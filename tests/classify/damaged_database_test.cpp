@@ -1,4 +1,5 @@
 // Databases that do not open, or open and turn out to be broken.
+#include <depot.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <tembra/globals.h>
@@ -71,7 +72,8 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"WithoutMagic", [](Database& database) { changeFile(database, 1, 'x'); }, kRepaired, true, kDevices},
         Damage{"OneByte", [](Database& database) { database.makeUnopenable(); }, kGivenUp, false, 0},
         Damage{"Rubbish", [](Database& database) { database.replaceWith(Bytes(5000, 'x')); }, kRepaired, true, 0},
-        Damage{"CutInItsHeader", [](Database& database) { database.cutTo(kHeader / 2); }, kRepaired, true, 0},
+        Damage{"CutInItsHeader", [](Database& database) { database.cutTo(kHeader / 2); }, kGivenUp, false, 0},
+        Damage{"CutInItsBuckets", [](Database& database) { database.cutTo(kHeader + 100); }, kRepaired, true, 0},
         Damage{"CutInItsLastRecord", [](Database& database) { database.cutTo(database.file().size() - 100); },
                kSavedInPart, true, kDevices - 1},
         Damage{"BrokenInARecord", [](Database& database) { database.breakRecord("8"); }, kEndedEarly, true, 7},
@@ -149,7 +151,7 @@ TEST(UnopenableDatabase, OnlyTheFirstFailureIsTold) {
   Router router;
   fill(router.database());
   router.watch(harness::kWatchDatabase);
-  router.fail(Call::OpenDatabase, 17, 2);
+  router.fail(Call::OpenDatabase, DP_ELOCK, 2);
   EXPECT_EQ(lookUp(router, 1), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1 -> failed",
@@ -164,8 +166,8 @@ TEST(UnopenableDatabase, WhatRepairSaysDoesNotCount) {
   Router router;
   fill(router.database());
   router.watch(harness::kWatchDatabase);
-  router.fail(Call::OpenDatabase, 9);
-  router.fail(Call::RepairDatabase, 20);
+  router.fail(Call::OpenDatabase, DP_ECLOSE);
+  router.fail(Call::RepairDatabase, DP_EMISC);
   EXPECT_EQ(lookUp(router, 20), 1);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1 -> failed",

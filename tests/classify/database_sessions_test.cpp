@@ -132,7 +132,7 @@ TEST(DatabaseSessionsTest, ADatagramWaitsForTheDatabaseAndACallerDoesNot) {
   EXPECT_TRUE(router.takeEvents().empty());
   server.letGo();
   router.settle();
-  ASSERT_EQ(router.takeEvents().at(0).event.code, EVENT_ALREADY_JOINED);
+  ASSERT_EQ(router.takeEvents().at(0).event.code, EVENT_ALREADY_ADDED);
 }
 
 TEST(DatabaseSessionsTest, TwoThreadsNeverHaveTwoSessions) {

@@ -1,4 +1,5 @@
 // The id of the next device, from the database that the HA server keeps.
+#include <depot.h>
 #include <gtest/gtest.h>
 #include <tembra/globals.h>
 
@@ -83,7 +84,7 @@ TEST(DeviceIdTest, IsReadInOneShortSession) {
 TEST(DeviceIdTest, AFailedCloseIsToldAndChangesNothing) {
   Router router;
   router.database().nextId("17");
-  router.fail(Call::CloseDatabase, 9);
+  router.fail(Call::CloseDatabase, DP_ECLOSE);
   EXPECT_EQ(router.assoc().calculateDevId(), 17);
   EXPECT_EQ(router.takeTrace(), lines({"stderr dpclose: close error"}));
 }

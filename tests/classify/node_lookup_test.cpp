@@ -1,4 +1,5 @@
 // Is the received node a known device: which records count, and what is remembered of them.
+#include <depot.h>
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -215,8 +216,8 @@ TEST(NodeLookupTest, AFailedStartOfTheWalkIsToldAndTheWalkGoesOn) {
   Router router;
   router.database().create();
   router.watch(harness::kWatchDatabase | harness::kWatchRecords);
-  router.fail(Call::IterateDatabase, 20);
-  router.fail(Call::CloseDatabase, 9);
+  router.fail(Call::IterateDatabase, DP_EMISC);
+  router.fail(Call::CloseDatabase, DP_ECLOSE);
   EXPECT_EQ(lookUp(router, 5), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1",

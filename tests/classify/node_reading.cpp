@@ -111,10 +111,10 @@ void prepare(TembraAssociation& assoc, const ZwNodeInfo& received, const Outcome
 }
 
 std::string firstDifference(const ZwNodeInfo& actual, const ZwNodeInfo& expected) {
+  if (std::memcmp(&actual, &expected, sizeof actual) == 0) return "";
   const auto* a = reinterpret_cast<const unsigned char*>(&actual);
   const auto* b = reinterpret_cast<const unsigned char*>(&expected);
   const auto at = std::mismatch(a, a + sizeof actual, b);
-  if (at.first == a + sizeof actual) return "";
   return format("working copy at %d: %d instead of %d", static_cast<int>(at.first - a), *at.first, *at.second);
 }
 

@@ -1,4 +1,5 @@
 // Telling the HA server which device to drop.
+#include <depot.h>
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -120,7 +121,7 @@ TEST(NodeRemovalTest, AFailedSendIsSaidAndNotRepeated) {
 TEST(NodeRemovalTest, AFailedCloseChangesNothing) {
   Router router;
   router.database().put(Device(3, "A").zwave(5));
-  router.fail(Call::CloseDatabase, 9);
+  router.fail(Call::CloseDatabase, DP_ECLOSE);
   EXPECT_EQ(connectedWith(router, 5).ZW_removeNode(), 0);
   EXPECT_EQ(router.takeSends().size(), 1U);
 }

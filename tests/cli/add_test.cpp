@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <sstream>
 
 #include "support/sim_router.h"
@@ -33,6 +34,8 @@ struct Success {
   const char* listed;  ///< as `devices` shows it
 };
 
+void PrintTo(const Success& row, std::ostream* out) { *out << row.name; }
+
 const Success kSuccesses[] = {
     {"TypeByName",
      "metering-plug",
@@ -44,8 +47,8 @@ const Success kSuccesses[] = {
     {"NoChoiceButTheTypeIsTold", "siren", {"--type", "Siren"}, "1   Siren #1  Siren  Z-Wave  2"},
     {"GenericDevice", "chime", {}, "1   GenericDevice #1  GenericDevice  Z-Wave  2"},
     {"GenericDeviceOfAChosenType",
-     "alarm-dimmer",
-     {"--type", "ZwaveDimmer"},
+     "roller-shutter",
+     {"--type", "MotorControl"},
      "1   GenericDevice #1  GenericDevice  Z-Wave  2"},
 };
 
@@ -54,7 +57,7 @@ class AddSuccess : public testing::TestWithParam<Success> {};
 TEST_P(AddSuccess, EndsInTheDeviceList) {
   SimRouter router;
   const Ended added = router.add(GetParam().device, GetParam().arguments);
-  EXPECT_EQ(added.status, 0) << added.errors;
+  ASSERT_EQ(added.status, 0) << added.errors;
   EXPECT_NE(added.output.find("Added "), std::string::npos) << added.output;
   router.waitFor("HA server -> database   device 1 stored");
   const Ended devices = runAssoc({"devices"});
@@ -72,6 +75,8 @@ struct Trouble {
   const char* sentence;
   bool cancelled;  ///< by the program, on both radios
 };
+
+void PrintTo(const Trouble& row, std::ostream* out) { *out << row.name; }
 
 const Trouble kTroubles[] = {
     {"TypeNotTold",
@@ -99,7 +104,7 @@ TEST_P(AddFailure, SaysWhy) {
   const ZigbeeListener zigbee;
   SimRouter router;
   const Ended added = router.add(GetParam().device, GetParam().arguments);
-  EXPECT_EQ(added.status, 1);
+  ASSERT_EQ(added.status, 1);
   EXPECT_NE(added.sentence().find(GetParam().sentence), std::string::npos) << added.errors;
   EXPECT_EQ(zigbee.takeCommand(), "option button1/IAS");
   EXPECT_EQ(zigbee.takeCommand(), "network pjoin 0/cancel") << "the library's own, when the other radio answers";
@@ -141,7 +146,7 @@ TEST(Add, CutsANameThatTheRecordCannotHoldAtAWholeCharacter) {
   std::string name;
   for (int i = 0; i < 100; ++i) name += "ö";
   const Ended added = router.add("siren", {"--name", name});
-  EXPECT_EQ(added.status, 0);
+  ASSERT_EQ(added.status, 0);
   EXPECT_EQ(added.sentence(), "tembra-assoc: the name was cut to the 178 bytes that the device's record holds.");
   router.waitFor("device 1 stored");
   EXPECT_EQ(lines(runAssoc({"devices", "--json"}).output).at(0).at("name"), name.substr(0, 178));
@@ -160,8 +165,8 @@ TEST(Add, EntersTheFolderOfADatabaseWhosePathIsTooLongForTheLibrary) {
   const std::string database = "/tmp/a-folder-of-its-own/ddb";
   std::filesystem::create_directory("/tmp/a-folder-of-its-own");
   SimRouter router({"--db", database});
-  EXPECT_EQ(router.add("siren", {"--db", database}).status, 0);
-  EXPECT_EQ(router.add("dimmer", {"--db", database, "--yes"}).status, 0);
+  ASSERT_EQ(router.add("siren", {"--db", database}).status, 0);
+  ASSERT_EQ(router.add("dimmer", {"--db", database, "--yes"}).status, 0);
   router.waitFor("device 2 stored");
   EXPECT_NE(runAssoc({"devices", "--db", database}).output.find("MultilevelSwitch #2"), std::string::npos);
   EXPECT_FALSE(std::filesystem::exists("/tmp/ddb"));

@@ -3,6 +3,7 @@
 #include <tembra/records.h>
 
 #include <cstring>
+#include <ostream>
 
 #include "support/program.h"
 #include "support/udp_listener.h"
@@ -16,6 +17,8 @@ struct Case {
   bool zigbee;
   bool zwave;
 };
+
+void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
 
 const Case kCases[] = {
     {"Both", {"cancel", "both"}, true, true},

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <ostream>
 
 #include "support/program.h"
 #include "support/udp_listener.h"
@@ -24,6 +25,8 @@ struct Case {
   bool home;   ///< the home-automation server runs
   const char* sentence;
 };
+
+void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
 
 const Case kCases[] = {
     {"AddWithoutRadios", {"add"}, false, true, kNoRadio},

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <ostream>
 
 #include "support/database.h"
 #include "support/program.h"
@@ -31,11 +32,11 @@ TEST(Devices, AreListedWithWhatTheDatabaseTellsOfThem) {
   const Ended devices = runAssoc({"devices"});
   EXPECT_EQ(devices.status, 0) << devices.errors;
   EXPECT_EQ(devices.output,
-            "Id  Name       Type     Radio   Address  Values\n"
-            "2   Tür        Siren    Z-Wave  5        2\n"
-            "5   short               other            0\n"
-            "6   Button     KeyFob   ZigBee  0x0abc   0\n"
-            "7   Lamp?[2J   HueLamp  IP               0\n");
+            "Id  Name      Type     Radio   Address  Values\n"
+            "2   Tür       Siren    Z-Wave  5        2\n"
+            "5   short              other            0\n"
+            "6   Button    KeyFob   ZigBee  0x0abc   0\n"
+            "7   Lamp?[2J  HueLamp  IP               0\n");
   EXPECT_EQ(readFile(kDatabase), before);
 }
 
@@ -82,6 +83,8 @@ struct Case {
   void (*make)();
   const char* sentence;
 };
+
+void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
 
 const Case kUnreadable[] = {
     {"Missing", nothing, "there is no device database yet at /tmp/ddb: the home-automation server creates it."},

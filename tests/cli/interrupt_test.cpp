@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <ostream>
 
 #include "support/database.h"
 #include "support/sim_router.h"
+#include "support/terminal.h"
 #include "support/udp_listener.h"
 
 namespace tembra::test {
@@ -16,6 +18,8 @@ struct Case {
   int signal;
   const char* zigbeeBegins;
 };
+
+void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
 
 const Case kCases[] = {
     {"CtrlCWhileAdding", {"add"}, SIGINT, "option button1/IAS"},
@@ -57,17 +61,31 @@ TEST(Interrupt, ByAReaderThatGoesAwayCancelsAsWell) {
 }
 
 // The library waits for the database's lock without end; the user need not.
-TEST(Interrupt, LeavesALockedDatabaseAlone) {
-  const ZigbeeListener zigbee;
+TEST(Interrupt, EndsAClassificationThatWaitsForALockedDatabase) {
   SimRouter router({"--fault", "info:late=300"});
   Program program(assocCommand({"add"}));
   router.pressOnAdd("siren");
   program.waitFor("GETTING_INFO");
   const Writer lock = openWriter();
-  program.waitFor("CREATED");
+  router.waitFor("described in full");
   program.signal(SIGINT);
   EXPECT_EQ(program.end().status, 130);
   router.waitFor("library -> Z-Wave server   cancel");
+  router.stop();
+}
+
+TEST(Interrupt, EndsANamingThatWaitsForALockedDatabase) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add"}));
+  router.pressOnAdd("metering-plug");
+  terminal.waitFor("Number or name");
+  const Writer lock = openWriter();
+  terminal.type("1\r");
+  terminal.waitFor("Looking up the device's number (at most ");
+  terminal.type("\x03");
+  EXPECT_EQ(terminal.end(), 130);
+  router.waitFor("library -> Z-Wave server   cancel");
+  router.stop();
 }
 
 }  // namespace

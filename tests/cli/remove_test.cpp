@@ -12,7 +12,7 @@ TEST(Remove, DropsTheDeviceFromTheList) {
   SimRouter router;
   ASSERT_EQ(router.add("siren", {"--name", "Loud"}).status, 0);
   const Ended removed = router.remove("siren", {"--yes"});
-  EXPECT_EQ(removed.status, 0) << removed.errors;
+  ASSERT_EQ(removed.status, 0) << removed.errors;
   EXPECT_NE(removed.output.find("Removed Loud (id 1)."), std::string::npos) << removed.output;
   router.waitFor("HA server -> database   node 2 dropped");
   EXPECT_EQ(runAssoc({"devices", "--json"}).output, "");

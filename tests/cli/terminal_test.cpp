@@ -1,6 +1,8 @@
 // At a terminal: what is shown while waiting, what is asked, and what an answer does.
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "support/sim_router.h"
 #include "support/terminal.h"
 #include "support/udp_listener.h"
@@ -93,6 +95,8 @@ struct Leaving {
   int status;
 };
 
+void PrintTo(const Leaving& row, std::ostream* out) { *out << row.name; }
+
 const Leaving kLeavings[] = {
     {"CtrlCWhileWaiting", "Press the button", "\x03", 130},   {"CtrlCAtTheChoice", "Number or name", "\x03", 130},
     {"EndOfInputAtTheChoice", "Number or name", "\x04", 1},   {"CtrlCAtTheName", "Name (at most", "\x03", 130},
@@ -146,6 +150,8 @@ struct Answer {
   const char* keys;
   int status;
 };
+
+void PrintTo(const Answer& row, std::ostream* out) { *out << row.name; }
 
 const Answer kAnswers[] = {
     {"No", "n\r", 1},

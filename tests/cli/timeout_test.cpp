@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <ostream>
 
 #include "support/sim_router.h"
 
@@ -14,6 +15,8 @@ struct Case {
   const char* sentence;
   const char* lastEvent;
 };
+
+void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
 
 const Case kCases[] = {
     {"NoAnswer", "joined:silence", "no device answered in time.", nullptr},

@@ -1,6 +1,8 @@
 // What the program answers to a command line that it cannot follow, before it has done anything.
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "support/program.h"
 
 namespace tembra::test {
@@ -13,8 +15,10 @@ struct Case {
   const char* says;
 };
 
+void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
+
 const Case kCases[] = {
-    {"NoCommand", {}, 2, "subcommand is required"},
+    {"NoCommand", {}, 2, "a command is needed"},
     {"UnknownCommand", {"paint"}, 2, "paint"},
     {"UnknownOption", {"add", "--colour"}, 2, "--colour"},
     {"UnknownRole", {"watch", "--role", "plumber"}, 2, "plumber"},

@@ -92,7 +92,7 @@ std::string haText(const Bytes& bytes) {
   if (notice.recordKind == RECORD_ZWAVE) return zwaveNoticeText(bytes);
   if (notice.recordKind != RECORD_ZIGBEE) return "kind " + number(notice.recordKind);
   if (std::memcmp(notice.record, removeAll, sizeof removeAll) != 0) return zigbeeNoticeText(bytes);
-  return std::string("\"") + removeAll + '"' + behindRecord<char[sizeof removeAll]>(bytes);
+  return '"' + std::string(removeAll) + '"' + behindRecord<char[sizeof removeAll]>(bytes);
 }
 
 constexpr struct {
@@ -113,7 +113,7 @@ std::string addressText(const sockaddr* address) {
 }
 
 std::string endpointName(const sockaddr* address) {
-  const std::string text = addressText(address);
+  std::string text = addressText(address);
   for (const auto& endpoint : kEndpoints) {
     if (text == endpoint.address) return endpoint.name;
   }
@@ -121,7 +121,7 @@ std::string endpointName(const sockaddr* address) {
 }
 
 std::string datagramText(const Datagram& datagram) {
-  const std::string head = datagram.destination + " " + std::to_string(datagram.bytes.size());
+  std::string head = datagram.destination + " " + std::to_string(datagram.bytes.size());
   for (const auto& row : kTexts) {
     if (datagram.destination == row.destination && datagram.bytes.size() == row.length) {
       return head + " " + row.text(datagram.bytes);

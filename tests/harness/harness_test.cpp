@@ -19,12 +19,12 @@ TEST(HarnessTest, OneOperationIsOneTrace) {
   router.zwave().send(Node(5));
   EXPECT_EQ(router.takeTrace(), lines({
                                     "log 0 libTembraAssoc:inside addDevZigbeeZwave",
-                                    "send zigbee 320 \"option button1\" @180 \"IAS\"",
+                                    R"(send zigbee 320 "option button1" @180 "IAS")",
                                     "send zwave 236 op 1 cmd 1",
                                     "log 0 libTembraAssoc:Received Packet from Z-wave",
                                     "log 0 ................. ASSOC ...................",
                                     "log 0 libTembraAssoc:Sending cancel command to zigbee_server",
-                                    "send zigbee 320 \"network pjoin 0\" @180 \"cancel\"",
+                                    R"(send zigbee 320 "network pjoin 0" @180 "cancel")",
                                     "event 3 source 2",
                                     "log 0 libTembraAssoc:Adding sensor (Z-wave)",
                                     "log 0 libTembraAssoc:timeout set to 60 sec...",
@@ -41,7 +41,7 @@ TEST(HarnessTest, TimePassesOnlyWhenTheTestSaysSo) {
   EXPECT_TRUE(router.takeEvents().empty());
   router.advance(1);
   ASSERT_EQ(router.takeEvents().size(), 1U);
-  router.advance(180 * 10);
+  router.advance(1800);
   EXPECT_TRUE(router.takeEvents().empty());
 }
 
@@ -62,7 +62,7 @@ TEST(HarnessTest, ErrorsStandInTheTraceInOrder) {
   assoc.addDevZigbeeZwave();
   EXPECT_EQ(router.takeTrace(), lines({
                                     "log 0 libTembraAssoc:inside addDevZigbeeZwave",
-                                    "send zigbee 320 \"option button1\" @180 \"IAS\"",
+                                    R"(send zigbee 320 "option button1" @180 "IAS")",
                                     "send zwave 236 op 1 cmd 1 -> EPERM",
                                     "stderr sendto error: Operation not permitted",
                                 }));
@@ -74,7 +74,7 @@ TEST(HarnessTest, StrayBytesAreSeen) {
   command.argument[5] = 'y';
   Router router;
   router.connect().sendToServers(SERVER_ZIGBEE, &command);
-  EXPECT_EQ(router.takeTrace(), lines({"send zigbee 320 \"x\" @180 \"\" stray @185"}));
+  EXPECT_EQ(router.takeTrace(), lines({R"(send zigbee 320 "x" @180 "" stray @185)"}));
 }
 
 TEST(HarnessTest, ASleepingCallerLetsTimeOutsHappen) {

@@ -26,7 +26,7 @@ bool LibrarySockets::closed(int descriptor) {
 
 bool LibrarySockets::owns(int descriptor) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  return open_.count(descriptor) != 0;
+  return open_.contains(descriptor);
 }
 
 bool LibrarySockets::listening() {

@@ -10,21 +10,14 @@
 namespace harness {
 namespace {
 
-std::mutex hookMutex;
-
-std::function<void(AssocEvent*)>& hook() {
-  static auto& one = *new std::function<void(AssocEvent*)>;
-  return one;
-}
-
 void record(AssocEvent* event) {
   trace().addEvent({*event, stateText(), std::this_thread::get_id()});
-  std::function<void(AssocEvent*)> then;
+  std::function<void(AssocEvent*)> hook;
   {
-    const std::lock_guard<std::mutex> lock(hookMutex);
-    then = hook();
+    const std::lock_guard<std::mutex> lock(stage()->mutex);
+    hook = stage()->eventHook;
   }
-  if (then) then(event);
+  if (hook) hook(event);
 }
 
 // A test that ran outside would meet the machine's real daemons and database, and the object of an earlier test.
@@ -118,14 +111,14 @@ void Router::numberType(const std::string& name, int type) {
 
 void Router::loggerThrows(bool throws) { stage_.loggerThrows = throws; }
 
-void Router::onEvent(std::function<void(AssocEvent*)> then) {
-  const std::lock_guard<std::mutex> lock(hookMutex);
-  hook() = std::move(then);
+void Router::onEvent(std::function<void(AssocEvent*)> hook) {
+  const std::lock_guard<std::mutex> lock(stage_.mutex);
+  stage_.eventHook = std::move(hook);
 }
 
-void Router::onLog(std::function<void(const std::string&)> then) {
+void Router::onLog(std::function<void(const std::string&)> hook) {
   const std::lock_guard<std::mutex> lock(stage_.mutex);
-  stage_.logHook = std::move(then);
+  stage_.logHook = std::move(hook);
 }
 
 void Router::watch(unsigned kinds) { trace().watch(kinds); }

@@ -2,6 +2,8 @@
 #ifndef TEMBRA_TESTS_HARNESS_STAGE_H
 #define TEMBRA_TESTS_HARNESS_STAGE_H
 
+#include <tembra/events.h>
+
 #include <functional>
 #include <map>
 #include <mutex>
@@ -25,6 +27,7 @@ struct Stage {
   std::map<int, std::string> typeNames;    // device-type names that differ from the platform's
   std::map<std::string, int> typeNumbers;  // likewise the numbers of names
   bool loggerThrows = false;
+  std::function<void(AssocEvent*)> eventHook;
   std::function<void(const std::string&)> logHook;
 };
 

@@ -1,5 +1,6 @@
 #include "harness/trace.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -92,6 +93,7 @@ std::string lines(std::initializer_list<std::string_view> each) {
 
 std::string visible(std::string_view text) {
   constexpr char digits[] = "0123456789abcdef";
+  if (std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; })) return std::string(text);
   std::string shown;
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);

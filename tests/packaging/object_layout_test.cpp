@@ -15,7 +15,7 @@ namespace {
 struct FieldPlace {
   std::string name;
   std::ptrdiff_t offset;
-  std::size_t size;
+  std::ptrdiff_t size;
   bool operator==(const FieldPlace& other) const {
     return name == other.name && offset == other.offset && size == other.size;
   }
@@ -30,8 +30,9 @@ class Measure {
  public:
   template <typename Field>
   FieldPlace operator()(const char* name, Field TembraAssociation::*field) const {
-    const auto* begin = reinterpret_cast<const char*>(assoc_);
-    return {name, reinterpret_cast<const char*>(&(assoc_->*field)) - begin, sizeof(Field)};
+    const auto* begin = reinterpret_cast<const char*>(&(assoc_->*field));
+    const auto* end = reinterpret_cast<const char*>(&(assoc_->*field) + 1);
+    return {name, begin - reinterpret_cast<const char*>(assoc_), end - begin};
   }
 
  private:
@@ -80,10 +81,10 @@ TEST(ObjectLayout, EachFieldStandsAtItsPlace) {
 #endif
 
 TEST(ObjectLayout, NothingStandsBeforeOrBetweenTheFieldsBesidesTheVirtualTable) {
-  auto end = static_cast<std::ptrdiff_t>(sizeof(void*));
+  std::ptrdiff_t end = sizeof(void*);
   for (const FieldPlace& place : fieldsInOrder()) {
     EXPECT_EQ(place.offset, end) << place.name;
-    end = place.offset + static_cast<std::ptrdiff_t>(place.size);
+    end = place.offset + place.size;
   }
 }
 

@@ -4,64 +4,38 @@
 
 #include <cstdio>
 #include <cstring>
-#include <vector>
-
-#include "plain_reading.h"
 
 namespace {
 
 constexpr int kMostShown = 5;
-
-/// All bytes of the service object.
-class ObjectImage {
- public:
-  explicit ObjectImage(const TembraAssociation& assoc) : assoc_(assoc), bytes_(sizeof assoc) {
-    std::memcpy(bytes_.data(), static_cast<const void*>(&assoc), sizeof assoc);
-  }
-
-  /// Replaces what the image holds of a field of the object.
-  void put(const void* field, const void* value, std::size_t size) {
-    const auto offset = static_cast<const char*>(field) - reinterpret_cast<const char*>(&assoc_);
-    std::memcpy(bytes_.data() + offset, value, size);
-  }
-
-  [[nodiscard]] std::string differences(const ObjectImage& other) const {
-    std::string offsets;
-    for (std::size_t at = 0; at < bytes_.size(); ++at) {
-      if (bytes_[at] == other.bytes_[at]) continue;
-      offsets += " " + where(at) + " " + std::to_string(bytes_[at]) + " / " + std::to_string(other.bytes_[at]) + ",";
-    }
-    return offsets;
-  }
-
-  friend bool operator==(const ObjectImage& one, const ObjectImage& other) { return one.bytes_ == other.bytes_; }
-
- private:
-  [[nodiscard]] std::string where(std::size_t at) const {
-    const auto record = static_cast<std::size_t>(reinterpret_cast<const char*>(&assoc_.zbDevice) -
-                                                 reinterpret_cast<const char*>(&assoc_));
-    if (at >= record && at < record + sizeof(ZbDeviceInfo)) return "record byte " + std::to_string(at - record);
-    return "object byte " + std::to_string(at);
-  }
-
-  const TembraAssociation& assoc_;
-  std::vector<unsigned char> bytes_;
-};
 
 // What stands in the fields before, so that what is left alone can be told from what is written.
 void prepare(TembraAssociation& assoc, const ZbDeviceInfo& device) {
   assoc.zbDevice = device;
   assoc.classifiedType = 12345;
   std::memset(assoc.devName, '~', sizeof assoc.devName);
-  std::memset(assoc.devLocation, '~', sizeof assoc.devLocation);
 }
 
-PlainDevice plainDeviceOf(const TembraAssociation& assoc) {
+PlainDevice deviceOf(const TembraAssociation& assoc) {
   PlainDevice device;
   std::memcpy(device.record.data(), &assoc.zbDevice, device.record.size());
   std::memcpy(device.name.data(), assoc.devName, device.name.size());
   device.classifiedType = assoc.classifiedType;
   return device;
+}
+
+// All bytes of the service object, with zeros for the fields that classification may write.
+std::vector<unsigned char> otherBytesOf(const TembraAssociation& assoc) {
+  std::vector<unsigned char> bytes(sizeof assoc);
+  std::memcpy(bytes.data(), static_cast<const void*>(&assoc), bytes.size());
+  const auto clear = [&](const void* field, std::size_t size) {
+    const auto offset = static_cast<const char*>(field) - reinterpret_cast<const char*>(&assoc);
+    std::memset(bytes.data() + offset, 0, size);
+  };
+  clear(&assoc.zbDevice, sizeof assoc.zbDevice);
+  clear(assoc.devName, sizeof assoc.devName);
+  clear(&assoc.classifiedType, sizeof assoc.classifiedType);
+  return bytes;
 }
 
 template <std::size_t Size>
@@ -75,29 +49,49 @@ std::string hex(unsigned value) {
   return text;
 }
 
+// "at 212: 60, 7 in the plain reading;"
+std::string differences(const PlainDevice& found, const PlainDevice& plain) {
+  std::string text;
+  for (std::size_t at = 0; at < found.record.size(); ++at) {
+    if (found.record[at] == plain.record[at]) continue;
+    text += " at " + std::to_string(at) + ": " + std::to_string(found.record[at]) + ", " +
+            std::to_string(plain.record[at]) + " in the plain reading;";
+  }
+  return text;
+}
+
+std::string describeOutcome(const PlainDevice& device, const PlainOutcome& outcome) {
+  return "result " + std::to_string(outcome.result) + " classified type " + std::to_string(device.classifiedType) +
+         " name " + harness::visible({device.name.data(), device.name.size()}) + "\n" + outcome.log;
+}
+
 }  // namespace
+
+Agreement::Agreement(harness::Router& router)
+    : router_(router), assoc_(router.assoc()), before_(otherBytesOf(assoc_)) {}
 
 void Agreement::check(const ZbDeviceInfo& device, int deviceId) {
   prepare(assoc_, device);
   DevId = deviceId;
-  PlainDevice plain = plainDeviceOf(assoc_);
-  ObjectImage expected(assoc_);
-  const PlainOutcome outcome = readPlainly(plain, deviceId);
-  expected.put(&assoc_.zbDevice, plain.record.data(), plain.record.size());
-  expected.put(assoc_.devName, plain.name.data(), plain.name.size());
-  expected.put(&assoc_.classifiedType, &plain.classifiedType, sizeof plain.classifiedType);
+  PlainDevice plain = deviceOf(assoc_);
+  const PlainOutcome expected = readPlainly(plain, deviceId);
 
   const int result = assoc_.validate_DeviceType();
-  const std::string log = router_.takeTrace();
-  const ObjectImage found(assoc_);
+  const PlainOutcome found{result, router_.takeTrace()};
   ++checked_;
-  const bool agree = result == outcome.result && log == outcome.log && found == expected && DevId == deviceId;
-  if (agree || ++shown_ > kMostShown) return;
-  ADD_FAILURE() << describe(device) << "\n  result " << result << " / " << outcome.result
-                << "\n  library / plain:" << found.differences(expected) << "\n  name " << quoted(assoc_.devName)
-                << " / \"" << plain.name.data() << "\"\nlog of the library:\n"
-                << log << "log of the plain reading:\n"
-                << outcome.log;
+  if (found == expected && deviceOf(assoc_) == plain && DevId == deviceId) return;
+  if (++shown_ <= kMostShown) show(device, plain, expected, found);
+}
+
+void Agreement::show(const ZbDeviceInfo& device, const PlainDevice& plain, const PlainOutcome& expected,
+                     const PlainOutcome& found) {
+  ADD_FAILURE() << describe(device) << "\nrecord" << differences(deviceOf(assoc_), plain)
+                << "\nlibrary: " << describeOutcome(deviceOf(assoc_), found)
+                << "plain reading: " << describeOutcome(plain, expected);
+}
+
+void Agreement::expectNothingElseTouched() const {
+  EXPECT_TRUE(otherBytesOf(assoc_) == before_) << "another field of the service object has changed";
 }
 
 std::string describe(const ZbDeviceInfo& device) {

@@ -3,22 +3,32 @@
 #define TEMBRA_TESTS_ZIGBEE_AGREEMENT_H
 
 #include <string>
+#include <vector>
 
 #include "harness/router.h"
+#include "plain_reading.h"
 
 class Agreement {
  public:
-  explicit Agreement(harness::Router& router) : router_(router), assoc_(router.assoc()) {}
+  explicit Agreement(harness::Router& router);
 
-  /// Classifies the device both ways, as the device of this id. Compared are every byte of the service object, the
-  /// log and the result. A difference fails the test and shows the device; after some more nothing is shown.
+  /// Classifies the device both ways, as the device of this id. Compared are all bytes of its record and its name, the
+  /// classified type, the log and the result. A difference fails the test and shows the device; after some more nothing
+  /// is shown.
   void check(const ZbDeviceInfo& device, int deviceId);
+
+  /// Whether all other bytes of the service object are as they were in the beginning.
+  void expectNothingElseTouched() const;
 
   [[nodiscard]] int checked() const { return checked_; }
 
  private:
+  void show(const ZbDeviceInfo& device, const PlainDevice& plain, const PlainOutcome& expected,
+            const PlainOutcome& found);
+
   harness::Router& router_;
   TembraAssociation& assoc_;
+  const std::vector<unsigned char> before_;
   int checked_ = 0;
   int shown_ = 0;
 };

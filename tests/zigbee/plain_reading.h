@@ -18,6 +18,8 @@ struct PlainDevice {
 struct PlainOutcome {
   int result = 0;
   std::string log;  // one "log <level> <text>" line each, control characters shown
+
+  friend bool operator==(const PlainOutcome&, const PlainOutcome&) = default;
 };
 
 /// Classifies `device` in place, as the device with this id.

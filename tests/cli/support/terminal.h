@@ -32,8 +32,8 @@ class Terminal {
  private:
   bool readMore();
 
-  pid_t pid_;
   int terminal_ = -1;
+  pid_t pid_;
   std::string screen_;
   std::size_t seen_ = 0;
 };

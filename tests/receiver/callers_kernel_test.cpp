@@ -1,0 +1,180 @@
+// Callers on several threads, and a receive thread that is kept waiting.
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <regex>
+#include <sstream>
+#include <thread>
+
+#include "background.h"
+#include "kernel_stage.h"
+
+using harness::Device;
+using harness::Node;
+
+namespace {
+
+using Callers = KernelStage;
+
+/// Another process that has the database's lock.
+class LockHolder {
+ public:
+  LockHolder() {
+    int ready[2] = {};
+    int release[2] = {};
+    EXPECT_EQ(pipe2(ready, O_CLOEXEC), 0);
+    EXPECT_EQ(pipe2(release, O_CLOEXEC), 0);
+    process_ = fork();
+    if (process_ == 0) {
+      close(release[1]);
+      holdUntilReleased(ready[1], release[0]);
+    }
+    close(ready[1]);
+    close(release[0]);
+    release_ = release[1];
+    char byte = 0;
+    EXPECT_EQ(read(ready[0], &byte, 1), 1) << "the lock was not to be had";
+    close(ready[0]);
+  }
+  ~LockHolder() { release(); }
+  LockHolder(const LockHolder&) = delete;
+  LockHolder& operator=(const LockHolder&) = delete;
+
+  void release() {
+    if (process_ < 0) return;
+    close(release_);
+    waitpid(process_, nullptr, 0);
+    process_ = -1;
+  }
+
+ private:
+  [[noreturn]] static void holdUntilReleased(int ready, int release) {
+    const int file = open(DBName, O_RDWR | O_CLOEXEC);
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    char byte = 0;
+    const bool held = file >= 0 && fcntl(file, F_SETLK, &lock) == 0 && write(ready, &byte, 1) == 1;
+    _exit(held && read(release, &byte, 1) == 0 ? 0 : 1);
+  }
+
+  pid_t process_ = -1;
+  int release_ = -1;
+};
+
+template <typename Operation>
+void expectAtOnce(Operation operation) {
+  const auto begin = std::chrono::steady_clock::now();
+  operation();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+}
+
+class LockedDatabase : public KernelStage {
+ protected:
+  /// An add whose look-up in the database has to wait.
+  void addAsFarAsTheLookUp() {
+    connect();
+    assoc.addDevZigbeeZwave();
+    router.zwave().post(Node(5).bytes());
+    awaitEvents(EVENT_ADDING);
+    router.zwave().post(Node(5).bytes());
+    await("................. ZW_ASSOC ...................");
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    EXPECT_EQ(events(EVENT_GETTING_INFO), 0) << "it waits";
+  }
+};
+
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace
+
+// Whatever interleaves: each datagram and each line is whole, and the database is never the worse for it.
+TEST_F(Callers, OnTwoThreadsWhileDatagramsArrive) {
+  router.database().nextId("17").put(Device(12, "Lamp").zwave(5));
+  connect();
+  {
+    const Background adding([this](int turn) {
+      std::string name(170, 'a');
+      std::string location(170, 'b');
+      assoc.addDevZigbeeZwave();
+      assoc.setDevName(name.data());
+      assoc.setDevLocation(location.data());
+      if (turn % 4 == 0) assoc.sendCancelTo(cancel_both);
+      assoc.calculateDevId();
+    });
+    const Background naming([this](int turn) {
+      DevType types[50] = {};
+      assoc.listSubDevType(DEVTYPE_GENERIC_DEVICE, types);
+      assoc.setDevType(turn % 2 == 0 ? DEVTYPE_BINARY_SWITCH : DEVTYPE_MOTION_SENSOR);
+      assoc.addingDone();
+      if (turn % 3 == 0) assoc.removeDevZigbeeZwave();
+      assoc.ZW_checkNodeExists();
+    });
+    for (int turn = 0; turn < 300; ++turn) {
+      router.zwave().post(Node(static_cast<unsigned char>(turn % 7)).generic(0x10).specific(1).bytes());
+      ZbDeviceInfo device{};
+      device.msgCode = static_cast<unsigned char>(turn % 13);
+      const auto* first = reinterpret_cast<const unsigned char*>(&device);
+      router.zigbee().post({first, first + sizeof device});
+      std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+  }
+  router.close();
+  const std::regex whole("log [0-3] .*|send (zigbee|zwave|ha) [^@]*( @180 \"[a-zA-Z]*\")?|sleep 7",
+                         std::regex::optimize);
+  const std::regex named(
+      "log 0 libTembraAssoc:Name:(|a{170}|[A-Za-z]+ #17|UnknownDevice #17) Location:(|b{170}|Default)");
+  std::size_t names = 0;
+  for (const std::string& line : linesOf(trace())) {
+    EXPECT_TRUE(std::regex_match(line, whole)) << line;
+    if (line.find("Name:") == std::string::npos || line.find("Location:") == std::string::npos) continue;
+    ++names;
+    EXPECT_TRUE(std::regex_match(line, named)) << line;
+  }
+  EXPECT_GT(names, 10U);
+  EXPECT_EQ(told("stray @"), 0U);
+  EXPECT_GT(told("Received Packet from Z-wave"), 100U);
+  EXPECT_EQ(router.database().records(), 2);
+}
+
+TEST_F(LockedDatabase, DelaysNoCallerAndNoClosing) {
+  router.database().nextId("17");
+  const std::size_t threads = runningThreads();
+  const LockHolder holder;
+  addAsFarAsTheLookUp();
+  char name[] = "Lamp";
+  expectAtOnce([&] { assoc.setDevName(name); });
+  expectAtOnce([&] { assoc.sendCancelTo(cancel_both); });
+  expectAtOnce([&] { assoc.closeAssocConnection(); });
+  expectAtOnce([&] { EXPECT_EQ(assoc.checkAssocConnection(), 0); });
+  EXPECT_EQ(told("exited receive thread"), 0U);
+  EXPECT_EQ(runningThreads(), threads + 2);
+}
+
+TEST_F(LockedDatabase, LetsNoEventOutAfterTheClosing) {
+  router.database().nextId("17");
+  LockHolder holder;
+  addAsFarAsTheLookUp();
+  assoc.closeAssocConnection();
+  holder.release();
+  await("exited receive thread");
+  EXPECT_EQ(events(EVENT_GETTING_INFO), 0);
+  EXPECT_EQ(events(EVENT_ADD_FAILED), 0);
+  EXPECT_EQ(events(EVENT_ALREADY_ADDED), 0);
+}
+
+TEST_F(LockedDatabase, IsWaitedFor) {
+  router.database().nextId("17");
+  LockHolder holder;
+  addAsFarAsTheLookUp();
+  holder.release();
+  awaitEvents(EVENT_GETTING_INFO);
+  EXPECT_EQ(told("stderr "), 0U);
+}
