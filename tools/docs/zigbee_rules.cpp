@@ -5,62 +5,14 @@
 #include <string>
 
 #include "docs/pages.h"
+#include "frontend/zigbee_rule_texts.h"
 
 namespace {
 
-std::string hex4(int number) {
-  static const char digits[] = "0123456789ABCDEF";
-  std::string text = "0x0000";
-  for (std::size_t i = 5; i > 1; --i, number >>= 4) text[i] = digits[number & 15];
-  return text;
-}
-
-std::string testText(const ZbTest& test) {
-  switch (test.kind) {
-    case ZB_ALWAYS:
-      return "";
-    case ZB_TYPE_IS:
-      return "type is " + std::to_string(test.type);
-    case ZB_TYPE_IS_NOT:
-      return "type is not " + std::to_string(test.type);
-    case ZB_MANUFACTURER_IS:
-      return "manufacturer is \"" + std::string(test.text) + "\"";
-    case ZB_MANUFACTURER_IS_NOT:
-      return "manufacturer is not \"" + std::string(test.text) + "\"";
-    case ZB_MANUFACTURER_HAS:
-      return "manufacturer contains \"" + std::string(test.text) + "\"";
-    case ZB_MODEL_HAS:
-      return "model contains \"" + std::string(test.text) + "\"";
-    case ZB_MAKERS_PLUG:
-      return "the maker's own plug";
-    case ZB_AC_CHECK_FAILS:
-      return "measured values missing";
-  }
-  return "";
-}
-
-std::string testsText(const ZbTest& first, const ZbTest& second = {}) {
-  const std::string a = testText(first);
-  const std::string b = testText(second);
-  if (a.empty()) return "otherwise";
-  return b.empty() ? a : a + " and " + b;
-}
-
-template <std::size_t Size>
-std::string entriesText(const unsigned char (&entries)[Size]) {
-  std::string text;
-  for (const unsigned char entry : entries) {
-    if (entry != 0) text += (text.empty() ? "" : ", ") + std::to_string(entry);
-  }
-  return text.empty() ? "none" : text;
-}
-
-std::string outcomeText(const ZbDecision& row) {
-  if (row.effect == ZB_STOP) return "classification fails";
-  std::string text = row.name == nullptr ? "" : "name \"" + std::string(row.name) + "\", ";
-  text += row.type == ZB_KEEP_TYPE ? "type stays" : "type " + std::to_string(row.type);
-  return text;
-}
+using tembra::frontend::entriesText;
+using tembra::frontend::hex4;
+using tembra::frontend::outcomeText;
+using tembra::frontend::testsText;
 
 void writeClusters(std::ostream& out) {
   out << "\n## Clusters\n\n| Cluster | What | Index entries | Counted |\n|---|---|---|---|\n";
