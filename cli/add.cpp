@@ -41,7 +41,7 @@ void addDevice(const Context& context, const Wishes& wishes) {
   requireOneOf({SERVER_ZIGBEE, SERVER_ZWAVE});
   requireOneOf({SERVER_HA});
   checkBeforeLibraryOpens(DBName);
-  const Connection connection(service);
+  const Connection connection(context, service);
   Operation operation(context, service);
   operation.start(&TembraAssociation::addDevZigbeeZwave, "addDevZigbeeZwave()");
   const HeardEvent created = waitForDevice(operation);

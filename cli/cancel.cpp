@@ -25,7 +25,7 @@ void cancel(const Context& context, const std::string& radios) {
   const Target& target = kTargets.at(radios);
   TembraAssociation& service = serviceAs(context.options.role);
   requireOneOf(target.servers);
-  const Connection connection(service);
+  const Connection connection(context, service);
   context.display.command("sendCancelTo(" + radios + ")");
   service.sendCancelTo(target.type);
   context.display.note("Cancelled adding and removing (" + radios + ").");

@@ -6,7 +6,7 @@ namespace tembra::cli {
 namespace {
 
 constexpr void (*kCommands[])(CLI::App&, Action&) = {
-    declareAdd, declareRemove, declareCancel, declareReset, declareDevices, declareWatch,
+    declareAdd, declareRemove, declareCancel, declareReset, declareDevices, declareWatch, declareClassify, declareNames,
 };
 
 constexpr char kExitStatus[] =

@@ -19,6 +19,8 @@ void declareCancel(CLI::App& program, Action& action);
 void declareReset(CLI::App& program, Action& action);
 void declareDevices(CLI::App& program, Action& action);
 void declareWatch(CLI::App& program, Action& action);
+void declareClassify(CLI::App& program, Action& action);
+void declareNames(CLI::App& program, Action& action);
 
 }  // namespace tembra::cli
 

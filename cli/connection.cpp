@@ -2,12 +2,16 @@
 
 #include <cerrno>
 #include <cstring>
+#include <memory>
 
 #include "event_inbox.h"
 #include "failure.h"
+#include "library_call.h"
 
 namespace tembra::cli {
 namespace {
+
+constexpr std::chrono::milliseconds kTick{100};
 
 struct Role {
   const char* name;
@@ -40,10 +44,16 @@ TembraAssociation& serviceAs(const std::string& role) {
   throw Failure(kUsage, "there is no role " + role + ".");
 }
 
-Connection::Connection(TembraAssociation& service) : service_(service) {
+// Opening runs a command of the router, which may hang.
+Connection::Connection(const Context& context, TembraAssociation& service) : service_(service) {
   service_.registerAssocEventCB(hearEvent);
-  errno = 0;
-  if (service_.checkAssocConnection() != 0) throw Failure(kNoConnection, "no connection: " + whyNotOpen(errno));
+  const auto error = std::make_shared<int>(0);
+  const auto open = [&service, error] {
+    errno = 0;
+    if (service.checkAssocConnection() != 0) *error = errno == 0 ? EIO : errno;
+  };
+  runLibraryCall(open, [&context] { context.attention.pause(kTick); });
+  if (*error != 0) throw Failure(kNoConnection, "no connection: " + whyNotOpen(*error));
 }
 
 Connection::~Connection() { service_.closeAssocConnection(); }

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "context.h"
+
 namespace tembra::cli {
 
 /// The values of --role.
@@ -15,15 +17,13 @@ namespace tembra::cli {
 /// The service object in this role, not yet open.
 [[nodiscard]] TembraAssociation& serviceAs(const std::string& role);
 
-/// Open as long as it lives. Throws Failure (kNoConnection) when the library cannot open it.
+/// Open as long as it lives. Throws Failure (kNoConnection) when the library cannot open it, and Interrupted.
 class Connection {
  public:
-  explicit Connection(TembraAssociation& service);
+  Connection(const Context& context, TembraAssociation& service);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
-
-  TembraAssociation& service() const { return service_; }
 
  private:
   TembraAssociation& service_;

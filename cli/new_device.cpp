@@ -64,9 +64,10 @@ DeviceReport confirmType(Operation& operation, DevType type) {
   return *proposal;
 }
 
-std::string fitted(const std::string& text, int radio, const std::string& what) {
+std::string fitted(Operation& operation, const std::string& text, int radio, const std::string& what) {
   std::string fitting = cutText(text, longestText(radio));
   if (fitting != text) {
+    operation.context().display.makeRoom();
     complain("the " + what + " was cut to the " + std::to_string(fitting.size()) +
              " bytes that the device's record holds.");
   }
@@ -96,9 +97,10 @@ void finishDevice(Operation& operation, const HeardEvent& created, const Wishes&
   const DevType type = chooseType(operation, created, wishes);
   const DeviceReport proposal = confirmType(operation, type);
   Display& display = operation.context().display;
-  std::string name = fitted(decide(operation, "Name", wishes.name, fieldText(proposal.name)), radio, "name");
-  std::string location =
-      fitted(decide(operation, "Location", wishes.location, fieldText(proposal.location)), radio, "location");
+  const std::string wantedName = decide(operation, "Name", wishes.name, fieldText(proposal.name));
+  std::string name = fitted(operation, wantedName, radio, "name");
+  const std::string wantedLocation = decide(operation, "Location", wishes.location, fieldText(proposal.location));
+  std::string location = fitted(operation, wantedLocation, radio, "location");
   display.command("setDevName(" + printable(name) + ")");
   operation.service().setDevName(name.data());
   display.command("setDevLocation(" + printable(location) + ")");

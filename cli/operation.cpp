@@ -1,10 +1,7 @@
 #include "operation.h"
 
-#include <exception>
-#include <future>
-#include <thread>
-
 #include "failure.h"
+#include "library_call.h"
 
 namespace tembra::cli {
 namespace {
@@ -13,23 +10,11 @@ using namespace std::chrono_literals;
 
 constexpr auto kTick = 100ms;
 constexpr auto kSettling = 100ms;
-constexpr auto kQuickCall = 20ms;
 constexpr int kLongestOverdueSeconds = 60;
 
 bool libraryIsIdle() { return __atomic_load_n(&idle, __ATOMIC_ACQUIRE) != 0; }
 
 }  // namespace
-
-void runLibraryCall(const std::function<void()>& call, const std::function<void()>& whileWaiting) {
-  std::packaged_task<void()> task([call] {
-    const LibraryCall mark;
-    call();
-  });
-  std::future<void> done = task.get_future();
-  std::thread(std::move(task)).detach();
-  while (done.wait_for(kQuickCall) != std::future_status::ready) whileWaiting();
-  done.get();
-}
 
 Operation::Operation(const Context& context, TembraAssociation& service) : context_(context), service_(service) {}
 

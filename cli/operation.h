@@ -13,10 +13,6 @@
 
 namespace tembra::cli {
 
-/// Runs a call of the library that may take long on a thread of its own and calls `whileWaiting` several times a
-/// second. When that throws, the call is left to end by itself.
-void runLibraryCall(const std::function<void()>& call, const std::function<void()>& whileWaiting);
-
 /// Cancels on both radios when it is left before it has ended, for whatever reason.
 class Operation {
  public:

@@ -8,10 +8,22 @@
 namespace tembra::cli {
 namespace {
 
+void endLine() { std::cout << std::endl; }
+
 std::optional<std::string> ask(const Context& context, const std::string& question, const OnEvent& onEvent) {
   context.display.makeRoom();
   std::cout << question << std::flush;
-  return context.attention.readLine(onEvent);
+  try {
+    auto answer = context.attention.readLine([&onEvent] {
+      endLine();
+      onEvent();
+    });
+    if (!answer) endLine();
+    return answer;
+  } catch (const Interrupted&) {
+    endLine();
+    throw;
+  }
 }
 
 // Nothing when the answer is neither a number from 1 on nor one of the choices.

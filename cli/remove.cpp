@@ -43,7 +43,7 @@ void removeDevice(const Context& context) {
   requireOneOf({SERVER_ZIGBEE, SERVER_ZWAVE});
   requireOneOf({SERVER_HA});
   checkBeforeLibraryOpens(DBName);
-  const Connection connection(service);
+  const Connection connection(context, service);
   Operation operation(context, service);
   operation.start(&TembraAssociation::removeDevZigbeeZwave, "removeDevZigbeeZwave()");
   const HeardEvent heard = waitForDevice(operation);

@@ -5,7 +5,7 @@
 
 #include "commands.h"
 #include "connection.h"
-#include "operation.h"
+#include "library_call.h"
 #include "questions.h"
 #include "servers.h"
 
@@ -69,7 +69,7 @@ void reset(const Context& context, const std::string& radios) {
   requireOneOf(target.servers);
   if (target.type == reset_both_and_remove_all) requireOneOf({SERVER_HA});
   complainOfMissing(target.servers);
-  const Connection connection(service);
+  const Connection connection(context, service);
   context.display.command("doResetFor(" + radios + ")");
   ResetProgress progress(context, target.takes);
   runLibraryCall([&service, &target] { service.doResetFor(target.type); }, [&progress] { progress.wait(); });

@@ -4,6 +4,7 @@
 #include <tembra/endpoints.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -27,27 +28,39 @@ const Server kServers[] = {
 
 const Server& find(ServerType type) { return *std::ranges::find(kServers, type, &Server::type); }
 
+std::string hexadecimal(const char* format, unsigned number) {
+  char text[16];
+  std::snprintf(text, sizeof text, format, number);
+  return text;
+}
+
 // One socket of the kernel's table, "  12: FEFFFF7F:22B8 00000000:0000 ...": the address in network byte order as the
-// machine reads it, the port as a number, both hexadecimal.
+// machine reads it, the port as a number, both hexadecimal. An address of zeros (longer for IPv6) is any address.
 bool servesAddress(const std::string& row, const sockaddr_in& wanted) {
   std::istringstream fields(row);
   std::string number;
-  unsigned long address = 0;
-  unsigned long port = 0;
-  char colon = 0;
-  fields >> number >> std::hex >> address >> colon >> port;
-  const bool reaches = address == INADDR_ANY || address == wanted.sin_addr.s_addr;
-  return fields && reaches && port == ntohs(wanted.sin_port);
+  std::string address;
+  std::string port;
+  fields >> number;
+  std::getline(fields >> std::ws, address, ':');
+  fields >> port;
+  const bool any = !address.empty() && address.find_first_not_of('0') == std::string::npos;
+  return (any || address == hexadecimal("%08X", wanted.sin_addr.s_addr)) &&
+         port == hexadecimal("%04X", ntohs(wanted.sin_port));
+}
+
+bool isServed(const sockaddr_in& wanted, std::ifstream& table) {
+  for (std::string row; std::getline(table, row);) {
+    if (servesAddress(row, wanted)) return true;
+  }
+  return false;
 }
 
 // True as well where the kernel does not tell.
 bool listens(const Server& server) {
   std::ifstream table("/proc/net/udp");
-  if (!table) return true;
-  for (std::string row; std::getline(table, row);) {
-    if (servesAddress(row, *server.address)) return true;
-  }
-  return false;
+  std::ifstream tableOfIpv6("/proc/net/udp6");
+  return !table || isServed(*server.address, table) || isServed(*server.address, tableOfIpv6);
 }
 
 std::string place(const Server& server) {

@@ -13,7 +13,7 @@ bool closesConnection(const Context& context, const AssocEvent& event) {
 }
 
 void watchEvents(const Context& context) {
-  const Connection connection(serviceAs(context.options.role));
+  const Connection connection(context, serviceAs(context.options.role));
   context.display.note("Watching " + std::string(assoc_adr) + " until Ctrl-C.");
   while (true) {
     context.attention.waitForEvent(kTick);

@@ -3,7 +3,7 @@
 namespace tembra::frontend {
 namespace {
 
-std::string quoted(const char* text) { return "\"" + std::string(text) + "\""; }
+std::string quoted(const char* text) { return std::string(1, '"').append(text).append(1, '"'); }
 
 std::string testText(const ZbTest& test) {
   switch (test.kind) {

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 #include "harness/router.h"
 
@@ -152,6 +154,19 @@ TEST(OperationTest, FailuresToSendArePrintedAndOtherwiseIgnored) {
                                     "stderr sendto error: Operation not permitted",
                                 }));
   EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
+}
+
+TEST(OperationTest, AnAnswerThatComesBeforeTheCommandIsDoneWaitsForIt) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.onSend([&router](const std::string& destination) {
+    if (destination == "zwave") router.zwave().post(Node(5).bytes());
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));  // time enough to be handled too early
+  });
+  assoc.addDevZigbeeZwave();
+  router.onSend(nullptr);
+  router.settle();
+  EXPECT_EQ(router.state(), "state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor");
 }
 
 TEST(OperationTest, WithoutAConnectionTheStateIsSetAllTheSame) {

@@ -194,28 +194,35 @@ TEST(UnopenableDatabase, ServiceGoesOnOnceDescriptorsAreFreeAgain) {
   EXPECT_EQ(router.assoc().calculateDevId(), 17);
 }
 
+namespace {
+
+// How many keys a walk goes past when a word of the eighth record's header is wrong.
+long keysOfAWalk(Router& router, std::size_t word, unsigned value) {
+  router.database().remove();
+  fill(router.database());
+  router.database().overwriteInRecord("8", word, value);
+  router.forget();
+  EXPECT_EQ(lookUp(router, 99), 0);
+  const std::string trace = router.takeTrace();
+  return std::count(trace.begin(), trace.end(), '\n') / 2;  // two lines a key
+}
+
+}  // namespace
+
 // Sizes that make the place of the next record overflow: the walk turns back, and would go round for ever.
 TEST(BrokenRecord, DoesNotKeepTheWalkGoingRound) {
-  constexpr std::size_t kSizes[] = {8, 12, 16};  // of the key, the value and the padding
+  constexpr std::size_t kWords[] = {12, 16};  // the sizes of the value and of the padding
   constexpr unsigned kValues[] = {0x7FFFFFFF, 0x7FFFFFF0, 0x7FFFFF00, 0x7FFFFE00, 0x7FFFFDE0,
                                   0x7FFF0000, 0x40000000, 0x80000000, 0xFFFFFFFF};
   Router router;
+  fill(router.database());
+  const auto mostKeys = static_cast<long>(router.database().file().size() / 28);
   router.watch(harness::kWatchRecords);
   int ended = 0;
-  for (const std::size_t size : kSizes) {
-    for (const unsigned value : kValues) {
-      router.database().remove();
-      fill(router.database());
-      router.database().overwriteInRecord("8", size, value);
-      const std::size_t mostKeys = router.database().file().size() / 28;
-      router.forget();
-      EXPECT_EQ(lookUp(router, 99), 0);
-      const std::string trace = router.takeTrace();
-      EXPECT_LE(static_cast<std::size_t>(std::count(trace.begin(), trace.end(), '\n')), 2 * mostKeys + 3);
-      ++ended;
-    }
+  for (const std::size_t word : kWords) {
+    for (const unsigned value : kValues) ended += keysOfAWalk(router, word, value) <= mostKeys + 1 ? 1 : 0;
   }
-  EXPECT_EQ(ended, 27);
+  EXPECT_EQ(ended, 18);
 }
 
 TEST(BrokenRecord, IsTheLastOneThatTheWalkSees) {

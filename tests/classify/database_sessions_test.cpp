@@ -1,17 +1,19 @@
 // One session at a time: between processes by the file's lock, between threads by the library's own turns.
+#include <depot.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <tembra/globals.h>
 #include <unistd.h>
 
-#include <depot.h>
-
+#include <atomic>
+#include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <functional>
+#include <sstream>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "harness/interposed_database.h"
 #include "harness/router.h"
@@ -105,7 +107,7 @@ TEST(DatabaseSessionsTest, OthersAreServedWhileALookUpWaits) {
   TembraAssociation& assoc = router.connect();
   router.database().create();
   Holder server("NextDevid", {'1', '7'});
-  int id = -99;
+  std::atomic<int> id = -99;
   std::thread caller([&] { id = assoc.calculateDevId(); });
   awaitAWaiter();
   assoc.addDevZigbeeZwave();
@@ -135,6 +137,34 @@ TEST(DatabaseSessionsTest, ADatagramWaitsForTheDatabaseAndACallerDoesNot) {
   ASSERT_EQ(router.takeEvents().at(0).event.code, EVENT_ALREADY_ADDED);
 }
 
+namespace {
+
+const std::string kSession = lines({"dpopen /tmp/ddb 6 -1", "dpclose"});
+const std::string kRepairingSession = lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: broken database file",
+                                             "dprepair /tmp/ddb", "dpopen /tmp/ddb 70 1", "dpclose"});
+
+std::string withoutLogLines(const std::string& trace) {
+  std::string rest;
+  std::istringstream stream(trace);
+  for (std::string line; std::getline(stream, line);) rest += line.rfind("log ", 0) == 0 ? "" : line + "\n";
+  return rest;
+}
+
+void repeat(int times, const std::function<int()>& call, int expected) {
+  int right = 0;
+  for (int i = 0; i < times; ++i) right += call() == expected ? 1 : 0;
+  EXPECT_EQ(right, times);
+}
+
+// The same call from two threads at once.
+void callTwice(const std::function<int()>& call, int expected) {
+  std::thread other([&] { repeat(1, call, expected); });
+  repeat(1, call, expected);
+  other.join();
+}
+
+}  // namespace
+
 TEST(DatabaseSessionsTest, TwoThreadsNeverHaveTwoSessions) {
   constexpr int kRounds = 200;
   Router router;
@@ -143,23 +173,16 @@ TEST(DatabaseSessionsTest, TwoThreadsNeverHaveTwoSessions) {
   assoc.zwNodeRx.nodeId = 5;
   router.onLog([](const std::string&) { std::this_thread::yield(); });  // while a session is open
   router.watch(harness::kWatchDatabase);
-  std::vector<std::thread> callers;
-  callers.emplace_back([&] {
-    for (int i = 0; i < kRounds; ++i) EXPECT_EQ(assoc.ZW_checkNodeExists(), 1);
+  std::thread other([&] {
+    repeat(
+        kRounds, [&] { return assoc.ZW_checkNodeExists(); }, 1);
   });
-  callers.emplace_back([&] {
-    for (int i = 0; i < kRounds; ++i) EXPECT_EQ(assoc.calculateDevId(), 17);
-  });
-  for (std::thread& caller : callers) caller.join();
-
+  repeat(
+      kRounds, [&] { return assoc.calculateDevId(); }, 17);
+  other.join();
   std::string sessions;
-  std::string expected;
-  std::istringstream trace(router.takeTrace());
-  for (std::string line; std::getline(trace, line);) {
-    if (line.rfind("log ", 0) != 0) sessions += line + "\n";
-  }
-  for (int i = 0; i < 2 * kRounds; ++i) expected += lines({"dpopen /tmp/ddb 6 -1", "dpclose"});
-  EXPECT_EQ(sessions, expected);
+  for (int i = 0; i < 2 * kRounds; ++i) sessions += kSession;
+  EXPECT_EQ(withoutLogLines(router.takeTrace()), sessions);
 }
 
 TEST(DatabaseSessionsTest, RepairingIsPartOfTheSession) {
@@ -167,16 +190,50 @@ TEST(DatabaseSessionsTest, RepairingIsPartOfTheSession) {
   TembraAssociation& assoc = router.assoc();
   router.database().nextId("17");
   router.watch(harness::kWatchDatabase);
-  const std::string opened = lines({"dpopen /tmp/ddb 6 -1", "dpclose"});
-  const std::string repaired = lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: broken database file",
-                                      "dprepair /tmp/ddb", "dpopen /tmp/ddb 70 1", "dpclose"});
   for (int i = 0; i < 30; ++i) {
     router.database().makeRepairable();
-    std::thread other([&] { EXPECT_EQ(assoc.calculateDevId(), 17); });
-    EXPECT_EQ(assoc.calculateDevId(), 17);
-    other.join();
-    EXPECT_EQ(router.takeTrace(), repaired + opened) << "round " << i;
+    callTwice([&] { return assoc.calculateDevId(); }, 17);
+    EXPECT_EQ(router.takeTrace(), kRepairingSession + kSession) << "round " << i;
   }
+}
+
+TEST(DatabaseSessionsTest, ALoggerThatCallsTheLibraryBackGetsNoSecondSession) {
+  Router router;
+  TembraAssociation& assoc = router.assoc();
+  router.database().nextId("17").put(Device(3, "Lamp").zwave(5));
+  assoc.zwNodeRx.nodeId = 5;
+  int id = 0;
+  router.onLog([&](const std::string&) { id = assoc.calculateDevId(); });
+  router.watch(harness::kWatchDatabase);
+  EXPECT_EQ(assoc.ZW_checkNodeExists(), 1);
+  EXPECT_EQ(withoutLogLines(router.takeTrace()), kSession);
+  EXPECT_EQ(id, -1);
+}
+
+namespace {
+
+// Whether a child of this process would inherit the database; -1 when it is not open.
+int isInherited() {
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code gone;
+    if (std::filesystem::read_symlink(entry.path(), gone) != DBName) continue;
+    return (fcntl(std::stoi(entry.path().filename()), F_GETFD) & FD_CLOEXEC) == 0 ? 1 : 0;
+  }
+  return -1;
+}
+
+}  // namespace
+
+TEST(DatabaseSessionsTest, ProgramsThatAreStartedMeanwhileDoNotInheritTheFile) {
+  Router router;
+  TembraAssociation& assoc = router.assoc();
+  router.database().put(Device(3, "Lamp").zwave(5));
+  assoc.zwNodeRx.nodeId = 5;
+  int inherited = -1;
+  router.onLog([&](const std::string&) { inherited = isInherited(); });
+  EXPECT_EQ(assoc.ZW_checkNodeExists(), 1);
+  EXPECT_EQ(inherited, 0);
+  EXPECT_EQ(isInherited(), -1);
 }
 
 TEST(DatabaseSessionsTest, NoDescriptorStaysOpen) {

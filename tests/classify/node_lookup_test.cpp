@@ -148,7 +148,7 @@ TEST(NodeLookupTest, ShortRecordsDoNotPassForNodeZero) {
 
 TEST(NodeLookupTest, LongerValuesAreReadAsFarAsARecordGoes) {
   Router router;
-  for (const std::size_t length : {513, 600, 5000}) {
+  for (const std::size_t length : {513U, 600U, 5000U}) {
     Bytes value = Device(3, "Lamp").zwave(5).bytes();
     value.resize(length, 'x');
     router.database().put("3", value);

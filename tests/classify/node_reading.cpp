@@ -118,6 +118,18 @@ std::string firstDifference(const ZwNodeInfo& actual, const ZwNodeInfo& expected
   return format("working copy at %d: %d instead of %d", static_cast<int>(at.first - a), *at.first, *at.second);
 }
 
+bool sameBesideWorkingCopy(const Outcome& a, const Outcome& b) {
+  return a.result == b.result && a.trace == b.trace && a.classifiedType == b.classifiedType && a.name == b.name &&
+         a.raised == b.raised;
+}
+
+std::string textOf(const Outcome& outcome) {
+  const Capabilities& raised = outcome.raised;
+  return format("result %d type %d raised %d%d%d%d name ", outcome.result, outcome.classifiedType, raised.basic,
+                raised.multilevel, raised.binarySensor, raised.acExtender) +
+         outcome.name + "\n" + outcome.trace;
+}
+
 }  // namespace
 
 void readValues(const ZwNodeInfo& received, Outcome& outcome) {
@@ -192,16 +204,8 @@ Outcome marked() {
 
 bool expectSame(const Outcome& actual, const Outcome& expected, const std::string& what) {
   const std::string difference = firstDifference(actual.work, expected.work);
-  const bool same = actual.result == expected.result && actual.trace == expected.trace && difference.empty() &&
-                    actual.classifiedType == expected.classifiedType && actual.name == expected.name &&
-                    actual.raised == expected.raised;
-  if (same) return true;
-  EXPECT_EQ(actual.result, expected.result) << what;
-  EXPECT_EQ(actual.trace, expected.trace) << what;
-  EXPECT_EQ(difference, "") << what;
-  EXPECT_EQ(actual.classifiedType, expected.classifiedType) << what;
-  EXPECT_EQ(actual.name, expected.name) << what;
-  EXPECT_TRUE(actual.raised == expected.raised) << "capabilities of " << what;
+  if (difference.empty() && sameBesideWorkingCopy(actual, expected)) return true;
+  ADD_FAILURE() << what << "\n" << difference << "\nactual " << textOf(actual) << "expected " << textOf(expected);
   return false;
 }
 

@@ -1,7 +1,9 @@
 // Whatever ends the program while an operation runs, both radios are told to cancel first.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <ostream>
 
 #include "support/database.h"
@@ -86,6 +88,18 @@ TEST(Interrupt, EndsANamingThatWaitsForALockedDatabase) {
   EXPECT_EQ(terminal.end(), 130);
   router.waitFor("library -> Z-Wave server   cancel");
   router.stop();
+}
+
+TEST(Interrupt, EndsAnOpeningThatWaitsForACommandOfTheRouter) {
+  ASSERT_EQ(mkfifo("/tmp/begun", 0600), 0);
+  writeFile("/tmp/nvram_get", "#!/bin/sh\necho $$ >/tmp/begun\nexec sleep 1000\n");
+  ASSERT_EQ(chmod("/tmp/nvram_get", 0700), 0);
+  setenv("PATH", (std::string("/tmp:") + std::getenv("PATH")).c_str(), 1);
+  Program program(assocCommand({"watch"}));
+  const pid_t command = std::stoi(readFile("/tmp/begun"));
+  program.signal(SIGINT);
+  EXPECT_EQ(program.exitStatus(), 130);
+  kill(command, SIGKILL);
 }
 
 }  // namespace

@@ -56,7 +56,14 @@ void traceSend(const void* data, size_t size, const sockaddr* to, ssize_t result
   harness::Datagram datagram{harness::endpointName(to), {bytes, bytes + size}, harness::stateText()};
   std::string line = "send " + harness::datagramText(datagram);
   if (result < 0) line += " -> " + harness::errorName(kept.error());
+  const std::string destination = datagram.destination;
   harness::trace().addSend(std::move(datagram), line);
+  std::function<void(const std::string&)> hook;
+  {
+    const std::lock_guard<std::mutex> lock(harness::stage()->mutex);
+    hook = harness::stage()->sendHook;
+  }
+  if (hook) hook(destination);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Allocations of this thread: counted, or made to fail. For programs that list interposed_memory.cpp.
+// Allocations of this thread: counted, or made to fail. For programs that link tembra-test-memory, too.
 #ifndef TEMBRA_TESTS_HARNESS_MEMORY_H
 #define TEMBRA_TESTS_HARNESS_MEMORY_H
 

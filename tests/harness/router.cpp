@@ -59,6 +59,7 @@ Router::Router(Clock clock)
 Router::~Router() {
   onEvent(nullptr);
   onLog(nullptr);
+  onSend(nullptr);
   if (TembraAssociation::singleton != nullptr) close();
   setStage(nullptr);
 }
@@ -119,6 +120,11 @@ void Router::onEvent(std::function<void(AssocEvent*)> hook) {
 void Router::onLog(std::function<void(const std::string&)> hook) {
   const std::lock_guard<std::mutex> lock(stage_.mutex);
   stage_.logHook = std::move(hook);
+}
+
+void Router::onSend(std::function<void(const std::string&)> hook) {
+  const std::lock_guard<std::mutex> lock(stage_.mutex);
+  stage_.sendHook = std::move(hook);
 }
 
 void Router::watch(unsigned kinds) { trace().watch(kinds); }

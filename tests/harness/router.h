@@ -83,6 +83,9 @@ class Router {
   /// Runs in the Logger after the line was recorded.
   void onLog(std::function<void(const std::string&)> hook);
 
+  /// Runs after a datagram was sent, on the sending thread; gets the destination's name.
+  void onSend(std::function<void(const std::string&)> hook);
+
   // ---- What happened ----------------------------------------------------------------------------------------------
 
   void watch(unsigned kinds);

@@ -29,6 +29,7 @@ struct Stage {
   bool loggerThrows = false;
   std::function<void(AssocEvent*)> eventHook;
   std::function<void(const std::string&)> logHook;
+  std::function<void(const std::string&)> sendHook;
 };
 
 /// The stage of the running test, or null.

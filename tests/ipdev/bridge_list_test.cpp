@@ -181,13 +181,13 @@ TEST(BridgeListTest, ShortRecords) {
       database.put(Device(1, "Lamp").ip().type("HueLamp").cutTo(length)).index(1, 1, kA).index(1, 9, "ann");
     };
   };
-  for (const std::size_t length : {0, 1, 3, 4, 399, 400, 403, 404, 439, 440, 441, 446}) {
+  for (const std::size_t length : {0U, 1U, 3U, 4U, 399U, 400U, 403U, 404U, 439U, 440U, 441U, 446U}) {
     expectLists(router, {{"too short for its type", lampOf(length), {}}});
   }
-  for (const std::size_t length : {447, 448, 511, 512}) {
+  for (const std::size_t length : {447U, 448U, 511U, 512U}) {
     expectLists(router, {{"long enough", lampOf(length), {{kMacA, "ann"}}}});
   }
-  for (const std::size_t length : {0, 1, 33, 34}) {
+  for (const std::size_t length : {0U, 1U, 33U, 34U}) {
     const auto fill = [length](Database& database) {
       putLamp(database, 1, kA, {});
       database.put("1.9", indexRecord("", 34 + 8));
@@ -220,7 +220,7 @@ TEST(BridgeListTest, LongValuesAreCut) {
 // another.
 TEST(BridgeListTest, ALongUserIsRecognisedAgain) {
   Router router;
-  for (const std::size_t length : {48, 49, 50, 57, 58}) {
+  for (const std::size_t length : {48U, 49U, 50U, 57U, 58U}) {
     const std::string user(length, 'u');
     expectLists(router,
                 {{"", lamps({{kA, user}, {kA, user}, {kB, "bob"}}), {{kMacA, user.substr(0, 49)}, {kMacB, "bob"}}}});

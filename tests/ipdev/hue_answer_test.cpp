@@ -52,6 +52,18 @@ void pretendAnOperation(const std::string& commandType) {
   std::strncpy(cmdtype, commandType.c_str(), sizeof cmdtype);
 }
 
+// One answer, and all that may come of it.
+void expectEvent(Router& router, const Result& result, int source) {
+  pretendAnOperation("AddIPDevice");
+  router.hue().send(hueAnswer(result.type));
+  const std::string event = "event " + std::to_string(result.event) + " source " + std::to_string(source);
+  EXPECT_EQ(router.takeTrace(), lines({event}));
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0].state, "state 0 idle 0 last 0 cancel 0 radio 3 cmdtype AddIPDevice") << "during the callback";
+  EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 3 cmdtype AddIPDevice") << "after it";
+}
+
 }  // namespace
 
 TEST(HueAnswerTest, EachResultIsItsEvent) {
@@ -60,15 +72,8 @@ TEST(HueAnswerTest, EachResultIsItsEvent) {
   int source = 0;
   for (const Result& result : kResults) {
     SCOPED_TRACE(result.type);
-    pretendAnOperation("AddIPDevice");
-    router.hue().send(hueAnswer(result.type));
     if (result.source != 0) source = result.source;
-    const std::string event = "event " + std::to_string(result.event) + " source " + std::to_string(source);
-    EXPECT_EQ(router.takeTrace(), lines({event}));
-    const auto events = router.takeEvents();
-    ASSERT_EQ(events.size(), 1U);
-    EXPECT_EQ(events[0].state, "state 0 idle 0 last 0 cancel 0 radio 3 cmdtype AddIPDevice") << "during the callback";
-    EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 3 cmdtype AddIPDevice") << "after it";
+    expectEvent(router, result, source);
   }
   EXPECT_EQ(std::size(kResults), kResultCount);
 }

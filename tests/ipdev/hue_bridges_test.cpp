@@ -29,12 +29,14 @@ Slot goodSlot(int n) { return {"a1:b2:c3:0a:1b:" + twoDigits(n), "192.168.100.1"
 
 std::vector<std::string> goodEntries(int count) {
   std::vector<std::string> entries;
+  entries.reserve(static_cast<std::size_t>(count));
   for (int n = 0; n < count; ++n) entries.push_back(goodEntry(n));
   return entries;
 }
 
 std::vector<Slot> goodSlots(int count) {
   std::vector<Slot> slots;
+  slots.reserve(static_cast<std::size_t>(count));
   for (int n = 0; n < count; ++n) slots.push_back(goodSlot(n));
   return slots;
 }

@@ -105,7 +105,7 @@ TEST(HueCommandTest, TheCommandTypeReplacesItsOwnBytesOnly) {
 TEST(HueCommandTest, TheSecondTextIsCutAtItsField) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  for (const std::size_t length : {0, 1, 48, 49, 50, 51, 99, 100, 101, 184, 5000}) {
+  for (const std::size_t length : {0U, 1U, 48U, 49U, 50U, 51U, 99U, 100U, 101U, 184U, 5000U}) {
     std::string text(length, 'x');
     assoc.Hue_addDev(mac, text.data());
     assoc.Hue_refreshBridge(mac, text.data());

@@ -42,7 +42,7 @@ std::string listOf(const std::vector<std::pair<std::string, std::string>>& eleme
   std::string list = R"({"MAClist":[)";
   for (const auto& [mac, user] : elements) {
     if (list.back() != '[') list += ',';
-    list += R"({"mac":")" + mac + R"(","username":")" + user + R"("})";
+    list.append(R"({"mac":")").append(mac).append(R"(","username":")").append(user).append(R"("})");
   }
   return list + "]}";
 }

@@ -72,7 +72,7 @@ TEST(NestCommandTest, RemoveSendsNothingButItsNumber) {
 TEST(NestCommandTest, TheTextIsCutAtTheDatagram) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  for (const std::size_t length : {0, 1, 246, 247, 248, 249, 5000}) {
+  for (const std::size_t length : {0U, 1U, 246U, 247U, 248U, 249U, 5000U}) {
     std::string text(length, 'x');
     assoc.Nest_add(text.data());
     EXPECT_EQ(router.takeSends().at(0).bytes, Wire(256).number(4, 100).text(8, text.substr(0, 247)).all()) << length;

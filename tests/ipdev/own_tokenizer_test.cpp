@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <tembra/platform.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -26,7 +27,7 @@ Tokenizer tokenizer;
 // A token's text ends where its memory ends.
 JsonToken* tokenOf(const std::string& text) {
   auto* token = static_cast<JsonToken*>(std::malloc(sizeof(JsonToken) + text.size()));
-  std::memcpy(token + 1, text.data(), text.size());
+  std::copy(text.begin(), text.end(), reinterpret_cast<char*>(token + 1));
   *token = {reinterpret_cast<const char*>(token + 1), static_cast<int>(text.size())};
   return token;
 }
@@ -87,7 +88,7 @@ TEST(OwnTokenizerTest, TheTwoMembersAreLookedUpIndependently) {
 TEST(OwnTokenizerTest, LongTokensAreCutAtTheSlot) {
   Router router;
   router.connect();
-  for (const std::size_t length : {0, 1, 29, 30, 48, 49, 50, 51, 64, 65, 5000}) {
+  for (const std::size_t length : {0U, 1U, 29U, 30U, 48U, 49U, 50U, 51U, 64U, 65U, 5000U}) {
     tokenizer.members = {{"id", std::string(length, 'f')}, {"internalipaddress", std::string(length, '9')}};
     askedFor(router, {"one"});
     const std::string mac = length == 0 ? "" : length == 1 ? "f" : "ff:ff:ff:ff:ff:ff";

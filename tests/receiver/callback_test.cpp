@@ -1,44 +1,19 @@
-// The front end's callback: missing, replaced, calling back, closing the connection under the loop that called it.
+// The front end's callback: missing, replaced, calling back.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
 #include <functional>
+#include <thread>
 
-#include "harness/router.h"
+#include "callback_stage.h"
 
 using harness::Device;
 using harness::lines;
 using harness::Node;
-using harness::Router;
 
 namespace {
 
 int othersEvents = 0;
 void countOthers(AssocEvent*) { ++othersEvents; }
-
-std::size_t count(const std::string& text, const std::string& part) {
-  std::size_t found = 0;
-  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++found;
-  return found;
-}
-
-const char* const kEntered = "log 0 libTembraAssoc:entered receive thread\n";
-const char* const kExited = "log 0 libTembraAssoc:exited receive thread\\n\n";
-
-class Callback : public testing::Test {
- protected:
-  Router router;
-  TembraAssociation& assoc = router.connect();
-
-  /// Runs once, in the callback of the next event.
-  void inCallback(std::function<void()> then) {
-    router.onEvent([this, once = std::move(then)](AssocEvent*) {
-      router.onEvent(nullptr);
-      once();
-    });
-  }
-};
 
 }  // namespace
 
@@ -184,162 +159,23 @@ TEST_F(Callback, BlocksNoCallerWhileItWaits) {
   router.advance(7);
 }
 
+// A front end may wait in its callback for a thread of its own that is inside a call.
+TEST_F(Callback, MayWaitForAnotherCaller) {
+  inCallback([this] {
+    std::thread([this] {
+      char name[] = "from another thread";
+      assoc.setDevName(name);
+    }).join();
+  });
+  assoc.assocState = ASSOC;
+  router.zwave().send(Node(5));
+  EXPECT_STREQ(assoc.devName, "from another thread");
+}
+
 // What follows the callback is written all the same.
 TEST_F(Callback, StartsNothingThatTheFlowWouldNotOverwrite) {
   inCallback([this] { assoc.addDevZigbeeZwave(); });
   assoc.assocState = ASSOC;
   router.zwave().send(Node(255));
   EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 3 radio 2 cmdtype AddDevice");
-}
-
-TEST_F(Callback, MayClose) {
-  inCallback([this] { assoc.closeAssocConnection(); });
-  router.watch(harness::kWatchConnection);
-  assoc.addDevZigbeeZwave();
-  router.zwave().send(Node(5));
-  const std::string trace = router.takeTrace();
-  EXPECT_NE(trace.find(lines(
-                {"event 3 source 2", "log 0 libTembraAssoc:closing the Assoc Connection", "shutdown 2", "close"})),
-            std::string::npos)
-      << trace;
-  EXPECT_EQ(trace.substr(trace.size() - std::strlen(kExited)), kExited);
-  EXPECT_EQ(assoc_meshID, -1);
-  router.forget();
-  router.advance(1000);
-  EXPECT_EQ(router.takeTrace(), "");
-}
-
-TEST_F(Callback, MayCloseWhenAnOperationTimedOut) {
-  inCallback([this] { assoc.closeAssocConnection(); });
-  assoc.addDevZigbeeZwave();
-  router.advance(180);
-  EXPECT_EQ(router.takeEvents().size(), 1U);
-  const std::string trace = router.takeTrace();
-  EXPECT_EQ(trace.substr(trace.size() - std::strlen(kExited)), kExited);
-}
-
-// The new connection is the new thread's: of the old one's step nothing is left but its last line.
-class Reopening : public Callback {
- protected:
-  void reopenInCallback() {
-    inCallback([this] {
-      assoc.closeAssocConnection();
-      EXPECT_EQ(assoc.checkAssocConnection(), 0);
-    });
-  }
-
-  /// One connection, one thread: an answer is handled once, by another thread than before.
-  void expectOneNewReceiver(std::thread::id before) {
-    router.forget();
-    assoc.assocState = ASSOC;
-    router.zwave().send(Node(5));
-    EXPECT_EQ(count(router.takeTrace(), "Received Packet from Z-wave"), 1U);
-    const auto events = router.takeEvents();
-    ASSERT_EQ(events.size(), 1U);
-    EXPECT_NE(events[0].thread, before);
-  }
-};
-
-TEST_F(Reopening, TheOldFlowWritesNothingIntoTheNewConnection) {
-  router.database().put(Device(12, "Lamp").zwave(6));
-  const struct {
-    int state;
-    Node node;
-    int code;
-    int stateInCallback;
-  } kRows[] = {
-      {ASSOC, Node(255), EVENT_ADD_FAILED, ASSOC},
-      {ASSOC, Node(5), EVENT_ADDING, ZW_ASSOC},
-      {ZW_ASSOC, Node(6), EVENT_ALREADY_ADDED, ZW_ASSOC},
-      {ZW_ASSOC, Node(255), EVENT_ADD_FAILED, ZW_ASSOC},
-      {ZW_ASSOC, Node(5), EVENT_GETTING_INFO, ZW_ASSOC_QUERY},
-      {ZW_ASSOC_QUERY, Node(5).basic(0), EVENT_ADD_FAILED, ZW_ASSOC_QUERY},
-      {ZW_ASSOC_QUERY, Node(5).generic(0x10), EVENT_SELECT_TYPE, ZW_ASSOC_QUERY},
-      {ZW_ASSOC_QUERY, Node(5).generic(0x02), EVENT_CREATED, ZW_ASSOC_QUERY},
-      {DEASSOC, Node(0), EVENT_REMOVED_UNKNOWN, DEASSOC},
-      {DEASSOC, Node(6), EVENT_REMOVED, ZW_REMOVING},
-      {DEASSOC, Node(5), EVENT_REMOVED_UNKNOWN, DEASSOC},
-  };
-  for (const auto& row : kRows) {
-    assoc.assocState = row.state;
-    idle = 0;
-    router.watch(harness::kWatchTimeouts);
-    reopenInCallback();
-    router.zwave().send(row.node);
-    const auto events = router.takeEvents();
-    ASSERT_EQ(events.size(), 1U);
-    EXPECT_EQ(events[0].event.code, row.code);
-    EXPECT_EQ(assoc.assocState, row.stateInCallback);
-    EXPECT_EQ(idle, 1);
-    EXPECT_EQ(assoc.cancelTarget, 0);
-    EXPECT_STREQ(cmdtype, "");
-    const std::string trace = router.takeTrace();
-    const std::string after = trace.substr(trace.find(kEntered));
-    EXPECT_EQ(count(after, "\n"), 4U) << after;  // entered, created, the new wait, and the old thread's end
-    EXPECT_EQ(count(after, kExited), 1U) << after;
-    EXPECT_EQ(count(after, "timeout 180\n"), 1U) << after;
-    expectOneNewReceiver(events[0].thread);
-    router.forget();
-  }
-}
-
-TEST_F(Reopening, ATimeOutWritesNothingIntoTheNewConnection) {
-  assoc.addDevZigbeeZwave();
-  inCallback([this] {
-    assoc.closeAssocConnection();
-    EXPECT_EQ(assoc.checkAssocConnection(), 0);
-    assoc.removeDevZigbeeZwave();
-  });
-  router.advance(180);
-  EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
-  expectOneNewReceiver(router.takeEvents().at(0).thread);
-}
-
-TEST_F(Reopening, ManyTimesInOneCallbackLeavesOneReceiver) {
-  inCallback([this] {
-    for (int i = 0; i < 20; ++i) {
-      assoc.closeAssocConnection();
-      EXPECT_EQ(assoc.checkAssocConnection(), 0);
-    }
-  });
-  assoc.assocState = ASSOC;
-  router.zwave().send(Node(5));
-  const auto events = router.takeEvents();
-  ASSERT_EQ(events.size(), 1U);
-  const std::string trace = router.takeTrace();
-  EXPECT_EQ(count(trace, kEntered), 20U);
-  EXPECT_EQ(count(trace, kExited), 20U);
-  expectOneNewReceiver(events[0].thread);
-}
-
-// The router's Logger is called with the service busy, and may itself be a front end.
-TEST_F(Callback, TheLoggerMayCallTheServiceBack) {
-  router.database().put(Device(12, "Lamp").zwave(5)).nextId("17");
-  int called = 0;
-  router.onLog([&](const std::string& line) {
-    if (line != "libTembraAssoc:Removing Zwave device 5") return;
-    char name[] = "from the logger";
-    assoc.setDevName(name);
-    assoc.sendCancelTo(static_cast<cancel_type>(0));
-    assoc.calculateDevId();
-    assoc.ZW_checkNodeExists();
-    ++called;
-  });
-  assoc.removeDevZigbeeZwave();
-  router.zwave().send(Node(5));
-  EXPECT_GE(called, 2);
-  EXPECT_STREQ(assoc.devName, "from the logger");
-  EXPECT_EQ(router.takeEvents().at(0).event.code, EVENT_REMOVED);
-  EXPECT_EQ(router.database().records(), 2) << "the database is whole";
-}
-
-TEST_F(Callback, TheLoggerMayClose) {
-  router.onLog([&](const std::string& line) {
-    if (line == "libTembraAssoc:Received Packet from Z-wave") assoc.closeAssocConnection();
-  });
-  router.zwave().send(Node(5));
-  const std::string trace = router.takeTrace();
-  EXPECT_EQ(trace, lines({"log 0 libTembraAssoc:Received Packet from Z-wave",
-                          "log 0 libTembraAssoc:closing the Assoc Connection",
-                          "log 0 libTembraAssoc:exited receive thread\\n"}));
 }

@@ -8,6 +8,8 @@
 #include <iterator>
 #include <thread>
 
+#include "occurrences.h"
+
 namespace {
 
 constexpr std::chrono::seconds kPatience{10};
@@ -44,12 +46,7 @@ void KernelStage::connect() { ASSERT_EQ(assoc.checkAssocConnection(), 0); }
 
 const std::string& KernelStage::trace() { return trace_ += router.takeTrace(); }
 
-std::size_t KernelStage::told(const std::string& text) {
-  const std::string& all = trace();
-  std::size_t found = 0;
-  for (auto at = all.find(text); at != std::string::npos; at = all.find(text, at + 1)) ++found;
-  return found;
-}
+std::size_t KernelStage::told(const std::string& text) { return occurrences(trace(), text); }
 
 int KernelStage::events(int code) { return counts().at(static_cast<std::size_t>(code)); }
 
@@ -64,6 +61,10 @@ void KernelStage::awaitEvents(int code, int times) {
 std::size_t openDescriptors() { return entriesOf("/proc/self/fd"); }
 
 std::size_t runningThreads() { return entriesOf("/proc/self/task"); }
+
+void awaitDescriptors(std::size_t count) {
+  EXPECT_TRUE(comesTrue([=] { return openDescriptors() == count; })) << openDescriptors() << " descriptors";
+}
 
 void awaitThreads(std::size_t count) {
   EXPECT_TRUE(comesTrue([=] { return runningThreads() == count; })) << runningThreads() << " threads";

@@ -38,7 +38,9 @@ class KernelStage : public testing::Test {
 std::size_t openDescriptors();
 std::size_t runningThreads();
 
-/// Waits until the process has this many threads; a thread is there for a moment after its last line.
+/// Waits until the process has this many: a thread is there for a moment after its last line, and a receive thread may
+/// have the database open.
+void awaitDescriptors(std::size_t count);
 void awaitThreads(std::size_t count);
 
 #endif

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "harness/router.h"
+#include "occurrences.h"
 
 using harness::Call;
 using harness::Clock;
@@ -18,17 +19,11 @@ using harness::Router;
 
 namespace {
 
-std::size_t count(const std::string& text, const std::string& part) {
-  std::size_t found = 0;
-  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++found;
-  return found;
-}
-
 /// How often the loop runs through within half a second.
 std::size_t passesInHalfASecond(Router& router) {
   router.forget();
   std::this_thread::sleep_for(std::chrono::milliseconds(500));
-  return count(router.takeTrace(), "Didn't get packet");
+  return occurrences(router.takeTrace(), "Didn't get packet");
 }
 
 // Few passes are a loop that goes on; a loop without a pause makes thousands.
@@ -66,7 +61,8 @@ TEST(ReceiveFailure, DatagramsAreHandledWhileNoTimeOutCanBeSet) {
   router.zwave().send(Node(5));
   router.zwave().send(Node(5));
   EXPECT_EQ(router.takeEvents().size(), 2U);
-  EXPECT_EQ(count(router.takeTrace(), "stderr libTembraAssoc:setsockopt: rcvtimeo: Operation not permitted\n"), 3U);
+  EXPECT_EQ(occurrences(router.takeTrace(), "stderr libTembraAssoc:setsockopt: rcvtimeo: Operation not permitted\n"),
+            3U);
 }
 
 TEST(ReceiveFailure, ADescriptorThatWasClosedDoesNotSpin) {

@@ -20,21 +20,18 @@ std::string idleTimeout(int seconds) {
 const Node kSwitch = Node(5).generic(0x10).specific(1);
 const Node kGateway = Node(5).generic(0x02).specific(7);
 
+const std::string kZigbeeCancel = lines({"log 0 libTembraAssoc:Sending cancel command to zigbee_server",
+                                         R"(send zigbee 320 "network pjoin 0" @180 "cancel")"});
+const std::string kZwaveCancel =
+    lines({"log 0 libTembraAssoc:Sending cancel command to zwave_server", "send zwave 236 op 4 cmd 0"});
+const std::string kUnknownCancel = lines({"log 2 libTembraAssoc:Unknown cancel type"});
+
 // What a time-out sends to the radios, by cancel target.
 const struct {
   int cancelTarget;
   std::string sent;
-} kCancels[] = {
-    {0, lines({"log 2 libTembraAssoc:Unknown cancel type"})},
-    {1, lines({"log 0 libTembraAssoc:Sending cancel command to zigbee_server",
-               "send zigbee 320 \"network pjoin 0\" @180 \"cancel\""})},
-    {2, lines({"log 0 libTembraAssoc:Sending cancel command to zwave_server", "send zwave 236 op 4 cmd 0"})},
-    {3, lines({"log 0 libTembraAssoc:Sending cancel command to zigbee_server",
-               "send zigbee 320 \"network pjoin 0\" @180 \"cancel\"",
-               "log 0 libTembraAssoc:Sending cancel command to zwave_server", "send zwave 236 op 4 cmd 0"})},
-    {4, lines({"log 2 libTembraAssoc:Unknown cancel type"})},
-    {-1, lines({"log 2 libTembraAssoc:Unknown cancel type"})},
-};
+} kCancels[] = {{0, kUnknownCancel}, {1, kZigbeeCancel},  {2, kZwaveCancel}, {3, kZigbeeCancel + kZwaveCancel},
+                {4, kUnknownCancel}, {-1, kUnknownCancel}};
 
 }  // namespace
 
@@ -43,7 +40,7 @@ TEST_F(TimeOut, WithNothingInProgressIsOnlyLogged) {
   EXPECT_EQ(wait(1), idleTimeout(180));
   EXPECT_EQ(wait(179), "");
   EXPECT_EQ(wait(1), idleTimeout(180));
-  EXPECT_EQ(wait(3 * 180), idleTimeout(180) + idleTimeout(180) + idleTimeout(180));
+  EXPECT_EQ(wait(3L * 180), idleTimeout(180) + idleTimeout(180) + idleTimeout(180));
 }
 
 TEST_F(TimeOut, OfAnOperationCancelsAndTellsInEveryState) {
@@ -53,11 +50,12 @@ TEST_F(TimeOut, OfAnOperationCancelsAndTellsInEveryState) {
       assoc.cancelTarget = cancel.cancelTarget;
       assoc.lastEventCode = EVENT_GETTING_INFO;
       idle = 0;
-      const std::string stateText = "  state " + std::to_string(state) + " idle 1 last ";
-      const std::string atEvent = cancel.cancelTarget == cancel_both ? stateText + "5 cancel 3 radio 0 cmdtype \n" : "";
-      EXPECT_EQ(wait(180), "log 0 libTembraAssoc:Didn't get packet for 180 secs\n" + cancel.sent +
-                               "event 2 source 0\n" + atEvent + "timeout 180\n" + stateText +
-                               "0 cancel 0 radio 0 cmdtype \n");
+      const std::string after = "  state " + std::to_string(state) + " idle 1 last ";
+      std::string expected = lines({"log 0 libTembraAssoc:Didn't get packet for 180 secs"}) + cancel.sent;
+      expected += "event 2 source 0\n";
+      if (cancel.cancelTarget == cancel_both) expected += after + "5 cancel 3 radio 0 cmdtype \n";
+      expected += "timeout 180\n" + after + "0 cancel 0 radio 0 cmdtype \n";
+      EXPECT_EQ(wait(180), expected);
     }
   }
 }

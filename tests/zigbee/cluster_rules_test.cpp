@@ -1,6 +1,8 @@
 // Each rule of each cluster, by hand.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "classified.h"
 
 using harness::Router;

@@ -1,6 +1,9 @@
 // Each IAS zone type, and what a zone cluster does to the device around it, by hand.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdio>
+
 #include "classified.h"
 
 using harness::lines;

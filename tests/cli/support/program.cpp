@@ -50,7 +50,7 @@ std::string Ended::sentence() const {
 }
 
 void becomeProgram(const std::vector<std::string>& command, Clock clock) {
-  const std::string path = std::string(TEMBRA_PROGRAM_FOLDER) + ":" + std::getenv("PATH");
+  const std::string path = std::string(std::getenv("PATH")) + ":" + TEMBRA_PROGRAM_FOLDER;
   setenv("PATH", path.c_str(), 1);
   setenv("TEMBRA_LOG", "off", 1);
   unsetenv("TEMBRA_TIMELINE");
@@ -126,12 +126,16 @@ void Program::waitFor(const std::string& text) {
   seen_ = at + text.size();
 }
 
+int Program::exitStatus() {
+  const int status = waitForExit(pid_);
+  pid_ = 0;
+  return status;
+}
+
 Ended Program::end() {
   while (readMore()) {
   }
-  const int status = waitForExit(pid_);
-  pid_ = 0;
-  return {status, outputSoFar_, errorsSoFar_};
+  return {exitStatus(), outputSoFar_, errorsSoFar_};
 }
 
 std::vector<std::string> assocCommand(std::vector<std::string> arguments) {

@@ -39,7 +39,11 @@ class Program {
   /// Closes our end of its standard output.
   void stopReading();
 
+  /// Waits for its end, and for that of everything that writes where it wrote.
   [[nodiscard]] Ended end();
+
+  /// Waits for its own end only.
+  [[nodiscard]] int exitStatus();
 
  private:
   bool readMore();

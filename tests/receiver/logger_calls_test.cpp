@@ -1,0 +1,39 @@
+// The router's Logger is called with the service busy, and may itself be a front end.
+#include "callback_stage.h"
+
+using harness::Device;
+using harness::lines;
+using harness::Node;
+
+using LoggerCalls = Callback;
+
+TEST_F(LoggerCalls, TheServiceBack) {
+  router.database().put(Device(12, "Lamp").zwave(5)).nextId("17");
+  int called = 0;
+  router.onLog([&](const std::string& line) {
+    if (line != "libTembraAssoc:Removing Zwave device 5") return;
+    char name[] = "from the logger";
+    assoc.setDevName(name);
+    assoc.sendCancelTo(static_cast<cancel_type>(0));
+    assoc.calculateDevId();
+    assoc.ZW_checkNodeExists();
+    ++called;
+  });
+  assoc.removeDevZigbeeZwave();
+  router.zwave().send(Node(5));
+  EXPECT_GE(called, 2);
+  EXPECT_STREQ(assoc.devName, "from the logger");
+  EXPECT_EQ(router.takeEvents().at(0).event.code, EVENT_REMOVED);
+  EXPECT_EQ(router.database().records(), 2) << "the database is whole";
+}
+
+TEST_F(LoggerCalls, Closing) {
+  router.onLog([&](const std::string& line) {
+    if (line == "libTembraAssoc:Received Packet from Z-wave") assoc.closeAssocConnection();
+  });
+  router.zwave().send(Node(5));
+  const std::string trace = router.takeTrace();
+  EXPECT_EQ(trace, lines({"log 0 libTembraAssoc:Received Packet from Z-wave",
+                          "log 0 libTembraAssoc:closing the Assoc Connection",
+                          "log 0 libTembraAssoc:exited receive thread\\n"}));
+}

@@ -1,0 +1,253 @@
+// A ZigBee device is added: each answer of the radio, what the front end hears, and in which order.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "harness/router.h"
+
+using harness::Device;
+using harness::lines;
+using harness::RecordedEvent;
+using harness::Router;
+using harness::ZigbeeDevice;
+
+namespace {
+
+ZigbeeDevice answer(int status) { return ZigbeeDevice(0x1234).status(status); }
+
+TembraAssociation& adding(Router& router) {
+  TembraAssociation& assoc = router.connect();
+  router.database().nextId("41");
+  assoc.addDevZigbeeZwave();
+  router.forget();
+  return assoc;
+}
+
+// Found, and being asked for its description.
+TembraAssociation& describing(Router& router) {
+  TembraAssociation& assoc = adding(router);
+  router.zigbee().send(answer(1));
+  router.zigbee().send(answer(6));
+  router.forget();
+  return assoc;
+}
+
+const ZigbeeDevice kContact = answer(10).zone(0x0015).cluster(0x0500, 1);
+const ZigbeeDevice kCie = answer(10).zone(0x0000).cluster(0x0500, 1);
+const ZigbeeDevice kMeterWithoutValues = answer(10).clusters({0x0006, 0x0B04});
+
+}  // namespace
+
+TEST(ZigbeeAddTest, ADeviceIsFoundAskedAndCreated) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.database().nextId("41");
+  assoc.addDevZigbeeZwave();
+  router.zigbee().send(answer(1));
+  router.zigbee().send(answer(6));
+  router.zigbee().send(kContact);
+  EXPECT_EQ(router.takeTrace(), lines({
+                                    "log 0 libTembraAssoc:inside addDevZigbeeZwave",
+                                    R"(send zigbee 320 "option button1" @180 "IAS")",
+                                    "send zwave 236 op 1 cmd 1",
+                                    "log 0 libTembraAssoc:Sending cancel command to zwave_server",
+                                    "send zwave 236 op 4 cmd 0",
+                                    "log 0 libTembraAssoc: Device got found (Zigbee)",
+                                    "event 3 source 1",
+                                    "log 0 libTembraAssoc:timeout set to 60 sec",
+                                    "log 0 libTembraAssoc:Getting Sensor info (Zigbee)",
+                                    "event 5 source 1",
+                                    "log 0 libTembraAssoc:timeout set to 180 sec",
+                                    "log 0 libTembraAssoc:collecting info of zigbee device",
+                                    "log 0 libTembraAssoc:ias zone cluster",
+                                    "log 0 libTembraAssoc:Manufacturer name received:",
+                                    "log 0 libTembraAssoc:Device associated:ContactSwitch ",
+                                    "log 0 libTembraAssoc:No. of clusters found:1 and indexes:3 zonetype:15",
+                                    "event 7 source 1",
+                                    "log 0 libTembraAssoc:Sensor got Associated 41 name ContactSwitch #41 (Zigbee)",
+                                }));
+  EXPECT_EQ(router.state(), "state 8 idle 0 last 7 cancel 1 radio 1 cmdtype EditNameLocation");
+}
+
+TEST(ZigbeeAddTest, WhatHoldsWhileTheFrontEndIsTold) {
+  Router router;
+  adding(router);
+  const auto stateAt = [&](const ZigbeeDevice& device) {
+    router.zigbee().send(device);
+    return router.takeEvents().at(0).state;
+  };
+  EXPECT_EQ(stateAt(answer(1)), "state 1 idle 0 last 3 cancel 1 radio 1 cmdtype AddDevice");
+  EXPECT_EQ(stateAt(answer(6)), "state 1 idle 0 last 5 cancel 1 radio 1 cmdtype AddingSensor");
+  EXPECT_EQ(stateAt(kCie), "state 1 idle 0 last 6 cancel 1 radio 1 cmdtype GettingInfo");
+  router.assoc().assocState = ASSOC;
+  EXPECT_EQ(stateAt(kContact), "state 1 idle 0 last 7 cancel 1 radio 1 cmdtype SelectDeviceType");
+  router.assoc().assocState = ASSOC;
+  EXPECT_EQ(stateAt(answer(2)), "state 0 idle 0 last 0 cancel 1 radio 1 cmdtype EditNameLocation");
+}
+
+TEST(ZigbeeAddTest, ProgressIsToldAsJson) {
+  Router router;
+  adding(router);
+  router.zigbee().send(answer(1));
+  router.zigbee().send(answer(6));
+  router.zigbee().send(answer(11));
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 3U);
+  EXPECT_STREQ(events[0].report().json, R"({"CommandType":"AddingDevice","MobileInternalIndex":""})");
+  EXPECT_STREQ(events[1].report().json, R"({"CommandType":"GettingInfo","MobileInternalIndex":""})");
+  EXPECT_STREQ(events[2].report().json,
+               R"({"CommandType":"AddDevice","MobileInternalIndex":"","Success":"false","Reason":"AddingFailed"})");
+  EXPECT_EQ(events[0].report().status, 1);
+  EXPECT_EQ(events[1].report().status, 6);
+  EXPECT_EQ(events[2].report().status, 11);
+  EXPECT_EQ(events[2].report().failure, 0);
+}
+
+TEST(ZigbeeAddTest, ADeviceWithoutTypesToChooseFromIsNamed) {
+  Router router;
+  TembraAssociation& assoc = describing(router);
+  assoc.devType = 5;
+  std::strcpy(assoc.devLocation, "Attic");
+  router.zigbee().send(kContact);
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 1U);
+  DeviceReport expected{};
+  std::strcpy(expected.name, "ContactSwitch #41");
+  std::strcpy(expected.location, "Default");
+  expected.type = 12;
+  EXPECT_EQ(std::memcmp(events[0].event.payload, &expected, sizeof expected), 0) << "all else is zero";
+  EXPECT_STREQ(assoc.devName, "ContactSwitch #41");
+  EXPECT_STREQ(assoc.devLocation, "Default");
+  EXPECT_EQ(assoc.devType, 12);
+  EXPECT_EQ(assoc.classifiedType, 12);
+}
+
+TEST(ZigbeeAddTest, TheChoiceOfTypesIsOffered) {
+  Router router;
+  TembraAssociation& assoc = describing(router);
+  std::strcpy(assoc.devLocation, "Attic");
+  router.zigbee().send(kCie);
+  const DeviceReport report = router.takeEvents().at(0).report();
+  EXPECT_EQ(report.status, 10);
+  EXPECT_EQ(report.type, 10);
+  EXPECT_EQ((std::vector<int>{report.subTypes, report.subTypes + 4}), (std::vector<int>{21, 19, 10, 0}));
+  EXPECT_EQ(report.name[0], '\0');
+  EXPECT_STREQ(assoc.devLocation, "Attic");
+  EXPECT_EQ(assoc.devType, 10);
+  EXPECT_EQ(router.state(), "state 8 idle 0 last 6 cancel 1 radio 1 cmdtype SelectDeviceType");
+}
+
+TEST(ZigbeeAddTest, TheChoiceGoesByTheZoneAndNotByTheFinalType) {
+  Router router;
+  TembraAssociation& assoc = describing(router);
+  router.zigbee().send(answer(10).cluster(0x0006));
+  EXPECT_EQ(router.takeEvents().at(0).event.code, 7) << "no zone, no choice";
+  EXPECT_EQ(assoc.devType, 1);
+  assoc.assocState = ASSOC;
+  router.zigbee().send(answer(10).zone(0x0000).clusters({0x0500, 0x0006}));
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0].event.code, 6);
+  EXPECT_EQ(events[0].report().type, 1);
+  EXPECT_EQ(events[0].report().subTypes[0], 21);
+}
+
+TEST(ZigbeeAddTest, TheFirstEntryOfAListIsNoCount) {
+  Router router;
+  describing(router);
+  router.numberType("GasSensor", 60);
+  SensorBinaryFlag = 1;
+  router.zigbee().send(answer(10).zone(0x002B).cluster(0x0500));
+  const DeviceReport report = router.takeEvents().at(0).report();
+  EXPECT_EQ((std::vector<int>{report.subTypes, report.subTypes + 7}), (std::vector<int>{39, 11, 37, 36, 55, 42, 0}));
+}
+
+TEST(ZigbeeAddTest, AListLeavesNothingOfTheOneBefore) {
+  Router router;
+  TembraAssociation& assoc = describing(router);
+  router.numberType("GasSensor", 60);
+  SensorBinaryFlag = 1;
+  router.zigbee().send(answer(10).zone(0x002B).cluster(0x0500));
+  assoc.assocState = ASSOC;
+  router.zigbee().send(kCie);
+  assoc.assocState = ASSOC;
+  SensorBinaryFlag = 0;
+  router.zigbee().send(answer(10).zone(0x002B).cluster(0x0500));
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 3U);
+  const DeviceReport second = events[1].report();
+  EXPECT_EQ((std::vector<int>{second.subTypes, second.subTypes + 7}), (std::vector<int>{21, 19, 10, 0, 0, 0, 0}));
+  EXPECT_EQ(events[2].event.code, 7) << "a list that is left alone is empty";
+}
+
+TEST(ZigbeeAddTest, WhatTheCallbackChoosesIsKept) {
+  Router router;
+  TembraAssociation& assoc = describing(router);
+  router.onEvent([&](AssocEvent*) {
+    assoc.devType = 0x113;
+    DevId = 99;
+    std::strcpy(assoc.devName, "100%s");
+  });
+  router.zigbee().send(kCie);
+  EXPECT_EQ(assoc.zbDevice.devType, 0x13) << "the low byte of the pending type";
+  const std::string trace = router.takeTrace();
+  EXPECT_EQ(trace.substr(trace.rfind("log ")), "log 0 libTembraAssoc:Sensor got Associated 99 name 100%s (Zigbee)\n");
+}
+
+TEST(ZigbeeAddTest, ADeviceThatCannotBeCreatedIsOnlyLogged) {
+  Router router;
+  TembraAssociation& assoc = describing(router);
+  router.zigbee().send(kMeterWithoutValues);
+  EXPECT_EQ(router.takeTrace(), lines({
+                                    "log 0 libTembraAssoc:collecting info of zigbee device",
+                                    "log 0 libTembraAssoc:Sensor got Associated 41 name BinarySwitch #41 (Zigbee)",
+                                }));
+  EXPECT_EQ(router.state(), "state 8 idle 0 last 5 cancel 1 radio 1 cmdtype GettingInfo");
+  EXPECT_STREQ(assoc.devName, "BinarySwitch #41");
+  router.advance(180);
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 1U) << "the time-out ends it";
+  EXPECT_EQ(events[0].timeout().lastEventCode, 5);
+}
+
+TEST(ZigbeeAddTest, AFailureCancelsNoRadio) {
+  Router router;
+  describing(router);
+  router.zigbee().send(answer(2));
+  EXPECT_EQ(router.takeTrace(), lines({"log 1 libTembraAssoc:Association failed (Zigbee)", "event 9 source 1"}));
+  EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 1 radio 1 cmdtype GettingInfo");
+}
+
+TEST(ZigbeeAddTest, WithoutACallbackEverythingElseHappens) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.database().nextId("41");
+  assoc.registerAssocEventCB(nullptr);
+  assoc.addDevZigbeeZwave();
+  for (const ZigbeeDevice& device : {answer(1), answer(6), kCie}) router.zigbee().send(device);
+  EXPECT_TRUE(router.takeEvents().empty());
+  EXPECT_EQ(router.state(), "state 8 idle 0 last 6 cancel 1 radio 1 cmdtype SelectDeviceType");
+}
+
+TEST(ZigbeeAddTest, TheFinishedDeviceIsHandedOver) {
+  Router router;
+  TembraAssociation& assoc = describing(router);
+  router.zigbee().send(kCie);
+  assoc.setDevType(DEVTYPE_KEY_FOB);
+  EXPECT_EQ(router.takeEvents().back().event.source, 1);
+  char location[] = "Hall";
+  assoc.setDevLocation(location);
+  ZbDeviceInfo expected = assoc.zbDevice;
+  expected.msgCode = 10;
+  expected.devType = 19;
+  std::strcpy(expected.name, "KeyFob #41");
+  std::strcpy(expected.location, "Hall");
+  router.forget();
+  EXPECT_EQ(assoc.addingDone(), 0);
+  HaNotice notice{};
+  std::memcpy(notice.record, &expected, sizeof expected);
+  const auto* bytes = reinterpret_cast<const unsigned char*>(&notice);
+  EXPECT_EQ(router.takeSends().at(0).bytes, harness::Bytes(bytes, bytes + sizeof notice));
+  EXPECT_EQ(std::memcmp(&assoc.zbDevice, &expected, sizeof expected), 0);
+  EXPECT_EQ(router.state(), "state 8 idle 1 last 7 cancel 1 radio 1 cmdtype EditNameLocation");
+}

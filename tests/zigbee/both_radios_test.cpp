@@ -1,0 +1,231 @@
+// Both radios answer one request, in every order: who takes it over, who is cancelled, what the front end hears.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "harness/router.h"
+
+using harness::Device;
+using harness::lines;
+using harness::Node;
+using harness::Router;
+using harness::ZigbeeDevice;
+
+namespace {
+
+constexpr unsigned short kLamp = 0x1234;
+constexpr int kKnownNode = 9;
+constexpr char kCancelZigbee[] = "send zigbee 320\n", kCancelZwave[] = "send zwave 236\n", kNotice[] = "send ha 4100\n";
+
+// An answer: of the ZigBee server by its status, or of the Z-Wave server by its node.
+struct Answer {
+  bool isZigbee;
+  int value;
+};
+
+constexpr Answer zigbee(int status) { return {true, status}; }
+constexpr Answer zwave(int node) { return {false, node}; }
+
+/// The state machine of both radios as a table of two pages: what is sent and told, and the state that follows. The
+/// known node is the only one in the database, every device that is created has no types to choose from.
+class Machine {
+ public:
+  explicit Machine(int state) : state_(state) {}
+
+  [[nodiscard]] int state() const { return state_; }
+
+  std::string on(const Answer& answer) {
+    if (!answer.isZigbee) return onZwave(answer.value);
+    if (state_ == ASSOC) return onZigbeeAdding(answer.value);
+    return state_ == DEASSOC ? onZigbeeRemoving(answer.value) : "";
+  }
+
+ private:
+  std::string go(int state, const std::string& told) {
+    state_ = state;
+    return told;
+  }
+
+  std::string onZigbeeAdding(int status) {
+    switch (status) {
+      case 1:
+        return go(ASSOC, kCancelZwave + std::string("event 3 source 1\n"));
+      case 2:
+      case 11:
+        return go(ASSOC_IDLE, "event 9 source 1\n");
+      case 3:
+        return "";
+      case 6:
+        return go(ASSOC, "event 5 source 1\n");
+      case 10:
+        return go(ZB_ADDED, "event 7 source 1\n");
+      default:
+        return go(ASSOC_IDLE, "");
+    }
+  }
+
+  std::string onZigbeeRemoving(int status) {
+    if (status == 2) return go(ASSOC_IDLE, kCancelZwave + std::string(kNotice) + "event 11 source 1\n");
+    if (status == 12) return go(ASSOC_IDLE, kCancelZwave + std::string("event 12 source 1\n"));
+    return "";
+  }
+
+  std::string onZwave(int node) {
+    const bool nobody = node == 0 || node == 255;
+    switch (state_) {
+      case ASSOC:
+        if (node == 255) return go(ASSOC_IDLE, kCancelZigbee + std::string("event 9 source 2\n"));
+        return go(ZW_ASSOC, kCancelZigbee + std::string("event 3 source 2\n"));
+      case ZW_ASSOC:
+        if (node == kKnownNode) return go(ASSOC_IDLE, "event 4 source 2\n");
+        return nobody ? go(ASSOC_IDLE, "event 9 source 2\n") : go(ZW_ASSOC_QUERY, "event 5 source 2\n");
+      case ZW_ASSOC_QUERY:
+        return go(ASSOC_IDLE, "event 7 source 2\n");
+      case DEASSOC:
+        if (nobody) return go(ASSOC_IDLE, kCancelZigbee + std::string("event 12 source 2\n"));
+        if (node != kKnownNode) return go(ZW_REMOVING, kCancelZigbee + std::string("event 12 source 2\n"));
+        return go(ZW_REMOVING, kCancelZigbee + std::string(kNotice) + "event 11 source 2\n");
+      default:
+        return go(ASSOC_IDLE, "");
+    }
+  }
+
+  int state_;
+};
+
+void send(Router& router, const Answer& answer) {
+  constexpr unsigned char staticController = 0x02, gateway = 7;
+  if (answer.isZigbee) {
+    router.zigbee().send(ZigbeeDevice(kLamp).status(answer.value));
+  } else {
+    router.zwave().send(Node(static_cast<unsigned char>(answer.value)).generic(staticController).specific(gateway));
+  }
+}
+
+// Of the trace only what leaves the library: "send <to> <length>" and the events.
+std::string toldOf(const std::string& trace) {
+  std::istringstream stream(trace);
+  std::string told;
+  for (std::string line; std::getline(stream, line);) {
+    if (line.rfind("event ", 0) == 0) told += line + "\n";
+    if (line.rfind("send ", 0) != 0) continue;
+    std::istringstream words(line);
+    std::string word, to, length;
+    words >> word >> to >> length;
+    told += word + " " + to + " " + length + "\n";
+  }
+  return told;
+}
+
+std::string describe(const std::vector<Answer>& answers) {
+  std::string text;
+  for (const Answer& answer : answers) {
+    text += (answer.isZigbee ? " zigbee " : " zwave ") + std::to_string(answer.value);
+  }
+  return text;
+}
+
+/// Every sequence of answers of one length.
+class Orders {
+ public:
+  Orders(Router& router, std::vector<Answer> alphabet) : router_(router), alphabet_(std::move(alphabet)) {}
+
+  void tryAll(std::size_t length, int state) {
+    if (answers_.size() == length) return tryOne(state);
+    for (const Answer& answer : alphabet_) {
+      answers_.push_back(answer);
+      tryAll(length, state);
+      answers_.pop_back();
+    }
+  }
+
+  int tried = 0;
+
+ private:
+  void tryOne(int state) {
+    Machine machine(state);
+    router_.assoc().assocState = state;
+    router_.forget();
+    for (const Answer& answer : answers_) {
+      send(router_, answer);
+      const std::string expected = machine.on(answer);
+      ASSERT_EQ(toldOf(router_.takeTrace()), expected) << describe(answers_) << " from state " << state;
+      ASSERT_EQ(router_.assoc().assocState, machine.state()) << describe(answers_) << " from state " << state;
+    }
+    ++tried;
+  }
+
+  Router& router_;
+  const std::vector<Answer> alphabet_;
+  std::vector<Answer> answers_;
+};
+
+void prepare(Router& router) {
+  router.connect();
+  router.database().put(Device(7, "Lamp").zigbee(kLamp)).put(Device(8, "Blind").zwave(kKnownNode));
+}
+
+}  // namespace
+
+TEST(BothRadiosTest, AnAddInEveryOrderOfAnswers) {
+  Router router;
+  prepare(router);
+  Orders orders(router, {zigbee(1), zigbee(6), zigbee(10), zigbee(2), zigbee(3), zigbee(12), zwave(5),
+                         zwave(kKnownNode), zwave(0), zwave(255)});
+  orders.tryAll(3, ASSOC);
+  EXPECT_EQ(orders.tried, 10 * 10 * 10);
+}
+
+TEST(BothRadiosTest, AWholeAddInEveryOrderOfAnswers) {
+  Router router;
+  prepare(router);
+  Orders orders(router, {zigbee(1), zigbee(6), zigbee(10), zwave(5)});
+  orders.tryAll(5, ASSOC);
+  EXPECT_EQ(orders.tried, 4 * 4 * 4 * 4 * 4);
+}
+
+TEST(BothRadiosTest, ARemovalInEveryOrderOfAnswers) {
+  Router router;
+  prepare(router);
+  Orders orders(router, {zigbee(2), zigbee(5), zigbee(12), zwave(5), zwave(kKnownNode), zwave(0), zwave(255)});
+  orders.tryAll(3, DEASSOC);
+  EXPECT_EQ(orders.tried, 7 * 7 * 7);
+}
+
+TEST(BothRadiosTest, ZwaveTakesOverEvenFromAFoundZigbeeDevice) {
+  Router router;
+  prepare(router);
+  router.assoc().addDevZigbeeZwave();
+  send(router, zigbee(1));
+  EXPECT_EQ(router.state(), "state 1 idle 0 last 3 cancel 1 radio 1 cmdtype AddingSensor");
+  send(router, zwave(5));
+  EXPECT_EQ(router.state(), "state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor");
+  router.forget();
+  send(router, zigbee(10));
+  EXPECT_EQ(router.takeTrace(), "") << "what the ZigBee device goes on to say is ignored";
+  EXPECT_EQ(router.assoc().zbDevice.msgCode, 10) << "but stored";
+}
+
+TEST(BothRadiosTest, AZigbeeDeviceInBetweenReplacesThePendingRecord) {
+  Router router;
+  prepare(router);
+  TembraAssociation& assoc = router.assoc();
+  assoc.addDevZigbeeZwave();
+  router.zigbee().send(ZigbeeDevice(kLamp).status(10).cluster(0x0006));
+  ASSERT_EQ(assoc.zbDevice.devType, 1);
+  router.zigbee().send(ZigbeeDevice(0x4321).status(1));
+  EXPECT_EQ(assoc.zbDevice.shortAddress, 0x4321);
+  EXPECT_EQ(assoc.zbDevice.devType, 0);
+  EXPECT_STREQ(assoc.devName, "BinarySwitch #0") << "the name stays";
+}
+
+TEST(BothRadiosTest, AnyZwaveAnswerEndsTheStateOfACreatedDevice) {
+  Router router;
+  prepare(router);
+  router.assoc().addDevZigbeeZwave();
+  for (const int status : {1, 6, 10}) send(router, zigbee(status));
+  router.forget();
+  send(router, zwave(255));
+  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:Received Packet from Z-wave"}));
+  EXPECT_EQ(router.state(), "state 0 idle 0 last 7 cancel 1 radio 1 cmdtype EditNameLocation");
+}

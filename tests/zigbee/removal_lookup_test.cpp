@@ -1,0 +1,198 @@
+// Which device of the database a ZigBee address belongs to.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "harness/router.h"
+
+using harness::Bytes;
+using harness::Call;
+using harness::Device;
+using harness::lines;
+using harness::Router;
+using harness::ZigbeeDevice;
+
+namespace {
+
+constexpr unsigned char kAsReceived = 77;
+constexpr unsigned char kUnknownDevice = 12;
+constexpr int kNobody = -77;
+
+TembraAssociation& prepared(Router& router) {
+  TembraAssociation& assoc = router.assoc();
+  assoc.zbDevice.msgCode = kAsReceived;
+  std::strcpy(assoc.removedName, "nobody");
+  assoc.removedId = kNobody;
+  router.forget();
+  return assoc;
+}
+
+void expectFound(Router& router, unsigned short address, int id, const std::string& name) {
+  TembraAssociation& assoc = prepared(router);
+  EXPECT_EQ(assoc.zb_removeNode(address), 0);
+  EXPECT_EQ(assoc.removedName, name);
+  EXPECT_EQ(assoc.removedId, id);
+  EXPECT_EQ(assoc.zbDevice.msgCode, kAsReceived);
+}
+
+void expectUnknown(Router& router, unsigned short address, const std::string& trace = "") {
+  TembraAssociation& assoc = prepared(router);
+  EXPECT_NE(assoc.zb_removeNode(address), 0);
+  EXPECT_EQ(assoc.zbDevice.msgCode, kUnknownDevice);
+  EXPECT_STREQ(assoc.removedName, "nobody");
+  EXPECT_EQ(assoc.removedId, kNobody);
+  EXPECT_EQ(router.takeTrace(), trace);
+}
+
+std::string removing(const char* address) {
+  return std::string("log 0 libTembraAssoc:Removing zigbee device ") + address + "\n";
+}
+
+}  // namespace
+
+TEST(RemovalLookupTest, TheAddressFindsItsDevice) {
+  Router router;
+  router.database().put(Device(3, "Lamp").zigbee(0x1234)).put(Device(4, "Door").zigbee(0x1235));
+  expectFound(router, 0x1235, 4, "Door");
+  EXPECT_EQ(router.takeTrace(), removing("0x1235"));
+  EXPECT_TRUE(router.takeSends().empty());
+  expectUnknown(router, 0x3412);
+}
+
+TEST(RemovalLookupTest, AddressesAreToldWithTwoDigitsAtLeast) {
+  Router router;
+  router.database()
+      .put(Device(1, "a").zigbee(0xABCD))
+      .put(Device(2, "b").zigbee(0x5))
+      .put(Device(3, "c").zigbee(0x100));
+  expectFound(router, 0xABCD, 1, "a");
+  expectFound(router, 0x5, 2, "b");
+  EXPECT_EQ(router.takeTrace(), removing("0x05"));
+  expectFound(router, 0x100, 3, "c");
+  EXPECT_EQ(router.takeTrace(), removing("0x100"));
+  expectFound(router, 0xABCD, 1, "a");
+  EXPECT_EQ(router.takeTrace(), removing("0xabcd"));
+}
+
+TEST(RemovalLookupTest, AllThirtyTwoBitsOfTheStoredAddressCount) {
+  Router router;
+  router.database().put(Device(1, "far").zigbee(0x10005));
+  expectUnknown(router, 5);
+}
+
+TEST(RemovalLookupTest, OfSeveralTheLastOneWins) {
+  Router router;
+  router.database()
+      .put(Device(8, "first").zigbee(7))
+      .put(Device(2, "second").zigbee(7))
+      .put(Device(5, "third").zigbee(7));
+  expectFound(router, 7, 5, "third");
+  EXPECT_EQ(router.takeTrace(), removing("0x07") + removing("0x07") + removing("0x07"));
+}
+
+TEST(RemovalLookupTest, TheKindOfRadioIsNotAsked) {
+  Router router;
+  router.database().put(Device(1, "node").zwave(9)).put(Device(2, "bridge").ip());
+  expectFound(router, 0, 2, "bridge");
+  EXPECT_EQ(router.takeTrace(), removing("0x00") + removing("0x00"));
+}
+
+TEST(RemovalLookupTest, OnlyDeviceRecordsCount) {
+  Router router;
+  const Bytes record = Device(1, "other").zigbee(7).bytes();
+  for (const char* key : {"NextDevid", "Version", "1.1", ".", "1."}) router.database().put(key, record);
+  expectUnknown(router, 7);
+  for (const char* key : {"nextdevid", "NextDevId", "version", "Versions", "-"}) {
+    router.database().put(key, record);
+    expectFound(router, 7, 1, "other");
+    router.database().drop(key);
+  }
+}
+
+TEST(RemovalLookupTest, ARecordThatEndsBeforeItsAddressIsNobodys) {
+  Router router;
+  router.database().put(Device(1, "short").zigbee(0).cutTo(371));
+  expectUnknown(router, 0);
+  router.database().put(Device(1, "just enough").zigbee(0).cutTo(372));
+  expectFound(router, 0, 1, "just enough");
+  for (const std::size_t length : {0, 1, 4, 5, 100, 368}) {
+    router.database().put(Device(1, "short").zigbee(0).cutTo(length));
+    expectUnknown(router, 0);
+  }
+}
+
+TEST(RemovalLookupTest, ALongNameIsCutAtItsField) {
+  Router router;
+  Device device = Device(1, "").zigbee(7);
+  std::memset(device.record().name, 'n', sizeof device.record().name);
+  router.database().put(device);
+  TembraAssociation& assoc = prepared(router);
+  const ZbDeviceInfo before = assoc.zbDevice;
+  EXPECT_EQ(assoc.zb_removeNode(7), 0);
+  EXPECT_EQ(assoc.removedName, std::string(179, 'n'));
+  EXPECT_EQ(assoc.removedId, 1);
+  EXPECT_EQ(std::memcmp(&assoc.zbDevice, &before, sizeof before), 0);
+}
+
+TEST(RemovalLookupTest, AnEmptyDatabaseKnowsNobody) {
+  Router router;
+  expectUnknown(router, 7);
+  router.database().create();
+  expectUnknown(router, 0);
+}
+
+TEST(RemovalLookupTest, ARepairedDatabaseIsAsked) {
+  Router router;
+  router.database().put(Device(3, "Lamp").zigbee(7)).makeRepairable();
+  expectFound(router, 7, 3, "Lamp");
+  EXPECT_EQ(router.takeTrace(), "stderr dpopen: broken database file\n" + removing("0x07"));
+}
+
+TEST(RemovalLookupTest, ADatabaseBeyondRepairIsDeleted) {
+  Router router;
+  router.database().makeUnopenable();
+  router.watch(harness::kWatchDatabase);
+  TembraAssociation& assoc = prepared(router);
+  EXPECT_EQ(assoc.zb_removeNode(7), 0) << "the result of deleting it";
+  EXPECT_EQ(assoc.zbDevice.msgCode, kAsReceived);
+  EXPECT_STREQ(assoc.removedName, "nobody");
+  EXPECT_FALSE(router.database().exists());
+  EXPECT_EQ(router.takeTrace(), lines({
+                                    "dpopen /tmp/ddb 6 -1 -> failed",
+                                    "stderr dpopen: broken database file",
+                                    "dprepair /tmp/ddb -> failed",
+                                    "dpopen /tmp/ddb 70 1 -> failed",
+                                }));
+}
+
+TEST(RemovalLookupTest, ADatabaseThatCannotEvenBeDeleted) {
+  Router router;
+  router.database().remove();
+  router.fail(Call::OpenDatabase, 7, 2);
+  TembraAssociation& assoc = prepared(router);
+  EXPECT_EQ(assoc.zb_removeNode(7), -1);
+  EXPECT_EQ(assoc.zbDevice.msgCode, kAsReceived);
+}
+
+TEST(RemovalLookupTest, ABrokenRecordEndsTheSearch) {
+  Router router;
+  router.database().put(Device(1, "before").zigbee(7)).put(Device(2, "broken").zigbee(8));
+  router.database().put(Device(3, "behind").zigbee(9)).breakRecord("2");
+  expectFound(router, 7, 1, "before");
+  const std::string trace = router.takeTrace();
+  EXPECT_EQ(trace.substr(0, trace.find('\n') + 1), removing("0x07"));
+  EXPECT_EQ(trace.find("stderr dpclose: "), removing("0x07").size()) << trace;
+  expectUnknown(router, 9, trace.substr(removing("0x07").size()));
+}
+
+TEST(RemovalLookupTest, FaultsOfTheSearchAreOnlyPrinted) {
+  Router router;
+  router.database().put(Device(1, "Lamp").zigbee(7));
+  router.fail(Call::CloseDatabase, 7);
+  expectFound(router, 7, 1, "Lamp");
+  const std::string trace = router.takeTrace();
+  EXPECT_EQ(trace.rfind(removing("0x07") + "stderr dpclose: ", 0), 0U) << trace;
+  router.fail(Call::IterateDatabase, 7);
+  prepared(router).zb_removeNode(7);
+  EXPECT_EQ(router.takeTrace().rfind("stderr dpiterinit: ", 0), 0U);
+}

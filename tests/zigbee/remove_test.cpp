@@ -1,0 +1,164 @@
+// A ZigBee device is removed: who it was, who is told, and what an answer means that names nobody.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "harness/router.h"
+
+using harness::Bytes;
+using harness::Call;
+using harness::Device;
+using harness::lines;
+using harness::Router;
+using harness::ZigbeeDevice;
+
+namespace {
+
+constexpr unsigned short kLamp = 0x1234;
+constexpr char kScanned[] = "log 0 libTembraAssoc:Removing zigbee device 0x1234";
+
+TembraAssociation& removing(Router& router) {
+  TembraAssociation& assoc = router.connect();
+  router.database().put(Device(7, "Lamp").zigbee(kLamp));
+  assoc.removeDevZigbeeZwave();
+  router.forget();
+  return assoc;
+}
+
+ZigbeeDevice answer(int status, unsigned short address = kLamp) {
+  ZigbeeDevice device = ZigbeeDevice(address).status(status).maker("m").cluster(0x0006, 9);
+  std::memset(device.info().at242, 0x5A, sizeof device.info().at242);
+  return device;
+}
+
+}  // namespace
+
+TEST(ZigbeeRemoveTest, AKnownDeviceIsReportedAndTheHaServerTold) {
+  Router router;
+  removing(router);
+  router.zigbee().send(answer(2));
+  EXPECT_EQ(router.takeTrace(), lines({
+                                    kScanned,
+                                    "log 0 libTembraAssoc:Sending cancel command to zwave_server",
+                                    "send zwave 236 op 4 cmd 0",
+                                    R"(send ha 4100 zigbee address 4660 message 2 type 0 name "" location "")",
+                                    "log 0 libTembraAssoc:Sensor name Lamp is removed (Zigbee)",
+                                    "event 11 source 1",
+                                }));
+  const auto events = router.takeEvents();
+  EXPECT_STREQ(events.at(0).report().removedName, "Lamp");
+  EXPECT_EQ(events.at(0).report().removedId, 7);
+  EXPECT_EQ(events.at(0).state, "state 2 idle 0 last 0 cancel 3 radio 1 cmdtype RemoveDevice");
+  EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 1 cmdtype RemoveDevice");
+}
+
+TEST(ZigbeeRemoveTest, TheNoticeIsTheReceivedRecord) {
+  Router router;
+  removing(router);
+  const ZigbeeDevice sent = answer(2);
+  router.zigbee().send(sent);
+  HaNotice notice{};
+  std::memcpy(notice.record, &sent.info(), sizeof sent.info());
+  const auto* bytes = reinterpret_cast<const unsigned char*>(&notice);
+  EXPECT_EQ(router.ha().receive(), Bytes(bytes, bytes + sizeof notice));
+  EXPECT_TRUE(router.ha().receive().empty());
+}
+
+TEST(ZigbeeRemoveTest, AnUnknownDeviceIsReportedWhateverTheStatus) {
+  Router router;
+  TembraAssociation& assoc = removing(router);
+  for (const int status : {2, 5, 12}) {
+    assoc.removeDevZigbeeZwave();
+    router.forget();
+    router.zigbee().send(answer(status, 0x4321));
+    EXPECT_EQ(router.takeTrace(), lines({
+                                      "log 0 libTembraAssoc:Sending cancel command to zwave_server",
+                                      "send zwave 236 op 4 cmd 0",
+                                      "log 0 libTembraAssoc:Unknown Sensor removed (Zigbee)",
+                                      "event 12 source 1",
+                                  }))
+        << status;
+    EXPECT_EQ(router.takeEvents().at(0).state, "state 2 idle 0 last 0 cancel 3 radio 1 cmdtype RemoveDevice");
+    EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 1 cmdtype RemoveDevice");
+    EXPECT_EQ(assoc.zbDevice.msgCode, 12) << status;
+  }
+}
+
+TEST(ZigbeeRemoveTest, ProgressOfAKnownDeviceIsLookedUpEachTime) {
+  Router router;
+  removing(router);
+  for (int i = 0; i < 3; ++i) router.zigbee().send(answer(5));
+  EXPECT_EQ(router.takeTrace(), lines({kScanned, kScanned, kScanned}));
+  EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
+  EXPECT_STREQ(router.assoc().removedName, "Lamp");
+}
+
+TEST(ZigbeeRemoveTest, AfterTheFirstEndTheRestIsIgnored) {
+  Router router;
+  removing(router);
+  router.zigbee().send(answer(2));
+  router.forget();
+  for (const int status : {2, 2, 12, 5}) router.zigbee().send(answer(status));
+  EXPECT_EQ(router.takeTrace(), "");
+  EXPECT_EQ(router.assoc().zbDevice.msgCode, 5) << "the record is stored all the same";
+}
+
+TEST(ZigbeeRemoveTest, ANoticeThatCannotBeSentChangesNothing) {
+  Router router;
+  removing(router);
+  router.fail(Call::Sendto, EPERM, 1, 1);
+  router.zigbee().send(answer(2));
+  const std::string trace = router.takeTrace();
+  EXPECT_NE(trace.find("-> EPERM\nstderr sendto error: Operation not permitted\n"), std::string::npos) << trace;
+  EXPECT_EQ(router.takeEvents().at(0).event.code, 11);
+  EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 1 cmdtype RemoveDevice");
+}
+
+TEST(ZigbeeRemoveTest, WithoutADatabaseTheLastRemovedDeviceIsNamedAgain) {
+  Router router;
+  TembraAssociation& assoc = removing(router);
+  router.zigbee().send(answer(2));
+  assoc.removeDevZigbeeZwave();
+  router.database().makeUnopenable();
+  router.forget();
+  router.zigbee().send(answer(5, 0x4321));
+  EXPECT_EQ(router.takeTrace(), lines({"stderr dpopen: broken database file"})) << "no answer, so no event";
+  EXPECT_FALSE(router.database().exists());
+  router.database().makeUnopenable();
+  router.zigbee().send(answer(2, 0x4321));
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0].event.code, 11);
+  EXPECT_STREQ(events[0].report().removedName, "Lamp");
+  EXPECT_EQ(events[0].report().removedId, 7);
+}
+
+TEST(ZigbeeRemoveTest, WithoutADatabaseStatusTwelveStaysUnknown) {
+  Router router;
+  removing(router);
+  router.database().makeUnopenable();
+  router.zigbee().send(answer(12));
+  EXPECT_EQ(router.takeEvents().at(0).event.code, 12);
+}
+
+TEST(ZigbeeRemoveTest, ADatabaseThatBreaksOffHidesWhatStandsBehind) {
+  Router router;
+  removing(router);
+  router.database().put(Device(1, "broken").zigbee(8)).put(Device(2, "hidden").zigbee(9)).breakRecord("1");
+  router.zigbee().send(answer(5));
+  EXPECT_EQ(router.takeTrace().substr(0, std::strlen(kScanned)), kScanned);
+  router.zigbee().send(answer(2, 9));
+  EXPECT_EQ(router.takeEvents().at(0).event.code, 12);
+}
+
+TEST(ZigbeeRemoveTest, OfTwoDevicesAtOneAddressTheLastIsReported) {
+  Router router;
+  removing(router);
+  router.database().put(Device(3, "Plug 100%d").zigbee(kLamp));
+  router.zigbee().send(answer(2));
+  const std::string trace = router.takeTrace();
+  EXPECT_EQ(trace.rfind(lines({kScanned, kScanned}), 0), 0U);
+  EXPECT_NE(trace.find("log 0 libTembraAssoc:Sensor name Plug 100%d is removed (Zigbee)\n"), std::string::npos);
+  EXPECT_EQ(router.takeEvents().at(0).report().removedId, 3);
+}
