@@ -33,16 +33,23 @@ struct Arguments {
   std::vector<std::string> faults;
   std::string device;
   std::string fault;
-  bool failing = false;
+  std::string failing;  ///< the radio that fails, empty: none
+  std::vector<std::string> answer;
+  std::string bridges;
 };
 
 int printDevices(const Arguments& arguments) {
-  const ZwaveCatalogue catalogue = ZwaveCatalogue::load(arguments.router.catalogue);
-  for (const ZwaveDevice& device : catalogue.devices()) {
+  const Home home = Home::load(arguments.router.catalogue);
+  for (const ZwaveDevice& device : home.zwave.devices()) {
     std::printf("%-22s 0x%.2x/0x%.2x/0x%.2x  %2zu classes, %2zu values  %s\n", device.label.c_str(), device.basicClass,
                 device.genericClass, device.specificClass, device.commandClasses.size(), device.values.size(),
                 device.description.c_str());
   }
+  for (const ZigbeeDevice& device : home.zigbee.devices()) {
+    std::printf("%-22s ZigBee zone 0x%.4x  %2zu clusters  %s\n", device.label.c_str(), device.zoneType,
+                device.clusters.size(), device.description.c_str());
+  }
+  std::printf("%-22s link button of the Hue bridges\n", std::string(kHueButton).c_str());
   return 0;
 }
 
@@ -57,7 +64,13 @@ int askRunning(const Arguments& arguments, const std::string& request) {
 }
 
 int press(const Arguments& arguments) {
-  return askRunning(arguments, arguments.failing ? "fail" : "press " + arguments.device);
+  return askRunning(arguments, arguments.failing.empty() ? "press " + arguments.device : "fail " + arguments.failing);
+}
+
+int answer(const Arguments& arguments) {
+  std::string request = "answer";
+  for (const std::string& word : arguments.answer) request += " " + word;
+  return askRunning(arguments, request);
 }
 
 int run(const Arguments& arguments) { return Router(arguments.router).run(); }
@@ -67,12 +80,17 @@ void addControl(CLI::App& command, Arguments& arguments) {
 }
 
 void addCatalogue(CLI::App& command, Arguments& arguments) {
-  command.add_option("--catalogue", arguments.router.catalogue, "folder with zwave.json");
+  command.add_option("--catalogue", arguments.router.catalogue, "folder with zwave.json and zigbee.json");
 }
 
 void addRunOptions(CLI::App& command, Arguments& arguments) {
   RouterOptions& options = arguments.router;
   command.add_option("--db", options.database, "device database")->capture_default_str();
+  command.add_option("--authcode", options.authorisation, "authorisation code of the Nest account")
+      ->capture_default_str();
+  command.add_option("--bridges", options.bridges, "number of Hue bridges")
+      ->check(CLI::Range(0, HueBridges::kMost))
+      ->capture_default_str();
   command.add_option("--speed", options.speed, "simulated seconds per second")
       ->check(CLI::Range(0.01, 1000.0))
       ->capture_default_str();
@@ -100,9 +118,10 @@ void addCommands(CLI::App& app, Arguments& arguments, Action& chosen) {
   addCatalogue(*add("devices", "list the devices of the catalogue", printDevices), arguments);
   CLI::App* pressing = add("press", "press the button of a device", press);
   CLI::Option* device = pressing->add_option("DEVICE", arguments.device, "label, or label#2 for a second one");
-  pressing->add_flag("--fail", arguments.failing, "the radio fails instead")->excludes(device);
+  pressing->add_flag("--fail{zwave}", arguments.failing, "a radio fails instead, --fail=zigbee the other")
+      ->excludes(device);
   pressing->callback([&arguments, &chosen] {
-    if (arguments.device.empty() && !arguments.failing) throw CLI::RequiredError("DEVICE or --fail");
+    if (arguments.device.empty() && arguments.failing.empty()) throw CLI::RequiredError("DEVICE or --fail");
     chosen = press;
   });
   addControl(*pressing, arguments);
@@ -110,6 +129,14 @@ void addCommands(CLI::App& app, Arguments& arguments, Action& chosen) {
                            [](const Arguments& given) { return askRunning(given, "fault " + given.fault); });
   faulting->add_option("SPEC", arguments.fault, "MESSAGE:KIND[=VALUE][:COUNT]")->required();
   addControl(*faulting, arguments);
+  CLI::App* answering = add("answer", "let a server say something of its own accord", answer);
+  answering->add_option("WORDS", arguments.answer, "zigbee STATUS [DEVICE], hue TYPE [COUNT], nest COMMAND [STATUS]")
+      ->required();
+  addControl(*answering, arguments);
+  CLI::App* counting = add("bridges", "change the number of Hue bridges",
+                           [](const Arguments& given) { return askRunning(given, "bridges " + given.bridges); });
+  counting->add_option("COUNT", arguments.bridges, "from now on")->required();
+  addControl(*counting, arguments);
   addControl(*add("status", "what the running simulator has seen",
                   [](const Arguments& given) { return askRunning(given, "status"); }),
              arguments);

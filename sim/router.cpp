@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <csignal>
+#include <exception>
 #include <iostream>
-#include <stdexcept>
 
 namespace tembra::sim {
 namespace {
@@ -21,10 +21,13 @@ Descriptor stopSignals() {
   return Descriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
 }
 
-std::vector<ScenarioStep> stepsOf(const RouterOptions& options, const ZwaveCatalogue& catalogue) {
+std::vector<ScenarioStep> stepsOf(const RouterOptions& options, const Home& home) {
   if (options.scenario.empty()) return {};
-  return loadScenario(options.scenario,
-                      [&catalogue](const std::string& name) { return catalogue.find(name) != nullptr; });
+  return loadScenario(options.scenario, [&home](const std::string& name) { return home.has(name); });
+}
+
+HaServer::NoteOf deviceIn(const RadioNetwork& network) {
+  return [&network](RadioNetwork::Address address) { return network.deviceAt(address); };
 }
 
 }  // namespace
@@ -32,19 +35,22 @@ std::vector<ScenarioStep> stepsOf(const RouterOptions& options, const ZwaveCatal
 Router::Router(const RouterOptions& options)
     : journal_(options.timeline),
       loop_(options.speed),
-      catalogue_(ZwaveCatalogue::load(options.catalogue)),
-      steps_(stepsOf(options, catalogue_)),
+      manner_{faults_, std::chrono::milliseconds(options.latencyMs)},
+      home_(Home::load(options.catalogue)),
+      steps_(stepsOf(options, home_)),
       signals_(stopSignals()),
       list_(options.database),
-      zwaveServer_({loop_, journal_, happenings_}, {faults_, std::chrono::milliseconds(options.latencyMs)}, catalogue_,
-                   network_, [this](ZwaveNetwork::NodeId node) { return isStored(node); }),
-      haServer_({loop_, journal_, happenings_}, list_,
-                [this](ZwaveNetwork::NodeId node) { return network_.deviceOf(node); }),
+      zwaveServer_(surroundings_, manner_, home_.zwave, zwaveNetwork_,
+                   [this](unsigned char node) { return isStored(node); }),
+      zigbeeServer_(surroundings_, manner_, home_.zigbee, zigbeeNetwork_),
+      haServer_(surroundings_, list_, {deviceIn(zwaveNetwork_), deviceIn(zigbeeNetwork_)}),
+      hueServer_(surroundings_, manner_, HueLamps(haServer_, list_), options.bridges),
+      nestServer_(surroundings_, manner_, Authorisation(options.authorisation)),
       control_(loop_, commands_, options.control),
-      scenario_({loop_, journal_, happenings_}, commands_, steps_) {
+      scenario_(surroundings_, commands_, steps_) {
   for (const Fault& fault : options.faults) faults_.add(fault);
-  restoreNetwork();
-  addCommands();
+  restoreNetworks();
+  addRequests();
   loop_.watch(signals_.get(), [this] { loop_.stop(); });
 }
 
@@ -55,16 +61,21 @@ int Router::run() {
   return journal_.clean() ? 0 : 1;
 }
 
-// The nodes of an earlier run are still in the controller.
-void Router::restoreNetwork() {
+// The devices of an earlier run are still in the memory of the radios.
+void Router::restoreNetworks() {
   for (const DeviceRecord& record : list_.devices()) {
-    if (record.radioKind != RADIO_ZWAVE) continue;
     const std::string note = DeviceList::noteOf(record);
-    network_.restore(static_cast<ZwaveNetwork::NodeId>(record.zwaveNode), note.empty() ? "?" : note);
+    const std::string device = note.empty() ? "?" : note;
+    if (record.radioKind == RADIO_ZWAVE) {
+      zwaveNetwork_.restore(static_cast<RadioNetwork::Address>(record.zwaveNode), device);
+    }
+    if (record.radioKind == kRadioZigbee) {
+      zigbeeNetwork_.restore(static_cast<RadioNetwork::Address>(record.zigbeeAddress), device);
+    }
   }
 }
 
-bool Router::isStored(ZwaveNetwork::NodeId node) {
+bool Router::isStored(unsigned char node) {
   try {
     const std::vector<DeviceRecord> records = list_.devices();
     return std::any_of(records.begin(), records.end(),
@@ -73,43 +84,6 @@ bool Router::isStored(ZwaveNetwork::NodeId node) {
     journal_.trouble(failure.what());
     return false;
   }
-}
-
-void Router::addCommands() {
-  commands_.add("press", [this](const std::string& device) { return zwaveServer_.press(device); });
-  commands_.add("fail", [this](const std::string&) { return zwaveServer_.pressFailing(); });
-  commands_.add("fault", [this](const std::string& specification) { return addFault(specification); });
-  commands_.add("status", [this](const std::string&) { return status(); });
-  commands_.add("stop", [this](const std::string&) { return stop(); });
-}
-
-Outcome Router::addFault(const std::string& specification) {
-  if (specification == "none") {
-    faults_.clear();
-    return {true, "no faults are set"};
-  }
-  try {
-    faults_.add(parseFault(specification));
-    return {true, "fault set: " + specification};
-  } catch (const std::invalid_argument& mistake) {
-    return {false, mistake.what()};
-  }
-}
-
-Outcome Router::stop() {
-  loop_.stop();
-  return {true, "stopping"};
-}
-
-Outcome Router::status() const {
-  std::string text = "Z-Wave server: " + std::string(zwaveServer_.mode()) +
-                     "\nnodes joined: " + std::to_string(network_.nodes().size()) + "\n";
-  for (const auto& [node, device] : network_.nodes()) text += "  node " + std::to_string(node) + "  " + device + "\n";
-  text += "datagrams: " + std::to_string(journal_.received()) + " received, " + std::to_string(journal_.sent()) +
-          " sent\nfaults set: " + std::to_string(faults_.count()) +
-          "\nfaults found: " + std::to_string(journal_.mistakes()) +
-          "\ntroubles: " + std::to_string(journal_.troubles());
-  return {true, text};
 }
 
 }  // namespace tembra::sim

@@ -3,7 +3,6 @@
 #define TEMBRA_SIM_ROUTER_H
 
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,14 +11,21 @@
 #include "sim/core/descriptor.h"
 #include "sim/core/surroundings.h"
 #include "sim/ha/ha_server.h"
+#include "sim/home.h"
+#include "sim/hue/hue_server.h"
+#include "sim/nest/nest_server.h"
 #include "sim/radio/fault.h"
+#include "sim/radio/network.h"
 #include "sim/scenario/scenario.h"
+#include "sim/zigbee/zigbee_server.h"
 #include "sim/zwave/zwave_server.h"
 
 namespace tembra::sim {
 
 struct RouterOptions {
   std::string database = "/tmp/ddb";
+  std::filesystem::path authorisation = "/tmp/Authcode";
+  int bridges = 1;
   double speed = 1;
   int latencyMs = 200;
   std::vector<Fault> faults;
@@ -39,9 +45,13 @@ class Router {
   int run();
 
  private:
-  void addCommands();
-  void restoreNetwork();
-  bool isStored(ZwaveNetwork::NodeId node);
+  void restoreNetworks();
+  bool isStored(unsigned char node);
+
+  void addRequests();
+  Outcome press(const std::string& name);
+  Outcome fail(const std::string& radio);
+  Outcome answer(const std::string& serverAndAnswer);
   Outcome addFault(const std::string& specification);
   Outcome stop();
   Outcome status() const;
@@ -49,15 +59,21 @@ class Router {
   Journal journal_;
   EventLoop loop_;
   Happenings happenings_;
+  Surroundings surroundings_{loop_, journal_, happenings_};
   FaultList faults_;
+  Answers::Manner manner_;
   Commands commands_;
-  ZwaveCatalogue catalogue_;
+  Home home_;
   std::vector<ScenarioStep> steps_;
   Descriptor signals_;
   DeviceList list_;
-  ZwaveNetwork network_;
+  RadioNetwork zwaveNetwork_{kFirstNode, kLastNode};
+  RadioNetwork zigbeeNetwork_{kFirstAddress, kLastAddress};
   ZwaveServer zwaveServer_;
+  ZigbeeServer zigbeeServer_;
   HaServer haServer_;
+  HueServer hueServer_;
+  NestServer nestServer_;
   ControlSocket control_;
   Scenario scenario_;
 };

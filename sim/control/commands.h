@@ -19,7 +19,7 @@ class Commands {
   void add(std::string word, Action action) { actions_[std::move(word)] = std::move(action); }
   bool knows(const std::string& word) const { return actions_.contains(word); }
 
-  /// Runs "WORD ARGUMENT" or "WORD".
+  /// Runs "WORD ARGUMENT" or "WORD". An action refuses an argument by throwing std::invalid_argument.
   Outcome run(std::string_view request) const;
 
  private:

@@ -16,6 +16,9 @@ struct Endpoint {
 
 inline constexpr Endpoint kLibrary{"library", "127.255.255.4", 8888};
 inline constexpr Endpoint kZwaveServer{"Z-Wave server", "127.255.255.254", 8888};
+inline constexpr Endpoint kZigbeeServer{"ZigBee server", "127.255.255.253", 8888};
+inline constexpr Endpoint kHueServer{"Hue server", "127.255.255.252", 8888};
+inline constexpr Endpoint kNestServer{"Nest server", "127.255.255.251", 8888};
 inline constexpr Endpoint kHaServer{"HA server", "127.255.255.1", 9999};
 
 }  // namespace tembra::sim

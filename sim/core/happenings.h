@@ -9,14 +9,44 @@
 
 namespace tembra::sim {
 
-enum class Happening { kAdd, kRemove, kCancel, kReset, kAdded, kRemoved, kRemovedAll };
+enum class Happening {
+  kAdd,
+  kRemove,
+  kCancel,
+  kReset,
+  kZigbeeAdd,
+  kZigbeeRemove,
+  kZigbeeCancel,
+  kZigbeeReset,
+  kHueDiscover,
+  kHueAdd,
+  kHueBulb,
+  kHueRefresh,
+  kHueRemove,
+  kNestLink,
+  kNestUnlink,
+  kAdded,
+  kRemoved,
+  kRemovedAll
+};
 
 /// The names that scenario files use.
-inline constexpr std::array<std::pair<Happening, std::string_view>, 7> kHappeningNames{{
-    {Happening::kAdd, "add"},                // an add command arrived
-    {Happening::kRemove, "remove"},          // a remove command arrived
-    {Happening::kCancel, "cancel"},          // a cancel command arrived
-    {Happening::kReset, "reset"},            // a reset command arrived
+inline constexpr std::array<std::pair<Happening, std::string_view>, 18> kHappeningNames{{
+    {Happening::kAdd, "add"},  // a command arrived at the Z-Wave server
+    {Happening::kRemove, "remove"},
+    {Happening::kCancel, "cancel"},
+    {Happening::kReset, "reset"},
+    {Happening::kZigbeeAdd, "zigbee-add"},  // at the ZigBee server
+    {Happening::kZigbeeRemove, "zigbee-remove"},
+    {Happening::kZigbeeCancel, "zigbee-cancel"},
+    {Happening::kZigbeeReset, "zigbee-reset"},
+    {Happening::kHueDiscover, "hue-discover"},  // at the Hue server
+    {Happening::kHueAdd, "hue-add"},
+    {Happening::kHueBulb, "hue-bulb"},
+    {Happening::kHueRefresh, "hue-refresh"},
+    {Happening::kHueRemove, "hue-remove"},
+    {Happening::kNestLink, "nest-link"},  // at the Nest server
+    {Happening::kNestUnlink, "nest-unlink"},
     {Happening::kAdded, "added"},            // the HA server stored a device
     {Happening::kRemoved, "removed"},        // the HA server dropped a device
     {Happening::kRemovedAll, "removed-all"}  // the HA server dropped every device

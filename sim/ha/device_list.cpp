@@ -40,12 +40,11 @@ DeviceRecord recordOf(int id, const NewDevice& device, std::string_view note) {
   return record;
 }
 
-// A value slot that has not been reported yet shows "0".
-IndexRecord indexRecordOf(const ZwIndexEntry& entry) {
+IndexRecord indexRecordOf(const NewIndex& index) {
   IndexRecord record{};
-  record.at0[0] = entry.type;
-  record.at0[1] = entry.instance;
-  setText(record.value, "0");
+  record.at0[0] = index.type;
+  record.at0[1] = index.instance;
+  setText(record.value, index.value);
   return record;
 }
 
@@ -75,8 +74,8 @@ int DeviceList::add(const NewDevice& device, std::string_view note) {
   const int id = takeId(file);
   const std::string key = std::to_string(id);
   file.put(key, bytesOf(recordOf(id, device, note)));
-  for (std::size_t n = 0; n < device.indexes.size(); ++n) {
-    file.put(key + "." + std::to_string(n + 1), bytesOf(indexRecordOf(device.indexes[n])));
+  for (const NewIndex& index : device.indexes) {
+    file.put(key + "." + std::to_string(index.number), bytesOf(indexRecordOf(index)));
   }
   file.close();
   return id;

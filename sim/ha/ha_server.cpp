@@ -13,8 +13,8 @@ bool holdsNode(const DeviceRecord& record, unsigned char node) {
   return record.radioKind == RADIO_ZWAVE && static_cast<unsigned char>(record.zwaveNode) == node;
 }
 
-HaServer::HaServer(Surroundings surroundings, DeviceList& list, NoteOfNode noteOfNode)
-    : Daemon(kHaServer, sizeof(HaNotice), surroundings), list_(list), noteOfNode_(std::move(noteOfNode)) {}
+HaServer::HaServer(Surroundings surroundings, DeviceList& list, Notes notes)
+    : Daemon(kHaServer, sizeof(HaNotice), surroundings), list_(list), notes_(std::move(notes)) {}
 
 void HaServer::handle(Bytes datagram) {
   const auto notice = recordFrom<HaNotice>(datagram);
@@ -43,7 +43,7 @@ void HaServer::apply(const ZwNodeInfo& node) {
   const auto sameNode = [&node](const DeviceRecord& record) { return holdsNode(record, node.nodeId); };
   if (node.requestMark == kMarkAdded) {
     heard(text + " is added: " + textIn(node.name) + ", " + textIn(node.location));
-    add(newDeviceFrom(node), noteOfNode_(node.nodeId), sameNode);
+    replace(newDeviceFrom(node), notes_.zwave(node.nodeId), sameNode);
   } else if (node.requestMark == kMarkRemoved) {
     heard(text + " is removed");
     drop(text, sameNode, Happening::kRemoved);
@@ -57,7 +57,7 @@ void HaServer::apply(const ZbDeviceInfo& device) {
   };
   if (device.msgCode == kCodeAdded) {
     heard(text + " is added: " + textIn(device.name) + ", " + textIn(device.location));
-    add(newDeviceFrom(device), "", sameDevice);
+    replace(newDeviceFrom(device), notes_.zigbee(device.shortAddress), sameDevice);
   } else if (device.msgCode == kCodeRemoved) {
     heard(text + " is removed");
     drop(text, sameDevice, Happening::kRemoved);
@@ -65,8 +65,12 @@ void HaServer::apply(const ZbDeviceInfo& device) {
 }
 
 // A device that is handed over once more replaces itself.
-void HaServer::add(const NewDevice& device, std::string_view note, const DeviceList::Test& sameDevice) {
+void HaServer::replace(const NewDevice& device, std::string_view note, const DeviceList::Test& sameDevice) {
   list_.drop(sameDevice);
+  store(device, note);
+}
+
+void HaServer::store(const NewDevice& device, std::string_view note) {
   const int id = list_.add(device, note);
   said(self().name, "database", "device " + std::to_string(id) + " stored: " + device.name);
   surroundings().happenings.happened(Happening::kAdded);

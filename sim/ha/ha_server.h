@@ -14,10 +14,19 @@ namespace tembra::sim {
 
 class HaServer final : public Daemon {
  public:
-  /// The note that goes with a Z-Wave node into the device list, to be found there in a later run.
-  using NoteOfNode = std::function<std::string(unsigned char node)>;
+  /// The note that goes with a device of a radio into the device list, to be found there in a later run.
+  using NoteOf = std::function<std::string(unsigned short address)>;
+  struct Notes {
+    NoteOf zwave;
+    NoteOf zigbee;
+  };
 
-  HaServer(Surroundings surroundings, DeviceList& list, NoteOfNode noteOfNode);
+  HaServer(Surroundings surroundings, DeviceList& list, Notes notes);
+
+  /// The router's other daemons hand their devices over by these, without a datagram. Both throw what DeviceList
+  /// throws.
+  void store(const NewDevice& device, std::string_view note);
+  void drop(std::string_view what, const DeviceList::Test& test, Happening happening);
 
  private:
   void handle(Bytes datagram) override;
@@ -25,11 +34,10 @@ class HaServer final : public Daemon {
   void apply(const ZwNodeInfo& node);
   void apply(const ZbDeviceInfo& device);
 
-  void add(const NewDevice& device, std::string_view note, const DeviceList::Test& sameDevice);
-  void drop(std::string_view what, const DeviceList::Test& test, Happening happening);
+  void replace(const NewDevice& device, std::string_view note, const DeviceList::Test& sameDevice);
 
   DeviceList& list_;
-  NoteOfNode noteOfNode_;
+  Notes notes_;
 };
 
 /// Whether a record is that of a Z-Wave node.

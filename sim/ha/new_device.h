@@ -13,13 +13,21 @@ namespace tembra::sim {
 /// The radio kind of ZigBee records: the list only promises that it is neither Z-Wave nor IP.
 inline constexpr int kRadioZigbee = 1;
 
+/// A value slot of a device.
+struct NewIndex {
+  int number;  ///< in the key of its record
+  unsigned char type;
+  unsigned char instance;
+  std::string value;
+};
+
 struct NewDevice {
   std::string name;
   unsigned int zwaveNode;
   unsigned int zigbeeAddress;
   int radioKind;
   DevType type;
-  std::vector<ZwIndexEntry> indexes;
+  std::vector<NewIndex> indexes;
 };
 
 NewDevice newDeviceFrom(const ZwNodeInfo& node);

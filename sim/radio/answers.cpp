@@ -34,22 +34,29 @@ void Answers::scheduleNext() {
 void Answers::deliver(const Distortion& distortion) {
   Answer answer = std::move(pending_.front());
   pending_.pop_front();
-  const bool failed = distortion.code == codeByte_.failure;
+  bool ends = distortion.silent;
+  if (distortion.code) {
+    const int code = *distortion.code == Fault::kFailure ? answer.kind.failure : *distortion.code;
+    distort(answer, static_cast<unsigned char>(code));
+    ends = ends || codeByte_.ends(static_cast<unsigned char>(code));
+  }
   if (distortion.lost || distortion.silent) {
     surroundings_.journal.said("fault", "nobody",
                                answer.text + (distortion.silent ? ", silent from now on" : ", lost"));
   } else {
-    send(std::move(answer), distortion);
+    send(answer, distortion);
   }
-  if (distortion.silent || failed) return finish();
+  if (ends) return finish();
   scheduleNext();
 }
 
-void Answers::send(Answer answer, const Distortion& distortion) {
-  if (distortion.code && codeByte_.offset < answer.datagram.size()) {
-    answer.datagram[codeByte_.offset] = *distortion.code;
-    answer.text += ", with code " + std::to_string(*distortion.code);
-  }
+void Answers::distort(Answer& answer, unsigned char code) const {
+  if (codeByte_.offset >= answer.datagram.size()) return;
+  answer.datagram[codeByte_.offset] = code;
+  answer.text += ", with code " + std::to_string(code);
+}
+
+void Answers::send(const Answer& answer, const Distortion& distortion) {
   const std::size_t length = std::min(distortion.length.value_or(answer.datagram.size()), answer.datagram.size());
   const std::span<const unsigned char> datagram = std::span(answer.datagram).first(length);
   send_(datagram, answer.text);

@@ -1,4 +1,4 @@
-// Plays the answers of one radio operation, one after the other, as the faults let them through.
+// Plays the answers of one operation of a server, one after the other, as the faults let them through.
 #ifndef TEMBRA_SIM_RADIO_ANSWERS_H
 #define TEMBRA_SIM_RADIO_ANSWERS_H
 
@@ -23,17 +23,17 @@ struct Answer {
   std::vector<unsigned char> datagram;
 };
 
-/// How a radio's datagrams tell a failure; the fault "code" writes there.
+/// Where a server's datagrams tell what became of it; the fault "code" writes there.
 struct CodeByte {
   std::size_t offset;
-  unsigned char failure;  ///< ends the operation
+  bool (*ends)(unsigned char code);  ///< whether a code that a fault wrote ends the operation
 };
 
 class Answers {
  public:
   using Send = std::function<void(std::span<const unsigned char> datagram, std::string_view text)>;
 
-  /// How the radio servers behave in general; shared by them.
+  /// How the servers behave in general; shared by them.
   struct Manner {
     FaultList& faults;
     std::chrono::milliseconds latency;
@@ -53,7 +53,8 @@ class Answers {
  private:
   void scheduleNext();
   void deliver(const Distortion& distortion);
-  void send(Answer answer, const Distortion& distortion);
+  void distort(Answer& answer, unsigned char code) const;
+  void send(const Answer& answer, const Distortion& distortion);
   void finish();
 
   Surroundings surroundings_;

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <iterator>
+#include <optional>
 #include <stdexcept>
-#include <system_error>
 
+#include "sim/core/number.h"
 #include "sim/radio/messages.h"
 
 namespace tembra::sim {
@@ -16,14 +15,17 @@ struct KindRow {
   std::string_view name;
   FaultKind kind;
   bool takesValue;
-  int defaultValue;  ///< -1: the value must be given
+  std::optional<int> defaultValue;  ///< none: the value must be given
   int largest;
 };
 
 constexpr std::array kKinds{
-    KindRow{"lost", FaultKind::kLost, false, 0, 0},    KindRow{"late", FaultKind::kLate, true, -1, 3'600'000},
-    KindRow{"twice", FaultKind::kTwice, false, 0, 0},  KindRow{"short", FaultKind::kShort, true, -1, 4096},
-    KindRow{"code", FaultKind::kCode, true, 255, 255}, KindRow{"silence", FaultKind::kSilence, false, 0, 0},
+    KindRow{"lost", FaultKind::kLost, false, 0, 0},
+    KindRow{"late", FaultKind::kLate, true, std::nullopt, 3'600'000},
+    KindRow{"twice", FaultKind::kTwice, false, 0, 0},
+    KindRow{"short", FaultKind::kShort, true, std::nullopt, 4096},
+    KindRow{"code", FaultKind::kCode, true, Fault::kFailure, 255},
+    KindRow{"silence", FaultKind::kSilence, false, 0, 0},
 };
 
 template <typename Rows>
@@ -36,15 +38,6 @@ std::string namesOf(const Rows& rows) {
 template <typename Rows>
 auto findByName(const Rows& rows, std::string_view name) {
   return std::find_if(rows.begin(), rows.end(), [name](const auto& row) { return row.name == name; });
-}
-
-int parseNumber(std::string_view text, int largest) {
-  int number = -1;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || number < 0 || number > largest) {
-    throw std::invalid_argument("\"" + std::string(text) + "\" is not a number from 0 to " + std::to_string(largest));
-  }
-  return number;
 }
 
 // Takes what stands before `separator` off the front of `text`; the whole text when there is none.
@@ -70,14 +63,14 @@ const KindRow& kindCalled(std::string_view name) {
 int valueOf(const KindRow& row, std::string_view text) {
   const std::string name(row.name);
   if (!row.takesValue && !text.empty()) throw std::invalid_argument("the fault \"" + name + "\" takes no value");
-  if (!text.empty()) return parseNumber(text, row.largest);
-  if (row.defaultValue < 0) throw std::invalid_argument("the fault \"" + name + "\" needs a value: " + name + "=N");
-  return row.defaultValue;
+  if (!text.empty()) return parseNumber(text, 0, row.largest);
+  if (!row.defaultValue) throw std::invalid_argument("the fault \"" + name + "\" needs a value: " + name + "=N");
+  return *row.defaultValue;
 }
 
 int countOf(std::string_view text) {
   if (text.empty()) return 1;
-  return text == "always" ? Fault::kAlways : parseNumber(text, 1'000'000);
+  return text == "always" ? Fault::kAlways : parseNumber(text, 0, 1'000'000);
 }
 
 void apply(const Fault& fault, Distortion& distortion) {
@@ -95,7 +88,7 @@ void apply(const Fault& fault, Distortion& distortion) {
       distortion.length = static_cast<std::size_t>(fault.value);
       break;
     case FaultKind::kCode:
-      distortion.code = static_cast<unsigned char>(fault.value);
+      distortion.code = fault.value;
       break;
     case FaultKind::kSilence:
       distortion.silent = true;

@@ -1,4 +1,4 @@
-// Faults of a radio server's answers: MESSAGE:KIND[=VALUE][:COUNT], for instance "joined:lost", "info:late=500:3",
+// Faults of a server's answers: MESSAGE:KIND[=VALUE][:COUNT], for instance "joined:lost", "info:late=500:3",
 // "*:twice:always". COUNT says how many answers are hit (1 when it is left out).
 #ifndef TEMBRA_SIM_RADIO_FAULT_H
 #define TEMBRA_SIM_RADIO_FAULT_H
@@ -16,10 +16,11 @@ enum class FaultKind { kLost, kLate, kTwice, kShort, kCode, kSilence };
 
 struct Fault {
   static constexpr int kAlways = -1;
+  static constexpr int kFailure = -1;
 
   std::string message;  ///< "*" hits every message
   FaultKind kind;
-  int value;
+  int value;      ///< of the kind; of a code also kFailure, which is what the message itself fails with
   int remaining;  ///< answers still to hit, or kAlways
 };
 
@@ -33,7 +34,7 @@ struct Distortion {
   bool twice = false;
   std::chrono::milliseconds late{0};
   std::optional<std::size_t> length;
-  std::optional<unsigned char> code;
+  std::optional<int> code;
 };
 
 /// The faults that are set, first come first served.

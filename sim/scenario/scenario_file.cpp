@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "sim/hue/bridges.h"
+#include "sim/radio/catalogue_file.h"
 #include "sim/radio/fault.h"
 #include "sim/scenario/scenario.h"
 
@@ -38,7 +40,8 @@ void setMoment(ScenarioStep& step, const std::string& key, const json& value) {
 }
 
 std::string requestFrom(const std::string& key, const json& value, const DeviceExists& deviceExists) {
-  if (key == "fail" || key == "stop") {
+  if (key == "bridges") return key + " " + std::to_string(numberFrom(value, 0, HueBridges::kMost));
+  if (key == "stop" || (key == "fail" && value.is_boolean())) {
     if (value != true) refuse("\"" + key + "\" is true or left out");
     return key;
   }
@@ -49,7 +52,7 @@ std::string requestFrom(const std::string& key, const json& value, const DeviceE
 }
 
 constexpr std::array<std::string_view, 3> kMoments{"on", "at", "after"};
-constexpr std::array<std::string_view, 4> kActions{"press", "fail", "fault", "stop"};
+constexpr std::array<std::string_view, 6> kActions{"press", "fail", "answer", "bridges", "fault", "stop"};
 
 bool isOneOf(const auto& names, const std::string& name) {
   return std::find(names.begin(), names.end(), name) != names.end();

@@ -4,9 +4,9 @@
 
 #include <filesystem>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "sim/radio/catalogue.h"
 #include "tembra/records.h"
 
 namespace tembra::sim {
@@ -21,20 +21,10 @@ struct ZwaveDevice {
   std::vector<ZwValueTriple> values;
 };
 
-class ZwaveCatalogue {
+class ZwaveCatalogue : public Catalogue<ZwaveDevice> {
  public:
   /// Reads FOLDER/zwave.json; throws one sentence that says what is wrong where.
   static ZwaveCatalogue load(const std::filesystem::path& folder);
-
-  /// The device called `name`, which is a label or a label and a number ("dimmer#2", a second dimmer). Null: none is.
-  const ZwaveDevice* find(std::string_view name) const;
-  std::string labels() const;
-  const std::vector<ZwaveDevice>& devices() const { return devices_; }
-
- private:
-  void add(ZwaveDevice device);
-
-  std::vector<ZwaveDevice> devices_;
 };
 
 }  // namespace tembra::sim

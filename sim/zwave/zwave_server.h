@@ -5,53 +5,46 @@
 #include <functional>
 #include <string_view>
 
-#include "sim/core/daemon.h"
-#include "sim/core/outcome.h"
-#include "sim/radio/answers.h"
+#include "sim/radio/network.h"
+#include "sim/radio/radio_server.h"
 #include "sim/zwave/catalogue.h"
-#include "sim/zwave/network.h"
 #include "tembra/records.h"
 
 namespace tembra::sim {
 
-class ZwaveServer final : public Daemon {
+/// The node ids that a controller, which is node 1 itself, gives to devices.
+inline constexpr RadioNetwork::Address kFirstNode = 2;
+inline constexpr RadioNetwork::Address kLastNode = 232;
+
+class ZwaveServer final : public RadioServer {
  public:
-  using IsStored = std::function<bool(ZwaveNetwork::NodeId)>;
+  using IsStored = std::function<bool(unsigned char node)>;
 
   /// `isStored`: whether the device list holds the node; such a node is not interviewed again when it rejoins.
-  ZwaveServer(Surroundings surroundings, Answers::Manner manner, const ZwaveCatalogue& catalogue, ZwaveNetwork& network,
+  ZwaveServer(Surroundings surroundings, Answers::Manner manner, const ZwaveCatalogue& catalogue, RadioNetwork& network,
               IsStored isStored);
 
-  /// Somebody presses the button of a device.
-  Outcome press(std::string_view device);
-  /// Somebody presses a button and the radio fails.
-  Outcome pressFailing();
-  /// "idle", "adding" or "removing".
-  std::string_view mode() const;
+  bool hasDevice(std::string_view name) const override { return catalogue_.find(name) != nullptr; }
 
  private:
-  enum class Mode { kIdle, kAdding, kRemoving };
   struct Command;
 
   void handle(Bytes datagram) override;
   void checkUnusedBytes(const ZwaveCommand& command);
-  void startAdding();
-  void startRemoving();
+  void startAdding() { become(Mode::kAdding, Happening::kAdd); }
+  void startRemoving() { become(Mode::kRemoving, Happening::kRemove); }
   void cancel();
   void reset();
 
-  Outcome readyForButton() const;
-  Outcome addDevice(std::string_view name, const ZwaveDevice& device);
-  Outcome removeDevice(std::string_view name);
-  void play(std::vector<Answer> answers);
+  Outcome add(std::string_view device) override;
+  Outcome remove(std::string_view device) override;
+  Answer failure(bool adding) const override;
 
   static const Command kCommands[4];
 
   const ZwaveCatalogue& catalogue_;
-  ZwaveNetwork& network_;
+  RadioNetwork& network_;
   IsStored isStored_;
-  Answers answers_;
-  Mode mode_ = Mode::kIdle;
 };
 
 }  // namespace tembra::sim

@@ -4,6 +4,7 @@
 
 #include <tembra/platform.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 
@@ -14,8 +15,8 @@ namespace tembra {
 /// Size of every device name field.
 inline constexpr std::size_t kDeviceNameSize = 180;
 
-/// Room for the longest name, " #" and the longest id, "-2147483648".
-inline constexpr std::size_t kNumberedNameSize = kDeviceNameSize + 13;
+/// Room that front ends give a numbered name: a name of 178 characters with the longest id, "-2147483648".
+inline constexpr std::size_t kNumberedNameSize = 192;
 
 /// The name of one device type, at most 179 characters whatever the router's library writes within 512 bytes.
 class DeviceTypeName {
@@ -30,9 +31,10 @@ class DeviceTypeName {
   char text_[512] = {};
 };
 
-/// Formats "<word> #<id>", the word cut at 179 characters. @return its length.
+/// Formats "<word> #<id>", the word cut at 179 characters and the whole at 191. @return its length.
 inline int formatNumberedName(char (&out)[kNumberedNameSize], const char* word, int id) {
-  return std::snprintf(out, sizeof out, "%.*s #%d", static_cast<int>(kDeviceNameSize - 1), word, id);
+  const int length = std::snprintf(out, sizeof out, "%.*s #%d", static_cast<int>(kDeviceNameSize - 1), word, id);
+  return std::min(length, static_cast<int>(sizeof out - 1));
 }
 
 /// Puts "<word> #<id>" into a device's name field; bytes behind its NUL keep their value.

@@ -23,7 +23,8 @@ TEST(FaultText, IsReadWithItsDefaults) {
   EXPECT_EQ(full.message, "*");
   EXPECT_EQ(full.value, 500);
   EXPECT_EQ(full.remaining, 3);
-  EXPECT_EQ(parseFault("info:code").value, 255);
+  EXPECT_EQ(parseFault("info:code").value, Fault::kFailure);
+  EXPECT_EQ(parseFault("info:code=7").value, 7);
   EXPECT_EQ(parseFault("closing:silence:always").remaining, Fault::kAlways);
 }
 

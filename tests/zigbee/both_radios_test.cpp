@@ -112,7 +112,7 @@ std::string toldOf(const std::string& trace) {
     std::istringstream words(line);
     std::string word, to, length;
     words >> word >> to >> length;
-    told += word + " " + to + " " + length + "\n";
+    told.append(word).append(" ").append(to).append(" ").append(length).append("\n");
   }
   return told;
 }
@@ -120,7 +120,8 @@ std::string toldOf(const std::string& trace) {
 std::string describe(const std::vector<Answer>& answers) {
   std::string text;
   for (const Answer& answer : answers) {
-    text += (answer.isZigbee ? " zigbee " : " zwave ") + std::to_string(answer.value);
+    text += answer.isZigbee ? " zigbee " : " zwave ";
+    text += std::to_string(answer.value);
   }
   return text;
 }

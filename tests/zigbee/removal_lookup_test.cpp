@@ -115,7 +115,7 @@ TEST(RemovalLookupTest, ARecordThatEndsBeforeItsAddressIsNobodys) {
   expectUnknown(router, 0);
   router.database().put(Device(1, "just enough").zigbee(0).cutTo(372));
   expectFound(router, 0, 1, "just enough");
-  for (const std::size_t length : {0, 1, 4, 5, 100, 368}) {
+  for (const std::size_t length : {0U, 1U, 4U, 5U, 100U, 368U}) {
     router.database().put(Device(1, "short").zigbee(0).cutTo(length));
     expectUnknown(router, 0);
   }

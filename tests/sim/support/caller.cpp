@@ -32,6 +32,15 @@ std::string summary(const std::vector<Heard>& all) {
   return text;
 }
 
+std::string statuses(const std::vector<Heard>& all) {
+  std::string text;
+  for (const Heard& heard : all) {
+    text.append(text.empty() ? "" : " ") +=
+        std::to_string(heard.length) + "/" + std::to_string(heard.as<ZbDeviceInfo>().msgCode);
+  }
+  return text;
+}
+
 Caller::Caller() : socket_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
   const sockaddr_in self = addressOf(kLibrary);
   EXPECT_EQ(bind(socket_.get(), reinterpret_cast<const sockaddr*>(&self), sizeof self), 0);
@@ -44,6 +53,33 @@ void Caller::command(int operation, int controllerCommand) {
   command.operation = operation;
   command.controllerCommand = controllerCommand;
   send(kZwaveServer, bytesOf(command));
+}
+
+void Caller::zigbee(const std::string& text, const std::string& argument) {
+  ZigbeeCommand command{};
+  setText(command.command, text);
+  setText(command.argument, argument);
+  send(kZigbeeServer, bytesOf(command));
+}
+
+void Caller::zigbeeReset() {
+  zigbee("n l", "");
+  zigbee("option button0", "");
+}
+
+void Caller::hue(unsigned command, const std::string& bridgeId, const std::string& argument) {
+  HueCommand request{};
+  request.command = command;
+  setText(request.bridgeId, bridgeId);
+  setText(request.argument, argument);
+  send(kHueServer, bytesOf(request));
+}
+
+void Caller::nest(unsigned command, const std::string& text) {
+  NestCommand request{};
+  request.command = command;
+  setText(request.text, text);
+  send(kNestServer, bytesOf(request));
 }
 
 void Caller::send(const Endpoint& to, const std::vector<unsigned char>& datagram) {
@@ -65,6 +101,7 @@ bool Caller::receive(Heard& heard, int flags) {
   const ssize_t length = recv(socket_.get(), buffer.data(), buffer.size(), flags);
   if (length < 0) return false;
   heard.length = static_cast<std::size_t>(length);
+  heard.bytes.assign(buffer.begin(), buffer.begin() + length);
   heard.block = recordFrom<ZwNodeInfo>(std::span(buffer).first(heard.length));
   return true;
 }

@@ -8,17 +8,26 @@
 
 #include "sim/core/descriptor.h"
 #include "sim/core/endpoints.h"
+#include "sim/core/record_bytes.h"
 #include "tembra/records.h"
 
 namespace tembra::sim::test {
 
 struct Heard {
   std::size_t length;
-  ZwNodeInfo block;  ///< zero where the datagram did not reach
+  ZwNodeInfo block;                  ///< zero where the datagram did not reach
+  std::vector<unsigned char> bytes;  ///< the datagram
+
+  template <typename Record>
+  Record as() const {
+    return recordFrom<Record>(bytes);
+  }
 };
 
-/// "1036/2 1036/0": length and node byte of each.
+/// "1036/2 1036/0": length and first byte, which is the Z-Wave node, of each.
 std::string summary(const std::vector<Heard>& all);
+/// "444/1 444/6": length and ZigBee status of each.
+std::string statuses(const std::vector<Heard>& all);
 
 class Caller {
  public:
@@ -29,6 +38,13 @@ class Caller {
   void remove() { command(1, 4); }
   void cancel() { command(4, 0); }
   void reset() { command(5, 0); }
+  void zigbee(const std::string& text, const std::string& argument);
+  void zigbeeAdd() { zigbee("option button1", "IAS"); }
+  void zigbeeRemove() { zigbee(" ", "remove"); }
+  void zigbeeCancel() { zigbee("network pjoin 0", "cancel"); }
+  void zigbeeReset();
+  void hue(unsigned command, const std::string& bridgeId = "", const std::string& argument = "");
+  void nest(unsigned command, const std::string& text = "");
   void send(const Endpoint& to, const std::vector<unsigned char>& datagram);
   void notice(int recordKind, const std::vector<unsigned char>& record);
 

@@ -33,8 +33,15 @@ void RunningSim::tell(const std::string& request) const {
   EXPECT_TRUE(outcome.done) << request << ": " << outcome.text;
 }
 
+bool RunningSim::idle() const {
+  const std::string status = ask("status").text;
+  const auto says = [&status](const char* line) { return status.find(line) != std::string::npos; };
+  return says("Z-Wave server: idle\n") && says("ZigBee server: idle\n") && says("Hue server: idle\n") &&
+         says("Nest server: idle,");
+}
+
 void RunningSim::awaitIdle() const {
-  while (!ask("status").text.starts_with("Z-Wave server: idle")) aMoment();
+  while (!idle()) aMoment();
 }
 
 int RunningSim::stop() {

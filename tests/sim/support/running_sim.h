@@ -20,7 +20,7 @@ class RunningSim {
   Outcome ask(const std::string& request) const;
   /// Asks and expects it to be done.
   void tell(const std::string& request) const;
-  /// Waits until the Z-Wave server has no more to say: what it sent is in the caller's socket then.
+  /// Waits until no server has more to say: what it sent is in the caller's socket then.
   void awaitIdle() const;
 
   /// Stops the simulator. @return its exit status
@@ -29,6 +29,8 @@ class RunningSim {
   bool ready() const;
 
  private:
+  bool idle() const;
+
   Program program_;
 };
 

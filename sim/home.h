@@ -1,0 +1,30 @@
+// What people can press in the simulated home.
+#ifndef TEMBRA_SIM_HOME_H
+#define TEMBRA_SIM_HOME_H
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "sim/zigbee/catalogue.h"
+#include "sim/zwave/catalogue.h"
+
+namespace tembra::sim {
+
+/// The link button of the Hue bridges.
+inline constexpr std::string_view kHueButton = "hue-button";
+
+struct Home {
+  ZwaveCatalogue zwave;
+  ZigbeeCatalogue zigbee;
+
+  /// Reads the catalogues in a folder; throws one sentence that says what is wrong where.
+  static Home load(const std::filesystem::path& folder);
+
+  bool has(std::string_view name) const;
+  std::string labels() const;
+};
+
+}  // namespace tembra::sim
+
+#endif

@@ -1,0 +1,65 @@
+#include "sim/radio/catalogue_file.h"
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+
+namespace tembra::sim {
+namespace {
+
+using nlohmann::json;
+
+constexpr std::size_t kLongestLabel = 24;
+
+json parsed(const std::filesystem::path& file) {
+  std::ifstream stream(file);
+  require(stream.good(), "cannot be read");
+  return json::parse(stream);
+}
+
+}  // namespace
+
+void require(bool condition, const std::string& sentence) {
+  if (!condition) throw std::runtime_error(sentence);
+}
+
+int numberFrom(const json& value, int smallest, int largest) {
+  require(value.is_number_integer(), value.dump() + " is not a number");
+  const auto number = value.get<long long>();
+  require(number >= smallest && number <= largest,
+          value.dump() + " is not from " + std::to_string(smallest) + " to " + std::to_string(largest));
+  return static_cast<int>(number);
+}
+
+std::string labelFrom(const json& value) {
+  auto label = value.get<std::string>();
+  const bool plain = label.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-") == std::string::npos;
+  require(plain && !label.empty() && label.size() <= kLongestLabel && label.front() != '-',
+          "a label has 1 to " + std::to_string(kLongestLabel) + " small letters, digits and hyphens");
+  return label;
+}
+
+std::string_view labelIn(std::string_view name) {
+  const std::size_t mark = name.find('#');
+  const std::string_view number = mark == std::string_view::npos ? "1" : name.substr(mark + 1);
+  constexpr std::size_t mostDigits = 4;
+  if (number.empty() || number.size() > mostDigits) return {};
+  if (number.find_first_not_of("0123456789") != std::string_view::npos) return {};
+  return name.substr(0, mark);
+}
+
+void readCatalogue(const std::filesystem::path& file, const std::function<void(const json&)>& take) {
+  std::string where;
+  try {
+    int count = 0;
+    const json content = parsed(file);
+    for (const json& entry : content.at("devices")) {
+      where = " (device " + std::to_string(++count) + ")";
+      take(entry);
+    }
+  } catch (const std::exception& failure) {
+    throw std::runtime_error("the catalogue " + file.string() + where + ": " + failure.what());
+  }
+}
+
+}  // namespace tembra::sim
