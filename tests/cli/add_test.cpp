@@ -1,6 +1,7 @@
 // Adding without a terminal: what the command line tells, what is taken by default, and how it ends.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <ostream>
@@ -22,8 +23,8 @@ std::vector<Json> lines(const std::string& output) {
 }
 
 std::vector<std::string> eventNames(const std::vector<Json>& objects) {
-  std::vector<std::string> names;
-  for (const Json& object : objects) names.push_back(object.at("event"));
+  std::vector<std::string> names(objects.size());
+  std::ranges::transform(objects, names.begin(), [](const Json& object) { return object.at("event"); });
   return names;
 }
 

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "harness/router.h"
+#include "wire.h"
 
 using harness::Router;
 
@@ -40,5 +41,23 @@ TEST(OperationMarkTest, WhoSeesItSeesTheCommandTypeToo) {
     EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_remove(mac); }), "RemoveIPDevice");
     EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Nest_add(text); }), "AddIPDevice");
     EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Nest_remove(); }), "RemoveIPDevice");
+  }
+}
+
+// A daemon that answers while the command is still under way: the answer is handled when the command is done.
+TEST(OperationMarkTest, AFastAnswerComesAfterTheCommand) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  for (int round = 0; round < 200; ++round) {
+    std::thread daemon([&router] {
+      while (router.hue().receive().empty()) {
+      }
+      router.hue().post(hueAnswer(4));
+    });
+    assoc.Hue_addBridge(mac);
+    daemon.join();
+    router.settle();
+    ASSERT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 3 cmdtype AddIPDevice") << round;
+    ASSERT_EQ(router.takeEvents().at(0).state, "state 0 idle 0 last 0 cancel 0 radio 3 cmdtype AddIPDevice");
   }
 }

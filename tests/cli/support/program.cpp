@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
@@ -60,9 +61,9 @@ void becomeProgram(const std::vector<std::string>& command, Clock clock) {
     const std::string more = std::string(options == nullptr ? "" : options) + ":verify_asan_link_order=0";
     setenv("ASAN_OPTIONS", more.c_str(), 1);
   }
-  std::vector<char*> arguments;
-  for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
-  arguments.push_back(nullptr);
+  std::vector<char*> arguments(command.size() + 1, nullptr);
+  std::ranges::transform(command, arguments.begin(),
+                         [](const std::string& each) { return const_cast<char*>(each.c_str()); });
   execv(arguments[0], arguments.data());
   _exit(kNotStarted);
 }
@@ -73,7 +74,8 @@ int waitForExit(pid_t pid) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-Program::Program(std::vector<std::string> command, Clock clock, Input input) : pid_(0), output_(-1), errors_(-1) {
+Program::Program(const std::vector<std::string>& command, Clock clock, Input input)
+    : pid_(0), output_(-1), errors_(-1) {
   const Pipe output = makePipe();
   const Pipe errors = makePipe();
   pid_ = fork();

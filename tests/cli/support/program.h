@@ -25,7 +25,7 @@ struct Ended {
 /// Runs without a terminal; killed when it is left alone.
 class Program {
  public:
-  explicit Program(std::vector<std::string> command, Clock clock = Clock::kReal, Input input = Input::kNothing);
+  explicit Program(const std::vector<std::string>& command, Clock clock = Clock::kReal, Input input = Input::kNothing);
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
