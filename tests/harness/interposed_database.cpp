@@ -38,11 +38,11 @@ int repairUnwatched(int (*repair)(const char*), const char* name) {
 
 }  // namespace
 
-extern "C" DEPOT* dpopen(const char* name, int mode, int buckets) {
+extern "C" DEPOT* dpopen(const char* name, int omode, int bnum) {
   HARNESS_REAL(dpopen);
-  if (harness::stage() == nullptr || harness::UnwatchedDatabaseUse::isOn()) return real(name, mode, buckets);
-  DEPOT* depot = strike(Call::OpenDatabase) ? nullptr : real(name, mode, buckets);
-  traceDatabase(std::string("dpopen ") + name + " " + std::to_string(mode) + " " + std::to_string(buckets),
+  if (harness::stage() == nullptr || harness::UnwatchedDatabaseUse::isOn()) return real(name, omode, bnum);
+  DEPOT* depot = strike(Call::OpenDatabase) ? nullptr : real(name, omode, bnum);
+  traceDatabase(std::string("dpopen ") + name + " " + std::to_string(omode) + " " + std::to_string(bnum),
                 depot != nullptr);
   return depot;
 }
@@ -64,22 +64,22 @@ extern "C" int dpiterinit(DEPOT* depot) {
   return begun;
 }
 
-extern "C" char* dpiternext(DEPOT* depot, int* size) {
+extern "C" char* dpiternext(DEPOT* depot, int* sp) {
   HARNESS_REAL(dpiternext);
-  if (harness::stage() == nullptr || harness::UnwatchedDatabaseUse::isOn()) return real(depot, size);
-  char* key = real(depot, size);
+  if (harness::stage() == nullptr || harness::UnwatchedDatabaseUse::isOn()) return real(depot, sp);
+  char* key = real(depot, sp);
   traceRecords(std::string("dpiternext ") + (key == nullptr ? "at the end" : key), true);
   return key;
 }
 
-extern "C" char* dpget(DEPOT* depot, const char* key, int keyLength, int start, int most, int* size) {
+extern "C" char* dpget(DEPOT* depot, const char* kbuf, int ksiz, int start, int max, int* sp) {
   HARNESS_REAL(dpget);
   if (harness::stage() == nullptr || harness::UnwatchedDatabaseUse::isOn()) {
-    return real(depot, key, keyLength, start, most, size);
+    return real(depot, kbuf, ksiz, start, max, sp);
   }
-  char* value = real(depot, key, keyLength, start, most, size);
-  traceRecords(std::string("dpget ") + key + " length " + std::to_string(keyLength) + " from " + std::to_string(start) +
-                   " most " + std::to_string(most),
+  char* value = real(depot, kbuf, ksiz, start, max, sp);
+  traceRecords(std::string("dpget ") + kbuf + " length " + std::to_string(ksiz) + " from " + std::to_string(start) +
+                   " most " + std::to_string(max),
                value != nullptr);
   return value;
 }

@@ -33,7 +33,9 @@ TEST(Program, EndsCleanlyOnSignals) {
 TEST(Program, ListsTheCatalogueWithoutRunning) {
   const Result result = simulator({"devices"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_NE(result.output.find("metering-plug"), std::string::npos);
+  for (const char* name : {"metering-plug", "zb-colour-lamp", "hue-button"}) {
+    EXPECT_NE(result.output.find(name), std::string::npos) << name;
+  }
 }
 
 TEST(Program, WrongUsageIsStatus2) {
@@ -42,6 +44,9 @@ TEST(Program, WrongUsageIsStatus2) {
       {"dance"},
       {"press"},
       {"press", "a", "--fail"},
+      {"answer"},
+      {"bridges"},
+      {"run", "--bridges", "51"},
       {"fault"},
       {"run", "--speed", "0"},
       {"run", "--fault", "x:lost"},
@@ -112,6 +117,37 @@ TEST(Requests, TellTheirOutcomeByExitStatusAndText) {
   caller.add();
   EXPECT_EQ(simulator({"press", "--fail"}).output, "adding fails\n");
   EXPECT_EQ(simulator({"stop"}).status, 0);
+}
+
+TEST(Requests, ReachTheServersOfTheOtherDevices) {
+  Caller caller;
+  const RunningSim sim;
+  EXPECT_EQ(simulator({"answer", "nest", "124", "-1"}).output, "command 124, status -1\n");
+  EXPECT_EQ(simulator({"answer", "zigbee", "10", "zb-plug"}).output, "status 10 of address 0xfffe\n");
+  EXPECT_EQ(simulator({"bridges", "2"}).output, "bridges: 2\n");
+  EXPECT_EQ(simulator({"bridges", "51"}).errors, "tembra-sim: \"51\" is not a number from 0 to 50\n");
+  EXPECT_EQ(simulator({"press", "hue-button"}).status, 0);
+  caller.zigbeeAdd();
+  EXPECT_EQ(simulator({"press", "--fail=zigbee"}).output, "adding fails\n");
+  sim.awaitIdle();
+  EXPECT_EQ(caller.heardSoFar().size(), 3U);
+}
+
+TEST(Requests, StatusNamesEveryServerAndDevice) {
+  Caller caller;
+  const RunningSim sim;
+  caller.zigbeeAdd();
+  sim.tell("press zb-plug");
+  sim.awaitIdle();
+  caller.zigbeeRemove();
+  caller.hue(100, "02a1b2fffe0c0001");
+  caller.nest(100, "code");
+  const std::string status = sim.ask("status").text;
+  for (const char* line :
+       {"Z-Wave server: idle\n", "ZigBee server: removing\n", "Hue server: waiting for the link button\n",
+        "Nest server: answering, linked\n", "ZigBee devices joined: 1\n", "  address 0x1a01  zb-plug\n"}) {
+    EXPECT_NE(status.find(line), std::string::npos) << status;
+  }
 }
 
 TEST(Requests, UnknownWordsAreRefused) {

@@ -103,6 +103,45 @@ std::string rowName(const testing::TestParamInfo<FaultRow>& info) {
 
 INSTANTIATE_TEST_SUITE_P(EveryFault, FaultyServer, testing::ValuesIn(kRows), rowName);
 
+// Length and status of the answers to an add and to the removal of a ZigBee device.
+constexpr FaultRow kZigbeeRows[] = {
+    {"found:lost", "444/6 444/10", "444/2"},
+    {"getting:twice", "444/1 444/6 444/6 444/10", "444/2"},
+    {"complete:short=11", "444/1 444/6 11/10", "444/2"},
+    {"complete:short=0", "444/1 444/6 0/0", "444/2"},
+    {"found:code", "444/11", "444/2"},
+    {"found:code=2", "444/2", "444/2"},
+    {"getting:code=3", "444/1 444/3 444/10", "444/2"},
+    {"getting:code=12", "444/1 444/12", "444/2"},
+    {"complete:code", "444/1 444/6 444/11", "444/2"},
+    {"getting:silence", "444/1", "444/2"},
+    {"left:code", "444/1 444/6 444/10", "444/12"},
+    {"left:code=5", "444/1 444/6 444/10", "444/5"},
+    {"left:lost", "444/1 444/6 444/10", ""},
+    {"left:twice", "444/1 444/6 444/10", "444/2 444/2"},
+    {"joined:lost", "444/1 444/6 444/10", "444/2"},
+    {"*:lost:always", "", ""},
+};
+
+class FaultyZigbeeServer : public testing::TestWithParam<FaultRow> {};
+
+std::string zigbeeAnswers(Caller& caller, const RunningSim& sim) {
+  sim.tell("press zb-plug");
+  sim.awaitIdle();
+  return statuses(caller.heardSoFar());
+}
+
+TEST_P(FaultyZigbeeServer, DistortsItsAnswers) {
+  Caller caller;
+  const RunningSim sim({"--fault", GetParam().fault});
+  caller.zigbeeAdd();
+  EXPECT_EQ(zigbeeAnswers(caller, sim), GetParam().whenAdding);
+  caller.zigbeeRemove();
+  EXPECT_EQ(zigbeeAnswers(caller, sim), GetParam().whenRemoving);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryFault, FaultyZigbeeServer, testing::ValuesIn(kZigbeeRows), rowName);
+
 TEST(LateAnswer, ComesLaterInSimulatedTime) {
   using Clock = std::chrono::steady_clock;
   Caller caller;

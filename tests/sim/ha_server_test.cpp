@@ -3,20 +3,17 @@
 
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <set>
 #include <string>
 
 #include "sim/core/record_bytes.h"
-#include "sim/ha/depot_file.h"
 #include "support/caller.h"
+#include "support/database.h"
 #include "support/running_sim.h"
 #include "tembra/vocabulary.h"
 
 namespace tembra::sim::test {
 namespace {
-
-constexpr const char* kDatabase = "/tmp/ddb";
 
 ZwNodeInfo addedNode(unsigned char node, int type) {
   ZwNodeInfo block{};
@@ -33,26 +30,6 @@ ZwNodeInfo removedNode(unsigned char node) {
   ZwNodeInfo block = addedNode(node, 0);
   block.requestMark = 254;
   return block;
-}
-
-std::set<std::string> keys() {
-  const DepotFile file(kDatabase);
-  const std::vector<std::string> all = file.keys();
-  return {all.begin(), all.end()};
-}
-
-std::string textAt(const std::string& key) {
-  const DepotFile file(kDatabase);
-  const auto value = file.get(key);
-  return value ? std::string(value->begin(), value->end()) : "missing";
-}
-
-template <typename Record>
-Record recordAt(const std::string& key) {
-  const DepotFile file(kDatabase);
-  const auto value = file.get(key);
-  EXPECT_TRUE(value.has_value()) << key;
-  return recordFrom<Record>(value.value_or(std::vector<unsigned char>()));
 }
 
 class HaServerTest : public testing::Test {
@@ -143,22 +120,62 @@ TEST_F(HaServerTest, DropsEveryDeviceButKeepsCounting) {
   EXPECT_EQ(sim.stop(), 0);
 }
 
-TEST_F(HaServerTest, StoresAndDropsAZigbeeDevice) {
+ZbDeviceInfo addedDevice(unsigned short address, int entries) {
   ZbDeviceInfo device{};
-  device.shortAddress = 0x1234;
+  device.shortAddress = address;
   device.msgCode = 10;
   device.devType = DEVTYPE_MULTILEVEL_SWITCH;
   setText(device.name, "Lamp");
-  device.indexCount = 1;
-  device.indexes[0] = {INDEX_LEVEL, 1};
-  zigbee(device);
-  EXPECT_EQ(recordAt<DeviceRecord>("1").zigbeeAddress, 0x1234U);
-  EXPECT_STREQ(recordAt<DeviceRecord>("1").typeName, "MultilevelSwitch");
-  EXPECT_TRUE(keys().contains("1.1"));
+  setText(device.location, "Hall");
+  device.indexCount = static_cast<unsigned char>(entries);
+  for (ZbIndexEntry& entry : device.indexes) entry = {INDEX_LEVEL, 11};
+  return device;
+}
+
+ZbDeviceInfo removedDevice(unsigned short address) {
+  ZbDeviceInfo device{};
+  device.shortAddress = address;
   device.msgCode = 2;
-  zigbee(device);
+  return device;
+}
+
+TEST_F(HaServerTest, StoresAnAddedZigbeeDeviceWithItsIndexTable) {
+  zigbee(addedDevice(0x1234, 2));
+  const auto record = recordAt<DeviceRecord>("1");
+  EXPECT_STREQ(record.name, "Lamp");
+  EXPECT_EQ(record.zigbeeAddress, 0x1234U);
+  EXPECT_EQ(record.zwaveNode, 0U);
+  EXPECT_NE(record.radioKind, RADIO_ZWAVE);
+  EXPECT_NE(record.radioKind, RADIO_IP);
+  EXPECT_STREQ(record.typeName, "MultilevelSwitch");
+  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "1", "1.1", "1.2"}));
+  EXPECT_EQ(recordAt<IndexRecord>("1.2").at0[0], INDEX_LEVEL);
+  EXPECT_EQ(recordAt<IndexRecord>("1.2").at0[1], 11);
+  EXPECT_EQ(sim.stop(), 0);
+}
+
+TEST_F(HaServerTest, StoresNoMoreIndexRecordsThanAZigbeeTableHas) {
+  zigbee(addedDevice(0x1234, 255));
+  EXPECT_TRUE(keys().contains("1.29"));
+  EXPECT_FALSE(keys().contains("1.30"));
+}
+
+TEST_F(HaServerTest, DropsTheZigbeeDeviceOfAnAddressAndNothingElse) {
+  zigbee(addedDevice(0x0007, 1));
+  zigbee(addedDevice(0x0107, 1));
+  zwave(addedNode(7, DEVTYPE_SIREN));
+  zigbee(removedDevice(0x0007));
+  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "2", "2.1", "3"}));
+  zwave(removedNode(7));
+  zigbee(removedDevice(0x0107));
   EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version"}));
   EXPECT_EQ(sim.stop(), 0);
+}
+
+TEST_F(HaServerTest, AZigbeeDeviceThatIsHandedOverAgainReplacesItself) {
+  zigbee(addedDevice(0x1234, 3));
+  zigbee(addedDevice(0x1234, 1));
+  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "2", "2.1"}));
 }
 
 TEST_F(HaServerTest, MakesTheDatabaseAnewWhenAReaderDeletedIt) {
@@ -195,6 +212,24 @@ TEST(HaServerRestart, AStoredDeviceKeepsItsNode) {
   caller.remove();
   again.tell("press siren");
   EXPECT_EQ(caller.hear().block.nodeId, 2);
+}
+
+TEST(HaServerRestart, AStoredZigbeeDeviceKeepsItsAddress) {
+  Caller caller;
+  {
+    RunningSim sim;
+    for (const char* device : {"zb-plug", "zb-siren"}) {
+      caller.zigbeeAdd();
+      sim.tell(std::string("press ") + device);
+      sim.awaitIdle();
+    }
+    caller.notice(RECORD_ZIGBEE, bytesOf(addedDevice(caller.heardSoFar().back().as<ZbDeviceInfo>().shortAddress, 1)));
+    EXPECT_EQ(sim.stop(), 0);
+  }
+  const RunningSim again;
+  caller.zigbeeRemove();
+  again.tell("press zb-siren");
+  EXPECT_EQ(caller.hear().as<ZbDeviceInfo>().shortAddress, 0x1A02);
 }
 
 TEST(HaServerStart, ADatabaseThatCannotBeOpenedIsOneSentence) {

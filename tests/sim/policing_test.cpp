@@ -113,6 +113,111 @@ std::vector<Misdeed> noticeMisdeeds() {
   };
 }
 
+Datagram zigbeeCommand(const char* text, const char* argument, std::size_t strayOffset = 0) {
+  ZigbeeCommand command{};
+  setText(command.command, text);
+  setText(command.argument, argument);
+  Datagram bytes = bytesOf(command);
+  if (strayOffset != 0) bytes[strayOffset] = 'x';
+  return bytes;
+}
+
+std::vector<Misdeed> zigbeeMisdeeds() {
+  constexpr const char* unused = "bytes of a command that must be zero are not";
+  return {
+      {"GoodAdd", kZigbeeServer, zigbeeCommand("option button1", "IAS"), ""},
+      {"GoodRemove", kZigbeeServer, zigbeeCommand(" ", "remove"), ""},
+      {"GoodCancel", kZigbeeServer, zigbeeCommand("network pjoin 0", "cancel"), ""},
+      {"GoodFirstHalfOfReset", kZigbeeServer, zigbeeCommand("n l", ""), ""},
+      {"SecondHalfOfResetAlone", kZigbeeServer, zigbeeCommand("option button0", ""),
+       "the second half of a reset without its first half"},
+      {"ShortCommand", kZigbeeServer, Datagram(319), "a datagram of 319 bytes instead of 320"},
+      {"LongCommand", kZigbeeServer, Datagram(321), "a datagram of 321 bytes instead of 320"},
+      {"ZeroCommand", kZigbeeServer, Datagram(320), "an unknown command: \"\", argument \"\""},
+      {"WrongArgument", kZigbeeServer, zigbeeCommand("option button1", "remove"),
+       "an unknown command: \"option button1\", argument \"remove\""},
+      {"ResetWithArgument", kZigbeeServer, zigbeeCommand("n l", "IAS"), "an unknown command: \"n l\", argument"},
+      {"UnprintableText", kZigbeeServer, zigbeeCommand("n\n\x1b", ""), "an unknown command: \"n??\""},
+      {"EndlessTexts", kZigbeeServer, Datagram(320, 'x'), "an unknown command: \"xxx"},
+      {"StrayByteBehindText", kZigbeeServer, zigbeeCommand(" ", "remove", 2), unused},
+      {"StrayByteBeforeArgument", kZigbeeServer, zigbeeCommand(" ", "remove", 179), unused},
+      {"StrayByteBehindArgument", kZigbeeServer, zigbeeCommand(" ", "remove", 187), unused},
+      {"StrayByteAtEnd", kZigbeeServer, zigbeeCommand(" ", "remove", 319), unused},
+  };
+}
+
+constexpr const char* kBridge = "02a1b2fffe0c0001";
+
+Datagram hueCommand(unsigned code, const char* bridge, const char* argument, std::size_t strayOffset = 304) {
+  HueCommand command{};
+  command.command = code;
+  setText(command.bridgeId, bridge);
+  setText(command.argument, argument);
+  Datagram bytes = bytesOf(command);
+  if (strayOffset < bytes.size()) bytes[strayOffset] = 'x';
+  return bytes;
+}
+
+std::vector<Misdeed> hueMisdeeds() {
+  constexpr const char* unused = "bytes of a command that must be zero are not";
+  constexpr const char* wrongForm = "a bridge id of the wrong form: \"";
+  return {
+      {"GoodDiscovery", kHueServer, hueCommand(114, "", ""), ""},
+      {"GoodAdd", kHueServer, hueCommand(100, kBridge, ""), ""},
+      {"GoodAddOfForeignBridge", kHueServer, hueCommand(100, "001122fffeAABBCC", ""), ""},
+      {"GoodBulb", kHueServer, hueCommand(105, kBridge, "Lamp"), ""},
+      {"GoodRefresh", kHueServer, hueCommand(106, kBridge, "user"), ""},
+      {"GoodRemove", kHueServer, hueCommand(109, kBridge, ""), ""},
+      {"ShortCommand", kHueServer, Datagram(303), "a datagram of 303 bytes instead of 304"},
+      {"LongCommand", kHueServer, Datagram(305), "a datagram of 305 bytes instead of 304"},
+      {"ZeroCommand", kHueServer, Datagram(304), "an unknown command: 0"},
+      {"UnknownCommand", kHueServer, hueCommand(101, kBridge, ""), "an unknown command: 101"},
+      {"HugeCommand", kHueServer, hueCommand(0xFFFFFFFF, "", ""), "an unknown command: 4294967295"},
+      {"NoBridge", kHueServer, hueCommand(100, "", ""), wrongForm},
+      {"ShortBridge", kHueServer, hueCommand(100, "02a1b2fffe0c000", ""), wrongForm},
+      {"LongBridge", kHueServer, hueCommand(100, "02a1b2fffe0c00011", ""), wrongForm},
+      {"BridgeWithoutFiller", kHueServer, hueCommand(100, "02a1b20000000001", ""), wrongForm},
+      {"BridgeOfOtherLetters", kHueServer, hueCommand(100, "02a1b2fffe0c00xy", ""), wrongForm},
+      {"DiscoveryOfABridge", kHueServer, hueCommand(114, kBridge, ""), unused},
+      {"AddWithArgument", kHueServer, hueCommand(100, kBridge, "Lamp"), unused},
+      {"RemoveWithArgument", kHueServer, hueCommand(109, kBridge, "Lamp"), unused},
+      {"EndlessArgument", kHueServer, hueCommand(105, kBridge, std::string(49, 'y').c_str(), 169), unused},
+      {"StrayByteAtStart", kHueServer, hueCommand(105, kBridge, "Lamp", 0), unused},
+      {"StrayByteBeforeArgument", kHueServer, hueCommand(105, kBridge, "Lamp", 119), unused},
+      {"StrayByteBehindArgument", kHueServer, hueCommand(105, kBridge, "Lamp", 169), unused},
+      {"StrayByteBehindBridge", kHueServer, hueCommand(105, kBridge, "Lamp", 219), unused},
+      {"StrayByteBehindCommand", kHueServer, hueCommand(105, kBridge, "Lamp", 224), unused},
+      {"StrayByteAtEnd", kHueServer, hueCommand(105, kBridge, "Lamp", 303), unused},
+  };
+}
+
+Datagram nestCommand(unsigned code, const std::string& text, std::size_t strayOffset = 256) {
+  NestCommand command{};
+  command.command = code;
+  setText(command.text, text);
+  Datagram bytes = bytesOf(command);
+  if (strayOffset < bytes.size()) bytes[strayOffset] = 'x';
+  return bytes;
+}
+
+std::vector<Misdeed> nestMisdeeds() {
+  constexpr const char* unused = "bytes of a command that must be zero are not";
+  return {
+      {"GoodLink", kNestServer, nestCommand(100, "code"), ""},
+      {"GoodLinkOfLongestCode", kNestServer, nestCommand(100, std::string(247, 'c')), ""},
+      {"GoodUnlink", kNestServer, nestCommand(109, ""), ""},
+      {"ShortCommand", kNestServer, Datagram(255), "a datagram of 255 bytes instead of 256"},
+      {"LongCommand", kNestServer, Datagram(257), "a datagram of 257 bytes instead of 256"},
+      {"ZeroCommand", kNestServer, Datagram(256), "an unknown command: 0"},
+      {"UnknownCommand", kNestServer, nestCommand(101, ""), "an unknown command: 101"},
+      {"EndlessCode", kNestServer, nestCommand(100, std::string(247, 'c'), 255), unused},
+      {"UnlinkWithText", kNestServer, nestCommand(109, "code"), unused},
+      {"StrayByteAtStart", kNestServer, nestCommand(109, "", 0), unused},
+      {"StrayByteBehindCode", kNestServer, nestCommand(100, "code", 13), unused},
+      {"StrayByteAtEnd", kNestServer, nestCommand(109, "", 255), unused},
+  };
+}
+
 class Policing : public testing::TestWithParam<Misdeed> {};
 
 TEST_P(Policing, ReportsTheMisdeedAndTheExitStatusTellsIt) {
@@ -130,10 +235,16 @@ std::string misdeedName(const testing::TestParamInfo<Misdeed>& info) { return in
 
 INSTANTIATE_TEST_SUITE_P(Commands, Policing, testing::ValuesIn(commandMisdeeds()), misdeedName);
 INSTANTIATE_TEST_SUITE_P(Notices, Policing, testing::ValuesIn(noticeMisdeeds()), misdeedName);
+INSTANTIATE_TEST_SUITE_P(Zigbee, Policing, testing::ValuesIn(zigbeeMisdeeds()), misdeedName);
+INSTANTIATE_TEST_SUITE_P(Hue, Policing, testing::ValuesIn(hueMisdeeds()), misdeedName);
+INSTANTIATE_TEST_SUITE_P(Nest, Policing, testing::ValuesIn(nestMisdeeds()), misdeedName);
 
 TEST(PolicingTable, IsComplete) {
   EXPECT_EQ(commandMisdeeds().size(), 18U);
   EXPECT_EQ(noticeMisdeeds().size(), 12U);
+  EXPECT_EQ(zigbeeMisdeeds().size(), 16U);
+  EXPECT_EQ(hueMisdeeds().size(), 26U);
+  EXPECT_EQ(nestMisdeeds().size(), 12U);
 }
 
 TEST(PolicingCount, StandsInTheStatus) {

@@ -28,6 +28,56 @@ TEST(Scenario, PressesWhenTheLibraryAsks) {
   EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
 }
 
+TEST(Scenario, AfterAnAddBothRadiosListen) {
+  Caller caller;
+  RunningSim sim(scenario(
+      R"({"on": "add", "press": "zb-plug"}, {"on": "zigbee-remove", "fail": "zigbee"}, {"after": 1, "stop": true})"));
+  caller.zigbeeAdd();
+  caller.add();
+  for (const int status : {1, 6, 10}) EXPECT_EQ(caller.hear().as<ZbDeviceInfo>().msgCode, status);
+  caller.zigbeeRemove();
+  EXPECT_EQ(caller.hear().as<ZbDeviceInfo>().msgCode, 12);
+  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+}
+
+struct EventRow {
+  const char* event;
+  void (*cause)(Caller&);
+};
+
+constexpr EventRow kEvents[] = {
+    {"zigbee-add", [](Caller& caller) { caller.zigbeeAdd(); }},
+    {"zigbee-remove", [](Caller& caller) { caller.zigbeeRemove(); }},
+    {"zigbee-cancel", [](Caller& caller) { caller.zigbeeCancel(); }},
+    {"zigbee-reset", [](Caller& caller) { caller.zigbeeReset(); }},
+    {"hue-discover", [](Caller& caller) { caller.hue(114); }},
+    {"hue-add", [](Caller& caller) { caller.hue(100, "02a1b2fffe0c0001"); }},
+    {"hue-bulb", [](Caller& caller) { caller.hue(105, "02a1b2fffe0c0001", "Lamp"); }},
+    {"hue-refresh", [](Caller& caller) { caller.hue(106, "02a1b2fffe0c0001", "user"); }},
+    {"hue-remove", [](Caller& caller) { caller.hue(109, "02a1b2fffe0c0001"); }},
+    {"nest-link", [](Caller& caller) { caller.nest(100, "code"); }},
+    {"nest-unlink", [](Caller& caller) { caller.nest(109); }},
+};
+
+TEST(Scenario, WaitsForEveryEventOfTheServers) {
+  for (const EventRow& row : kEvents) {
+    Caller caller;
+    RunningSim sim(scenario(R"({"on": ")" + std::string(row.event) + R"(", "stop": true})"));
+    row.cause(caller);
+    EXPECT_EQ(sim.program().wait(), 0) << row.event << ": " << sim.program().errors();
+  }
+}
+
+TEST(Scenario, AnswersOnDemandAndChangesTheBridges) {
+  Caller caller;
+  RunningSim sim(scenario(R"({"on": "hue-discover", "bridges": 3}, {"answer": "hue 0"}, {"answer": "nest 124 -1"},
+                             {"press": "hue-button"}, {"stop": true})"));
+  caller.hue(114);
+  EXPECT_EQ(caller.hear().as<HueAnswer>().count, 3);
+  EXPECT_EQ(caller.hear().as<NestAnswer>().status, -1);
+  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+}
+
 TEST(Scenario, StepsWaitForEachOther) {
   Caller caller;
   RunningSim sim(scenario(R"({"on": "add", "fail": true}, {"on": "add", "fault": "joined:code=7"},
@@ -61,6 +111,9 @@ TEST(Scenario, MistakesInAFileAreOneSentence) {
       {R"({"after": -1, "stop": true})", "-1 is not a number of seconds"},
       {R"({"after": 1})", "a step that does nothing"},
       {R"({"stop": false})", "\"stop\" is true or left out"},
+      {R"({"fail": false})", "\"fail\" is true or left out"},
+      {R"({"bridges": 51})", "51 is not from 0 to 50"},
+      {R"({"bridges": "many"})", "\"many\" is not a number"},
       {R"({"stop": true, "fail": true})", "a step does one thing only"},
       {R"({"at": 1, "on": "add", "stop": true})", "\"at\" goes with neither"},
       {R"({"dance": true})", "a step has no member \"dance\""},

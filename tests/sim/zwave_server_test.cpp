@@ -136,6 +136,7 @@ TEST_F(ZwaveServerTest, APressOfAnUnknownDeviceSaysWhichExist) {
 
 TEST_F(ZwaveServerTest, FailsWhenEveryNodeIdIsTaken) {
   constexpr int ids = 231;
+  sim.tell("fault identity:silence:" + std::to_string(ids));
   for (int device = 1; device <= ids; ++device) {
     caller.add();
     sim.tell("press siren#" + std::to_string(device));

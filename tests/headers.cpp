@@ -1,0 +1,1 @@
+// The owner of the precompiled headers; there is nothing else in it.

@@ -1,0 +1,141 @@
+// The ZigBee devices of the catalogue, and what the library makes of them.
+#include <gtest/gtest.h>
+#include <tembra/association.h>
+
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "sim/home.h"
+#include "sim/zigbee/descriptions.h"
+#include "tembra/vocabulary.h"
+
+namespace tembra::sim {
+namespace {
+
+struct KnownDevice {
+  const char* label;
+  int type;
+  int indexes;
+  int result = 0;
+};
+
+constexpr std::array kDevices{
+    KnownDevice{"zb-plug", DEVTYPE_BINARY_SWITCH, 1},
+    KnownDevice{"zb-dimmer", DEVTYPE_MULTILEVEL_SWITCH_ON_OFF, 2},
+    KnownDevice{"zb-colour-lamp", DEVTYPE_COLOR_DIMMABLE_LIGHT, 5},
+    KnownDevice{"zb-metering-plug", DEVTYPE_GENERIC_DEVICE, 9},
+    KnownDevice{"zb-ac-plug", DEVTYPE_SMART_AC_SWITCH, 5},
+    KnownDevice{"zb-ac-plug-mute", DEVTYPE_BINARY_SWITCH, 0, -1},
+    KnownDevice{"zb-makers-plug", DEVTYPE_TOBBLE_PLUG, 5},
+    KnownDevice{"zb-thermostat", DEVTYPE_THERMOSTAT, 5},
+    KnownDevice{"zb-zen-thermostat", DEVTYPE_ZEN_THERMOSTAT, 7},
+    KnownDevice{"zb-ir-extender", DEVTYPE_IR_EXTENDER, 5},
+    KnownDevice{"zb-door-lock", DEVTYPE_ZIGBEE_DOOR_LOCK, 1},
+    KnownDevice{"zb-window-covering", DEVTYPE_WINDOW_COVERING, 1},
+    KnownDevice{"zb-occupancy", DEVTYPE_OCCUPANCY_SENSOR, 1},
+    KnownDevice{"zb-presence", DEVTYPE_GENERIC_DEVICE, 1},
+    KnownDevice{"zb-temperature", DEVTYPE_ZIGBEE_TEMP_SENSOR, 1},
+    KnownDevice{"zb-climate", DEVTYPE_GENERIC_DEVICE, 2},
+    KnownDevice{"zb-hall-sensor", DEVTYPE_GENERIC_DEVICE, 3},
+    KnownDevice{"zb-contact", DEVTYPE_CONTACT_SWITCH, 3},
+    KnownDevice{"zb-multi", DEVTYPE_CONTACT_SWITCH, 4},
+    KnownDevice{"zb-motion", DEVTYPE_MOTION_SENSOR, 3},
+    KnownDevice{"zb-water", DEVTYPE_WATER_SENSOR, 3},
+    KnownDevice{"zb-smoke", DEVTYPE_FIRE_SENSOR, 3},
+    KnownDevice{"zb-mini-smoke", DEVTYPE_GENERIC_DEVICE, 3},
+    KnownDevice{"zb-key-fob", DEVTYPE_KEY_FOB, 3},
+    KnownDevice{"zb-remote", DEVTYPE_REMOTE_CONTROL, 1},
+    KnownDevice{"zb-button", DEVTYPE_DRAVOTEK_BUTTON, 3},
+    KnownDevice{"zb-siren", DEVTYPE_STANDARD_WARNING, 3},
+    KnownDevice{"zb-keypad", DEVTYPE_KEYPAD, 2},
+    KnownDevice{"zb-camera", DEVTYPE_ZIGBEE_CAM_IMAGE, 7},
+    KnownDevice{"zb-tilt", DEVTYPE_CONTACT_SWITCH, 3},
+    KnownDevice{"zb-vibration", DEVTYPE_VIBRATION_SENSOR, 4},
+    KnownDevice{"zb-fan", DEVTYPE_MULTILEVEL_SWITCH_ON_OFF, 4},
+    KnownDevice{"zb-power-strip", DEVTYPE_BINARY_SWITCH, 5},
+    KnownDevice{"zb-energy-monitor", DEVTYPE_GENERIC_DEVICE, 29},
+    KnownDevice{"zb-unknown", DEVTYPE_GENERIC_DEVICE, 0},
+};
+
+TEST(ZigbeeCatalogue, HoldsOneDeviceForEveryWayToBeClassified) {
+  const ZigbeeCatalogue catalogue = ZigbeeCatalogue::load(TEMBRA_SIM_CATALOGUE);
+  EXPECT_EQ(catalogue.devices().size(), kDevices.size());
+  TembraAssociation* const library = TembraAssociation::LCDAssocInit();
+  for (const KnownDevice& known : kDevices) {
+    SCOPED_TRACE(known.label);
+    const ZigbeeDevice* const device = catalogue.find(known.label);
+    ASSERT_NE(device, nullptr);
+    EXPECT_FALSE(device->description.empty());
+    library->zbDevice = describedDevice(0x1234, kStatusComplete, *device);
+    EXPECT_EQ(library->validate_DeviceType(), known.result);
+    EXPECT_EQ(library->zbDevice.devType, known.type);
+    EXPECT_EQ(library->zbDevice.indexCount, known.indexes);
+  }
+}
+
+TEST(Home, KnowsEveryNameThatCanBePressed) {
+  const Home home = Home::load(TEMBRA_SIM_CATALOGUE);
+  for (const char* name : {"siren", "zb-siren", "zb-siren#2", "hue-button"}) EXPECT_TRUE(home.has(name)) << name;
+  for (const char* name : {"", "hue-button#2", "zb-siren#", "bridge"}) EXPECT_FALSE(home.has(name)) << name;
+}
+
+std::string entry(const std::string& label, const std::string& model, const std::string& clusters,
+                  const std::string& more = "") {
+  return R"({"label": ")" + label + R"(", "description": "d", "manufacturer": "m", "model": ")" + model +
+         R"(", "clusters": )" + clusters + more + "}";
+}
+
+std::string pairs(int count) {
+  std::string list = "[6, 1]";
+  for (int i = 1; i < count; ++i) list += ", [6, 1]";
+  return "[" + list + "]";
+}
+
+std::string loadingFailure(const std::string& content) {
+  const std::filesystem::path folder = "/tmp/catalogue";
+  std::filesystem::create_directory(folder);
+  std::ofstream(folder / "zwave.json") << R"({"devices": [{"label": "both", "description": "d", "basic": 4,
+      "generic": 16, "specific": 1, "commandClasses": [37], "values": []}]})";
+  std::ofstream(folder / "zigbee.json") << content;
+  try {
+    Home::load(folder);
+  } catch (const std::exception& failure) {
+    return failure.what();
+  }
+  return "loaded";
+}
+
+TEST(ZigbeeCatalogue, SaysWhatIsWrongInAFile) {
+  const std::string good = entry("a", "", "[]");
+  struct {
+    std::string devices;
+    const char* complaint;
+  } const files[] = {
+      {good, "loaded"},
+      {entry("a", std::string(21, 'x'), pairs(29), R"(, "zoneType": 65535)"), "loaded"},
+      {good + "," + good, "(device 2): there are two devices called a"},
+      {entry("both", "", "[]"), "both have a device called both"},
+      {entry("A", "", "[]"), "(device 1): a label has"},
+      {entry("a", std::string(22, 'x'), "[]"), "is longer than 21 characters"},
+      {entry("a", "", pairs(30)), "more than 29 clusters"},
+      {entry("a", "", "[[6]]"), "[6] is not [cluster, endpoint]"},
+      {entry("a", "", "[[65535, 1]]"), "65535 is not from 0 to 65534"},
+      {entry("a", "", "[[6, 0]]"), "0 is not from 1 to 254"},
+      {entry("a", "", "[[6, 255]]"), "255 is not from 1 to 254"},
+      {entry("a", "", "[]", R"(, "zoneType": 65536)"), "65536 is not from 0 to 65535"},
+      {entry("a", "", "[]", R"(, "acChecks": [1, 2])"), "\"acChecks\" is not a list of 3 numbers"},
+      {entry("a", "", "[]", R"(, "productWords": 1)"), "\"productWords\" is not a list of 2 numbers"},
+      {R"({"label": "a", "description": "d"})", "manufacturer"},
+      {"nonsense", "syntax error"},
+  };
+  for (const auto& file : files) {
+    const std::string outcome = loadingFailure(R"({"devices": [)" + file.devices + "]}");
+    EXPECT_NE(outcome.find(file.complaint), std::string::npos) << file.devices << ": " << outcome;
+  }
+}
+
+}  // namespace
+}  // namespace tembra::sim
