@@ -3,7 +3,8 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <vector>
+#include <memory>
+#include <span>
 
 #define JSMN_STATIC
 #define JSMN_STRICT
@@ -24,9 +25,12 @@ Entry* entriesOf(JsonToken* tokens) { return reinterpret_cast<Entry*>(tokens); }
 
 // Length of the object that a text begins with, 0 when there is no whole one.
 size_t objectLength(const char* text, size_t length) {
+  size_t begin = 0;
+  while (begin < length && std::strchr(" \t\r\n", text[begin]) != nullptr && text[begin] != '\0') ++begin;
+  if (begin == length || text[begin] != '{') return 0;
   int depth = 0;
   bool quoted = false;
-  for (size_t i = 0; i < length && text[i] != '\0'; ++i) {
+  for (size_t i = begin; i < length && text[i] != '\0'; ++i) {
     const char c = text[i];
     if (quoted && c == '\\') {
       ++i;
@@ -41,14 +45,22 @@ size_t objectLength(const char* text, size_t length) {
   return 0;
 }
 
-std::vector<jsmntok_t> tokenize(const char* text, size_t length) {
+using TokenArray = std::unique_ptr<jsmntok_t, decltype(&std::free)>;
+
+// The tokens of a text and their number, which is 0 when it is no JSON or memory is short.
+TokenArray tokenize(const char* text, size_t length, size_t& count) {
   jsmn_parser parser;
   jsmn_init(&parser);
-  const int count = jsmn_parse(&parser, text, length, nullptr, 0);
-  std::vector<jsmntok_t> tokens(count > 0 ? static_cast<size_t>(count) : 0);
-  if (tokens.empty()) return tokens;
+  const int needed = jsmn_parse(&parser, text, length, nullptr, 0);
+  TokenArray tokens(nullptr, &std::free);
+  count = 0;
+  if (needed < 1) return tokens;
+  tokens.reset(static_cast<jsmntok_t*>(std::calloc(static_cast<size_t>(needed), sizeof(jsmntok_t))));
+  if (tokens == nullptr) return tokens;
   jsmn_init(&parser);
-  if (jsmn_parse(&parser, text, length, tokens.data(), static_cast<unsigned>(count)) != count) tokens.clear();
+  if (jsmn_parse(&parser, text, length, tokens.get(), static_cast<unsigned>(needed)) == needed) {
+    count = static_cast<size_t>(needed);
+  }
   return tokens;
 }
 
@@ -56,14 +68,15 @@ std::vector<jsmntok_t> tokenize(const char* text, size_t length) {
 
 JsonToken* parse_json2(const char* text, int length) {
   if (text == nullptr || length <= 0) return nullptr;
-  const std::vector<jsmntok_t> tokens = tokenize(text, objectLength(text, static_cast<size_t>(length)));
-  if (tokens.empty() || tokens[0].type != JSMN_OBJECT) return nullptr;
-  auto* entries = static_cast<Entry*>(std::calloc(tokens.size(), sizeof(Entry)));
+  size_t count = 0;
+  const TokenArray tokens = tokenize(text, objectLength(text, static_cast<size_t>(length)), count);
+  if (count == 0 || tokens->type != JSMN_OBJECT) return nullptr;
+  auto* entries = static_cast<Entry*>(std::calloc(count, sizeof(Entry)));
   if (entries == nullptr) return nullptr;
   Entry* entry = entries;
-  for (const jsmntok_t& token : tokens) {
+  for (const jsmntok_t& token : std::span(tokens.get(), count)) {
     const bool isName = token.type == JSMN_STRING && token.size == 1;
-    *entry++ = {{text + token.start, token.end - token.start}, token.parent, isName, static_cast<int>(tokens.size())};
+    *entry++ = {{text + token.start, token.end - token.start}, token.parent, isName, static_cast<int>(count)};
   }
   return &entries->text;
 }

@@ -77,10 +77,10 @@ void BridgeCollector::addBridge() {
 void BridgeCollector::addUser() {
   char value[sizeof(IndexRecord::value) + 1];
   if (count_ == kMostBridges || userKey_[0] == '\0' || !database_.readIndexValue(userKey_, value)) return;
-  if (count_ == 0 || std::strstr(username1[count_ - 1], value) == nullptr) {
-    tembra::copyText(username1[count_], value);
-    ++count_;
-  }
+  char user[kTextSize] = {};
+  tembra::copyText(user, value);  // cut before it is compared: that is how it was stored
+  if (count_ > 0 && std::strstr(username1[count_ - 1], user) != nullptr) return;
+  tembra::copyText(username1[count_++], user);
 }
 
 char* BridgeCollector::json() const {
