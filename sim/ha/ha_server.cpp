@@ -5,6 +5,7 @@
 
 #include "sim/core/record_bytes.h"
 #include "sim/ha/notice_check.h"
+#include "sim/zigbee/descriptions.h"
 #include "tembra/vocabulary.h"
 
 namespace tembra::sim {
@@ -51,7 +52,7 @@ void HaServer::apply(const ZwNodeInfo& node) {
 }
 
 void HaServer::apply(const ZbDeviceInfo& device) {
-  const std::string text = "ZigBee address " + std::to_string(device.shortAddress);
+  const std::string text = "ZigBee " + addressText(device.shortAddress);
   const auto sameDevice = [&device](const DeviceRecord& record) {
     return record.radioKind == kRadioZigbee && record.zigbeeAddress == device.shortAddress;
   };

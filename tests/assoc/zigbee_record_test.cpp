@@ -153,5 +153,7 @@ TEST(ZigbeeDoneTest, ANameOf32JoinsTheLocation) {
   setTexts(assoc, std::string(40, 'n'), "Hall");
   assoc.addingDone();
   const auto bytes = router.takeSends().at(0).bytes;
-  EXPECT_STREQ(reinterpret_cast<const char*>(bytes.data() + 4 + kName), (std::string(32, 'n') + "Hall").c_str());
+  std::string joined(32, 'n');
+  joined += "Hall";
+  EXPECT_STREQ(reinterpret_cast<const char*>(bytes.data() + 4 + kName), joined.c_str());
 }

@@ -8,7 +8,6 @@
 #include <sstream>
 
 #include "support/sim_router.h"
-#include "support/udp_listener.h"
 
 namespace tembra::test {
 namespace {
@@ -102,16 +101,21 @@ const Trouble kTroubles[] = {
 class AddFailure : public testing::TestWithParam<Trouble> {};
 
 TEST_P(AddFailure, SaysWhy) {
-  const ZigbeeListener zigbee;
   SimRouter router;
   const Ended added = router.add(GetParam().device, GetParam().arguments);
   ASSERT_EQ(added.status, 1);
   EXPECT_NE(added.sentence().find(GetParam().sentence), std::string::npos) << added.errors;
-  EXPECT_EQ(zigbee.takeCommand(), "option button1/IAS");
-  EXPECT_EQ(zigbee.takeCommand(), "network pjoin 0/cancel") << "the library's own, when the other radio answers";
-  EXPECT_EQ(zigbee.takeCommand(), GetParam().cancelled ? "network pjoin 0/cancel" : "");
-  if (GetParam().cancelled) router.waitFor("library -> Z-Wave server   cancel");
-  router.stop();
+  // The library itself cancels on the radio that did not answer.
+  std::vector<std::string> zigbee = {"add a device", "cancel"};
+  std::vector<std::string> zwave = {"add a device"};
+  if (GetParam().cancelled) {
+    router.waitFor("library -> Z-Wave server   cancel");
+    zigbee.emplace_back("cancel");
+    zwave.emplace_back("cancel");
+  }
+  const Told told = router.stop();
+  EXPECT_EQ(told.zigbee, zigbee);
+  EXPECT_EQ(told.zwave, zwave);
 }
 
 INSTANTIATE_TEST_SUITE_P(Devices, AddFailure, testing::ValuesIn(kTroubles),
@@ -151,6 +155,31 @@ TEST(Add, CutsANameThatTheRecordCannotHoldAtAWholeCharacter) {
   EXPECT_EQ(added.sentence(), "tembra-assoc: the name was cut to the 178 bytes that the device's record holds.");
   router.waitFor("device 1 stored");
   EXPECT_EQ(lines(runAssoc({"devices", "--json"}).output).at(0).at("name"), name.substr(0, 178));
+  router.stop();
+}
+
+TEST(Add, TellsTheStatusOfAZigbeeDevice) {
+  SimRouter router;
+  const Ended added = router.add("zb-dimmer", {"--json"});
+  EXPECT_EQ(added.status, 0) << added.errors;
+  const std::vector<Json> objects = lines(added.output);
+  ASSERT_EQ(eventNames(objects), (std::vector<std::string>{"ADDING", "GETTING_INFO", "CREATED", "CREATED"}));
+  EXPECT_EQ(objects[0], Json::parse(R"({"event": "ADDING", "code": 3, "source": "ZigBee", "status": 1,
+      "report": {"CommandType": "AddingDevice", "MobileInternalIndex": ""}})"));
+  EXPECT_EQ(objects[2].at("type"), objects[3].at("type"));
+  router.stop();
+}
+
+TEST(Add, CutsTextsToTheShorterRecordOfAZigbeeDevice) {
+  SimRouter router;
+  const std::string name(40, 'n');
+  const std::string location(40, 'l');
+  const Ended added = router.add("zb-dimmer", {"--name", name, "--location", location});
+  EXPECT_EQ(added.status, 0) << added.errors;
+  EXPECT_NE(added.errors.find("the name was cut to the 31 bytes"), std::string::npos) << added.errors;
+  EXPECT_NE(added.errors.find("the location was cut to the 31 bytes"), std::string::npos) << added.errors;
+  router.waitFor("device 1 stored");
+  EXPECT_EQ(lines(runAssoc({"devices", "--json"}).output).at(0).at("name"), name.substr(0, 31));
   router.stop();
 }
 

@@ -1,6 +1,8 @@
 // Resetting: which radios hear of it, and what becomes of the device list.
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 #include "support/sim_router.h"
 #include "support/udp_listener.h"
 
@@ -8,19 +10,16 @@ namespace tembra::test {
 namespace {
 
 TEST(Reset, OfAllEmptiesTheDeviceList) {
-  const ZigbeeListener zigbee;
   SimRouter router;
   ASSERT_EQ(router.add("siren", {}).status, 0);
-  static_cast<void>(zigbee.takeCommand());
-  static_cast<void>(zigbee.takeCommand());
   const Ended reset = runAssoc({"reset", "all", "--yes"}, Clock::kFast);
   EXPECT_EQ(reset.status, 0) << reset.errors;
-  EXPECT_EQ(zigbee.takeCommand(), "n l/");
-  EXPECT_EQ(zigbee.takeCommand(), "option button0/");
-  router.waitFor("library -> Z-Wave server   reset");
   router.waitFor("HA server -> database   every device dropped");
   EXPECT_EQ(runAssoc({"devices", "--json"}).output, "");
-  router.stop();
+  const Told told = router.stop();
+  EXPECT_EQ(told.zigbee,
+            (std::vector<std::string>{"add a device", "cancel", "reset, first half", "reset, second half"}));
+  EXPECT_EQ(told.zwave, (std::vector<std::string>{"add a device", "reset"}));
 }
 
 TEST(Reset, OfTheZwaveNetworkKeepsTheDeviceList) {
@@ -33,24 +32,22 @@ TEST(Reset, OfTheZwaveNetworkKeepsTheDeviceList) {
 }
 
 TEST(Reset, ComplainsOfARadioThatHearsNothing) {
-  SimRouter router;
+  const UdpListener zwave("127.255.255.254", 8888);
   const Ended reset = runAssoc({"reset", "both", "--yes"}, Clock::kFast);
   EXPECT_EQ(reset.status, 0);
   EXPECT_NE(reset.errors.find("the ZigBee server (127.255.255.253:8888) is not running and hears nothing of this."),
             std::string::npos);
-  router.stop();
 }
 
 TEST(Reset, ThatIsInterruptedIsDoneAllTheSame) {
-  const ZigbeeListener zigbee;
   SimRouter router;
   Program reset(assocCommand({"reset", "both", "--yes"}), Clock::kFast);
-  router.waitFor("library -> Z-Wave server   reset");
-  EXPECT_EQ(zigbee.takeCommand(), "n l/");
-  EXPECT_EQ(zigbee.takeCommand(), "option button0/");
+  router.waitFor("library -> ZigBee server   reset, first half");
   reset.signal(SIGINT);
   EXPECT_EQ(reset.end().status, 130);
-  router.stop();
+  const Told told = router.stop();
+  EXPECT_EQ(told.zigbee, (std::vector<std::string>{"reset, first half", "reset, second half"}));
+  EXPECT_EQ(told.zwave, (std::vector<std::string>{"reset"}));
 }
 
 }  // namespace

@@ -48,11 +48,18 @@ class Session {
 
 Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
 
+// A text that is as long as its field has no NUL there.
+template <std::size_t Size>
+void fill(char (&field)[Size], const std::string& text) {
+  std::memset(field, 0, Size);
+  text.copy(field, Size);
+}
+
 }  // namespace
 
 Device::Device(int id, const std::string& name) {
   record_.id = id;
-  std::strncpy(record_.name, name.c_str(), sizeof record_.name);
+  fill(record_.name, name);
 }
 
 Device& Device::zwave(unsigned node) {
@@ -73,7 +80,7 @@ Device& Device::ip() {
 }
 
 Device& Device::type(const std::string& typeName) {
-  std::strncpy(record_.typeName, typeName.c_str(), sizeof record_.typeName);
+  fill(record_.typeName, typeName);
   return *this;
 }
 
@@ -112,7 +119,7 @@ Database& Database::put(const std::string& key, const Bytes& value) {
 
 Database& Database::index(int id, int number, const std::string& value) {
   IndexRecord record{};
-  std::strncpy(record.value, value.c_str(), sizeof record.value);
+  fill(record.value, value);
   const auto* first = reinterpret_cast<const unsigned char*>(&record);
   return put(std::to_string(id) + "." + std::to_string(number), Bytes(first, first + sizeof record));
 }

@@ -60,8 +60,8 @@ void expectConsequence(Router& router, int command, int status, Count& count) {
   for (const auto& recorded : events) {
     EXPECT_EQ(recorded.state, "state 0 idle 0 last 0 cancel 0 radio 4 cmdtype AddIPDevice") << "during the callback";
   }
-  EXPECT_EQ(router.state(), std::string("state 0 idle 1 last ") + (events.empty() ? "7" : "0") +
-                                " cancel 0 radio 4 cmdtype AddIPDevice");
+  EXPECT_EQ(router.state(), events.empty() ? "state 0 idle 1 last 7 cancel 0 radio 4 cmdtype AddIPDevice"
+                                           : "state 0 idle 1 last 0 cancel 0 radio 4 cmdtype AddIPDevice");
   ++(!events.empty() ? count.events : trace.empty() ? count.silent : count.unknown);
 }
 

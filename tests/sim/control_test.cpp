@@ -16,7 +16,7 @@ namespace {
 
 Result simulator(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), TEMBRA_SIM_PROGRAM);
-  return runToEnd(std::move(arguments));
+  return runToEnd(arguments);
 }
 
 TEST(Program, EndsCleanlyOnSignals) {

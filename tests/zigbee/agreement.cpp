@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstring>
+#include <iomanip>
+#include <sstream>
 
 namespace {
 
@@ -43,21 +44,22 @@ std::string quoted(const char (&field)[Size]) {
   return '"' + harness::visible({field, strnlen(field, Size)}) + '"';
 }
 
-std::string hex(unsigned value) {
-  char text[12];
-  std::snprintf(text, sizeof text, "0x%04X", value);
-  return text;
+struct Hex {
+  unsigned value;
+};
+
+std::ostream& operator<<(std::ostream& stream, Hex number) {
+  return stream << "0x" << std::hex << std::setw(4) << std::setfill('0') << number.value << std::dec;
 }
 
 // "at 212: 60, 7 in the plain reading;"
 std::string differences(const PlainDevice& found, const PlainDevice& plain) {
-  std::string text;
+  std::ostringstream text;
   for (std::size_t at = 0; at < found.record.size(); ++at) {
     if (found.record[at] == plain.record[at]) continue;
-    text += " at " + std::to_string(at) + ": " + std::to_string(found.record[at]) + ", " +
-            std::to_string(plain.record[at]) + " in the plain reading;";
+    text << " at " << at << ": " << int{found.record[at]} << ", " << int{plain.record[at]} << " in the plain reading;";
   }
-  return text;
+  return text.str();
 }
 
 std::string describeOutcome(const PlainDevice& device, const PlainOutcome& outcome) {
@@ -95,14 +97,15 @@ void Agreement::expectNothingElseTouched() const {
 }
 
 std::string describe(const ZbDeviceInfo& device) {
-  std::string text = "clusters";
+  std::ostringstream text;
+  text << "clusters";
   for (const ZbClusterEntry& entry : device.clusters) {
     if (entry.cluster == 0xFFFF) break;
-    text += " " + hex(entry.cluster) + "@" + std::to_string(entry.endpoint);
+    text << " " << Hex{entry.cluster} << "@" << entry.endpoint;
   }
-  return text + ", manufacturer " + quoted(device.manufacturer) + ", model " + quoted(device.model) + ", zone " +
-         hex(device.zoneType) + ", type byte " + std::to_string(device.devType) + ", checks " +
-         std::to_string(device.acCheckA) + " " + std::to_string(device.acCheckB) + " " +
-         std::to_string(device.acCheckC) + ", product words " + hex(device.productWordA) + " " +
-         hex(device.productWordB) + ", index byte 318: " + std::to_string(device.indexCount);
+  text << ", manufacturer " << quoted(device.manufacturer) << ", model " << quoted(device.model) << ", zone "
+       << Hex{device.zoneType} << ", type byte " << int{device.devType} << ", checks " << device.acCheckA << " "
+       << device.acCheckB << " " << device.acCheckC << ", product words " << Hex{device.productWordA} << " "
+       << Hex{device.productWordB} << ", index byte 318: " << int{device.indexCount};
+  return text.str();
 }

@@ -34,7 +34,7 @@ TEST(CreationTest, TheNumberComesFromTheDatabaseAndTheNameFromTheRules) {
   EXPECT_EQ(DevId, 41);
   EXPECT_EQ(firstName, "UnknownDevice #41");
   EXPECT_STREQ(assoc.devName, "BinarySwitch #41");
-  EXPECT_EQ(router.takeTrace(), kCollecting + ("\n" + summary(1, 1, "0")));
+  EXPECT_EQ(router.takeTrace(), lines({kCollecting}) + summary(1, 1, "0"));
 }
 
 TEST(CreationTest, TheFirstNameStaysWhereNoRuleNames) {

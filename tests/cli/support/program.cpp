@@ -117,15 +117,23 @@ bool Program::readMore() {
   return true;
 }
 
-void Program::waitFor(const std::string& text) {
+// Where the text ends in the output; the end of everything, and a failed test, when it never comes.
+std::size_t Program::endOf(const std::string& text) {
   std::size_t at = outputSoFar_.find(text, seen_);
   while (at == std::string::npos) {
     if (!readMore()) {
-      FAIL() << "never said: " << text << "\noutput: " << outputSoFar_ << "\nerrors: " << errorsSoFar_;
+      ADD_FAILURE() << "never said: " << text << "\noutput: " << outputSoFar_ << "\nerrors: " << errorsSoFar_;
+      return outputSoFar_.size();
     }
     at = outputSoFar_.find(text, seen_);
   }
-  seen_ = at + text.size();
+  return at + text.size();
+}
+
+void Program::waitForAll(const std::vector<std::string>& texts) {
+  std::size_t end = seen_;
+  for (const std::string& text : texts) end = std::max(end, endOf(text));
+  seen_ = end;
 }
 
 int Program::exitStatus() {

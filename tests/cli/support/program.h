@@ -34,7 +34,10 @@ class Program {
 
   /// Reads until `text` appears on standard output, behind what was waited for before; fails the test when it never
   /// does.
-  void waitFor(const std::string& text);
+  void waitFor(const std::string& text) { waitForAll({text}); }
+
+  /// The same for several texts, in whatever order.
+  void waitForAll(const std::vector<std::string>& texts);
 
   /// Closes our end of its standard output.
   void stopReading();
@@ -47,6 +50,7 @@ class Program {
 
  private:
   bool readMore();
+  [[nodiscard]] std::size_t endOf(const std::string& text);
 
   pid_t pid_;
   int output_;

@@ -9,6 +9,12 @@
 
 namespace tembra::test {
 
+/// What the radio servers were told, each in its order: "add a device", "cancel".
+struct Told {
+  std::vector<std::string> zigbee;
+  std::vector<std::string> zwave;
+};
+
 class SimRouter {
  public:
   /// Ready when constructed, and quick to answer. `options` are those of tembra-sim.
@@ -21,8 +27,11 @@ class SimRouter {
   /// Waits for a line of its timeline, behind those waited for before.
   void waitFor(const std::string& text) { program_.waitFor(text); }
 
+  /// Waits until each radio server was told this, in whatever order.
+  void waitForBothRadiosToHear(const std::string& command);
+
   /// Stops it. The test fails when the router was told anything that no caller may tell it.
-  void stop();
+  Told stop();
 
   // Whole commands of tembra-assoc: begun, a button pressed, ended.
   [[nodiscard]] Ended add(const std::string& device, std::vector<std::string> arguments, Clock clock = Clock::kReal);

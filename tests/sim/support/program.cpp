@@ -7,7 +7,6 @@
 #include <csignal>
 #include <fstream>
 #include <iterator>
-#include <utility>
 
 namespace tembra::sim::test {
 namespace {
@@ -38,7 +37,8 @@ void redirect(int descriptor, const std::string& file) {
 
 }  // namespace
 
-Program::Program(std::vector<std::string> command) : outputFile_(freshFile("out")), errorFile_(freshFile("err")) {
+Program::Program(const std::vector<std::string>& command)
+    : outputFile_(freshFile("out")), errorFile_(freshFile("err")) {
   process_ = fork();
   if (process_ != 0) return;
   redirect(STDOUT_FILENO, outputFile_);
@@ -72,8 +72,8 @@ bool Program::running() {
 std::string Program::output() const { return contentOf(outputFile_); }
 std::string Program::errors() const { return contentOf(errorFile_); }
 
-Result runToEnd(std::vector<std::string> command) {
-  Program program(std::move(command));
+Result runToEnd(const std::vector<std::string>& command) {
+  Program program(command);
   const int status = program.wait();
   return {status, program.output(), program.errors()};
 }

@@ -12,7 +12,7 @@ namespace tembra::sim::test {
 /// A started program; its output and its errors go to files of their own under /tmp.
 class Program {
  public:
-  explicit Program(std::vector<std::string> command);
+  explicit Program(const std::vector<std::string>& command);
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
   /// Kills the program when it is still running.
@@ -37,7 +37,7 @@ struct Result {
   std::string output;
   std::string errors;
 };
-Result runToEnd(std::vector<std::string> command);
+Result runToEnd(const std::vector<std::string>& command);
 
 }  // namespace tembra::sim::test
 
