@@ -1,7 +1,6 @@
 // tembra-assoc classify: what the library would make of a device, and why; without any server.
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -19,11 +18,17 @@
 namespace tembra::cli {
 namespace {
 
+std::string textOf(std::istream& stream) {
+  std::ostringstream text;
+  text << stream.rdbuf();
+  return text.str();
+}
+
 std::string readAll(const std::string& path) {
-  if (path == "-") return std::string(std::istreambuf_iterator<char>(std::cin), {});
+  if (path == "-") return textOf(std::cin);
   std::ifstream file(path);
   if (!file) throw Failure(kFailed, "cannot read " + path + ".");
-  return std::string(std::istreambuf_iterator<char>(file), {});
+  return textOf(file);
 }
 
 nlohmann::ordered_json typeJson(DevType type) { return {{"number", type}, {"name", typeName(type)}}; }

@@ -111,7 +111,7 @@ void fillClusters(const json& device, ZbDeviceInfo& record) {
   const std::vector<ZbClusterEntry> clusters =
       device.contains("endpoints") ? readEndpoints(list(device, "endpoints")) : readPairs(list(device, "clusters"));
   requireRoom(clusters.size(), std::size(record.clusters), "clusters");
-  const auto end = std::copy(clusters.begin(), clusters.end(), record.clusters);
+  auto* const end = std::copy(clusters.begin(), clusters.end(), record.clusters);
   if (end != std::end(record.clusters)) end->cluster = kClustersEnd;
 }
 
@@ -160,7 +160,7 @@ DeviceDescription readDescription(const std::string& text) {
   } else if (device.contains("clusters") || device.contains("endpoints")) {
     description.record = readZigbee(device, description.remarks);
   } else {
-    refuse("has neither \"generic\" (Z-Wave) nor \"clusters\" or \"endpoints\" (ZigBee)");
+    refuse(R"(has neither "generic" (Z-Wave) nor "clusters" or "endpoints" (ZigBee))");
   }
   return description;
 }

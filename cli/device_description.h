@@ -17,7 +17,7 @@ struct DeviceDescription {
 };
 
 /// Throws Failure (kFailed) with one sentence when the text is no such description.
-[[nodiscard]] DeviceDescription readDescription(const std::string& json);
+[[nodiscard]] DeviceDescription readDescription(const std::string& text);
 
 }  // namespace tembra::cli
 

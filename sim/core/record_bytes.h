@@ -18,7 +18,7 @@ template <typename Record>
 Record recordFrom(std::span<const unsigned char> bytes) {
   static_assert(std::is_trivially_copyable_v<Record>);
   Record record{};
-  std::memcpy(&record, bytes.data(), std::min(bytes.size(), sizeof record));
+  if (!bytes.empty()) std::memcpy(&record, bytes.data(), std::min(bytes.size(), sizeof record));
   return record;
 }
 
