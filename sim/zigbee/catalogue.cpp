@@ -36,7 +36,7 @@ std::array<unsigned short, N> wordsFrom(const json& entry, const char* member) {
   if (!entry.contains(member)) return words;
   const json& values = entry.at(member);
   require(values.is_array() && values.size() == N,
-          "\"" + std::string(member) + "\" is not a list of " + std::to_string(N) + " numbers");
+          std::string("\"").append(member) + "\" is not a list of " + std::to_string(N) + " numbers");
   for (std::size_t i = 0; i < N; ++i) words[i] = wordFrom(values[i]);
   return words;
 }
