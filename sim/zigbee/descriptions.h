@@ -20,7 +20,7 @@ enum ZigbeeStatus : unsigned char {
   kStatusUnknown = 12  ///< a device left that the network does not know
 };
 
-/// The address of a device that has none (ZigBee specification, 16-bit network addresses).
+/// The address of a device that has none (ZigBee standard, 16-bit network addresses).
 inline constexpr unsigned short kNoAddress = 0xFFFE;
 
 /// A description that names the device and says nothing else.
