@@ -1,6 +1,7 @@
 // tembra-assoc add: the next device whose button is pressed joins the home.
 #include <tembra/globals.h>
 
+#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 

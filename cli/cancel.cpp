@@ -1,4 +1,5 @@
 // tembra-assoc cancel: ends adding and removing on the radios, whoever began it.
+#include <CLI/CLI.hpp>
 #include <map>
 #include <memory>
 #include <string>

@@ -1,4 +1,5 @@
 // tembra-assoc classify: what the library would make of a device, and why; without any server.
+#include <CLI/CLI.hpp>
 #include <fstream>
 #include <iostream>
 #include <memory>

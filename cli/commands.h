@@ -2,10 +2,14 @@
 #ifndef TEMBRA_CLI_COMMANDS_H
 #define TEMBRA_CLI_COMMANDS_H
 
-#include <CLI/CLI.hpp>
 #include <functional>
 
 #include "context.h"
+
+// Not the whole parser: it costs every file that includes it seconds of compilation.
+namespace CLI {
+class App;
+}
 
 namespace tembra::cli {
 

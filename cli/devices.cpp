@@ -1,6 +1,7 @@
 // tembra-assoc devices: the device list, without asking any server.
 #include <tembra/globals.h>
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <nlohmann/json.hpp>
 

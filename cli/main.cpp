@@ -1,4 +1,5 @@
 // tembra-assoc: adds and removes the devices of a home from a command line.
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
 

@@ -1,6 +1,7 @@
 // tembra-assoc names: the texts of Z-Wave numbers, and the numbers of texts.
 #include <tembra/names.h>
 
+#include <CLI/CLI.hpp>
 #include <iomanip>
 #include <iostream>
 #include <map>

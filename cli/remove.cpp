@@ -1,6 +1,8 @@
 // tembra-assoc remove: the next device whose button is pressed leaves the home.
 #include <tembra/globals.h>
 
+#include <CLI/CLI.hpp>
+
 #include "commands.h"
 #include "database_file.h"
 #include "event_report.h"

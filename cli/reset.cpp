@@ -1,4 +1,5 @@
 // tembra-assoc reset: makes the radios forget their devices.
+#include <CLI/CLI.hpp>
 #include <map>
 #include <memory>
 #include <string>

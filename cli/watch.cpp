@@ -1,4 +1,6 @@
 // tembra-assoc watch: opens the connection and shows events until Ctrl-C.
+#include <CLI/CLI.hpp>
+
 #include "commands.h"
 #include "connection.h"
 
