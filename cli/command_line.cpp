@@ -8,12 +8,13 @@ namespace tembra::cli {
 namespace {
 
 constexpr void (*kCommands[])(CLI::App&, Action&) = {
-    declareAdd, declareRemove, declareCancel, declareReset, declareDevices, declareWatch, declareClassify, declareNames,
+    declareAdd,   declareRemove, declareCancel, declareReset,    declareDevices,
+    declareWatch, declareHue,    declareNest,   declareClassify, declareNames,
 };
 
 constexpr char kExitStatus[] =
     "Exit status: 0 done, 1 the operation failed, 2 wrong usage, 3 no connection, 130 interrupted.\n"
-    "Ctrl-C cancels a running operation on both radios.";
+    "Ctrl-C cancels a running operation on both radios. What the Hue or the Nest server was told cannot be taken back.";
 
 }  // namespace
 

@@ -23,6 +23,8 @@ void declareCancel(CLI::App& program, Action& action);
 void declareReset(CLI::App& program, Action& action);
 void declareDevices(CLI::App& program, Action& action);
 void declareWatch(CLI::App& program, Action& action);
+void declareHue(CLI::App& program, Action& action);
+void declareNest(CLI::App& program, Action& action);
 void declareClassify(CLI::App& program, Action& action);
 void declareNames(CLI::App& program, Action& action);
 

@@ -11,7 +11,7 @@
 namespace tembra::cli {
 namespace {
 
-constexpr std::chrono::milliseconds kTick{100};
+constexpr std::chrono::milliseconds kPause{100};
 
 struct Role {
   const char* name;
@@ -52,7 +52,7 @@ Connection::Connection(const Context& context, TembraAssociation& service) : ser
     errno = 0;
     if (service.checkAssocConnection() != 0) *error = errno == 0 ? EIO : errno;
   };
-  runLibraryCall(open, [&context] { context.attention.pause(kTick); });
+  runLibraryCall(open, [&context] { context.attention.pause(kPause); });
   if (*error != 0) throw Failure(kNoConnection, "no connection: " + whyNotOpen(*error));
 }
 

@@ -1,5 +1,6 @@
 #include "event_report.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <nlohmann/json.hpp>
@@ -22,7 +23,7 @@ Record payloadAs(const AssocEvent& event) {
   return record;
 }
 
-Json typeJson(DevType type) { return {{"number", static_cast<int>(type)}, {"name", typeName(type)}}; }
+Json reportedTypeJson(DevType type) { return {{"number", static_cast<int>(type)}, {"name", typeName(type)}}; }
 
 // A text that should be JSON: as such if it is, else as a text.
 Json parsed(const std::string& text) {
@@ -43,22 +44,29 @@ void addProgress(Json& object, const HeardEvent& heard) {
 }
 
 void addChoice(Json& object, const HeardEvent& heard) {
-  object["type"] = typeJson(createdType(heard));
+  object["type"] = reportedTypeJson(createdType(heard));
   object["choices"] = Json::array();
-  for (const DevType type : choices(deviceReport(heard))) object["choices"].push_back(typeJson(type));
+  for (const DevType type : choices(deviceReport(heard))) object["choices"].push_back(reportedTypeJson(type));
 }
 
 void addCreated(Json& object, const HeardEvent& heard) {
   const DeviceReport report = deviceReport(heard);
   object["name"] = fieldText(report.name);
   object["location"] = fieldText(report.location);
-  object["type"] = typeJson(createdType(heard));
+  object["type"] = reportedTypeJson(createdType(heard));
 }
 
 void addRemoved(Json& object, const HeardEvent& heard) {
   const DeviceReport report = deviceReport(heard);
   object["name"] = fieldText(report.removedName);
   object["id"] = report.removedId;
+}
+
+void addBridges(Json& object, const HeardEvent& heard) {
+  object["bridges"] = Json::array();
+  for (const FoundBridge& bridge : foundBridges(heard)) {
+    object["bridges"].push_back({{"mac", bridge.mac}, {"address", bridge.address}});
+  }
 }
 
 void addJsonText(Json& object, const HeardEvent& heard) {
@@ -77,8 +85,8 @@ struct Details {
 
 constexpr Details kDetails[] = {
     {Payload::kTimeout, addTimeout}, {Payload::kProgress, addProgress}, {Payload::kChoice, addChoice},
-    {Payload::kCreated, addCreated}, {Payload::kRemoved, addRemoved},   {Payload::kJson, addJsonText},
-    {Payload::kNest, addNestWords},
+    {Payload::kCreated, addCreated}, {Payload::kRemoved, addRemoved},   {Payload::kBridges, addBridges},
+    {Payload::kJson, addJsonText},   {Payload::kNest, addNestWords},
 };
 
 std::string choiceText(const HeardEvent& heard) {
@@ -89,6 +97,14 @@ std::string choiceText(const HeardEvent& heard) {
 
 std::string timeoutText(const TimeoutReport& report) {
   return report.lastEventCode == 0 ? "" : " after " + frontend::eventName(report.lastEventCode);
+}
+
+std::string bridgesText(std::size_t count) {
+  return ": " + std::to_string(count) + (count == 1 ? " bridge" : " bridges");
+}
+
+std::string nestText(const NestAnswer& answer) {
+  return ": status " + std::to_string(answer.status) + ", value " + std::to_string(answer.value);
 }
 
 // The few words that tell one event from another of its code.
@@ -103,6 +119,10 @@ std::string particulars(const HeardEvent& heard) {
       return ": " + fieldText(report.removedName) + " (id " + std::to_string(report.removedId) + ")";
     case Payload::kTimeout:
       return timeoutText(payloadAs<TimeoutReport>(heard.event));
+    case Payload::kBridges:
+      return bridgesText(foundBridges(heard).size());
+    case Payload::kNest:
+      return nestText(payloadAs<NestAnswer>(heard.event));
     default:
       return "";
   }
@@ -111,6 +131,15 @@ std::string particulars(const HeardEvent& heard) {
 }  // namespace
 
 DeviceReport deviceReport(const HeardEvent& heard) { return payloadAs<DeviceReport>(heard.event); }
+
+std::vector<FoundBridge> foundBridges(const HeardEvent& heard) {
+  const auto list = payloadAs<HueBridgeList>(heard.event);
+  std::vector<FoundBridge> bridges;
+  for (int i = 0; i < std::min(list.count, static_cast<int>(std::size(list.mac))); ++i) {
+    bridges.push_back({fieldText(list.mac[i]), fieldText(list.address[i])});
+  }
+  return bridges;
+}
 
 std::vector<DevType> choices(const DeviceReport& report) {
   std::vector<DevType> types;

@@ -13,6 +13,15 @@ namespace tembra::cli {
 /// The device report of an event that carries one.
 [[nodiscard]] DeviceReport deviceReport(const HeardEvent& heard);
 
+/// A Hue bridge that was found.
+struct FoundBridge {
+  std::string mac;
+  std::string address;
+};
+
+/// Those of an EVENT_HUE_BRIDGES.
+[[nodiscard]] std::vector<FoundBridge> foundBridges(const HeardEvent& heard);
+
 /// The types that the user may choose.
 [[nodiscard]] std::vector<DevType> choices(const DeviceReport& report);
 

@@ -16,7 +16,7 @@ namespace tembra::cli {
 namespace {
 
 // The event that tells which device leaves. Throws Failure when none comes.
-HeardEvent waitForDevice(Operation& operation) {
+HeardEvent waitForRemoval(Operation& operation) {
   operation.waitsFor("Press the button of the device to remove");
   while (true) {
     HeardEvent heard = operation.nextEvent();
@@ -48,7 +48,7 @@ void removeDevice(const Context& context) {
   const Connection connection(context, service);
   Operation operation(context, service);
   operation.start(&TembraAssociation::removeDevZigbeeZwave, "removeDevZigbeeZwave()");
-  const HeardEvent heard = waitForDevice(operation);
+  const HeardEvent heard = waitForRemoval(operation);
   const bool confirmed = waitForRadio(operation);
   if (heard.event.code == EVENT_REMOVED_UNKNOWN) {
     throw Failure(kFailed, "the device that answered is not in the device list; nothing was dropped from it.");

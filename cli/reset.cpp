@@ -15,16 +15,16 @@ namespace {
 
 using std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kTick{100};
+constexpr std::chrono::milliseconds kPausePerLook{100};
 
-struct Target {
+struct ResetTarget {
   reset_type type;
   std::vector<ServerType> servers;
   std::chrono::seconds takes;  ///< how long the library waits for the radios to come back
   const char* consequence;
 };
 
-const std::map<std::string, Target> kTargets = {
+const std::map<std::string, ResetTarget> kResetTargets = {
     {"zigbee", {reset_zigbee, {SERVER_ZIGBEE}, std::chrono::seconds{9}, "The ZigBee network forgets its devices."}},
     {"zwave", {reset_zwave, {SERVER_ZWAVE}, std::chrono::seconds{7}, "The Z-Wave network forgets its devices."}},
     {"both",
@@ -47,7 +47,7 @@ class ResetProgress {
     const auto left = std::chrono::ceil<std::chrono::seconds>(end_ - steady_clock::now());
     context_.display.waiting("resetting", static_cast<int>(std::max(left, std::chrono::seconds{0}).count()));
     try {
-      context_.attention.pause(kTick);
+      context_.attention.pause(kPausePerLook);
     } catch (const Interrupted&) {
       if (interrupted_) throw;
       interrupted_ = true;
@@ -64,7 +64,7 @@ class ResetProgress {
 };
 
 void reset(const Context& context, const std::string& radios) {
-  const Target& target = kTargets.at(radios);
+  const ResetTarget& target = kResetTargets.at(radios);
   TembraAssociation& service = serviceAs(context.options.role);
   confirm(context, target.consequence);
   requireOneOf(target.servers);
@@ -83,7 +83,7 @@ void reset(const Context& context, const std::string& radios) {
 void declareReset(CLI::App& program, Action& action) {
   CLI::App* command = program.add_subcommand("reset", "reset the radio networks; all: empty the device list as well");
   auto radios = std::make_shared<std::string>();
-  command->add_option("radios", *radios, "zigbee, zwave, both or all")->check(CLI::IsMember(&kTargets))->required();
+  command->add_option("radios", *radios, "zigbee, zwave, both or all")->check(CLI::IsMember(&kResetTargets))->required();
   command->callback([&action, radios] { action = [radios](const Context& context) { reset(context, *radios); }; });
 }
 

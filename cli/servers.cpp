@@ -21,8 +21,8 @@ struct Server {
 };
 
 const Server kServers[] = {
-    {SERVER_ZIGBEE, "the ZigBee server", &adr_zigbee},
-    {SERVER_ZWAVE, "the Z-Wave server", &adr_ozw},
+    {SERVER_ZIGBEE, "the ZigBee server", &adr_zigbee},        {SERVER_ZWAVE, "the Z-Wave server", &adr_ozw},
+    {SERVER_HUE, "the Hue server", &adr_hueserver},           {SERVER_NEST, "the Nest server", &adr_nest},
     {SERVER_HA, "the home-automation server", &adr_ha_assoc},
 };
 

@@ -7,7 +7,7 @@
 namespace tembra::cli {
 namespace {
 
-constexpr std::chrono::milliseconds kTick{1000};
+constexpr std::chrono::milliseconds kLongestWait{1000};
 
 // The library closes the web server's connection after an answer from a server that is no radio.
 bool closesConnection(const Context& context, const AssocEvent& event) {
@@ -18,7 +18,7 @@ void watchEvents(const Context& context) {
   const Connection connection(context, serviceAs(context.options.role));
   context.display.note("Watching " + std::string(assoc_adr) + " until Ctrl-C.");
   while (true) {
-    context.attention.waitForEvent(kTick);
+    context.attention.waitForEvent(kLongestWait);
     while (const auto heard = fetchEvent()) {
       context.display.event(*heard);
       if (closesConnection(context, heard->event)) {

@@ -76,7 +76,7 @@ ScenarioStep stepFrom(const json& entry, const DeviceExists& deviceExists) {
   return step;
 }
 
-json parsed(const std::filesystem::path& file) {
+json parsedSteps(const std::filesystem::path& file) {
   std::ifstream stream(file);
   if (!stream.good()) refuse("cannot be read");
   json content = json::parse(stream);
@@ -90,7 +90,7 @@ std::vector<ScenarioStep> loadScenario(const std::filesystem::path& file, const 
   std::vector<ScenarioStep> steps;
   std::string where;
   try {
-    for (const json& entry : parsed(file)) {
+    for (const json& entry : parsedSteps(file)) {
       where = " (step " + std::to_string(steps.size() + 1) + ")";
       steps.push_back(stepFrom(entry, deviceExists));
     }

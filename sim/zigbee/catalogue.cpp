@@ -41,7 +41,7 @@ std::array<unsigned short, N> wordsFrom(const json& entry, const char* member) {
   return words;
 }
 
-ZigbeeDevice deviceFrom(const json& entry) {
+ZigbeeDevice zigbeeDeviceFrom(const json& entry) {
   ZigbeeDevice device;
   device.label = labelFrom(entry.at("label"));
   device.description = entry.at("description").get<std::string>();
@@ -59,7 +59,7 @@ ZigbeeDevice deviceFrom(const json& entry) {
 
 ZigbeeCatalogue ZigbeeCatalogue::load(const std::filesystem::path& folder) {
   ZigbeeCatalogue catalogue;
-  readCatalogue(folder / "zigbee.json", [&catalogue](const json& entry) { catalogue.add(deviceFrom(entry)); });
+  readCatalogue(folder / "zigbee.json", [&catalogue](const json& entry) { catalogue.add(zigbeeDeviceFrom(entry)); });
   return catalogue;
 }
 

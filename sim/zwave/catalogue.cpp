@@ -21,7 +21,7 @@ ZwValueTriple tripleFrom(const json& value) {
   return {byteFrom(value[0], 1, kClassListEnd), byteFrom(value[1], 0, 255), byteFrom(value[2], 0, 255)};
 }
 
-ZwaveDevice deviceFrom(const json& entry) {
+ZwaveDevice zwaveDeviceFrom(const json& entry) {
   ZwaveDevice device;
   device.label = labelFrom(entry.at("label"));
   device.description = entry.at("description").get<std::string>();
@@ -42,7 +42,7 @@ ZwaveDevice deviceFrom(const json& entry) {
 
 ZwaveCatalogue ZwaveCatalogue::load(const std::filesystem::path& folder) {
   ZwaveCatalogue catalogue;
-  readCatalogue(folder / "zwave.json", [&catalogue](const json& entry) { catalogue.add(deviceFrom(entry)); });
+  readCatalogue(folder / "zwave.json", [&catalogue](const json& entry) { catalogue.add(zwaveDeviceFrom(entry)); });
   return catalogue;
 }
 

@@ -49,7 +49,7 @@ int len_web;
 
 namespace {
 
-constexpr int kBadHost = -1;
+constexpr int kHostRefused = -1;
 char udp[] = "udp";
 
 struct Endpoint {
@@ -78,7 +78,7 @@ int TembraAssociation::ConnectToServers() {
     *endpoint.length = sizeof(sockaddr_in);
     sockaddr_in* address = endpoint.address == nullptr ? &localAddr : endpoint.address;
     // A bad port leaves the endpoint with port 0 and is not reported: only a bad host is.
-    if (mkaddr(address, endpoint.length, *endpoint.text, udp) == kBadHost) tembra::displayError(endpoint.complaint);
+    if (mkaddr(address, endpoint.length, *endpoint.text, udp) == kHostRefused) tembra::displayError(endpoint.complaint);
   }
   return 0;
 }

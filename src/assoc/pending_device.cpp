@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "assoc/default_location.h"
 #include "assoc/event_delivery.h"
 #include "support/device_type_name.h"
 #include "support/log.h"
@@ -17,7 +18,6 @@ using tembra::StateLock;
 
 namespace {
 
-constexpr char kDefaultLocation[] = "Default";
 constexpr unsigned char kAddedByFrontEnd = 10;  // message kind of a ZigBee record that finishes an add
 
 void nameGenericDevice(TembraAssociation& assoc, DevType type) {
@@ -37,7 +37,7 @@ void nameClassifiedDevice(TembraAssociation& assoc, DevType type) {
 void reportCreated(TembraAssociation& assoc, DevType type) {
   DeviceReport report{};
   tembra::copyText(report.name, assoc.devName);
-  tembra::copyText(report.location, kDefaultLocation);
+  tembra::copyText(report.location, tembra::kDefaultLocation);
   report.type = type;
   AssocEvent event{};
   std::memcpy(event.payload, &report, sizeof report);
@@ -102,7 +102,7 @@ void TembraAssociation::setDevType(DevType type) {
   }
   devType = type;
   zbDevice.devType = static_cast<unsigned char>(type);
-  tembra::copyText(devLocation, kDefaultLocation);
+  tembra::copyText(devLocation, tembra::kDefaultLocation);
   reportCreated(*this, type);
   tembra::setCommandType("EditNameLocation");
 }

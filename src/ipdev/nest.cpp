@@ -11,7 +11,7 @@ using tembra::StateLock;
 
 namespace {
 
-enum NestCode : unsigned { kAdd = 100, kRemove = 109 };
+enum NestCode : unsigned { kLinkAccount = 100, kUnlinkAccount = 109 };
 
 constexpr const char* kAuthorisationFile = "/tmp/Authcode";
 
@@ -27,7 +27,7 @@ int TembraAssociation::Nest_checkExist() {
 unsigned char* TembraAssociation::Nest_add(char* text) {
   const StateLock lock;
   NestCommand command{};
-  command.command = kAdd;
+  command.command = kLinkAccount;
   tembra::copyCallersText(command.text, text);
   return tembra::startIpOperation(*this, SERVER_NEST, command, "AddIPDevice");
 }
@@ -35,6 +35,6 @@ unsigned char* TembraAssociation::Nest_add(char* text) {
 unsigned char* TembraAssociation::Nest_remove() {
   const StateLock lock;
   NestCommand command{};
-  command.command = kRemove;
+  command.command = kUnlinkAccount;
   return tembra::startIpOperation(*this, SERVER_NEST, command, "RemoveIPDevice");
 }

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "harness/router.h"
+#include "texts.h"
 
 using harness::Bytes;
 using harness::Call;
@@ -37,11 +38,6 @@ int sumOfFlags() { return BasicFlag + MultilevelFlag + SensorBinaryFlag + ZwAcEx
 
 std::string logOf(const std::string& name, const std::string& location) {
   return "log 0 libTembraAssoc:Name:" + name + " Location:" + location;
-}
-
-void setTexts(TembraAssociation& assoc, std::string name, std::string location) {
-  assoc.setDevName(name.data());
-  assoc.setDevLocation(location.data());
 }
 
 }  // namespace

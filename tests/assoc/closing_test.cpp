@@ -133,9 +133,9 @@ TEST(ClosingTest, FromTheCallbackItEndsTheThread) {
 TEST(ClosingTest, WhileACallbackRunsItDoesNotWaitForIt) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  std::atomic<bool> entered{false};
-  std::atomic<bool> release{false};
-  router.onEvent([&](AssocEvent*) {
+  static std::atomic<bool> entered{false};  // the callback outlives the test
+  static std::atomic<bool> release{false};
+  router.onEvent([](AssocEvent*) {
     entered = true;
     while (!release) std::this_thread::yield();
   });

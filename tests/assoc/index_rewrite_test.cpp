@@ -26,7 +26,7 @@ std::vector<int> typesOf(const ZwNodeInfo& node) {
   return types;
 }
 
-void fill(ZwNodeInfo& node) {
+void fillIndexTable(ZwNodeInfo& node) {
   std::memset(&node, 0, sizeof node);
   for (std::size_t i = 0; i < std::size(kTypes); ++i) {
     node.indexes[i] = {kTypes[i], static_cast<unsigned char>(100 + i)};
@@ -73,7 +73,7 @@ TEST(GenericIndexTest, EachTypeHasItsRewritesAndOthersHaveNone) {
     const auto row = kRewrites.find(type);
     const Changes changes = row == kRewrites.end() ? Changes{} : row->second;
     rewritten += changes.empty() ? 0 : 1;
-    fill(assoc.zwNodeWork);
+    fillIndexTable(assoc.zwNodeWork);
     assoc.GenericIndexType(static_cast<DevType>(type));
     EXPECT_EQ(typesOf(assoc.zwNodeWork), typesAfter(changes)) << type;
     EXPECT_EQ(assoc.zwNodeWork.indexes[3].instance, 103);
@@ -94,7 +94,7 @@ TEST(GenericIndexTest, AnAbsentSlotIsPassedOver) {
 TEST(ChangeIndexTest, ChangesTheFirstMatchOnly) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  fill(assoc.zwNodeWork);
+  fillIndexTable(assoc.zwNodeWork);
   assoc.ChangeIndexType(index(17), index(99));
   EXPECT_EQ(typesOf(assoc.zwNodeWork), typesAfter({{17, 99}}));
   EXPECT_EQ(router.takeTrace(), foundTimes(1));
@@ -103,7 +103,7 @@ TEST(ChangeIndexTest, ChangesTheFirstMatchOnly) {
 TEST(ChangeIndexTest, StoresTheLowByteAndComparesTheWholeNumber) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  fill(assoc.zwNodeWork);
+  fillIndexTable(assoc.zwNodeWork);
   assoc.ChangeIndexType(index(14), index(300));
   EXPECT_EQ(assoc.zwNodeWork.indexes[0].type, 300 & 0xFF);
   assoc.ChangeIndexType(index(256 + 2), index(99));
@@ -114,7 +114,7 @@ TEST(ChangeIndexTest, StoresTheLowByteAndComparesTheWholeNumber) {
 TEST(ChangeIndexTest, StopsAtTheFirstEmptySlot) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  fill(assoc.zwNodeWork);
+  fillIndexTable(assoc.zwNodeWork);
   assoc.zwNodeWork.indexes[0].type = 0;
   const ZwNodeInfo before = assoc.zwNodeWork;
   for (const int from : {0, 2, 14, 17}) assoc.ChangeIndexType(index(from), index(99));
@@ -143,7 +143,7 @@ TEST(ChangeIndexTest, LeavesTheZigbeeRecordAlone) {
   TembraAssociation& assoc = router.connect();
   std::memset(&assoc.zbDevice, 14, sizeof assoc.zbDevice);
   const ZbDeviceInfo before = assoc.zbDevice;
-  fill(assoc.zwNodeWork);
+  fillIndexTable(assoc.zwNodeWork);
   assoc.ChangeIndexType(index(14), index(15));
   EXPECT_EQ(std::memcmp(&assoc.zbDevice, &before, sizeof before), 0);
 }

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "harness/router.h"
+#include "texts.h"
 
 using harness::Bytes;
 using harness::Call;
@@ -42,11 +43,6 @@ Bytes noticeOf(const Bytes& record) {
   Bytes notice(4100, 0);
   std::copy(record.begin(), record.end(), notice.begin() + 4);
   return notice;
-}
-
-void setTexts(TembraAssociation& assoc, std::string name, std::string location) {
-  assoc.setDevName(name.data());
-  assoc.setDevLocation(location.data());
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 namespace classify {
 namespace {
 
-constexpr ClassRow kRows[] = {
+constexpr ClassRow kClassRows[] = {
     {0x00, kOther, 60, "libTembraAssoc:Generic:zw_No_Generic_Type , Specific:Unknown"},
     {0x01, 0, 60, "libTembraAssoc:Generic:zw_Remote_Controller , Specific:RC_Unknown"},
     {0x01, 1, 60, "libTembraAssoc:Generic:zw_Remote_Controller , Specific:RC_Portable_Remote_Controller"},
@@ -138,7 +138,7 @@ constexpr ClassRow kRows[] = {
 };
 
 const ClassRow* find(int generic, int specific) {
-  for (const ClassRow& row : kRows) {
+  for (const ClassRow& row : kClassRows) {
     if (row.generic == generic && row.specific == specific) return &row;
   }
   return nullptr;
@@ -146,7 +146,7 @@ const ClassRow* find(int generic, int specific) {
 
 }  // namespace
 
-std::span<const ClassRow> classRows() { return kRows; }
+std::span<const ClassRow> classRows() { return kClassRows; }
 
 const ClassRow& classRow(int generic, int specific) {
   const ClassRow* row = find(generic, specific);

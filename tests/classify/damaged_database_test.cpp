@@ -37,7 +37,7 @@ void changeFile(Database& database, std::size_t offset, unsigned char byte) {
   database.replaceWith(content);
 }
 
-int lookUp(Router& router, int node) {
+int findNode(Router& router, int node) {
   router.assoc().zwNodeRx.nodeId = static_cast<unsigned char>(node);
   return router.assoc().ZW_checkNodeExists();
 }
@@ -87,7 +87,7 @@ TEST_P(DamagedDatabase, IsOpenedRepairedOrDeleted) {
   fill(router.database());
   GetParam().cause(router.database());
   router.watch(harness::kWatchDatabase);
-  EXPECT_EQ(lookUp(router, 99), 0);
+  EXPECT_EQ(findNode(router, 99), 0);
   EXPECT_EQ(router.takeTrace(), GetParam().trace);
   EXPECT_EQ(router.database().exists(), GetParam().exists);
 }
@@ -97,7 +97,7 @@ TEST_P(DamagedDatabase, KeepsWhatCanBeRead) {
   fill(router.database());
   GetParam().cause(router.database());
   int found = 0;
-  for (int node = 1; node <= kDevices; ++node) found += lookUp(router, node);
+  for (int node = 1; node <= kDevices; ++node) found += findNode(router, node);
   EXPECT_EQ(found, GetParam().devices);
 }
 
@@ -134,7 +134,7 @@ TEST(UnopenableDatabase, ADirectoryWithAFileStays) {
   router.watch(harness::kWatchDatabase);
   EXPECT_EQ(router.assoc().ZW_removeNode(), -1) << "what deleting it gave";
   EXPECT_EQ(router.takeTrace(), kNotOpened);
-  EXPECT_EQ(lookUp(router, 1), 0);
+  EXPECT_EQ(findNode(router, 1), 0);
   EXPECT_EQ(router.assoc().calculateDevId(), -1);
   EXPECT_TRUE(router.database().exists());
 }
@@ -143,7 +143,7 @@ TEST(UnopenableDatabase, APathThatIsNotThereHasNothingToDelete) {
   Router router;
   std::strcpy(DBName, "/tmp/no/d");
   EXPECT_EQ(router.assoc().ZW_removeNode(), -1);
-  EXPECT_EQ(lookUp(router, 1), 0);
+  EXPECT_EQ(findNode(router, 1), 0);
   EXPECT_EQ(router.takeTrace(), lines({"stderr dpopen: open error", "stderr dpopen: open error"}));
 }
 
@@ -152,7 +152,7 @@ TEST(UnopenableDatabase, OnlyTheFirstFailureIsTold) {
   fill(router.database());
   router.watch(harness::kWatchDatabase);
   router.fail(Call::OpenDatabase, DP_ELOCK, 2);
-  EXPECT_EQ(lookUp(router, 1), 0);
+  EXPECT_EQ(findNode(router, 1), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1 -> failed",
                                     "stderr dpopen: lock error",
@@ -168,7 +168,7 @@ TEST(UnopenableDatabase, WhatRepairSaysDoesNotCount) {
   router.watch(harness::kWatchDatabase);
   router.fail(Call::OpenDatabase, DP_ECLOSE);
   router.fail(Call::RepairDatabase, DP_EMISC);
-  EXPECT_EQ(lookUp(router, 20), 1);
+  EXPECT_EQ(findNode(router, 20), 1);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1 -> failed",
                                     "stderr dpopen: close error",
@@ -202,7 +202,7 @@ long keysOfAWalk(Router& router, std::size_t word, unsigned value) {
   fill(router.database());
   router.database().overwriteInRecord("8", word, value);
   router.forget();
-  EXPECT_EQ(lookUp(router, 99), 0);
+  EXPECT_EQ(findNode(router, 99), 0);
   const std::string trace = router.takeTrace();
   return std::count(trace.begin(), trace.end(), '\n') / 2;  // two lines a key
 }
@@ -230,7 +230,7 @@ TEST(BrokenRecord, IsTheLastOneThatTheWalkSees) {
   fill(router.database());
   router.database().breakRecord("8");
   router.watch(harness::kWatchDatabase | harness::kWatchRecords);
-  EXPECT_EQ(lookUp(router, 20), 0);
+  EXPECT_EQ(findNode(router, 20), 0);
   const std::string trace = router.takeTrace();
   EXPECT_NE(trace.find("dpiternext 7\n"), std::string::npos);
   EXPECT_EQ(trace.find("dpiternext 9\n"), std::string::npos);
@@ -243,7 +243,7 @@ TEST(BrokenRecord, AValueThatCannotBeFetchedEndsTheWalkEvenIfItsKeyIsNoDevices) 
   router.database().put(Device(1, "Lamp").zwave(1)).put(std::string("1.2\0x", 5), std::string("y"));
   router.database().put(Device(2, "Lamp").zwave(2));
   router.watch(harness::kWatchDatabase | harness::kWatchRecords);
-  EXPECT_EQ(lookUp(router, 2), 0);
+  EXPECT_EQ(findNode(router, 2), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1",
                                     "dpiterinit",

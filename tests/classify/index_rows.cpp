@@ -5,7 +5,7 @@
 namespace classify {
 namespace {
 
-constexpr IndexRow kRows[] = {
+constexpr IndexRow kIndexRows[] = {
     {0x20, 0, 255, 14},                 // basic
     {0x25, 0, 255, 1},                  // binary switch
     {0x26, 0, 0, 17},                   // multilevel switch
@@ -42,10 +42,10 @@ constexpr IndexRow kRows[] = {
 
 }  // namespace
 
-std::span<const IndexRow> indexRows() { return kRows; }
+std::span<const IndexRow> indexRows() { return kIndexRows; }
 
 const IndexRow& indexRow(int commandClass, int index) {
-  return *std::find_if(std::begin(kRows), std::end(kRows), [=](const IndexRow& row) {
+  return *std::find_if(std::begin(kIndexRows), std::end(kIndexRows), [=](const IndexRow& row) {
     return (row.commandClass == commandClass || row.commandClass == kOtherClass) && index >= row.first &&
            index <= row.last;
   });

@@ -11,16 +11,16 @@
 namespace tembra::test {
 namespace {
 
-struct Case {
+struct CancelCase {
   const char* name;
   std::vector<std::string> arguments;
   bool zigbee;
   bool zwave;
 };
 
-void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
+void PrintTo(const CancelCase& row, std::ostream* out) { *out << row.name; }
 
-const Case kCases[] = {
+const CancelCase kCancelCases[] = {
     {"Both", {"cancel", "both"}, true, true},
     {"BothByDefault", {"cancel"}, true, true},
     {"Zigbee", {"cancel", "zigbee"}, true, false},
@@ -34,7 +34,7 @@ bool isCancel(const std::string& datagram) {
   return command.operation == 4 && command.controllerCommand == 0;
 }
 
-class CancelTest : public testing::TestWithParam<Case> {};
+class CancelTest : public testing::TestWithParam<CancelCase> {};
 
 TEST_P(CancelTest, TellsTheRadios) {
   const ZigbeeListener zigbee;
@@ -45,7 +45,7 @@ TEST_P(CancelTest, TellsTheRadios) {
   EXPECT_EQ(datagram.has_value() && isCancel(*datagram), GetParam().zwave);
 }
 
-INSTANTIATE_TEST_SUITE_P(Radios, CancelTest, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Radios, CancelTest, testing::ValuesIn(kCancelCases),
                          [](const auto& test) { return test.param.name; });
 
 }  // namespace

@@ -18,7 +18,7 @@ constexpr char kNoHome[] =
 constexpr char kTaken[] =
     "tembra-assoc: no connection: 127.255.255.4:8888 is in use, so another front end has it open.";
 
-struct Case {
+struct ConnectionCase {
   const char* name;
   std::vector<std::string> arguments;
   bool zwave;  ///< the Z-Wave server runs
@@ -26,9 +26,9 @@ struct Case {
   const char* sentence;
 };
 
-void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
+void PrintTo(const ConnectionCase& row, std::ostream* out) { *out << row.name; }
 
-const Case kCases[] = {
+const ConnectionCase kConnectionCases[] = {
     {"AddWithoutRadios", {"add"}, false, true, kNoRadio},
     {"AddWithoutHome", {"add"}, true, false, kNoHome},
     {"AddWhenTaken", {"add"}, true, true, kTaken},
@@ -48,7 +48,7 @@ const Case kCases[] = {
     {"WatchWhenTaken", {"watch"}, false, false, kTaken},
 };
 
-class ConnectionTest : public testing::TestWithParam<Case> {};
+class ConnectionTest : public testing::TestWithParam<ConnectionCase> {};
 
 TEST_P(ConnectionTest, FailsWithOneSentence) {
   const UdpListener otherFrontEnd("127.255.255.4", 8888);
@@ -61,7 +61,7 @@ TEST_P(ConnectionTest, FailsWithOneSentence) {
   EXPECT_EQ(ended.sentence(), GetParam().sentence);
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, ConnectionTest, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Commands, ConnectionTest, testing::ValuesIn(kConnectionCases),
                          [](const auto& test) { return test.param.name; });
 
 }  // namespace

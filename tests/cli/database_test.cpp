@@ -78,15 +78,15 @@ void socketFile() {
   close(descriptor);
 }
 
-struct Case {
+struct DatabaseCase {
   const char* name;
   void (*make)();
   const char* sentence;
 };
 
-void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
+void PrintTo(const DatabaseCase& row, std::ostream* out) { *out << row.name; }
 
-const Case kUnreadable[] = {
+const DatabaseCase kUnreadable[] = {
     {"Missing", nothing, "there is no device database yet at /tmp/ddb: the home-automation server creates it."},
     {"Folder", folder, "/tmp/ddb is a folder, not a device database."},
     {"Socket", socketFile, "the device database /tmp/ddb cannot be opened"},
@@ -98,7 +98,7 @@ const Case kUnreadable[] = {
     {"HugeBuckets", hugeBuckets, "/tmp/ddb is not a device database, or a damaged one."},
 };
 
-class UnreadableDatabase : public testing::TestWithParam<Case> {};
+class UnreadableDatabase : public testing::TestWithParam<DatabaseCase> {};
 
 TEST_P(UnreadableDatabase, IsToldInOneSentenceAndLeftAlone) {
   GetParam().make();
@@ -133,12 +133,12 @@ TEST(Devices, OfAnEmptyFileAreAHeading) {
 }
 
 // The library would delete these, or wait for them without end.
-const Case kRefused[] = {
+const DatabaseCase kRefused[] = {
     {"Folder", folder, "/tmp/ddb is a folder, not a device database."},
     {"Socket", socketFile, "the library deletes a database that it cannot open"},
 };
 
-class RefusedDatabase : public testing::TestWithParam<Case> {};
+class RefusedDatabase : public testing::TestWithParam<DatabaseCase> {};
 
 TEST_P(RefusedDatabase, EndsAnAddBeforeItBegins) {
   const UdpListener zwave("127.255.255.254", 8888);
@@ -165,13 +165,13 @@ TEST(Add, IsRefusedWhileTheDatabaseStaysLocked) {
 }
 
 // These the library makes good: the user is told, and the add goes on.
-const Case kMended[] = {
+const DatabaseCase kMended[] = {
     {"Missing", nothing, "there is no device database yet at /tmp/ddb: the library begins an empty one."},
     {"Rubbish", rubbish, "a damaged one. The library repairs it when it opens it."},
     {"CutInTheHeader", cutInTheHeader, "a damaged one. The library repairs it when it opens it."},
 };
 
-class MendedDatabase : public testing::TestWithParam<Case> {};
+class MendedDatabase : public testing::TestWithParam<DatabaseCase> {};
 
 TEST_P(MendedDatabase, IsToldBeforeAnAdd) {
   SimRouter router;

@@ -13,23 +13,23 @@
 namespace tembra::test {
 namespace {
 
-struct Case {
+struct InterruptCase {
   const char* name;
   std::vector<std::string> arguments;
   int signal;
   const char* begins;
 };
 
-void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
+void PrintTo(const InterruptCase& row, std::ostream* out) { *out << row.name; }
 
-const Case kCases[] = {
+const InterruptCase kInterruptCases[] = {
     {"CtrlCWhileAdding", {"add"}, SIGINT, "add a device"},
     {"CtrlCWhileRemoving", {"remove", "--yes"}, SIGINT, "remove a device"},
     {"KillWhileAdding", {"add"}, SIGTERM, "add a device"},
     {"HangUpWhileRemoving", {"remove", "--yes"}, SIGHUP, "remove a device"},
 };
 
-class InterruptTest : public testing::TestWithParam<Case> {};
+class InterruptTest : public testing::TestWithParam<InterruptCase> {};
 
 TEST_P(InterruptTest, CancelsOnBothRadios) {
   SimRouter router;
@@ -46,7 +46,7 @@ TEST_P(InterruptTest, CancelsOnBothRadios) {
   EXPECT_EQ(told.zwave, expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, InterruptTest, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Signals, InterruptTest, testing::ValuesIn(kInterruptCases),
                          [](const auto& test) { return test.param.name; });
 
 TEST(Interrupt, ByAReaderThatGoesAwayCancelsAsWell) {

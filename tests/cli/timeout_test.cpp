@@ -9,22 +9,22 @@
 namespace tembra::test {
 namespace {
 
-struct Case {
+struct TimeoutCase {
   const char* name;
   const char* fault;
   const char* sentence;
   const char* lastEvent;
 };
 
-void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
+void PrintTo(const TimeoutCase& row, std::ostream* out) { *out << row.name; }
 
-const Case kCases[] = {
+const TimeoutCase kTimeoutCases[] = {
     {"NoAnswer", "joined:silence", "no device answered in time.", nullptr},
     {"NoIdentity", "identity:silence", "a device answered, but did not say in time which one it is.", "ADDING"},
     {"NoDescription", "info:silence", "the device's description could not be read in time.", "GETTING_INFO"},
 };
 
-class TimeoutTest : public testing::TestWithParam<Case> {};
+class TimeoutTest : public testing::TestWithParam<TimeoutCase> {};
 
 TEST_P(TimeoutTest, FailsInWords) {
   SimRouter router({"--fault", GetParam().fault});
@@ -41,7 +41,7 @@ TEST_P(TimeoutTest, FailsInWords) {
   router.stop();
 }
 
-INSTANTIATE_TEST_SUITE_P(Answers, TimeoutTest, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Answers, TimeoutTest, testing::ValuesIn(kTimeoutCases),
                          [](const auto& test) { return test.param.name; });
 
 }  // namespace

@@ -8,16 +8,16 @@
 namespace tembra::test {
 namespace {
 
-struct Case {
+struct UsageCase {
   const char* name;
   std::vector<std::string> arguments;
   int status;
   const char* says;
 };
 
-void PrintTo(const Case& row, std::ostream* out) { *out << row.name; }
+void PrintTo(const UsageCase& row, std::ostream* out) { *out << row.name; }
 
-const Case kCases[] = {
+const UsageCase kUsageCases[] = {
     {"NoCommand", {}, 2, "a command is needed"},
     {"UnknownCommand", {"paint"}, 2, "paint"},
     {"UnknownOption", {"add", "--colour"}, 2, "--colour"},
@@ -37,7 +37,7 @@ const Case kCases[] = {
     {"HelpOfACommand", {"add", "--help"}, 0, ""},
 };
 
-class UsageTest : public testing::TestWithParam<Case> {};
+class UsageTest : public testing::TestWithParam<UsageCase> {};
 
 TEST_P(UsageTest, IsAnswered) {
   const Ended ended = runAssoc(GetParam().arguments);
@@ -45,7 +45,7 @@ TEST_P(UsageTest, IsAnswered) {
   EXPECT_NE(ended.errors.find(GetParam().says), std::string::npos) << ended.errors;
 }
 
-INSTANTIATE_TEST_SUITE_P(CommandLine, UsageTest, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(CommandLine, UsageTest, testing::ValuesIn(kUsageCases),
                          [](const auto& test) { return test.param.name; });
 
 }  // namespace

@@ -28,7 +28,7 @@ sockaddr_in internetAddress(const std::string& address, int port) {
 
 int boundSocket(const std::string& address, int port) {
   HARNESS_REAL(socket);
-  static auto* const bindReally = reinterpret_cast<decltype(&::bind)>(dlsym(RTLD_NEXT, "bind"));
+  static auto* const bindReally = reinterpret_cast<decltype(&::bind)>(nextDefinition("__interceptor_bind", "bind"));
   const int descriptor = real(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   const sockaddr_in internet = internetAddress(address, port);
   if (bindReally(descriptor, reinterpret_cast<const sockaddr*>(&internet), sizeof internet) != 0) {

@@ -7,6 +7,17 @@
 // Declares `real`, the next definition of `function` after the test program's. Looked up at first use, because some
 // functions are called before the program's static objects exist.
 #define HARNESS_REAL(function) \
-  static auto* const real = reinterpret_cast<decltype(&::function)>(dlsym(RTLD_NEXT, #function))
+  static auto* const real =    \
+      reinterpret_cast<decltype(&::function)>(harness::nextDefinition("__interceptor_" #function, #function))
+
+namespace harness {
+
+// A sanitizer whose runtime is part of the program has its own definition under another name.
+inline void* nextDefinition(const char* sanitizers, const char* name) {
+  void* const interceptor = dlsym(RTLD_DEFAULT, sanitizers);
+  return interceptor != nullptr ? interceptor : dlsym(RTLD_NEXT, name);
+}
+
+}  // namespace harness
 
 #endif

@@ -37,7 +37,7 @@ void expectCommand(Router& router, const Bytes& datagram, const std::string& com
   EXPECT_EQ(router.state(), "state 5 idle 0 last 5 cancel 2 radio 4 cmdtype " + commandType);
 }
 
-void pretendAnOperation(TembraAssociation& assoc) {
+void pretendAnOperationBefore(TembraAssociation& assoc) {
   assoc.assocState = ZW_ASSOC_QUERY;
   assoc.lastEventCode = 5;
   assoc.cancelTarget = 2;
@@ -52,7 +52,7 @@ TEST(NestCommandTest, AddSendsTheText) {
   Router router;
   TembraAssociation& assoc = router.connect();
   char text[] = "c.AbCd1234";
-  pretendAnOperation(assoc);
+  pretendAnOperationBefore(assoc);
   EXPECT_EQ(assoc.Nest_add(text), &idle);
   expectCommand(router, Wire(256).number(4, 100).text(8, text).all(), "AddIPDevice");
 }
@@ -64,7 +64,7 @@ TEST(NestCommandTest, RemoveSendsNothingButItsNumber) {
   assoc.Nest_add(text);
   router.nest().receive();
   router.forget();
-  pretendAnOperation(assoc);
+  pretendAnOperationBefore(assoc);
   EXPECT_EQ(assoc.Nest_remove(), &idle);
   expectCommand(router, Wire(256).number(4, 109).all(), "RemoveIPDevice");
 }
@@ -84,7 +84,7 @@ TEST(NestCommandTest, TheTextIsCutAtTheDatagram) {
 TEST(NestCommandTest, AFailedSendIsToldNobody) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  pretendAnOperation(assoc);
+  pretendAnOperationBefore(assoc);
   router.fail(harness::Call::Sendto, ENOBUFS);
   EXPECT_EQ(assoc.Nest_remove(), &idle);
   EXPECT_EQ(router.takeTrace(), lines({"send nest 256 -> ENOBUFS", "stderr sendto error: No buffer space available"}));

@@ -12,8 +12,8 @@ using harness::Router;
 
 namespace {
 
-char mac[] = "a1:b2:c3:0a:1b:2c";
-char text[] = "text";
+char bridgeMac[] = "a1:b2:c3:0a:1b:2c";
+char givenText[] = "givenText";
 
 // What another thread finds in the command type as soon as it sees the mark. Nothing but the mark orders the two.
 std::string commandTypeSeenWithTheMark(const std::function<void()>& operation) {
@@ -35,11 +35,12 @@ TEST(OperationMarkTest, WhoSeesItSeesTheCommandTypeToo) {
   Router router;
   TembraAssociation& assoc = router.connect();
   for (int round = 0; round < 50; ++round) {
-    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_addBridge(mac); }), "AddIPDevice");
-    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_addDev(mac, text); }), "AddHueDevice");
-    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_refreshBridge(mac, text); }), "RefreshIPDevice");
-    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_remove(mac); }), "RemoveIPDevice");
-    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Nest_add(text); }), "AddIPDevice");
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_addBridge(bridgeMac); }), "AddIPDevice");
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_addDev(bridgeMac, givenText); }), "AddHueDevice");
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_refreshBridge(bridgeMac, givenText); }),
+              "RefreshIPDevice");
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Hue_remove(bridgeMac); }), "RemoveIPDevice");
+    EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Nest_add(givenText); }), "AddIPDevice");
     EXPECT_EQ(commandTypeSeenWithTheMark([&assoc] { assoc.Nest_remove(); }), "RemoveIPDevice");
   }
 }
@@ -54,7 +55,7 @@ TEST(OperationMarkTest, AFastAnswerComesAfterTheCommand) {
       }
       router.hue().post(hueAnswer(4));
     });
-    assoc.Hue_addBridge(mac);
+    assoc.Hue_addBridge(bridgeMac);
     daemon.join();
     router.settle();
     ASSERT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 3 cmdtype AddIPDevice") << round;

@@ -1,16 +1,14 @@
 #!/bin/sh
 # exported_symbols.sh LIBRARY LIST: fails when the names that the library exports are not exactly those of the list.
 #
-# Two kinds of names are not the library's own: weak copies of the C++ library's templates, which stand in every shared
-# object that uses them, and what a sanitizer adds for itself.
+# Weak copies of the C++ library's templates are not the library's own: they stand in every shared object that uses them.
 set -eu
 library=$1
 list=$2
 
 cxx_library='^[WVu] _Z(TI|TS|TV|GV|Z)*(NK?)?S[tabsiod]'
-sanitizer='^[A-Za-z] __(odr_)?(a|t|ub)san[_.]'
 
-nm -D --defined-only "$library" | awk '{ print $2, $3 }' | grep -Ev "$cxx_library" | grep -Ev "$sanitizer" |
+nm -D --defined-only "$library" | awk '{ print $2, $3 }' | grep -Ev "$cxx_library" |
   cut -d' ' -f2- | c++filt | LC_ALL=C sort -u >exported.$$
 trap 'rm -f exported.$$' EXIT
 

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "harness/router.h"
+#include "nodes.h"
 
 using harness::Bytes;
 using harness::Device;
@@ -18,9 +19,7 @@ namespace {
 constexpr unsigned char kInk = 0xAA;
 constexpr int kInkSource = 99;
 
-const Node kSwitch = Node(5).generic(0x10).specific(1);                           // 42, 1, 43
 const Node kSensor = Node(5).generic(0x00).values({{0x20, 0, 1}, {0x30, 0, 1}});  // six sub-types
-const Node kGateway = Node(5).generic(0x02).specific(7);                          // none
 const Node kGeneric = Node(5).generic(0x00);                                      // none
 
 class CarryOver : public testing::Test {

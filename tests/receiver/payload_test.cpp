@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "harness/router.h"
+#include "nodes.h"
 
 using harness::Device;
 using harness::Node;
@@ -44,9 +45,6 @@ class PayloadTest : public testing::Test {
     return events.empty() ? RecordedEvent{} : events.back();
   }
 };
-
-const Node kSwitch = Node(5).generic(0x10).specific(1);
-const Node kGateway = Node(5).generic(0x02).specific(7);
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 #include <climits>
 #include <cstring>
 
+#include "nodes.h"
 #include "stories.h"
 
 using harness::lines;
@@ -16,9 +17,6 @@ std::string idleTimeout(int seconds) {
   return lines({"log 0 libTembraAssoc:Didn't get packet for " + std::to_string(seconds) + " secs",
                 "log 0 libTembraAssoc:idle timeout set to 180 sec...", "timeout 180"});
 }
-
-const Node kSwitch = Node(5).generic(0x10).specific(1);
-const Node kGateway = Node(5).generic(0x02).specific(7);
 
 const std::string kZigbeeCancel = lines({"log 0 libTembraAssoc:Sending cancel command to zigbee_server",
                                          R"(send zigbee 320 "network pjoin 0" @180 "cancel")"});

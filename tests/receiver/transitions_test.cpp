@@ -33,8 +33,8 @@ Input datagramOf(const char* sender) {
 
 void waitInVain(Router& router, int timeout) { router.advance(timeout); }
 
-const Node kSwitch = Node(kUnknown).generic(0x10).specific(1);   // has sub-types
-const Node kGateway = Node(kUnknown).generic(0x02).specific(7);  // has none
+const Node kUnknownSwitch = Node(kUnknown).generic(0x10).specific(1);   // has sub-types
+const Node kUnknownGateway = Node(kUnknown).generic(0x02).specific(7);  // has none
 
 // Each condition of the table, and inputs that meet it. The database holds the node kKnown.
 const std::map<std::string, std::vector<Input>> kInputs = {
@@ -45,8 +45,9 @@ const std::map<std::string, std::vector<Input>> kInputs = {
     {"known node", {answer(Node(kKnown))}},
     {"any other node", {answer(Node(1)), answer(Node(kUnknown)), answer(Node(254))}},
     {"not classified", {answer(Node(kUnknown).basic(0)), answer(Node(kKnown).basic(0))}},
-    {"classified, with sub-types", {answer(kSwitch)}},
-    {"classified, without sub-types", {answer(kGateway), answer(Node(0).generic(0)), answer(Node(255).generic(0x02))}},
+    {"classified, with sub-types", {answer(kUnknownSwitch)}},
+    {"classified, without sub-types",
+     {answer(kUnknownGateway), answer(Node(0).generic(0)), answer(Node(255).generic(0x02))}},
     {"time-out, idle 0", {waitInVain}},
     {"time-out, idle 1", {waitInVain}},
     {"datagram of the HA server", {datagramOf("127.255.255.1")}},

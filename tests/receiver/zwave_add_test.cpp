@@ -1,6 +1,7 @@
 // An add that the Z-Wave server answers, step by step.
 #include <cstring>
 
+#include "nodes.h"
 #include "stories.h"
 
 using harness::Device;
@@ -11,8 +12,7 @@ namespace {
 
 using ZwaveAdd = Stories;
 
-const Node kSwitch = Node(5).classes({0x25}).generic(0x10).specific(1);
-const Node kGateway = Node(5).generic(0x02).specific(7);
+const Node kSwitchWithItsClass = Node(5).classes({0x25}).generic(0x10).specific(1);
 
 }  // namespace
 
@@ -126,7 +126,7 @@ TEST_F(ZwaveAdd, NoNodeAndFailureEndItWhenTheIdentityIsExpected) {
 TEST_F(ZwaveAdd, ADeviceWithSubTypesIsOfferedForAChoice) {
   router.database().nextId("17");
   addIdentified(5);
-  EXPECT_EQ(answer(kSwitch),
+  EXPECT_EQ(answer(kSwitchWithItsClass),
             lines({
                 "log 0 libTembraAssoc:Received Packet from Z-wave",
                 "log 0 ................. ZW_ASSOC_QUERY ...................",

@@ -146,7 +146,7 @@ std::vector<Misdeed> zigbeeMisdeeds() {
   };
 }
 
-constexpr const char* kBridge = "02a1b2fffe0c0001";
+constexpr const char* kPolicedBridge = "02a1b2fffe0c0001";
 
 Datagram hueCommand(unsigned code, const char* bridge, const char* argument, std::size_t strayOffset = 304) {
   HueCommand command{};
@@ -163,31 +163,31 @@ std::vector<Misdeed> hueMisdeeds() {
   constexpr const char* wrongForm = "a bridge id of the wrong form: \"";
   return {
       {"GoodDiscovery", kHueServer, hueCommand(114, "", ""), ""},
-      {"GoodAdd", kHueServer, hueCommand(100, kBridge, ""), ""},
+      {"GoodAdd", kHueServer, hueCommand(100, kPolicedBridge, ""), ""},
       {"GoodAddOfForeignBridge", kHueServer, hueCommand(100, "001122fffeAABBCC", ""), ""},
-      {"GoodBulb", kHueServer, hueCommand(105, kBridge, "Lamp"), ""},
-      {"GoodRefresh", kHueServer, hueCommand(106, kBridge, "user"), ""},
-      {"GoodRemove", kHueServer, hueCommand(109, kBridge, ""), ""},
+      {"GoodBulb", kHueServer, hueCommand(105, kPolicedBridge, "Lamp"), ""},
+      {"GoodRefresh", kHueServer, hueCommand(106, kPolicedBridge, "user"), ""},
+      {"GoodRemove", kHueServer, hueCommand(109, kPolicedBridge, ""), ""},
       {"ShortCommand", kHueServer, Datagram(303), "a datagram of 303 bytes instead of 304"},
       {"LongCommand", kHueServer, Datagram(305), "a datagram of 305 bytes instead of 304"},
       {"ZeroCommand", kHueServer, Datagram(304), "an unknown command: 0"},
-      {"UnknownCommand", kHueServer, hueCommand(101, kBridge, ""), "an unknown command: 101"},
+      {"UnknownCommand", kHueServer, hueCommand(101, kPolicedBridge, ""), "an unknown command: 101"},
       {"HugeCommand", kHueServer, hueCommand(0xFFFFFFFF, "", ""), "an unknown command: 4294967295"},
       {"NoBridge", kHueServer, hueCommand(100, "", ""), wrongForm},
       {"ShortBridge", kHueServer, hueCommand(100, "02a1b2fffe0c000", ""), wrongForm},
       {"LongBridge", kHueServer, hueCommand(100, "02a1b2fffe0c00011", ""), wrongForm},
       {"BridgeWithoutFiller", kHueServer, hueCommand(100, "02a1b20000000001", ""), wrongForm},
       {"BridgeOfOtherLetters", kHueServer, hueCommand(100, "02a1b2fffe0c00xy", ""), wrongForm},
-      {"DiscoveryOfABridge", kHueServer, hueCommand(114, kBridge, ""), unused},
-      {"AddWithArgument", kHueServer, hueCommand(100, kBridge, "Lamp"), unused},
-      {"RemoveWithArgument", kHueServer, hueCommand(109, kBridge, "Lamp"), unused},
-      {"EndlessArgument", kHueServer, hueCommand(105, kBridge, std::string(49, 'y').c_str(), 169), unused},
-      {"StrayByteAtStart", kHueServer, hueCommand(105, kBridge, "Lamp", 0), unused},
-      {"StrayByteBeforeArgument", kHueServer, hueCommand(105, kBridge, "Lamp", 119), unused},
-      {"StrayByteBehindArgument", kHueServer, hueCommand(105, kBridge, "Lamp", 169), unused},
-      {"StrayByteBehindBridge", kHueServer, hueCommand(105, kBridge, "Lamp", 219), unused},
-      {"StrayByteBehindCommand", kHueServer, hueCommand(105, kBridge, "Lamp", 224), unused},
-      {"StrayByteAtEnd", kHueServer, hueCommand(105, kBridge, "Lamp", 303), unused},
+      {"DiscoveryOfABridge", kHueServer, hueCommand(114, kPolicedBridge, ""), unused},
+      {"AddWithArgument", kHueServer, hueCommand(100, kPolicedBridge, "Lamp"), unused},
+      {"RemoveWithArgument", kHueServer, hueCommand(109, kPolicedBridge, "Lamp"), unused},
+      {"EndlessArgument", kHueServer, hueCommand(105, kPolicedBridge, std::string(49, 'y').c_str(), 169), unused},
+      {"StrayByteAtStart", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 0), unused},
+      {"StrayByteBeforeArgument", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 119), unused},
+      {"StrayByteBehindArgument", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 169), unused},
+      {"StrayByteBehindBridge", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 219), unused},
+      {"StrayByteBehindCommand", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 224), unused},
+      {"StrayByteAtEnd", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 303), unused},
   };
 }
 

@@ -15,56 +15,56 @@
 namespace tembra::sim {
 namespace {
 
-struct KnownDevice {
+struct KnownZigbeeDevice {
   const char* label;
   int type;
   int indexes;
   int result = 0;
 };
 
-constexpr std::array kDevices{
-    KnownDevice{"zb-plug", DEVTYPE_BINARY_SWITCH, 1},
-    KnownDevice{"zb-dimmer", DEVTYPE_MULTILEVEL_SWITCH_ON_OFF, 2},
-    KnownDevice{"zb-colour-lamp", DEVTYPE_COLOR_DIMMABLE_LIGHT, 5},
-    KnownDevice{"zb-metering-plug", DEVTYPE_GENERIC_DEVICE, 9},
-    KnownDevice{"zb-ac-plug", DEVTYPE_SMART_AC_SWITCH, 5},
-    KnownDevice{"zb-ac-plug-mute", DEVTYPE_BINARY_SWITCH, 0, -1},
-    KnownDevice{"zb-makers-plug", DEVTYPE_TOBBLE_PLUG, 5},
-    KnownDevice{"zb-thermostat", DEVTYPE_THERMOSTAT, 5},
-    KnownDevice{"zb-zen-thermostat", DEVTYPE_ZEN_THERMOSTAT, 7},
-    KnownDevice{"zb-ir-extender", DEVTYPE_IR_EXTENDER, 5},
-    KnownDevice{"zb-door-lock", DEVTYPE_ZIGBEE_DOOR_LOCK, 1},
-    KnownDevice{"zb-window-covering", DEVTYPE_WINDOW_COVERING, 1},
-    KnownDevice{"zb-occupancy", DEVTYPE_OCCUPANCY_SENSOR, 1},
-    KnownDevice{"zb-presence", DEVTYPE_GENERIC_DEVICE, 1},
-    KnownDevice{"zb-temperature", DEVTYPE_ZIGBEE_TEMP_SENSOR, 1},
-    KnownDevice{"zb-climate", DEVTYPE_GENERIC_DEVICE, 2},
-    KnownDevice{"zb-hall-sensor", DEVTYPE_GENERIC_DEVICE, 3},
-    KnownDevice{"zb-contact", DEVTYPE_CONTACT_SWITCH, 3},
-    KnownDevice{"zb-multi", DEVTYPE_CONTACT_SWITCH, 4},
-    KnownDevice{"zb-motion", DEVTYPE_MOTION_SENSOR, 3},
-    KnownDevice{"zb-water", DEVTYPE_WATER_SENSOR, 3},
-    KnownDevice{"zb-smoke", DEVTYPE_FIRE_SENSOR, 3},
-    KnownDevice{"zb-mini-smoke", DEVTYPE_GENERIC_DEVICE, 3},
-    KnownDevice{"zb-key-fob", DEVTYPE_KEY_FOB, 3},
-    KnownDevice{"zb-remote", DEVTYPE_REMOTE_CONTROL, 1},
-    KnownDevice{"zb-button", DEVTYPE_DRAVOTEK_BUTTON, 3},
-    KnownDevice{"zb-siren", DEVTYPE_STANDARD_WARNING, 3},
-    KnownDevice{"zb-keypad", DEVTYPE_KEYPAD, 2},
-    KnownDevice{"zb-camera", DEVTYPE_ZIGBEE_CAM_IMAGE, 7},
-    KnownDevice{"zb-tilt", DEVTYPE_CONTACT_SWITCH, 3},
-    KnownDevice{"zb-vibration", DEVTYPE_VIBRATION_SENSOR, 4},
-    KnownDevice{"zb-fan", DEVTYPE_MULTILEVEL_SWITCH_ON_OFF, 4},
-    KnownDevice{"zb-power-strip", DEVTYPE_BINARY_SWITCH, 5},
-    KnownDevice{"zb-energy-monitor", DEVTYPE_GENERIC_DEVICE, 29},
-    KnownDevice{"zb-unknown", DEVTYPE_GENERIC_DEVICE, 0},
+constexpr std::array kZigbeeDevices{
+    KnownZigbeeDevice{"zb-plug", DEVTYPE_BINARY_SWITCH, 1},
+    KnownZigbeeDevice{"zb-dimmer", DEVTYPE_MULTILEVEL_SWITCH_ON_OFF, 2},
+    KnownZigbeeDevice{"zb-colour-lamp", DEVTYPE_COLOR_DIMMABLE_LIGHT, 5},
+    KnownZigbeeDevice{"zb-metering-plug", DEVTYPE_GENERIC_DEVICE, 9},
+    KnownZigbeeDevice{"zb-ac-plug", DEVTYPE_SMART_AC_SWITCH, 5},
+    KnownZigbeeDevice{"zb-ac-plug-mute", DEVTYPE_BINARY_SWITCH, 0, -1},
+    KnownZigbeeDevice{"zb-makers-plug", DEVTYPE_TOBBLE_PLUG, 5},
+    KnownZigbeeDevice{"zb-thermostat", DEVTYPE_THERMOSTAT, 5},
+    KnownZigbeeDevice{"zb-zen-thermostat", DEVTYPE_ZEN_THERMOSTAT, 7},
+    KnownZigbeeDevice{"zb-ir-extender", DEVTYPE_IR_EXTENDER, 5},
+    KnownZigbeeDevice{"zb-door-lock", DEVTYPE_ZIGBEE_DOOR_LOCK, 1},
+    KnownZigbeeDevice{"zb-window-covering", DEVTYPE_WINDOW_COVERING, 1},
+    KnownZigbeeDevice{"zb-occupancy", DEVTYPE_OCCUPANCY_SENSOR, 1},
+    KnownZigbeeDevice{"zb-presence", DEVTYPE_GENERIC_DEVICE, 1},
+    KnownZigbeeDevice{"zb-temperature", DEVTYPE_ZIGBEE_TEMP_SENSOR, 1},
+    KnownZigbeeDevice{"zb-climate", DEVTYPE_GENERIC_DEVICE, 2},
+    KnownZigbeeDevice{"zb-hall-sensor", DEVTYPE_GENERIC_DEVICE, 3},
+    KnownZigbeeDevice{"zb-contact", DEVTYPE_CONTACT_SWITCH, 3},
+    KnownZigbeeDevice{"zb-multi", DEVTYPE_CONTACT_SWITCH, 4},
+    KnownZigbeeDevice{"zb-motion", DEVTYPE_MOTION_SENSOR, 3},
+    KnownZigbeeDevice{"zb-water", DEVTYPE_WATER_SENSOR, 3},
+    KnownZigbeeDevice{"zb-smoke", DEVTYPE_FIRE_SENSOR, 3},
+    KnownZigbeeDevice{"zb-mini-smoke", DEVTYPE_GENERIC_DEVICE, 3},
+    KnownZigbeeDevice{"zb-key-fob", DEVTYPE_KEY_FOB, 3},
+    KnownZigbeeDevice{"zb-remote", DEVTYPE_REMOTE_CONTROL, 1},
+    KnownZigbeeDevice{"zb-button", DEVTYPE_DRAVOTEK_BUTTON, 3},
+    KnownZigbeeDevice{"zb-siren", DEVTYPE_STANDARD_WARNING, 3},
+    KnownZigbeeDevice{"zb-keypad", DEVTYPE_KEYPAD, 2},
+    KnownZigbeeDevice{"zb-camera", DEVTYPE_ZIGBEE_CAM_IMAGE, 7},
+    KnownZigbeeDevice{"zb-tilt", DEVTYPE_CONTACT_SWITCH, 3},
+    KnownZigbeeDevice{"zb-vibration", DEVTYPE_VIBRATION_SENSOR, 4},
+    KnownZigbeeDevice{"zb-fan", DEVTYPE_MULTILEVEL_SWITCH_ON_OFF, 4},
+    KnownZigbeeDevice{"zb-power-strip", DEVTYPE_BINARY_SWITCH, 5},
+    KnownZigbeeDevice{"zb-energy-monitor", DEVTYPE_GENERIC_DEVICE, 29},
+    KnownZigbeeDevice{"zb-unknown", DEVTYPE_GENERIC_DEVICE, 0},
 };
 
 TEST(ZigbeeCatalogue, HoldsOneDeviceForEveryWayToBeClassified) {
   const ZigbeeCatalogue catalogue = ZigbeeCatalogue::load(TEMBRA_SIM_CATALOGUE);
-  EXPECT_EQ(catalogue.devices().size(), kDevices.size());
+  EXPECT_EQ(catalogue.devices().size(), kZigbeeDevices.size());
   TembraAssociation* const library = TembraAssociation::LCDAssocInit();
-  for (const KnownDevice& known : kDevices) {
+  for (const KnownZigbeeDevice& known : kZigbeeDevices) {
     SCOPED_TRACE(known.label);
     const ZigbeeDevice* const device = catalogue.find(known.label);
     ASSERT_NE(device, nullptr);
@@ -82,8 +82,8 @@ TEST(Home, KnowsEveryNameThatCanBePressed) {
   for (const char* name : {"", "hue-button#2", "zb-siren#", "bridge"}) EXPECT_FALSE(home.has(name)) << name;
 }
 
-std::string entry(const std::string& label, const std::string& model, const std::string& clusters,
-                  const std::string& more = "") {
+std::string zigbeeEntry(const std::string& label, const std::string& model, const std::string& clusters,
+                        const std::string& more = "") {
   return R"({"label": ")" + label + R"(", "description": "d", "manufacturer": "m", "model": ")" + model +
          R"(", "clusters": )" + clusters + more + "}";
 }
@@ -94,7 +94,7 @@ std::string pairs(int count) {
   return "[" + list + "]";
 }
 
-std::string loadingFailure(const std::string& content) {
+std::string zigbeeLoadingFailure(const std::string& content) {
   const std::filesystem::path folder = "/tmp/catalogue";
   std::filesystem::create_directory(folder);
   std::ofstream(folder / "zwave.json") << R"({"devices": [{"label": "both", "description": "d", "basic": 4,
@@ -109,30 +109,30 @@ std::string loadingFailure(const std::string& content) {
 }
 
 TEST(ZigbeeCatalogue, SaysWhatIsWrongInAFile) {
-  const std::string good = entry("a", "", "[]");
+  const std::string good = zigbeeEntry("a", "", "[]");
   struct {
     std::string devices;
     const char* complaint;
   } const files[] = {
       {good, "loaded"},
-      {entry("a", std::string(21, 'x'), pairs(29), R"(, "zoneType": 65535)"), "loaded"},
+      {zigbeeEntry("a", std::string(21, 'x'), pairs(29), R"(, "zoneType": 65535)"), "loaded"},
       {good + "," + good, "(device 2): there are two devices called a"},
-      {entry("both", "", "[]"), "both have a device called both"},
-      {entry("A", "", "[]"), "(device 1): a label has"},
-      {entry("a", std::string(22, 'x'), "[]"), "is longer than 21 characters"},
-      {entry("a", "", pairs(30)), "more than 29 clusters"},
-      {entry("a", "", "[[6]]"), "[6] is not [cluster, endpoint]"},
-      {entry("a", "", "[[65535, 1]]"), "65535 is not from 0 to 65534"},
-      {entry("a", "", "[[6, 0]]"), "0 is not from 1 to 254"},
-      {entry("a", "", "[[6, 255]]"), "255 is not from 1 to 254"},
-      {entry("a", "", "[]", R"(, "zoneType": 65536)"), "65536 is not from 0 to 65535"},
-      {entry("a", "", "[]", R"(, "acChecks": [1, 2])"), "\"acChecks\" is not a list of 3 numbers"},
-      {entry("a", "", "[]", R"(, "productWords": 1)"), "\"productWords\" is not a list of 2 numbers"},
+      {zigbeeEntry("both", "", "[]"), "both have a device called both"},
+      {zigbeeEntry("A", "", "[]"), "(device 1): a label has"},
+      {zigbeeEntry("a", std::string(22, 'x'), "[]"), "is longer than 21 characters"},
+      {zigbeeEntry("a", "", pairs(30)), "more than 29 clusters"},
+      {zigbeeEntry("a", "", "[[6]]"), "[6] is not [cluster, endpoint]"},
+      {zigbeeEntry("a", "", "[[65535, 1]]"), "65535 is not from 0 to 65534"},
+      {zigbeeEntry("a", "", "[[6, 0]]"), "0 is not from 1 to 254"},
+      {zigbeeEntry("a", "", "[[6, 255]]"), "255 is not from 1 to 254"},
+      {zigbeeEntry("a", "", "[]", R"(, "zoneType": 65536)"), "65536 is not from 0 to 65535"},
+      {zigbeeEntry("a", "", "[]", R"(, "acChecks": [1, 2])"), "\"acChecks\" is not a list of 3 numbers"},
+      {zigbeeEntry("a", "", "[]", R"(, "productWords": 1)"), "\"productWords\" is not a list of 2 numbers"},
       {R"({"label": "a", "description": "d"})", "manufacturer"},
       {"nonsense", "syntax error"},
   };
   for (const auto& file : files) {
-    const std::string outcome = loadingFailure(R"({"devices": [)" + file.devices + "]}");
+    const std::string outcome = zigbeeLoadingFailure(R"({"devices": [)" + file.devices + "]}");
     EXPECT_NE(outcome.find(file.complaint), std::string::npos) << file.devices << ": " << outcome;
   }
 }

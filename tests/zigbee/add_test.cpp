@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "devices.h"
 #include "harness/router.h"
 
 using harness::Device;
@@ -13,7 +14,7 @@ using harness::ZigbeeDevice;
 
 namespace {
 
-ZigbeeDevice answer(int status) { return ZigbeeDevice(0x1234).status(status); }
+ZigbeeDevice answer(int status) { return ZigbeeDevice(kLamp).status(status); }
 
 TembraAssociation& adding(Router& router) {
   TembraAssociation& assoc = router.connect();
@@ -31,10 +32,6 @@ TembraAssociation& describing(Router& router) {
   router.forget();
   return assoc;
 }
-
-const ZigbeeDevice kContact = answer(10).zone(0x0015).cluster(0x0500, 1);
-const ZigbeeDevice kCie = answer(10).zone(0x0000).cluster(0x0500, 1);
-const ZigbeeDevice kMeterWithoutValues = answer(10).clusters({0x0006, 0x0B04});
 
 }  // namespace
 

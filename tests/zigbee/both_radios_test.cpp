@@ -3,6 +3,7 @@
 
 #include <sstream>
 
+#include "devices.h"
 #include "harness/router.h"
 
 using harness::Device;
@@ -13,7 +14,6 @@ using harness::ZigbeeDevice;
 
 namespace {
 
-constexpr unsigned short kLamp = 0x1234;
 constexpr int kKnownNode = 9;
 constexpr char kCancelZigbee[] = "send zigbee 320\n", kCancelZwave[] = "send zwave 236\n", kNotice[] = "send ha 4100\n";
 
@@ -161,7 +161,7 @@ class Orders {
   std::vector<Answer> answers_;
 };
 
-void prepare(Router& router) {
+void prepareWithLampAndBlind(Router& router) {
   router.connect();
   router.database().put(Device(7, "Lamp").zigbee(kLamp)).put(Device(8, "Blind").zwave(kKnownNode));
 }
@@ -170,7 +170,7 @@ void prepare(Router& router) {
 
 TEST(BothRadiosTest, AnAddInEveryOrderOfAnswers) {
   Router router;
-  prepare(router);
+  prepareWithLampAndBlind(router);
   Orders orders(router, {zigbee(1), zigbee(6), zigbee(10), zigbee(2), zigbee(3), zigbee(12), zwave(5),
                          zwave(kKnownNode), zwave(0), zwave(255)});
   orders.tryAll(3, ASSOC);
@@ -179,7 +179,7 @@ TEST(BothRadiosTest, AnAddInEveryOrderOfAnswers) {
 
 TEST(BothRadiosTest, AWholeAddInEveryOrderOfAnswers) {
   Router router;
-  prepare(router);
+  prepareWithLampAndBlind(router);
   Orders orders(router, {zigbee(1), zigbee(6), zigbee(10), zwave(5)});
   orders.tryAll(5, ASSOC);
   EXPECT_EQ(orders.tried, 4 * 4 * 4 * 4 * 4);
@@ -187,7 +187,7 @@ TEST(BothRadiosTest, AWholeAddInEveryOrderOfAnswers) {
 
 TEST(BothRadiosTest, ARemovalInEveryOrderOfAnswers) {
   Router router;
-  prepare(router);
+  prepareWithLampAndBlind(router);
   Orders orders(router, {zigbee(2), zigbee(5), zigbee(12), zwave(5), zwave(kKnownNode), zwave(0), zwave(255)});
   orders.tryAll(3, DEASSOC);
   EXPECT_EQ(orders.tried, 7 * 7 * 7);
@@ -195,7 +195,7 @@ TEST(BothRadiosTest, ARemovalInEveryOrderOfAnswers) {
 
 TEST(BothRadiosTest, ZwaveTakesOverEvenFromAFoundZigbeeDevice) {
   Router router;
-  prepare(router);
+  prepareWithLampAndBlind(router);
   router.assoc().addDevZigbeeZwave();
   send(router, zigbee(1));
   EXPECT_EQ(router.state(), "state 1 idle 0 last 3 cancel 1 radio 1 cmdtype AddingSensor");
@@ -209,7 +209,7 @@ TEST(BothRadiosTest, ZwaveTakesOverEvenFromAFoundZigbeeDevice) {
 
 TEST(BothRadiosTest, AZigbeeDeviceInBetweenReplacesThePendingRecord) {
   Router router;
-  prepare(router);
+  prepareWithLampAndBlind(router);
   TembraAssociation& assoc = router.assoc();
   assoc.addDevZigbeeZwave();
   router.zigbee().send(ZigbeeDevice(kLamp).status(10).cluster(0x0006));
@@ -222,7 +222,7 @@ TEST(BothRadiosTest, AZigbeeDeviceInBetweenReplacesThePendingRecord) {
 
 TEST(BothRadiosTest, AnyZwaveAnswerEndsTheStateOfACreatedDevice) {
   Router router;
-  prepare(router);
+  prepareWithLampAndBlind(router);
   router.assoc().addDevZigbeeZwave();
   for (const int status : {1, 6, 10}) send(router, zigbee(status));
   router.forget();

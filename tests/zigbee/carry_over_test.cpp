@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "devices.h"
 #include "harness/router.h"
 
 using harness::Device;
@@ -12,7 +13,6 @@ using harness::ZigbeeDevice;
 
 namespace {
 
-constexpr unsigned short kLamp = 0x1234, kStranger = 0x4321;
 constexpr char kAdding[] = R"({"CommandType":"AddingDevice","MobileInternalIndex":""})";
 constexpr char kGetting[] = R"({"CommandType":"GettingInfo","MobileInternalIndex":""})";
 constexpr char kFailed[] =
@@ -101,10 +101,7 @@ class Buffers {
   int step_ = 1;
 };
 
-const ZigbeeDevice kCie = ZigbeeDevice(kLamp).status(10).zone(0x0000).cluster(0x0500);
-const ZigbeeDevice kSwitch = ZigbeeDevice(kLamp).status(10).cluster(0x0006);
-
-void prepare(Router& router) {
+void prepareWithLamp(Router& router) {
   router.connect();
   router.database().nextId("41").put(Device(7, "Lamp of the upper hall").zigbee(kLamp));
 }
@@ -113,7 +110,7 @@ void prepare(Router& router) {
 
 TEST(CarryOverTest, TextsKeepTheTailOfLongerOnes) {
   Router router;
-  prepare(router);
+  prepareWithLamp(router);
   Buffers buffers(router);
   buffers.progress(11, EVENT_ADD_FAILED, kFailed);
   buffers.progress(1, EVENT_ADDING, kAdding);
@@ -125,7 +122,7 @@ TEST(CarryOverTest, TextsKeepTheTailOfLongerOnes) {
 
 TEST(CarryOverTest, OnlyACreatedDeviceClearsTheReport) {
   Router router;
-  prepare(router);
+  prepareWithLamp(router);
   Buffers buffers(router);
   buffers.progress(1, EVENT_ADDING, kAdding);
   buffers.removed(7, "Lamp of the upper hall");
@@ -139,7 +136,7 @@ TEST(CarryOverTest, OnlyACreatedDeviceClearsTheReport) {
 
 TEST(CarryOverTest, ARemovalOfNobodyShowsTheBufferAsItWas) {
   Router router;
-  prepare(router);
+  prepareWithLamp(router);
   Buffers buffers(router);
   buffers.removedUnknown();
   buffers.progress(1, EVENT_ADDING, kAdding);
@@ -192,7 +189,7 @@ TEST(CarryOverTest, AnOversizedAnswerIsCut) {
 
 TEST(CarryOverTest, ARemovalNoticeStandsWhereNestEventsFollow) {
   Router router;
-  prepare(router);
+  prepareWithLamp(router);
   router.assoc().assocState = DEASSOC;
   ZigbeeDevice device = ZigbeeDevice(kLamp).status(2).maker("someone");
   std::memset(device.info().name, 'n', sizeof device.info().name);

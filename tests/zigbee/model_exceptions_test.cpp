@@ -10,7 +10,7 @@ using harness::ZigbeeDevice;
 namespace {
 
 constexpr char kIlluminanceLine[] = "log 0 libTembraAssoc:Sercomm motion and illuminance found\n";
-constexpr unsigned char kIlluminance = 28;
+constexpr unsigned char kIlluminanceEntry = 28;
 
 int timesIn(const std::string& text, const std::string& part) {
   int times = 0;
@@ -94,7 +94,7 @@ TEST(MotionWithIlluminanceTest, EveryEntryOfIlluminanceUnsettlesTheZone) {
   Router router;
   for (const MotionSensor& row : kMotionSensors) {
     ZigbeeDevice device = ZigbeeDevice().model("SZ-PIR04N").zone(0x000D).clusters(row.clusters);
-    if (row.illuminanceAt != 0) reinterpret_cast<unsigned char*>(&device.info())[row.illuminanceAt] = kIlluminance;
+    if (row.illuminanceAt != 0) reinterpret_cast<unsigned char*>(&device.info())[row.illuminanceAt] = kIlluminanceEntry;
     const Classified found = classify(router, device);
     EXPECT_EQ(timesIn(found.log, kIlluminanceLine), row.hits) << row.title;
     const bool settled = row.hits == 0 && row.clusters.end()[-1] == kZone;

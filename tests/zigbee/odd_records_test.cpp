@@ -131,12 +131,12 @@ TEST(OddRecordsTest, EveryReceivedTypeByte) {
 
 namespace {
 
-constexpr unsigned short kClusters[] = {0x0006, 0x0008, 0x0100, 0x0101, 0x0102, 0x0200, 0x0201,
-                                        0x0202, 0x0300, 0x0400, 0x0402, 0x0403, 0x0404, 0x0405,
-                                        0x0406, 0x0500, 0x0702, 0x0B04, 0x0503, 0x0504, 0xFFFF};
-constexpr const char* kMakers[] = {"", "NYCE", "Dravotek Ltd.", "OSRAM", "Zen Within"};
-constexpr const char* kModels[] = {"", "3041", "3014 ESW", "SZ-PIR04N", "MiniSD", "SML0", "RC_ACE", "UPIC XE01S"};
-constexpr unsigned short kZones[] = {0x0000, 0x000D, 0x0015, 0x002A, 0x010F, 0x0115, 0x0225, 0x7777};
+constexpr unsigned short kDrawnClusters[] = {0x0006, 0x0008, 0x0100, 0x0101, 0x0102, 0x0200, 0x0201,
+                                             0x0202, 0x0300, 0x0400, 0x0402, 0x0403, 0x0404, 0x0405,
+                                             0x0406, 0x0500, 0x0702, 0x0B04, 0x0503, 0x0504, 0xFFFF};
+constexpr const char* kDrawnMakers[] = {"", "NYCE", "Dravotek Ltd.", "OSRAM", "Zen Within"};
+constexpr const char* kDrawnModels[] = {"", "3041", "3014 ESW", "SZ-PIR04N", "MiniSD", "SML0", "RC_ACE", "UPIC XE01S"};
+constexpr unsigned short kDrawnZones[] = {0x0000, 0x000D, 0x0015, 0x002A, 0x010F, 0x0115, 0x0225, 0x7777};
 
 class Dice {
  public:
@@ -156,12 +156,12 @@ ZbDeviceInfo anyDevice(Dice& dice) {
   auto* bytes = reinterpret_cast<unsigned char*>(&device);
   for (std::size_t i = 0; i < sizeof device; ++i) bytes[i] = static_cast<unsigned char>(dice.roll(256));
   for (ZbClusterEntry& entry : device.clusters) {
-    entry.cluster = dice.pick(kClusters);
+    entry.cluster = dice.pick(kDrawnClusters);
     if (dice.roll(2) == 0) entry.endpoint = static_cast<unsigned short>(dice.roll(4));
   }
-  if (dice.roll(8) != 0) std::strcpy(device.manufacturer, dice.pick(kMakers));
-  if (dice.roll(8) != 0) std::strcpy(device.model, dice.pick(kModels));
-  if (dice.roll(8) != 0) device.zoneType = dice.pick(kZones);
+  if (dice.roll(8) != 0) std::strcpy(device.manufacturer, dice.pick(kDrawnMakers));
+  if (dice.roll(8) != 0) std::strcpy(device.model, dice.pick(kDrawnModels));
+  if (dice.roll(8) != 0) device.zoneType = dice.pick(kDrawnZones);
   if (dice.roll(4) != 0) device.devType = 0;
   return device;
 }

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "devices.h"
 #include "harness/router.h"
 
 using harness::Bytes;
@@ -15,7 +16,6 @@ using harness::ZigbeeDevice;
 
 namespace {
 
-constexpr unsigned short kLamp = 0x1234;
 constexpr char kScanned[] = "log 0 libTembraAssoc:Removing zigbee device 0x1234";
 
 TembraAssociation& removing(Router& router) {
@@ -26,7 +26,7 @@ TembraAssociation& removing(Router& router) {
   return assoc;
 }
 
-ZigbeeDevice answer(int status, unsigned short address = kLamp) {
+ZigbeeDevice leaveAnswer(int status, unsigned short address = kLamp) {
   ZigbeeDevice device = ZigbeeDevice(address).status(status).maker("m").cluster(0x0006, 9);
   std::memset(device.info().at242, 0x5A, sizeof device.info().at242);
   return device;
@@ -37,7 +37,7 @@ ZigbeeDevice answer(int status, unsigned short address = kLamp) {
 TEST(ZigbeeRemoveTest, AKnownDeviceIsReportedAndTheHaServerTold) {
   Router router;
   removing(router);
-  router.zigbee().send(answer(2));
+  router.zigbee().send(leaveAnswer(2));
   EXPECT_EQ(router.takeTrace(), lines({
                                     kScanned,
                                     "log 0 libTembraAssoc:Sending cancel command to zwave_server",
@@ -56,7 +56,7 @@ TEST(ZigbeeRemoveTest, AKnownDeviceIsReportedAndTheHaServerTold) {
 TEST(ZigbeeRemoveTest, TheNoticeIsTheReceivedRecord) {
   Router router;
   removing(router);
-  const ZigbeeDevice sent = answer(2);
+  const ZigbeeDevice sent = leaveAnswer(2);
   router.zigbee().send(sent);
   HaNotice notice{};
   std::memcpy(notice.record, &sent.info(), sizeof sent.info());
@@ -71,7 +71,7 @@ TEST(ZigbeeRemoveTest, AnUnknownDeviceIsReportedWhateverTheStatus) {
   for (const int status : {2, 5, 12}) {
     assoc.removeDevZigbeeZwave();
     router.forget();
-    router.zigbee().send(answer(status, 0x4321));
+    router.zigbee().send(leaveAnswer(status, 0x4321));
     EXPECT_EQ(router.takeTrace(), lines({
                                       "log 0 libTembraAssoc:Sending cancel command to zwave_server",
                                       "send zwave 236 op 4 cmd 0",
@@ -88,7 +88,7 @@ TEST(ZigbeeRemoveTest, AnUnknownDeviceIsReportedWhateverTheStatus) {
 TEST(ZigbeeRemoveTest, ProgressOfAKnownDeviceIsLookedUpEachTime) {
   Router router;
   removing(router);
-  for (int i = 0; i < 3; ++i) router.zigbee().send(answer(5));
+  for (int i = 0; i < 3; ++i) router.zigbee().send(leaveAnswer(5));
   EXPECT_EQ(router.takeTrace(), lines({kScanned, kScanned, kScanned}));
   EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
   EXPECT_STREQ(router.assoc().removedName, "Lamp");
@@ -97,9 +97,9 @@ TEST(ZigbeeRemoveTest, ProgressOfAKnownDeviceIsLookedUpEachTime) {
 TEST(ZigbeeRemoveTest, AfterTheFirstEndTheRestIsIgnored) {
   Router router;
   removing(router);
-  router.zigbee().send(answer(2));
+  router.zigbee().send(leaveAnswer(2));
   router.forget();
-  for (const int status : {2, 2, 12, 5}) router.zigbee().send(answer(status));
+  for (const int status : {2, 2, 12, 5}) router.zigbee().send(leaveAnswer(status));
   EXPECT_EQ(router.takeTrace(), "");
   EXPECT_EQ(router.assoc().zbDevice.msgCode, 5) << "the record is stored all the same";
 }
@@ -108,7 +108,7 @@ TEST(ZigbeeRemoveTest, ANoticeThatCannotBeSentChangesNothing) {
   Router router;
   removing(router);
   router.fail(Call::Sendto, EPERM, 1, 1);
-  router.zigbee().send(answer(2));
+  router.zigbee().send(leaveAnswer(2));
   const std::string trace = router.takeTrace();
   EXPECT_NE(trace.find("-> EPERM\nstderr sendto error: Operation not permitted\n"), std::string::npos) << trace;
   EXPECT_EQ(router.takeEvents().at(0).event.code, 11);
@@ -118,15 +118,15 @@ TEST(ZigbeeRemoveTest, ANoticeThatCannotBeSentChangesNothing) {
 TEST(ZigbeeRemoveTest, WithoutADatabaseTheLastRemovedDeviceIsNamedAgain) {
   Router router;
   TembraAssociation& assoc = removing(router);
-  router.zigbee().send(answer(2));
+  router.zigbee().send(leaveAnswer(2));
   assoc.removeDevZigbeeZwave();
   router.database().makeUnopenable();
   router.forget();
-  router.zigbee().send(answer(5, 0x4321));
+  router.zigbee().send(leaveAnswer(5, 0x4321));
   EXPECT_EQ(router.takeTrace(), lines({"stderr dpopen: broken database file"})) << "no answer, so no event";
   EXPECT_FALSE(router.database().exists());
   router.database().makeUnopenable();
-  router.zigbee().send(answer(2, 0x4321));
+  router.zigbee().send(leaveAnswer(2, 0x4321));
   const auto events = router.takeEvents();
   ASSERT_EQ(events.size(), 1U);
   EXPECT_EQ(events[0].event.code, 11);
@@ -138,7 +138,7 @@ TEST(ZigbeeRemoveTest, WithoutADatabaseStatusTwelveStaysUnknown) {
   Router router;
   removing(router);
   router.database().makeUnopenable();
-  router.zigbee().send(answer(12));
+  router.zigbee().send(leaveAnswer(12));
   EXPECT_EQ(router.takeEvents().at(0).event.code, 12);
 }
 
@@ -146,9 +146,9 @@ TEST(ZigbeeRemoveTest, ADatabaseThatBreaksOffHidesWhatStandsBehind) {
   Router router;
   removing(router);
   router.database().put(Device(1, "broken").zigbee(8)).put(Device(2, "hidden").zigbee(9)).breakRecord("1");
-  router.zigbee().send(answer(5));
+  router.zigbee().send(leaveAnswer(5));
   EXPECT_EQ(router.takeTrace().substr(0, std::strlen(kScanned)), kScanned);
-  router.zigbee().send(answer(2, 9));
+  router.zigbee().send(leaveAnswer(2, 9));
   EXPECT_EQ(router.takeEvents().at(0).event.code, 12);
 }
 
@@ -156,7 +156,7 @@ TEST(ZigbeeRemoveTest, OfTwoDevicesAtOneAddressTheLastIsReported) {
   Router router;
   removing(router);
   router.database().put(Device(3, "Plug 100%d").zigbee(kLamp));
-  router.zigbee().send(answer(2));
+  router.zigbee().send(leaveAnswer(2));
   const std::string trace = router.takeTrace();
   EXPECT_EQ(trace.rfind(lines({kScanned, kScanned}), 0), 0U);
   EXPECT_NE(trace.find("log 0 libTembraAssoc:Sensor name Plug 100%d is removed (Zigbee)\n"), std::string::npos);

@@ -1,6 +1,7 @@
 // A ZigBee device that stops answering: when the operation ends, and whom the time-out cancels.
 #include <gtest/gtest.h>
 
+#include "devices.h"
 #include "harness/router.h"
 
 using harness::lines;
@@ -10,11 +11,7 @@ using harness::ZigbeeDevice;
 namespace {
 
 constexpr char kCancellingZigbee[] = "log 0 libTembraAssoc:Sending cancel command to zigbee_server";
-constexpr char kCancelZigbee[] = R"(send zigbee 320 "network pjoin 0" @180 "cancel")";
-
-const ZigbeeDevice kSwitch = ZigbeeDevice(1).cluster(0x0006);
-const ZigbeeDevice kCie = ZigbeeDevice(1).zone(0).cluster(0x0500);
-const ZigbeeDevice kMeterWithoutValues = ZigbeeDevice(1).clusters({0x0006, 0x0B04});
+constexpr char kClosingTheNetwork[] = R"(send zigbee 320 "network pjoin 0" @180 "cancel")";
 
 // An add that comes to a halt.
 struct Halt {
@@ -63,7 +60,8 @@ TEST(WaitingTest, ASilentDeviceIsCancelledOnItsRadioOnly) {
     router.advance(halt.seconds - 1);
     EXPECT_EQ(router.takeTrace(), "");
     router.advance(1);
-    EXPECT_EQ(router.takeTrace(), lines({silence(halt.seconds), kCancellingZigbee, kCancelZigbee, "event 2 source 0"}));
+    EXPECT_EQ(router.takeTrace(),
+              lines({silence(halt.seconds), kCancellingZigbee, kClosingTheNetwork, "event 2 source 0"}));
     const TimeoutReport report = router.takeEvents().at(0).timeout();
     EXPECT_EQ(report.lastEventCode, halt.lastEvent);
     EXPECT_EQ(report.json, json(halt.commandType));
@@ -105,7 +103,7 @@ TEST(WaitingTest, AnAddThatWasAbandonedUnseenIsCancelledOnBothRadios) {
   answer(router, kSwitch, 4);
   router.forget();
   router.advance(180);
-  EXPECT_EQ(router.takeTrace(), lines({silence(180), kCancellingZigbee, kCancelZigbee,
+  EXPECT_EQ(router.takeTrace(), lines({silence(180), kCancellingZigbee, kClosingTheNetwork,
                                        "log 0 libTembraAssoc:Sending cancel command to zwave_server",
                                        "send zwave 236 op 4 cmd 0", "event 2 source 0"}));
   EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 0 cmdtype AddDevice");

@@ -22,7 +22,7 @@ struct Zone {
   const char* entries;
 };
 
-const Zone kZones[] = {
+const Zone kZoneRules[] = {
     {0x0000, "", "", "StandardCIE", 10, "StandardCIE #17", "2@1 12@1 9@1 end"},
     {0x000D, "", "", "MotionSensor", 11, "MotionSensor #17", "3@1 12@1 9@1 end"},
     {0x0015, "", "", "ContactSwitch", 12, "ContactSwitch #17", "4@1 12@1 9@1 end"},
@@ -72,7 +72,7 @@ ZigbeeDevice occupancySensor() { return ZigbeeDevice().maker("NYCE").model("3041
 
 TEST(ZoneRulesTest, EveryZoneType) {
   Router router;
-  for (const Zone& zone : kZones) {
+  for (const Zone& zone : kZoneRules) {
     const auto device = ZigbeeDevice().maker(zone.maker).model(zone.model).zone(zone.type).cluster(0x0500);
     const Classified found = classify(router, device);
     EXPECT_EQ(router.assoc().GetDeviceTypeInStringFormat(zone.type), std::string(zone.zoneName)) << zone.zoneName;

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "assoc/default_location.h"
 #include "assoc/receiver/flow.h"
 #include "assoc/receiver/timeouts.h"
 #include "support/log.h"
@@ -26,7 +27,6 @@ enum Status : unsigned char {
 };
 
 constexpr unsigned char kRemovedByRadio = 2;  // message kind of a ZigBee record in a removal notice
-constexpr char kDefaultLocation[] = "Default";
 
 class ZigbeeFlow {
  public:

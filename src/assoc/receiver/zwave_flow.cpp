@@ -19,6 +19,7 @@
 
 #include <cstring>
 
+#include "assoc/default_location.h"
 #include "assoc/receiver/flow.h"
 #include "assoc/receiver/timeouts.h"
 #include "support/log.h"
@@ -30,7 +31,6 @@ namespace {
 
 constexpr unsigned char kNoNode = 0;
 constexpr unsigned char kFailedNode = 255;
-constexpr char kDefaultLocation[] = "Default";
 
 class ZwaveFlow {
  public:

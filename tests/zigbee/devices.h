@@ -1,0 +1,15 @@
+// The devices that several tests let join.
+#ifndef TEMBRA_TESTS_ZIGBEE_DEVICES_H
+#define TEMBRA_TESTS_ZIGBEE_DEVICES_H
+
+#include "harness/zigbee_device.h"
+
+constexpr unsigned short kLamp = 0x1234, kStranger = 0x4321;
+
+// Each as it answers when it is known.
+const harness::ZigbeeDevice kSwitch = harness::ZigbeeDevice(kLamp).status(10).cluster(0x0006);
+const harness::ZigbeeDevice kContact = harness::ZigbeeDevice(kLamp).status(10).zone(0x0015).cluster(0x0500);
+const harness::ZigbeeDevice kCie = harness::ZigbeeDevice(kLamp).status(10).zone(0x0000).cluster(0x0500);
+const harness::ZigbeeDevice kMeterWithoutValues = harness::ZigbeeDevice(kLamp).status(10).clusters({0x0006, 0x0B04});
+
+#endif
