@@ -1,9 +1,6 @@
 // The one object, its roles and its callback.
 #include <tembra/association.h>
 
-#include <cstring>
-#include <mutex>
-
 #include "support/state_lock.h"
 
 using tembra::StateLock;

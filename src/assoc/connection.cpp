@@ -10,6 +10,7 @@
 #include <csignal>
 
 #include <cstdlib>
+#include <utility>
 
 #include "assoc/display_error.h"
 #include "mesh/mesh_identity.h"
@@ -30,8 +31,14 @@ constexpr int kClosed = 0;  // the sock field says so with descriptor 0
 constexpr int kFirstOrdinaryDescriptor = 3;
 constexpr long kLongestReceiveEndSeconds = 2;
 
-constinit tembra::Gate receiverStarted;  // open unless a thread is being started
-constinit tembra::Gate receiveEnded;     // open unless a receive is under way
+// An opener and the receive thread that it waits for.
+struct Start {
+  TembraAssociation& assoc;
+  tembra::Gate gate;
+};
+
+constinit tembra::Gate receives;
+thread_local Start* awaitedStart = nullptr;
 tembra::ConnectionNumber currentNumber = 0;
 
 int fail(const char* message) {
@@ -86,13 +93,18 @@ bool readMeshId(const TembraAssociation& assoc) {
   return true;
 }
 
+void* runReceiver(void* start) {
+  awaitedStart = static_cast<Start*>(start);
+  return TembraAssociation::receiverHelper(&awaitedStart->assoc);
+}
+
 // With every signal blocked: a signal would end a receive early, and that counts as a time-out.
-int createThread(TembraAssociation& assoc) {
+int createThread(Start& start) {
   sigset_t all;
   sigset_t before;
   sigfillset(&all);
   pthread_sigmask(SIG_SETMASK, &all, &before);
-  const int error = pthread_create(&receiver_thread, nullptr, &TembraAssociation::receiverHelper, &assoc);
+  const int error = pthread_create(&receiver_thread, nullptr, &runReceiver, &start);
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
   return error;
 }
@@ -100,13 +112,13 @@ int createThread(TembraAssociation& assoc) {
 // Waits until the thread has reset `idle` and the cancel target, so that an operation started right after the
 // opening is not reset. The lock stays held: no datagram is handled before the opening is complete.
 int startReceiver(TembraAssociation& assoc) {
-  receiverStarted.shut();
-  const int error = createThread(assoc);
+  Start start{assoc, {}};
+  start.gate.begin();
+  const int error = createThread(start);
   if (error == 0) {
-    receiverStarted.wait();
+    start.gate.wait();
     tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Thread created successfully");
   } else {
-    receiverStarted.open();
     tembra::logLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "can't create thread :[%s]",
                     tembra::ErrnoText(error).c_str());
   }
@@ -142,16 +154,17 @@ void TembraAssociation::closeAssocConnection() {
   shutdown(descriptor, SHUT_RDWR);
   {
     const tembra::StateUnlocked unlocked;
-    receiveEnded.waitFor(kLongestReceiveEndSeconds);
+    receives.waitFor(kLongestReceiveEndSeconds);
   }
   close(descriptor);
 }
 
 namespace tembra {
 
-bool ReceiverLease::openerWaits() { return receiverStarted.isShut(); }
+bool ReceiverLease::openerWaits() { return awaitedStart != nullptr; }
 
-void ReceiverLease::started() { receiverStarted.open(); }
+// The opener's record ends as soon as the opener goes on.
+void ReceiverLease::started() { std::exchange(awaitedStart, nullptr)->gate.end(); }
 
 ReceiverLease::ReceiverLease(TembraAssociation& assoc)
     : assoc_(assoc), number_(currentNumber), descriptor_(assoc.sock) {}
@@ -160,8 +173,8 @@ bool ReceiverLease::isOpen() const { return assoc_.running != 0 && !isSuperseded
 
 bool ReceiverLease::isSuperseded() const { return currentNumber != number_; }
 
-void ReceiverLease::beginReceive() { receiveEnded.shut(); }
+void ReceiverLease::beginReceive() { receives.begin(); }
 
-void ReceiverLease::endReceive() { receiveEnded.open(); }
+void ReceiverLease::endReceive() { receives.end(); }
 
 }  // namespace tembra

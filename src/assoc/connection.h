@@ -14,12 +14,12 @@ using ConnectionNumber = unsigned;
 /// The receive thread's side of a connection.
 class ReceiverLease {
  public:
-  /// Whether checkAssocConnection is waiting for a new receive thread. Until `started` is called it holds the state
-  /// lock on that thread's behalf, who must not ask for it.
+  /// Whether checkAssocConnection is waiting for the calling thread to start. Until `started` is called it holds the
+  /// state lock on this thread's behalf.
   [[nodiscard]] static bool openerWaits();
   static void started();
 
-  /// Takes the connection that is open now; call with the state lock held, by this thread or by a waiting opener.
+  /// Takes the connection that is open now; call with the state lock held or borrowed.
   explicit ReceiverLease(TembraAssociation& assoc);
 
   [[nodiscard]] int descriptor() const { return descriptor_; }

@@ -2,8 +2,6 @@
 #include <tembra/association.h>
 #include <tembra/endpoints.h>
 
-#include <cstring>
-
 #include "assoc/display_error.h"
 #include "support/log.h"
 #include "support/state_lock.h"

@@ -2,7 +2,6 @@
 #include <tembra/association.h>
 #include <tembra/globals.h>
 
-#include <cstdio>
 #include <cstring>
 
 #include "assoc/default_location.h"

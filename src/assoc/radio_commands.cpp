@@ -2,8 +2,6 @@
 #include <tembra/association.h>
 #include <unistd.h>
 
-#include <cstring>
-
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/state_lock.h"

@@ -13,9 +13,9 @@ constexpr std::string_view kPositions = "0123456789ABCDEFG";
 constexpr std::string_view kBridgeIdOfMac = "013467fffe9ACDFG";   // drops the colons at 2, 5, 8, 11 and 14
 constexpr std::string_view kMacOfBridgeId = "01:23:45:AB:CD:EF";  // drops the four characters at 6
 
-int rearrange(const char* input, std::string_view pattern, char* out) {
+int rearrange(const char* input, std::size_t length, std::string_view pattern, char* out) {
   char text[kPositions.size() + 1] = {};
-  if (input != nullptr) std::strncpy(text, input, kPositions.size());
+  if (input != nullptr) std::strncpy(text, input, length);
   for (std::size_t i = 0; i < pattern.size(); ++i) {
     const std::size_t position = kPositions.find(pattern[i]);
     out[i] = position == std::string_view::npos ? pattern[i] : text[position];
@@ -26,6 +26,6 @@ int rearrange(const char* input, std::string_view pattern, char* out) {
 
 }  // namespace
 
-int RevertHueMac(char* mac, char* out) { return rearrange(mac, kBridgeIdOfMac, out); }
+int RevertHueMac(char* mac, char* out) { return rearrange(mac, kMacOfBridgeId.size(), kBridgeIdOfMac, out); }
 
-int HueMac(char* bridgeId, char* out) { return rearrange(bridgeId, kMacOfBridgeId, out); }
+int HueMac(char* bridgeId, char* out) { return rearrange(bridgeId, kBridgeIdOfMac.size(), kMacOfBridgeId, out); }

@@ -1,4 +1,4 @@
-// A gate between threads: shut while something is under way, open when it is done.
+// A gate between threads: shut while anything is under way, open when all of it is done.
 #ifndef TEMBRA_SUPPORT_GATE_H
 #define TEMBRA_SUPPORT_GATE_H
 
@@ -14,44 +14,37 @@ class Gate {
   Gate(const Gate&) = delete;
   Gate& operator=(const Gate&) = delete;
 
-  void shut() { set(true); }
-  void open() { set(false); }
-
-  [[nodiscard]] bool isShut() {
-    pthread_mutex_lock(&mutex_);
-    const bool shut = shut_;
-    pthread_mutex_unlock(&mutex_);
-    return shut;
-  }
+  void begin() { count(1); }
+  void end() { count(-1); }
 
   void wait() {
     pthread_mutex_lock(&mutex_);
-    while (shut_) pthread_cond_wait(&changed_, &mutex_);
+    while (underWay_ > 0) pthread_cond_wait(&changed_, &mutex_);
     pthread_mutex_unlock(&mutex_);
   }
 
   /// Waits at most this long for the gate to open.
   void waitFor(long seconds) {
     timespec deadline{};
-    clock_gettime(CLOCK_REALTIME, &deadline);
+    clock_gettime(CLOCK_MONOTONIC, &deadline);
     deadline.tv_sec += seconds;
     pthread_mutex_lock(&mutex_);
-    while (shut_ && pthread_cond_timedwait(&changed_, &mutex_, &deadline) == 0) {
+    while (underWay_ > 0 && pthread_cond_clockwait(&changed_, &mutex_, CLOCK_MONOTONIC, &deadline) == 0) {
     }
     pthread_mutex_unlock(&mutex_);
   }
 
  private:
-  void set(bool shut) {
+  void count(int change) {
     pthread_mutex_lock(&mutex_);
-    shut_ = shut;
+    underWay_ += change;
     pthread_cond_broadcast(&changed_);
     pthread_mutex_unlock(&mutex_);
   }
 
   pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
   pthread_cond_t changed_ = PTHREAD_COND_INITIALIZER;
-  bool shut_ = false;
+  int underWay_ = 0;
 };
 
 }  // namespace tembra

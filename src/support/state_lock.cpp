@@ -7,15 +7,18 @@ namespace {
 
 constinit std::recursive_mutex mutex;
 thread_local int heldDepth = 0;
+thread_local bool borrowing = false;
 
 }  // namespace
 
-StateLock::StateLock() {
+StateLock::StateLock() : taken_(!borrowing) {
+  if (!taken_) return;
   mutex.lock();
   ++heldDepth;
 }
 
 StateLock::~StateLock() {
+  if (!taken_) return;
   --heldDepth;
   mutex.unlock();
 }
@@ -27,5 +30,9 @@ StateUnlocked::StateUnlocked() : depth_(heldDepth) {
 StateUnlocked::~StateUnlocked() {
   for (; heldDepth < depth_; ++heldDepth) mutex.lock();
 }
+
+StateBorrowed::StateBorrowed() { borrowing = true; }
+
+StateBorrowed::~StateBorrowed() { borrowing = false; }
 
 }  // namespace tembra

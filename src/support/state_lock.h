@@ -12,6 +12,9 @@ class StateLock {
   ~StateLock();
   StateLock(const StateLock&) = delete;
   StateLock& operator=(const StateLock&) = delete;
+
+ private:
+  const bool taken_;
 };
 
 /// Gives up the calling thread's hold on the lock, however deep, for as long as something is awaited: a callback, a
@@ -26,6 +29,15 @@ class StateUnlocked {
 
  private:
   int depth_;
+};
+
+/// The calling thread works under the hold of another thread, which waits for it: its own StateLocks take nothing.
+class StateBorrowed {
+ public:
+  StateBorrowed();
+  ~StateBorrowed();
+  StateBorrowed(const StateBorrowed&) = delete;
+  StateBorrowed& operator=(const StateBorrowed&) = delete;
 };
 
 }  // namespace tembra

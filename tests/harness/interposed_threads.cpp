@@ -31,7 +31,16 @@ void* runReceiver(void* start) {
   return result;
 }
 
-bool isReceiver(void* (*function)(void*)) { return function == &TembraAssociation::receiverHelper; }
+const void* objectOf(void* (*function)(void*)) {
+  Dl_info info{};
+  return dladdr(reinterpret_cast<void*>(function), &info) != 0 ? info.dli_fbase : nullptr;
+}
+
+// The library starts no other thread.
+bool isReceiver(void* (*function)(void*)) {
+  static const void* const library = objectOf(&TembraAssociation::receiverHelper);
+  return objectOf(function) == library;
+}
 
 // The error is the result; errno says something else, as it may.
 int failThread() {

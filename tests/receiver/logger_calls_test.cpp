@@ -37,3 +37,38 @@ TEST_F(LoggerCalls, Closing) {
                           "log 0 libTembraAssoc:closing the Assoc Connection",
                           "log 0 libTembraAssoc:exited receive thread\\n"}));
 }
+
+// The new thread's first line comes while the opener waits for that thread.
+TEST_F(LoggerCalls, TheServiceBackFromTheNewThread) {
+  assoc.closeAssocConnection();
+  int called = 0;
+  router.onLog([&](const std::string& line) {
+    if (line != "libTembraAssoc:entered receive thread") return;
+    EXPECT_EQ(TembraAssociation::getInstance(), &assoc);
+    assoc.sendCancelTo(static_cast<cancel_type>(0));
+    assoc.calculateDevId();
+    ++called;
+  });
+  EXPECT_EQ(router.open(), 0);
+  EXPECT_EQ(called, 1);
+  assoc.addDevZigbeeZwave();
+  router.forget();
+  router.zwave().send(Node(5));
+  EXPECT_EQ(router.takeEvents().at(0).event.code, EVENT_ADDING);
+}
+
+TEST_F(LoggerCalls, ClosingFromTheNewThread) {
+  assoc.closeAssocConnection();
+  router.onLog([&](const std::string& line) {
+    if (line == "libTembraAssoc:entered receive thread") assoc.closeAssocConnection();
+  });
+  router.open();
+  EXPECT_EQ(assoc.running, 0);
+  EXPECT_EQ(assoc.sock, 0);
+  router.onLog(nullptr);
+  EXPECT_EQ(router.open(), 0);
+  assoc.addDevZigbeeZwave();
+  router.forget();
+  router.zwave().send(Node(5));
+  EXPECT_EQ(router.takeEvents().at(0).event.code, EVENT_ADDING);
+}

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <optional>
 
 #include "assoc/connection.h"
 #include "assoc/event_delivery.h"
@@ -140,10 +139,13 @@ void Receiver::runFlow(void (*handle)(const Flow&)) {
 
 // No wait of an earlier connection is left over; done before the opener goes on, so that an operation that it starts
 // next is not reset.
-void prepare(TembraAssociation& assoc) {
+template <typename Hold>
+Receiver begin(TembraAssociation& assoc) {
+  const Hold hold;
   log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "entered receive thread");
   setIdle(true);
   assoc.cancelTarget = 0;
+  return Receiver(assoc);
 }
 
 }  // namespace
@@ -153,12 +155,12 @@ void* TembraAssociation::receiverHelper(void* self) { return static_cast<TembraA
 
 void* TembraAssociation::receiver(void* self) {
   auto& assoc = *static_cast<TembraAssociation*>(self);
-  std::optional<tembra::StateLock> lock;
-  if (!tembra::ReceiverLease::openerWaits()) lock.emplace();
-  tembra::prepare(assoc);
-  tembra::Receiver receiver(assoc);
-  lock.reset();
-  tembra::ReceiverLease::started();
-  receiver.run();
+  if (tembra::ReceiverLease::openerWaits()) {
+    tembra::Receiver receiver = tembra::begin<tembra::StateBorrowed>(assoc);
+    tembra::ReceiverLease::started();
+    receiver.run();
+  } else {
+    tembra::begin<tembra::StateLock>(assoc).run();
+  }
   return nullptr;
 }

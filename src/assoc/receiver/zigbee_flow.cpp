@@ -7,6 +7,7 @@
 #include "assoc/default_location.h"
 #include "assoc/receiver/flow.h"
 #include "assoc/receiver/timeouts.h"
+#include "classify/received_device.h"
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/text.h"
@@ -131,8 +132,10 @@ void ZigbeeFlow::addFailed() {
 
 // A device that cannot be created ends like a created one, but without any event: the time-out will tell.
 void ZigbeeFlow::infoComplete() {
-  const bool created = assoc_.zb_createAnyDevice() == 0;
+  assoc_.zwNodeWork.deviceKind = DEVICE_ZIGBEE;
+  DevId = assoc_.calculateDevId();
   if (!flow_.connection.isOpen()) return;
+  const bool created = classifyZigbeeDevice(assoc_) == 0;
   if (created && !deviceCreated()) return;
   logLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Sensor got Associated %d name %.*s (Zigbee)", DevId,
           static_cast<int>(sizeof assoc_.devName - 1), assoc_.devName);
@@ -170,8 +173,9 @@ bool ZigbeeFlow::announceCreated() {
 
 // The look-up comes first, whatever the status, and makes it "unknown" when the device is not in the database.
 void ZigbeeFlow::removeAnswered() {
-  assoc_.zb_removeNode(assoc_.zbDevice.shortAddress);
+  const ZigbeeLookup lookup = findZigbeeDevice(assoc_, assoc_.zbDevice.shortAddress);
   if (!flow_.connection.isOpen()) return;
+  if (lookup.unknown) assoc_.zbDevice.msgCode = kRemovedUnknown;
   if (assoc_.zbDevice.msgCode == kRemoved) return deviceRemoved();
   if (assoc_.zbDevice.msgCode == kRemovedUnknown) return unknownDeviceRemoved();
 }

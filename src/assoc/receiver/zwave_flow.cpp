@@ -16,12 +16,14 @@
 //   ZW_REMOVING     any              -      ASSOC_IDLE      1     -
 //   any other       any              -      ASSOC_IDLE      -     -
 #include <tembra/association.h>
+#include <tembra/globals.h>
 
 #include <cstring>
 
 #include "assoc/default_location.h"
 #include "assoc/receiver/flow.h"
 #include "assoc/receiver/timeouts.h"
+#include "classify/received_device.h"
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/text.h"
@@ -137,9 +139,9 @@ void ZwaveFlow::nodeIdentified() {
 void ZwaveFlow::nodeDescribed() {
   progress("................. ZW_ASSOC_QUERY ...................");
   assoc_.zwNodeWork = assoc_.zwNodeRx;
-  const bool created = assoc_.ZW_createDeviceType() != 0;
+  DevId = assoc_.calculateDevId();
   if (!flow_.connection.isOpen()) return;
-  if (!created) {
+  if (!classifyNode(assoc_)) {
     log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "zw_createDevice is unsuccessful (Z-wave)");
     if (tell(flow_.events.a, EVENT_ADD_FAILED)) finish();
     return;

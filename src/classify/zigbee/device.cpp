@@ -2,6 +2,7 @@
 #include <tembra/association.h>
 #include <tembra/globals.h>
 
+#include "classify/received_device.h"
 #include "database/device_database.h"
 #include "support/device_type_name.h"
 #include "support/log.h"
@@ -22,27 +23,37 @@ int TembraAssociation::zb_createAnyDevice() {
   const StateLock lock;
   zwNodeWork.deviceKind = DEVICE_ZIGBEE;
   DevId = calculateDevId();
-  tembra::setNumberedName(devName, "UnknownDevice", DevId);
-  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "collecting info of zigbee device");
-  return validate_DeviceType();
+  return tembra::classifyZigbeeDevice(*this);
 }
 
 int TembraAssociation::zb_removeNode(unsigned short shortAddress) {
   const StateLock lock;
-  bool found = false;
-  {
-    tembra::DatabaseSession database;
-    if (!database.isOpen()) return database.deletionResult();
-    database.forEachDevice([&](const tembra::StoredDevice& device) {
-      if (!device.hasZigbeeAddress(shortAddress)) return;
-      const StateLock applying;
-      tembra::copyText(removedName, device.record().name);
-      removedId = device.record().id;
-      tembra::logLine(*this, Level::Progress, TEMBRA_LOG_PREFIX "Removing zigbee device 0x%.2x", shortAddress);
-      found = true;
-    });
-  }
-  if (found) return 0;
-  zbDevice.msgCode = kNodeNotFound;
-  return kNotFound;
+  const tembra::ZigbeeLookup lookup = tembra::findZigbeeDevice(*this, shortAddress);
+  if (lookup.unknown) zbDevice.msgCode = kNodeNotFound;
+  return lookup.result;
 }
+
+namespace tembra {
+
+int classifyZigbeeDevice(TembraAssociation& assoc) {
+  setNumberedName(assoc.devName, "UnknownDevice", DevId);
+  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "collecting info of zigbee device");
+  return assoc.validate_DeviceType();
+}
+
+ZigbeeLookup findZigbeeDevice(TembraAssociation& assoc, unsigned short shortAddress) {
+  bool found = false;
+  DatabaseSession database;
+  if (!database.isOpen()) return {database.deletionResult(), false};
+  database.forEachDevice([&](const StoredDevice& device) {
+    if (!device.hasZigbeeAddress(shortAddress)) return;
+    const StateLock applying;
+    copyText(assoc.removedName, device.record().name);
+    assoc.removedId = device.record().id;
+    logLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Removing zigbee device 0x%.2x", shortAddress);
+    found = true;
+  });
+  return {found ? 0 : kNotFound, !found};
+}
+
+}  // namespace tembra

@@ -5,7 +5,6 @@
 #include <tembra/rules.h>
 
 #include <algorithm>
-#include <cstring>
 
 #include "classify/zigbee/index_table.h"
 #include "support/device_type_name.h"

@@ -3,8 +3,8 @@
 #include <tembra/globals.h>
 
 #include <cstdio>
-#include <cstring>
 
+#include "classify/received_device.h"
 #include "classify/zwave/node_classes.h"
 #include "support/device_type_name.h"
 #include "support/log.h"
@@ -65,21 +65,26 @@ int TembraAssociation::CommandExists(unsigned char* list, unsigned char commandC
 int TembraAssociation::ZW_createDeviceType() {
   const StateLock lock;
   DevId = calculateDevId();
-  copyCommandClasses(*this);
-  if (zwNodeRx.basicClass == 0) {
-    tembra::log(*this, Level::Error, TEMBRA_LOG_PREFIX "BasicType is 0,so skipping Device addition");
-    return 0;
+  return tembra::classifyNode(*this) ? 1 : 0;
+}
+
+bool tembra::classifyNode(TembraAssociation& assoc) {
+  copyCommandClasses(assoc);
+  ZwNodeInfo& received = assoc.zwNodeRx;
+  if (received.basicClass == 0) {
+    log(assoc, Level::Error, TEMBRA_LOG_PREFIX "BasicType is 0,so skipping Device addition");
+    return false;
   }
-  const DevType type = classify(*this);
-  if (type == DEVTYPE_GENERIC_DEVICE) ZW_indexToEnum(reinterpret_cast<unsigned char*>(zwNodeRx.values));
-  zwNodeWork.deviceKind = DEVICE_ZWAVE;
-  zwNodeWork.nodeId = zwNodeRx.nodeId;
-  classifiedType = type;
-  tembra::setNumberedName(devName, tembra::DeviceTypeName(type).text(), DevId);
-  tembra::copyText(zwNodeWork.name, devName);
-  zwNodeWork.requestMark = kAddedMark;
-  tembra::logLine(*this, Level::Progress,
-                  TEMBRA_LOG_PREFIX "Device Basic Type:0x%.2x, Generic Type:0x%.2x, Specific Type:0x%.2x,Nodeid:%d",
-                  zwNodeRx.basicClass, zwNodeRx.genericClass, zwNodeRx.specificClass, zwNodeRx.nodeId);
-  return 1;
+  const DevType type = classify(assoc);
+  if (type == DEVTYPE_GENERIC_DEVICE) assoc.ZW_indexToEnum(reinterpret_cast<unsigned char*>(received.values));
+  assoc.zwNodeWork.deviceKind = DEVICE_ZWAVE;
+  assoc.zwNodeWork.nodeId = received.nodeId;
+  assoc.classifiedType = type;
+  setNumberedName(assoc.devName, DeviceTypeName(type).text(), DevId);
+  copyText(assoc.zwNodeWork.name, assoc.devName);
+  assoc.zwNodeWork.requestMark = kAddedMark;
+  logLine(assoc, Level::Progress,
+          TEMBRA_LOG_PREFIX "Device Basic Type:0x%.2x, Generic Type:0x%.2x, Specific Type:0x%.2x,Nodeid:%d",
+          received.basicClass, received.genericClass, received.specificClass, received.nodeId);
+  return true;
 }

@@ -25,8 +25,8 @@ void rememberRemoved(TembraAssociation& assoc, const DeviceRecord& device) {
 }
 
 // The notice carries the working copy as it stands: what is left of an earlier add travels along.
-void sendRemovalNotice(TembraAssociation& assoc) {
-  assoc.zwNodeWork.nodeId = assoc.zwNodeRx.nodeId;
+void sendRemovalNotice(TembraAssociation& assoc, unsigned char node) {
+  assoc.zwNodeWork.nodeId = node;
   assoc.zwNodeWork.deviceKind = DEVICE_ZWAVE;
   assoc.zwNodeWork.requestMark = kRemovedMark;
   HaNotice notice{};
@@ -71,7 +71,7 @@ int TembraAssociation::ZW_removeNode() {
   if (!database.isOpen()) return database.deletionResult();
   forEachDeviceOfNode(database, node, [&](const DeviceRecord& device) {
     rememberRemoved(*this, device);
-    sendRemovalNotice(*this);
+    sendRemovalNotice(*this, node);
   });
   return 0;
 }
