@@ -21,7 +21,7 @@ trap tidy_up EXIT
 headline() { printf '\n== %s\n' "$*"; }
 
 start_router() {
-  tembra-sim run --timeline --latency 700 "${database[@]}" "${control[@]}" &
+  tembra-sim run --timeline --latency 700 --authcode "$folder/authcode" "${database[@]}" "${control[@]}" &
   router=$!
   until tembra-sim status "${control[@]}" >/dev/null 2>&1; do
     kill -0 "$router"
@@ -53,6 +53,10 @@ headline "A sensor of several values is added as what it is used for"
 press_soon multilevel-sensor
 assoc add --type LuminanceSensor --name "Light at the door" --location Porch
 
+headline "A ZigBee contact is added; whichever radio answers, the other is told to stop"
+press_soon zb-contact
+assoc add --name "Front door" --location Porch
+
 headline "A device of no known kind is added as a generic one, under the name that is proposed"
 press_soon chime
 assoc add --yes
@@ -67,6 +71,17 @@ fi
 headline "The sensor is removed"
 press_soon multilevel-sensor
 assoc remove --yes
+
+headline "The Hue bridges of the home are looked for"
+assoc hue discover
+
+headline "A Hue bridge is added by its link button and brings its lamp"
+press_soon hue-button
+assoc hue add 02:a1:b2:0c:00:01
+assoc hue list
+
+headline "A Nest account is linked; the web server lets go of the connection after each answer"
+assoc nest link an-authorisation-code --role web
 
 headline "The devices of the database"
 stop_router
