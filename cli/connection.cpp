@@ -1,5 +1,7 @@
 #include "connection.h"
 
+#include <fcntl.h>
+
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -45,7 +47,7 @@ TembraAssociation& serviceAs(const std::string& role) {
 }
 
 // Opening runs a command of the router, which may hang.
-Connection::Connection(const Context& context, TembraAssociation& service) : service_(service) {
+Connection::Connection(const Context& context, TembraAssociation& service) : service_(service), socket_(-1) {
   service_.registerAssocEventCB(hearEvent);
   const auto error = std::make_shared<int>(0);
   const auto open = [&service, error] {
@@ -54,8 +56,11 @@ Connection::Connection(const Context& context, TembraAssociation& service) : ser
   };
   runLibraryCall(open, [&context] { context.attention.pause(kPause); });
   if (*error != 0) throw Failure(kNoConnection, "no connection: " + whyNotOpen(*error));
+  socket_ = service_.sock;
 }
 
 Connection::~Connection() { service_.closeAssocConnection(); }
+
+bool Connection::isOpen() const { return fcntl(socket_, F_GETFD) >= 0; }
 
 }  // namespace tembra::cli

@@ -17,6 +17,9 @@ namespace tembra::cli {
 /// The service object in this role, not yet open.
 [[nodiscard]] TembraAssociation& serviceAs(const std::string& role);
 
+/// What to say when the library has closed the connection: it does so after an answer from a server that is no radio.
+inline constexpr char kClosedForWebServer[] = "The library has closed the connection, as it does for the web server.";
+
 /// Open as long as it lives. Throws Failure (kNoConnection) when the library cannot open it, and Interrupted.
 class Connection {
  public:
@@ -25,8 +28,12 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
+  /// False when the library has closed it, which no event tells.
+  [[nodiscard]] bool isOpen() const;
+
  private:
   TembraAssociation& service_;
+  int socket_;
 };
 
 }  // namespace tembra::cli

@@ -1,6 +1,5 @@
 #include "ip_operation.h"
 
-#include <fcntl.h>
 #include <tembra/globals.h>
 
 #include <algorithm>
@@ -33,11 +32,7 @@ bool concerns(const AssocEvent& event, ServerType server) {
 class IpOperation {
  public:
   IpOperation(const Context& context, TembraAssociation& service, const IpCommand& command)
-      : context_(context),
-        command_(command),
-        connection_(context, service),
-        socket_(service.sock),
-        operation_(context, service) {}
+      : context_(context), command_(command), connection_(context, service), operation_(context, service) {}
 
   void give() {
     operation_.waitsFor(command_.waitsFor);
@@ -62,22 +57,19 @@ class IpOperation {
   void tellClosing() const {
     if (context_.options.role != "web") return;
     const auto deadline = steady_clock::now() + kLongestClosing;
-    while (isOpen() && steady_clock::now() < deadline) context_.attention.pause(kBetweenLooks);
-    if (!isOpen()) context_.display.note("The library has closed the connection, as it does for the web server.");
+    while (connection_.isOpen() && steady_clock::now() < deadline) context_.attention.pause(kBetweenLooks);
+    if (!connection_.isOpen()) context_.display.note(kClosedForWebServer);
   }
 
  private:
-  [[nodiscard]] bool isOpen() const { return fcntl(socket_, F_GETFD) >= 0; }
-
   [[nodiscard]] bool libraryWaitsNoLonger() const {
     const bool idleAgain = __atomic_load_n(&idle, __ATOMIC_ACQUIRE) != 0;
-    return idleAgain || !isOpen() || operation_.secondsLeft() < -kLongestSilenceSeconds;
+    return idleAgain || !connection_.isOpen() || operation_.secondsLeft() < -kLongestSilenceSeconds;
   }
 
   const Context& context_;
   const IpCommand& command_;
   Connection connection_;
-  int socket_;
   Operation operation_;
 };
 

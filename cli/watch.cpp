@@ -9,24 +9,16 @@ namespace {
 
 constexpr std::chrono::milliseconds kLongestWait{1000};
 
-// The library closes the web server's connection after an answer from a server that is no radio.
-bool closesConnection(const Context& context, const AssocEvent& event) {
-  return context.options.role == "web" && (event.source == SERVER_HUE || event.source == SERVER_NEST);
-}
-
 void watchEvents(const Context& context) {
   const Connection connection(context, serviceAs(context.options.role));
   context.display.note("Watching " + std::string(assoc_adr) + " until Ctrl-C.");
-  while (true) {
+  bool open = true;
+  while (open) {
     context.attention.waitForEvent(kLongestWait);
-    while (const auto heard = fetchEvent()) {
-      context.display.event(*heard);
-      if (closesConnection(context, heard->event)) {
-        context.display.note("The library has closed the connection, as it does for the web server.");
-        return;
-      }
-    }
+    open = connection.isOpen();
+    while (const auto heard = fetchEvent()) context.display.event(*heard);
   }
+  context.display.note(kClosedForWebServer);
 }
 
 }  // namespace

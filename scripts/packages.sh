@@ -16,7 +16,10 @@ is_installed() {
 apt_get_as_root() {
   local as_root=()
   ((EUID == 0)) || as_root=(sudo)
-  command -v apt-get "${as_root[@]}" >/dev/null || return
+  local command
+  for command in apt-get "${as_root[@]}"; do
+    command -v "$command" >/dev/null || return
+  done
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get "$@"
 }
 

@@ -159,37 +159,5 @@ TEST_P(NoAnswerTest, MayBeLeftByCtrlC) {
 INSTANTIATE_TEST_SUITE_P(HueAndNest, NoAnswerTest, testing::ValuesIn(kNoAnswers),
                          [](const auto& test) { return test.param.name; });
 
-void letServerSay(std::vector<std::string> what) {
-  what.insert(what.begin(), {TEMBRA_SIM_PROGRAM, "answer"});
-  EXPECT_EQ(Program(what).end().status, 0);
-}
-
-TEST(Watch, GoesOnAfterAHueAnswerAndANestAnswer) {
-  SimRouter router;
-  Program watch(assocCommand({"watch", "--role", "mesh"}));
-  watch.waitFor("Watching");
-  letServerSay({"hue", "2"});
-  watch.waitFor("HUE_ADDED from Hue");
-  letServerSay({"nest", "100", "3", "-7"});
-  watch.waitFor("NEST_44 from Nest: status 3, value -7");
-  letServerSay({"hue", "0"});
-  watch.waitFor("HUE_BRIDGES from Hue: 1 bridge");
-  watch.signal(SIGINT);
-  EXPECT_EQ(watch.end().status, 130);
-  router.stop();
-}
-
-TEST(Watch, EndsForTheWebServerAfterAHueAnswer) {
-  SimRouter router;
-  Program watch(assocCommand({"watch", "--role", "web"}));
-  watch.waitFor("Watching");
-  letServerSay({"hue", "0", "-1"});
-  const Ended ended = watch.end();
-  EXPECT_EQ(ended.status, 0);
-  EXPECT_NE(ended.output.find(std::string("HUE_BRIDGES from Hue: 0 bridges\n") + kClosed), std::string::npos)
-      << ended.output;
-  router.stop();
-}
-
 }  // namespace
 }  // namespace tembra::test

@@ -48,6 +48,11 @@ void SimRouter::pressOnRemove(const std::string& device) {
   press(device);
 }
 
+void SimRouter::say(std::vector<std::string> answer) {
+  answer.insert(answer.begin(), {TEMBRA_SIM_PROGRAM, "answer"});
+  EXPECT_EQ(Program(answer).end().status, 0);
+}
+
 void SimRouter::waitForBothRadiosToHear(const std::string& command) {
   program_.waitForAll({kToZigbee + command, kToZwave + command});
 }

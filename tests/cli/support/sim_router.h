@@ -24,6 +24,9 @@ class SimRouter {
   void pressOnAdd(const std::string& device);
   void pressOnRemove(const std::string& device);
 
+  /// Lets a server say something of its own accord: {"hue", "1"}.
+  void say(std::vector<std::string> answer);
+
   /// Waits for a line of its timeline, behind those waited for before.
   void waitFor(const std::string& text) { program_.waitFor(text); }
 
