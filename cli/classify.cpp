@@ -1,7 +1,11 @@
 // tembra-assoc classify: what the library would make of a device, and why; without any server.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -19,32 +23,50 @@
 namespace tembra::cli {
 namespace {
 
-std::string textOf(std::istream& stream) {
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
+constexpr std::size_t kLongestText = 1'000'000;  // a description needs some thousand bytes at most
+
+[[noreturn]] void refuseFile(const std::string& path, const std::string& why) {
+  throw Failure(kFailed, "cannot read " + path + ": " + why + ".");
 }
 
-std::string readAll(const std::string& path) {
-  if (path == "-") return textOf(std::cin);
-  std::ifstream file(path);
-  if (!file) throw Failure(kFailed, "cannot read " + path + ".");
-  return textOf(file);
+std::string readInput(const Context& context) {
+  if (isatty(STDIN_FILENO) == 1) complain("type the description of the device, then Ctrl-D.");
+  std::string text;
+  while (const auto line = context.attention.readLine([] {})) {
+    text.append(*line).append(1, '\n');
+    if (text.size() > kLongestText) refuseFile("standard input", "too long for the description of a device");
+  }
+  return text;
 }
 
-nlohmann::ordered_json typeJson(DevType type) { return {{"number", type}, {"name", typeName(type)}}; }
+std::string readFile(const std::string& path) {
+  std::error_code none;
+  if (std::filesystem::is_directory(path, none)) refuseFile(path, "it is a folder");
+  std::ifstream file(path, std::ios::binary);
+  if (!file) refuseFile(path, std::strerror(errno));
+  std::string text(kLongestText + 1, '\0');
+  file.read(text.data(), static_cast<std::streamsize>(text.size()));
+  if (file.bad()) refuseFile(path, std::strerror(errno));
+  text.resize(static_cast<std::size_t>(file.gcount()));
+  if (text.size() > kLongestText) refuseFile(path, "too long for the description of a device");
+  return text;
+}
+
+nlohmann::ordered_json classifiedTypeJson(DevType type) { return {{"number", type}, {"name", typeName(type)}}; }
+
+std::string placeOf(const Classification& result) { return result.radio == "ZigBee" ? "endpoint" : "instance"; }
 
 nlohmann::ordered_json toJson(const Classification& result) {
   nlohmann::ordered_json json = {{"radio", result.radio}, {"classified", result.classified}};
   if (result.classified) {
-    json["type"] = typeJson(result.type);
+    json["type"] = classifiedTypeJson(result.type);
     json["name"] = result.name;
     json["indexes"] = nlohmann::ordered_json::array();
     for (const IndexSlot& slot : result.slots) {
-      json["indexes"].push_back({{"number", slot.number}, {"type", slot.type}, {"place", slot.place}});
+      json["indexes"].push_back({{"number", slot.number}, {"type", slot.type}, {placeOf(result), slot.place}});
     }
     json["choices"] = nlohmann::ordered_json::array();
-    for (const DevType type : result.subTypes) json["choices"].push_back(typeJson(type));
+    for (const DevType type : result.subTypes) json["choices"].push_back(classifiedTypeJson(type));
   }
   json["why"] = result.reasons;
   return json;
@@ -57,11 +79,10 @@ std::string typesText(const std::vector<DevType>& types) {
 }
 
 std::string slotsText(const Classification& result) {
-  const char* place = result.radio == "ZigBee" ? "endpoint " : "instance ";
   std::string text;
   for (const IndexSlot& slot : result.slots) {
-    text += "\n  " + std::to_string(slot.number) + ": index type " + std::to_string(slot.type) + ", " + place +
-            std::to_string(slot.place);
+    text += "\n  " + std::to_string(slot.number) + ": index type " + std::to_string(slot.type) + ", " +
+            placeOf(result) + " " + std::to_string(slot.place);
   }
   return text.empty() ? " none" : text;
 }
@@ -75,19 +96,19 @@ std::string toText(const Classification& result) {
   } else {
     text << "Not classified: the add would fail.\n";
   }
-  text << "Why:\n";
-  for (const std::string& reason : result.reasons) text << "  " << printable(reason) << "\n";
+  text << "Why:";
+  for (const std::string& reason : result.reasons) text << "\n  " << printable(reason);
   return text.str();
 }
 
 void classifyFile(const Context& context, const std::string& path) {
-  const DeviceDescription description = readDescription(readAll(path));
-  for (const std::string& remark : description.remarks) complain(remark + ".");
+  const DeviceDescription description = readDescription(path == "-" ? readInput(context) : readFile(path));
   TembraAssociation& service = serviceAs(context.options.role);
   const PrivateDatabase database;
-  const Classification result =
+  Classification result =
       std::visit([&service](const auto& record) { return classify(service, record); }, description.record);
-  std::cout << (context.options.json ? jsonLine(toJson(result)) + "\n" : toText(result)) << std::flush;
+  result.reasons.insert(result.reasons.begin(), description.remarks.begin(), description.remarks.end());
+  printLine(context.options.json ? jsonLine(toJson(result)) : toText(result));
 }
 
 }  // namespace

@@ -70,16 +70,28 @@ void printAll(const Context& context, const std::string& kind) {
   }
 }
 
-std::optional<int> findName(const std::string& kind, const std::string& name) {
-  if (kind == "cclass") {
-    const unsigned number = cclassNum(name.c_str());
-    return number == kLargestCommandClass ? std::nullopt : std::optional<int>(static_cast<int>(number));
-  }
-  const Vocabulary& vocabulary = kVocabularies.at(kind);
+// A controller state begins with what joins it to the prefix of a log line, and may end in a blank.
+std::string bare(const std::string& name) {
+  constexpr char kJoining[] = ": ";
+  const auto begin = name.find_first_not_of(kJoining);
+  if (begin == std::string::npos) return "";
+  return name.substr(begin, name.find_last_not_of(kJoining) + 1 - begin);
+}
+
+std::optional<int> searchTable(const Vocabulary& vocabulary, const std::string& name) {
   for (int value = vocabulary.first; value <= vocabulary.last; ++value) {
-    if (vocabulary.name(value) == name) return value;
+    if (bare(vocabulary.name(value)) == bare(name)) return value;
   }
   return std::nullopt;
+}
+
+std::optional<int> findName(const std::string& kind, const std::string& name) {
+  if (kind != "cclass") return searchTable(kVocabularies.at(kind), name);
+  const unsigned number = cclassNum(name.c_str());
+  if (number != kLargestCommandClass) return static_cast<int>(number);
+  const std::optional<int> found = searchTable(kVocabularies.at(kind), name);
+  if (found) complain("cclassNum() does not know \"" + name + "\": it answers 255.");
+  return found;
 }
 
 void translate(const Context& context, const std::string& kind, const std::string& text) {

@@ -9,13 +9,28 @@
 #include "failure.h"
 
 namespace tembra::cli {
+namespace {
 
-PrivateDatabase::PrivateDatabase() : before_(std::filesystem::current_path()), nameBefore_(DBName) {
-  std::string folder = (std::filesystem::temp_directory_path() / "tembra-XXXXXX").string();
-  if (mkdtemp(folder.data()) == nullptr) throw Failure(kFailed, "there is no room for a temporary folder.");
-  folder_ = folder;
+constexpr int kFirstDeviceId = 1;
+
+std::filesystem::path makeFolder() {
+  std::error_code failure;
+  std::string folder = (std::filesystem::temp_directory_path(failure) / "tembra-XXXXXX").string();
+  if (failure || mkdtemp(folder.data()) == nullptr) {
+    throw Failure(kFailed, "a temporary folder cannot be made; is TMPDIR right?");
+  }
+  return folder;
+}
+
+}  // namespace
+
+PrivateDatabase::PrivateDatabase() : nameBefore_(DBName) {
+  std::error_code unknown;  // the working folder may be gone
+  before_ = std::filesystem::current_path(unknown);
+  folder_ = makeFolder();
   std::filesystem::current_path(folder_);
   std::snprintf(DBName, sizeof DBName, "ddb");
+  DevId = kFirstDeviceId;
 }
 
 PrivateDatabase::~PrivateDatabase() {

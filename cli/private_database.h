@@ -10,7 +10,7 @@ namespace tembra::cli {
 /// While it lives, the library's database is a new file in a folder of its own, which is the working folder.
 class PrivateDatabase {
  public:
-  /// Throws Failure when there is no room for a folder.
+  /// The next device is the first of its home. Throws Failure when no folder can be made.
   PrivateDatabase();
   ~PrivateDatabase();
   PrivateDatabase(const PrivateDatabase&) = delete;

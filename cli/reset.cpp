@@ -83,7 +83,9 @@ void reset(const Context& context, const std::string& radios) {
 void declareReset(CLI::App& program, Action& action) {
   CLI::App* command = program.add_subcommand("reset", "reset the radio networks; all: empty the device list as well");
   auto radios = std::make_shared<std::string>();
-  command->add_option("radios", *radios, "zigbee, zwave, both or all")->check(CLI::IsMember(&kResetTargets))->required();
+  command->add_option("radios", *radios, "zigbee, zwave, both or all")
+      ->check(CLI::IsMember(&kResetTargets))
+      ->required();
   command->callback([&action, radios] { action = [radios](const Context& context) { reset(context, *radios); }; });
 }
 

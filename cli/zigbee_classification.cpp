@@ -1,7 +1,9 @@
 // A ZigBee device: the reasons are the rows of the library's rules that apply, cluster by cluster. How the device
-// stands when a cluster is visited is what the library makes of the clusters before it.
+// stands when a cluster is visited is what the library makes of the clusters before it, and what a cluster adds is the
+// difference that it makes.
 #include <tembra/rules.h>
 
+#include <algorithm>
 #include <iterator>
 
 #include "classification.h"
@@ -18,56 +20,111 @@ using frontend::outcomeText;
 using frontend::testsText;
 
 constexpr std::size_t kMostClusters = std::size(ZbDeviceInfo{}.clusters);
+constexpr char kZoneWasClassified[] = "Device associated:";
+constexpr char kGenericName[] = "GenericDevice";
+
+// What the library makes of the first clusters of a device.
+struct Stage {
+  ZbDeviceInfo device;
+  std::vector<std::string> log;
+  bool survived = true;  ///< false: a decision ended the classification
+  std::string name;
+  int zoneClassifiedAs = DEVTYPE_UNKNOWN;
+};
 
 int clusterAt(const ZbDeviceInfo& device, std::size_t position) {
   return position < kMostClusters ? device.clusters[position].cluster : static_cast<int>(ZB_END);
 }
 
-// Whether classification survives the first `count` clusters: a decision may end it.
-bool survives(TembraAssociation& service, const ZbDeviceInfo& device, std::size_t count) {
+// A device that is undecided at the end is made generic there, which is taken back: it is not the end yet.
+void takeBackGeneric(Stage& stage) {
+  if (!stage.survived || stage.name.rfind(kGenericName, 0) != 0) return;
+  stage.device.devType = DEVTYPE_UNKNOWN;
+  stage.name.clear();
+}
+
+// A cluster without a rule does nothing by itself, but may tell the one before it what it is: it is left in its place.
+Stage afterClusters(TembraAssociation& service, const ZbDeviceInfo& device, std::size_t count) {
+  const std::size_t end = zbFindClusterRule(clusterAt(device, count)) == nullptr ? count + 1 : count;
   service.zbDevice = device;
-  if (count < kMostClusters) service.zbDevice.clusters[count].cluster = ZB_END;
-  const LogCapture quiet;
-  return service.validate_DeviceType() == 0;
+  service.devName[0] = '\0';
+  if (end < kMostClusters) service.zbDevice.clusters[end].cluster = ZB_END;
+  LogCapture log;
+  Stage stage;
+  stage.survived = service.validate_DeviceType() == 0;
+  stage.log = log.take();
+  if (stage.survived) stage.log.pop_back();  // the count at the end
+  stage.device = service.zbDevice;
+  stage.name = fieldText(service.devName);
+  stage.zoneClassifiedAs = service.classifiedType;
+  takeBackGeneric(stage);
+  return stage;
 }
 
-// The device after its first `count` clusters, not yet made generic at the end.
-ZbDeviceInfo afterClusters(TembraAssociation& service, const ZbDeviceInfo& device, std::size_t count) {
-  if (count == 0) return device;
-  survives(service, device, count);
-  ZbDeviceInfo state = service.zbDevice;
-  const bool madeGeneric = fieldText(service.devName).rfind("GenericDevice", 0) == 0;
-  if (madeGeneric) state.devType = DEVTYPE_UNKNOWN;
-  return state;
+std::string addedEntries(const ZbDeviceInfo& before, const ZbDeviceInfo& after) {
+  std::vector<unsigned char> types;
+  for (int i = before.indexCount; i < after.indexCount; ++i) types.push_back(after.indexes[i].type);
+  return entriesText(types.data(), types.size());
 }
 
-std::string zoneReason(const ZbDeviceInfo& state, int next) {
-  if (next == ZB_IAS_CAMERA) return "directly followed by 0x0503: a camera, entries " + entriesText(zbCameraEntries);
-  if (next == ZB_IAS_ATTACHED) return "directly followed by 0x0504: ignored";
-  if (state.devType == DEVTYPE_OCCUPANCY_SENSOR) return "already an occupancy sensor: ignored";
-  const std::string zone = zbFindZoneName(state.zoneType, state);
-  const std::string displayed = zbFindDisplayName(zone.c_str(), state);
-  const DevType type = StrToDevType(zone.c_str());
-  return "zone type " + hex4(state.zoneType) + " is " + zone + " (type " + std::to_string(type) + "), named \"" +
-         displayed + "\", entries " + entriesText(zbFindZoneEntries(type, state).entries);
-}
-
-std::string ruleReason(const ZbClusterRule& rule, const ZbDeviceInfo& state) {
-  const std::string entries = "entries " + entriesText(rule.entries);
-  const ZbDecision* decision = zbFindDecision(rule.cluster, state);
+std::string ruleReason(const ZbClusterRule& rule, const ZbDeviceInfo& before, const Stage& after) {
+  const std::string wanted = entriesText(rule.entries);
+  const std::string added = after.survived ? addedEntries(before, after.device) : wanted;
+  const std::string entries = "entries " + wanted + (added == wanted ? "" : ", of which there is room for " + added);
+  const ZbDecision* decision = zbFindDecision(rule.cluster, before);
   if (decision == nullptr) return entries + "; decides nothing";
   return entries + "; " + testsText(decision->tests[0], decision->tests[1]) + ": " + outcomeText(*decision);
 }
 
-std::string clusterReason(TembraAssociation& service, const ZbDeviceInfo& device, std::size_t position) {
-  const int cluster = clusterAt(device, position);
-  const std::string where = hex4(cluster) + " on endpoint " + std::to_string(device.clusters[position].endpoint) + ": ";
+bool wasSaid(const std::vector<std::string>& lines, const std::string& beginning) {
+  return std::ranges::any_of(lines, [&](const std::string& line) { return line.rfind(beginning, 0) == 0; });
+}
+
+std::string zoneReason(const ZbDeviceInfo& before, const Stage& after, const std::vector<std::string>& said, int next) {
+  const std::string outcome =
+      "entries " + addedEntries(before, after.device) + "; type " + std::to_string(after.device.devType) + ", name \"";
+  if (wasSaid(said, kZoneWasClassified)) {
+    const std::string zone = zbFindZoneName(before.zoneType, before);
+    const std::string classified = zone + ", classified as type " + std::to_string(after.zoneClassifiedAs) + "; ";
+    return "zone type " + hex4(before.zoneType) + " is " + classified + outcome +
+           zbFindDisplayName(zone.c_str(), before) + "\"";
+  }
+  if (next == ZB_IAS_CAMERA) return "a camera, for 0x0503 comes next; " + outcome + after.name + "\"";
+  if (next == ZB_IAS_ATTACHED) return "ignored, for 0x0504 comes next";
+  return "ignored, the device is of type " + std::to_string(before.devType) + " already";
+}
+
+std::vector<std::string> logSince(const Stage& before, const Stage& after) {
+  return {after.log.begin() + static_cast<std::ptrdiff_t>(before.log.size()), after.log.end()};
+}
+
+void explainCluster(std::size_t position, const Stage& before, const Stage& after, std::vector<std::string>& reasons) {
+  const auto [cluster, endpoint] = before.device.clusters[position];
+  const std::string where = hex4(cluster) + " on endpoint " + std::to_string(endpoint) + ": ";
   const ZbClusterRule* rule = zbFindClusterRule(cluster);
-  if (rule == nullptr) return where + "no rule, ignored";
-  const ZbDeviceInfo state = afterClusters(service, device, position);
-  const bool zone = cluster == ZB_IAS_ZONE;
-  return where + rule->title + ", " +
-         (zone ? zoneReason(state, clusterAt(device, position + 1)) : ruleReason(*rule, state));
+  if (rule == nullptr) {
+    reasons.push_back(where + "ignored, no rule");
+    return;
+  }
+  const std::vector<std::string> said = logSince(before, after);
+  const std::string why = cluster == ZB_IAS_ZONE
+                              ? zoneReason(before.device, after, said, clusterAt(before.device, position + 1))
+                              : ruleReason(*rule, before.device, after);
+  reasons.push_back(where + rule->title + "; " + why);
+  for (const std::string& line : said) reasons.push_back("log: " + line);
+}
+
+// The clusters' reasons, and how the device stands behind the last one that was visited.
+Stage explainClusters(TembraAssociation& service, const ZbDeviceInfo& device, std::vector<std::string>& reasons) {
+  Stage before;
+  before.device = device;
+  for (std::size_t i = 0; clusterAt(device, i) != ZB_END && before.survived; ++i) {
+    Stage after = afterClusters(service, device, i + 1);
+    std::ranges::copy(device.clusters, before.device.clusters);
+    explainCluster(i, before, after, reasons);
+    before = std::move(after);
+  }
+  return before;
 }
 
 std::vector<IndexSlot> slotsOf(const ZbDeviceInfo& device) {
@@ -83,19 +140,21 @@ std::vector<IndexSlot> slotsOf(const ZbDeviceInfo& device) {
 Classification classify(TembraAssociation& service, const ZbDeviceInfo& device) {
   Classification result;
   result.radio = "ZigBee";
-  for (std::size_t i = 0; clusterAt(device, i) != ZB_END; ++i) {
-    result.reasons.push_back(clusterReason(service, device, i));
-    if (!survives(service, device, i + 1)) break;
-  }
-  LogCapture log;
+  const Stage last = explainClusters(service, device, result.reasons);
   service.zbDevice = device;
+  LogCapture log;
   result.classified = service.zb_createAnyDevice() == 0;
-  for (const std::string& line : log.take()) result.reasons.push_back("log: " + line);
   if (!result.classified) return result;
+  result.reasons.push_back("log: " + log.take().back());
   result.type = static_cast<DevType>(service.zbDevice.devType);
   result.name = fieldText(service.devName);
+  if (last.device.devType == DEVTYPE_UNKNOWN) {
+    result.reasons.push_back("undecided at the end: type " + std::to_string(result.type) + ", name \"" + kGenericName +
+                             "\"");
+  }
   result.slots = slotsOf(service.zbDevice);
   result.subTypes = subTypesOf(service, service.classifiedType);
+  result.reasons.push_back("to choose from: what the zone's type " + std::to_string(service.classifiedType) + " has");
   return result;
 }
 

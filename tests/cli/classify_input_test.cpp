@@ -1,0 +1,149 @@
+// What tembra-assoc classify refuses: with one sentence, and without having called the library.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "support/classified.h"
+#include "support/database.h"
+#include "support/terminal.h"
+
+namespace tembra::test {
+namespace {
+
+using Json = nlohmann::json;
+
+struct Refusal {
+  std::string description;
+  const char* sentence;  ///< behind "the device description "
+};
+
+std::string withMany(Json device, const char* member, int count, const Json& item) {
+  device[member] = std::vector<Json>(static_cast<std::size_t>(count), item);
+  return device.dump();
+}
+
+std::string withManyEndpoints() {
+  const Json endpoint = Json::parse(R"({"endpoint": 1, "clusters": [1, 2, 3, 4, 5, 6, 7, 8, 9, 10]})");
+  return Json{{"endpoints", {endpoint, endpoint, endpoint, {{"endpoint", 2}, {"clusters", {1}}}}}}.dump();
+}
+
+constexpr char kNoZwaveMember[] =
+    R"(has a member "clusters"; possible: node, basic, generic, specific, classes or commandClasses, values, label, )"
+    "description, source, derived.";
+
+std::vector<Refusal> refusals() {
+  const Json node = {{"generic", 16}};
+  const Json pair = {6, 1};
+  const Json triple = {37, 0, 1};
+  return {
+      {"", "is empty."},
+      {" \r\n\t", "is empty."},
+      {"{\"generic\": 16", "is no JSON text."},
+      {"{\"generic\": 16},,", "is no JSON text."},
+      {"{\"generic\": 16} {}", "is no JSON text."},
+      {"{\"clusters\": [], \"model\": \"\xFF\"}", "is no JSON text."},
+      {std::string("{\"generic\": 16}\0", 16), "is no JSON text."},
+      {std::string(100'000, '['), "is no JSON text."},
+      {"[{\"generic\": 16}]", "is no JSON object (one device, not a list of them)."},
+      {"16", "is no JSON object (one device, not a list of them)."},
+      {"{}", R"(has neither "generic" (Z-Wave) nor "clusters" or "endpoints" (ZigBee).)"},
+      {R"({"generic": 16, "clusters": []})", kNoZwaveMember},
+      {R"({"clusters": [], "endpoints": []})", "has both clusters and endpoints."},
+      {R"({"clusters": [], "zoneType": 1, "zone_type": 1})", "has both zone_type and zoneType."},
+      {R"({"clusters": [], "\u001b[31mcolour": 1})",
+       R"(has a member "?[31mcolour"; possible: manufacturer, model, zone_type or zoneType, clusters, endpoints, )"
+       "ac_checks or acChecks, product_words or productWords, type, label, description, source, derived."},
+      {R"({"generic": 256})", "needs a number from 0 to 255 for generic."},
+      {R"({"generic": -1})", "needs a number from 0 to 255 for generic."},
+      {R"({"generic": 18446744073709551615})", "needs a number from 0 to 255 for generic."},
+      {R"({"generic": 1e300})", "needs a number from 0 to 255 for generic."},
+      {R"({"generic": 1.5})", "needs a number from 0 to 255 for generic."},
+      {R"({"generic": "16"})", "needs a number from 0 to 255 for generic."},
+      {R"({"generic": "0xFFFFFFFFFF"})", "needs a number from 0 to 255 for generic."},
+      {R"({"generic": null})", "needs a number from 0 to 255 for generic."},
+      {R"({"generic": true})", "needs a number from 0 to 255 for generic."},
+      {R"({"generic": 16, "node": 255})", "needs a number from 1 to 254 for node."},
+      {R"({"generic": 16, "classes": 37})", "needs a list for classes."},
+      {R"({"generic": 16, "classes": [255]})", "needs a number from 1 to 254 for a class in classes."},
+      {R"({"generic": 16, "values": [[37, 0]]})",
+       "has one of the values that is not [command class, index, instance]."},
+      {R"({"generic": 16, "values": [[0, 0, 1]]})", "needs a number from 1 to 254 for a command class in values."},
+      {R"({"generic": 16, "values": [[37, 0, 256]]})", "needs a number from 0 to 255 for an instance in values."},
+      {withMany(node, "classes", 53, 37), "has 53 classes, the record has room for 52."},
+      {withMany(node, "values", 181, triple), "has 181 values, the record has room for 180."},
+      {withMany({}, "clusters", 31, pair), "has 31 clusters, the record has room for 30."},
+      {withManyEndpoints(), "has 31 clusters, the record has room for 30."},
+      {R"({"clusters": [6]})", "has one of the clusters that is not [cluster, endpoint]."},
+      {R"({"clusters": [[6, 1, 1]]})", "has one of the clusters that is not [cluster, endpoint]."},
+      {R"({"clusters": [[65536, 1]]})", "needs a number from 0 to 65535 for a cluster."},
+      {R"({"clusters": [[6, 256]]})", "needs a number from 0 to 255 for a cluster's endpoint."},
+      {R"({"endpoints": [{"endpoint": 1}]})", "has one of the endpoints without its endpoint and clusters."},
+      {R"({"endpoints": [{"endpoint": 1, "clusters": [], "profile": 260}]})",
+       R"(has a member "profile"; possible: endpoint, clusters.)"},
+      {R"({"clusters": [], "model": 3041})", "needs a text for model."},
+      {R"({"clusters": [], "ac_checks": [1, 2]})", "needs 3 numbers for ac_checks."},
+      {R"({"clusters": [], "product_words": [1, 65536]})", "needs a number from 0 to 65535 for product_words."},
+  };
+}
+
+TEST(ClassifyInput, RefusesWhatDescribesNoDevice) {
+  for (const Refusal& refusal : refusals()) {
+    SCOPED_TRACE(refusal.description.substr(0, 80));
+    const Ended ended = classify(refusal.description);
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.output, "");
+    EXPECT_EQ(ended.errors, "tembra-assoc: the device description " + std::string(refusal.sentence) + "\n");
+  }
+}
+
+TEST(ClassifyInput, TakesAsMuchAsTheRecordHolds) {
+  EXPECT_EQ(classify(withMany({{"generic", 3}}, "classes", 52, 37)).status, 0);
+  EXPECT_EQ(classify(withMany({{"generic", 3}}, "values", 180, {37, 0, 1})).status, 0);
+  EXPECT_EQ(classify(withMany({}, "clusters", 30, {6, 1})).status, 0);
+}
+
+TEST(ClassifyInput, SaysWhatCannotBeRead) {
+  const std::pair<std::string, std::string> rows[] = {
+      {"/tmp/nowhere", "cannot read /tmp/nowhere: No such file or directory."},
+      {"/tmp", "cannot read /tmp: it is a folder."},
+      {"", "cannot read : No such file or directory."},
+      {"/dev/zero", "cannot read /dev/zero: too long for the description of a device."},
+  };
+  for (const auto& [path, sentence] : rows) {
+    const Ended ended = runAssoc({"classify", path});
+    EXPECT_EQ(ended.status, 1) << path;
+    EXPECT_EQ(ended.errors, "tembra-assoc: " + sentence + "\n");
+  }
+  EXPECT_EQ(runAssoc({"classify"}).status, 2);
+}
+
+TEST(ClassifyInput, ComesThroughStandardInputAsWell) {
+  const std::string description = "\n{\"generic\": 16,\n\"specific\": 5},\n";
+  const Ended ended = classifyInput(description);
+  EXPECT_EQ(ended.status, 0) << ended.errors;
+  EXPECT_EQ(ended.output, classify(description).output);
+  EXPECT_EQ(classifyInput("").sentence(), "tembra-assoc: the device description is empty.");
+  EXPECT_EQ(classifyInput(std::string(1'000'001, '\n')).sentence(),
+            "tembra-assoc: cannot read standard input: too long for the description of a device.");
+}
+
+TEST(ClassifyInput, IsTypedAtATerminal) {
+  Terminal terminal(assocCommand({"classify", "-"}));
+  terminal.waitFor("type the description of the device, then Ctrl-D.");
+  terminal.type("{\"generic\": 16}\r");
+  terminal.type("\x04");
+  terminal.waitFor("OutletSwitch (44)");
+  EXPECT_EQ(terminal.end(), 0);
+}
+
+TEST(ClassifyInput, EndsWithCtrlCAtATerminal) {
+  Terminal terminal(assocCommand({"classify", "-"}));
+  terminal.waitFor("then Ctrl-D.");
+  terminal.type("\x03");
+  terminal.waitFor("tembra-assoc: interrupted.");
+  EXPECT_EQ(terminal.end(), 130);
+}
+
+}  // namespace
+}  // namespace tembra::test
