@@ -4,12 +4,14 @@
 #include <tembra/globals.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <mutex>
 
+#include "database/file_check.h"
 #include "support/text.h"
 
 char DBName[10] = "/tmp/ddb";
@@ -27,15 +29,32 @@ constexpr int kRecordHeaderSize = 28;  // of every record in a Depot file
 constinit std::mutex turns;
 thread_local bool inSession = false;
 
-void complain(const char* call) { std::fprintf(stderr, "%s: %s\n", call, dperrmsg(dpecode)); }
-
-DEPOT* openRepairing() {
-  DEPOT* depot = dpopen(DBName, kOpenMode, kDefaultBuckets);
-  if (depot != nullptr) return depot;
-  complain("dpopen");
-  dprepair(DBName);  // readable records may be left even when it reports a failure
-  return dpopen(DBName, kReopenMode, kReopenBuckets);
+void complain(const char* call) {
+  const int error = errno;
+  std::fprintf(stderr, "%s: %s\n", call, dperrmsg(dpecode));
+  errno = error;
 }
+
+// A file whose damage the Depot library would not survive counts as one that does not open.
+DEPOT* openChecked(int mode, int buckets) {
+  errno = 0;
+  DEPOT* depot = dpopen(DBName, mode, buckets);
+  if (depot == nullptr || isSafeToRead(dpfdesc(depot))) return depot;
+  dpclose(depot);
+  errno = 0;
+  dpecode = DP_EBROKEN;
+  return nullptr;
+}
+
+bool repair() {
+  errno = 0;
+  return isSafeToRepair(DBName) && dprepair(DBName) != 0;
+}
+
+// That an open or a repair failed for want of these says nothing about the file: it is not deleted. (A repair may want
+// memory for what a broken file makes it believe.)
+bool wasShortOfDescriptors() { return errno == EMFILE || errno == ENFILE; }
+bool wasShortOfResources() { return wasShortOfDescriptors() || errno == ENOMEM || errno == ENOLCK; }
 
 // What the Depot library hands out belongs to the caller.
 using DepotBuffer = std::unique_ptr<char, decltype(&std::free)>;
@@ -86,12 +105,17 @@ DatabaseTurn::~DatabaseTurn() {
 
 DatabaseSession::DatabaseSession() {
   if (!turn_.isOurs()) return;
-  depot_ = openRepairing();
-  if (depot_ == nullptr) {
-    deletionResult_ = std::remove(DBName);
-  } else {
-    fcntl(dpfdesc(depot_), F_SETFD, FD_CLOEXEC);
-  }
+  depot_ = openChecked(kOpenMode, kDefaultBuckets);
+  if (depot_ == nullptr) repairOrDelete();
+  if (depot_ != nullptr) fcntl(dpfdesc(depot_), F_SETFD, FD_CLOEXEC);
+}
+
+void DatabaseSession::repairOrDelete() {
+  complain("dpopen");
+  if (wasShortOfResources()) return;
+  if (!repair() && wasShortOfDescriptors()) return;  // readable records may be left even when the repair fails
+  depot_ = openChecked(kReopenMode, kReopenBuckets);
+  if (depot_ == nullptr && !wasShortOfResources()) deletionResult_ = std::remove(DBName);
 }
 
 DatabaseSession::~DatabaseSession() {

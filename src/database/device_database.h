@@ -57,7 +57,8 @@ class DatabaseTurn {
 class DatabaseSession {
  public:
   /// Waits for the writer's lock, without limit. A file that does not open is repaired and opened again; one that
-  /// does not open then either is deleted, so that the HA server makes a new one.
+  /// does not open then either is deleted, so that the HA server makes a new one. A want of descriptors or memory
+  /// leaves the session closed and the file as it is.
   DatabaseSession();
   ~DatabaseSession();
   DatabaseSession(const DatabaseSession&) = delete;
@@ -65,7 +66,7 @@ class DatabaseSession {
 
   [[nodiscard]] bool isOpen() const { return depot_ != nullptr; }
 
-  /// Result of deleting the file when it could not be opened.
+  /// Result of deleting the file when it could not be opened, -1 when it was not deleted.
   [[nodiscard]] int deletionResult() const { return deletionResult_; }
 
   /// Reads a text of at most `size` - 1 bytes. False, with `out` untouched, when the key does not exist.
@@ -94,6 +95,8 @@ class DatabaseSession {
     int keysLeft_;
     StoredDevice device_;
   };
+
+  void repairOrDelete();
 
   const StateUnlocked unlocked_;
   const DatabaseTurn turn_;

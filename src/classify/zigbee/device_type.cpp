@@ -1,10 +1,10 @@
-// Classification of a ZigBee device by its clusters. What each cluster means stands in <tembra/rules.h>; here is the
-// walk over the device's clusters and what an IAS zone does beyond a table row.
+// Classification of a ZigBee device by its clusters. What each cluster and each IAS zone means, exceptions included,
+// stands in <tembra/rules.h>; here is the walk over the device's clusters.
 #include <tembra/association.h>
 #include <tembra/globals.h>
 #include <tembra/rules.h>
 
-#include <algorithm>
+#include <cstddef>
 
 #include "classify/zigbee/index_table.h"
 #include "support/device_type_name.h"
@@ -16,9 +16,7 @@ using tembra::Level;
 namespace {
 
 constexpr std::size_t kMostClusters = sizeof(ZbDeviceInfo::clusters) / sizeof(ZbClusterEntry);
-constexpr std::size_t kCameraEntriesWithEndpoint = 3;
 constexpr std::size_t kMeasurementEndpoints = 13;
-constexpr unsigned short kSmokeEndpoint = 2;
 
 class Classifier {
  public:
@@ -41,14 +39,14 @@ class Classifier {
   void visitCamera(unsigned short endpoint);
   void classifyZone(unsigned short endpoint);
   void addZoneEntries(unsigned short endpoint);
-  void applyZoneExceptions();
+  void settleZone();
+  void settleAs(const ZbZoneAfterwards& afterwards);
   void finish();
 
   // A list without an end mark ends after its last entry.
   [[nodiscard]] int clusterAt(std::size_t position) const {
     return position < kMostClusters ? device_.clusters[position].cluster : static_cast<int>(ZB_END);
   }
-  [[nodiscard]] bool modelHas(const char* text) const { return zbTextHas(device_.model, text); }
   void name(const char* word) { tembra::setNumberedName(assoc_.devName, word, DevId); }
   void setType(int type) { device_.devType = static_cast<unsigned char>(type); }
   void say(const char* text) const { tembra::log(assoc_, Level::Progress, text); }
@@ -103,17 +101,23 @@ void Classifier::visitZone(unsigned short endpoint, int next) {
   say(TEMBRA_LOG_PREFIX "ias zone cluster");
   tembra::logLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Manufacturer name received:%.*s",
                   static_cast<int>(sizeof device_.manufacturer), device_.manufacturer);
-  if (next == ZB_IAS_CAMERA) return visitCamera(endpoint);
-  if (next == ZB_IAS_ATTACHED) return;
-  ++found_;
-  if (device_.devType != DEVTYPE_OCCUPANCY_SENSOR) classifyZone(endpoint);
+  const ZbZoneCase& zone = zbFindZoneCase(next, device_);
+  if (zone.counted) ++found_;
+  switch (zone.outcome) {
+    case ZB_ZONE_CAMERA:
+      return visitCamera(endpoint);
+    case ZB_ZONE_CLASSIFIED:
+      return classifyZone(endpoint);
+    case ZB_ZONE_IGNORED:
+      break;
+  }
 }
 
 void Classifier::visitCamera(unsigned short endpoint) {
   tembra::logLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Found 503 cluster %d", static_cast<int>(table_.slot()));
   std::size_t added = 0;
   for (const unsigned char entry : zbCameraEntries) {
-    added++ < kCameraEntriesWithEndpoint ? table_.add(entry, endpoint) : table_.addType(entry);
+    added++ < ZB_CAMERA_ENDPOINTS ? table_.add(entry, endpoint) : table_.addType(entry);
   }
   tembra::logLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Found 503 device %d", static_cast<int>(table_.slot()));
   name("ZigbeeCamImage");
@@ -123,15 +127,15 @@ void Classifier::visitCamera(unsigned short endpoint) {
 void Classifier::classifyZone(unsigned short endpoint) {
   const char* zone = assoc_.GetDeviceTypeInStringFormat(device_.zoneType);
   assoc_.classifiedType = StrToDevType(zone);
-  if (modelHas("MiniSD")) {
-    say(TEMBRA_LOG_PREFIX "Mini smoke detector found");
-    if (endpoint == kSmokeEndpoint) assoc_.classifiedType = DEVTYPE_MOTION_SENSOR;
+  if (const ZbZoneTypeException* exception = zbFindZoneTypeException(device_)) {
+    say(exception->log);
+    if (zbChangesZoneOn(*exception, endpoint)) assoc_.classifiedType = exception->type;
   }
   tembra::logLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Device associated:%s ", zone);
   addZoneEntries(endpoint);
   name(zbFindDisplayName(zone, device_));
   setType(assoc_.classifiedType);
-  applyZoneExceptions();
+  settleZone();
 }
 
 void Classifier::addZoneEntries(unsigned short endpoint) {
@@ -141,17 +145,20 @@ void Classifier::addZoneEntries(unsigned short endpoint) {
   }
 }
 
-// Both make the device undecided again. The second looks at the entry not yet written and at entry 0, too [sic]:
-// there stand received bytes.
-void Classifier::applyZoneExceptions() {
-  if (modelHas("MiniSD")) return setType(DEVTYPE_UNKNOWN);
-  if (!modelHas("SZ-PIR04N")) return;
-  std::size_t entry = std::min(table_.slot(), tembra::ZbIndexTable::kLast) + 1;
-  while (entry-- > 0) {
-    if (table_.typeAt(entry) != INDEX_ILLUMINANCE) continue;
-    setType(DEVTYPE_UNKNOWN);
-    say(TEMBRA_LOG_PREFIX "Sercomm motion and illuminance found");
+// The entries are looked at from the next one downwards; behind the table's last one there is none.
+void Classifier::settleZone() {
+  const ZbZoneAfterwards* afterwards = zbFindZoneAfterwards(device_);
+  if (afterwards == nullptr) return;
+  if (afterwards->entry == 0) return settleAs(*afterwards);
+  for (std::size_t entry = tembra::ZbIndexTable::kLast + 1; entry-- > 0;) {
+    const bool scanned = zbIsScanned(static_cast<int>(entry), static_cast<int>(table_.slot()));
+    if (scanned && table_.typeAt(entry) == afterwards->entry) settleAs(*afterwards);
   }
+}
+
+void Classifier::settleAs(const ZbZoneAfterwards& afterwards) {
+  setType(afterwards.type);
+  if (afterwards.log != nullptr) say(afterwards.log);
 }
 
 void Classifier::finish() {

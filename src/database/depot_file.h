@@ -1,0 +1,93 @@
+// The layout of a Depot file, as far as checking it takes, and reading it.
+#ifndef TEMBRA_DATABASE_DEPOT_FILE_H
+#define TEMBRA_DATABASE_DEPOT_FILE_H
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace tembra {
+
+/// Stands at offset 0. The buckets follow: for each the offset of its first record, 0 for none. Then the records.
+struct DepotHeader {
+  char magic[16];
+  int flags;
+  int unused1;
+  int fileSize;
+  int unused2;
+  int buckets;
+  int unused3;
+  int records;
+  int unused4;
+
+  [[nodiscard]] long long bucketOffset(long long bucket) const {
+    return static_cast<long long>(sizeof(DepotHeader) + sizeof(int) * static_cast<std::size_t>(bucket));
+  }
+  [[nodiscard]] long long firstRecord() const { return bucketOffset(buckets); }
+};
+static_assert(sizeof(DepotHeader) == 48 && offsetof(DepotHeader, flags) == 16 && offsetof(DepotHeader, fileSize) == 24);
+static_assert(offsetof(DepotHeader, buckets) == 32 && offsetof(DepotHeader, records) == 40);
+
+/// Its key, value and padding follow. The records of a bucket form a search tree by their second hash.
+struct DepotRecord {
+  static constexpr int kDeleted = 1;
+  static constexpr int kUnlinked = 2;  ///< deleted, and no link leads to it
+
+  int flags;
+  int secondHash;
+  int keySize;
+  int valueSize;
+  int padding;
+  int left;   ///< offset of a record of the same bucket, 0: none
+  int right;  ///< the same
+
+  /// The Depot library refuses to read any other.
+  [[nodiscard]] bool isReadable() const { return std::min({keySize, valueSize, padding, left, right}) >= 0; }
+  [[nodiscard]] bool isLinked() const { return (flags & kUnlinked) == 0; }
+  [[nodiscard]] bool isDeleted() const { return (flags & kDeleted) != 0; }
+  [[nodiscard]] long long keyEnd() const { return static_cast<long long>(sizeof(DepotRecord)) + keySize; }
+  [[nodiscard]] long long end() const { return keyEnd() + valueSize + padding; }
+};
+static_assert(sizeof(DepotRecord) == 28);
+
+/// An open file, read through a window that moves along.
+class DepotFile {
+ public:
+  explicit DepotFile(int descriptor) : descriptor_(descriptor) {
+    struct stat status = {};
+    if (fstat(descriptor, &status) == 0) size_ = status.st_size;
+  }
+
+  [[nodiscard]] long long size() const { return size_; }
+
+  /// False when the file ends before.
+  template <typename Item>
+  bool read(long long offset, Item& item) {
+    constexpr long long length = sizeof item;
+    if (offset < 0 || offset + length > size_) return false;
+    const bool isInWindow = offset >= start_ && offset + length <= start_ + length_;
+    if (!isInWindow && !moveTo(offset, length)) return false;
+    std::memcpy(&item, window_ + (offset - start_), sizeof item);
+    return true;
+  }
+
+ private:
+  bool moveTo(long long offset, long long length) {
+    start_ = offset;
+    length_ = pread(descriptor_, window_, sizeof window_, static_cast<off_t>(offset));
+    return length_ >= length;
+  }
+
+  int descriptor_;
+  long long size_ = 0;
+  long long start_ = 0;
+  long long length_ = 0;
+  unsigned char window_[8192];
+};
+
+}  // namespace tembra
+
+#endif

@@ -1,0 +1,65 @@
+// A set of offsets of one file, in memory of the system's: it costs nothing until it is touched, and the heap nothing.
+#ifndef TEMBRA_DATABASE_OFFSET_SET_H
+#define TEMBRA_DATABASE_OFFSET_SET_H
+
+#include <sys/mman.h>
+
+#include <climits>
+#include <cstddef>
+
+namespace tembra {
+
+/// Zeroed memory.
+class Pages {
+ public:
+  explicit Pages(std::size_t size)
+      : size_(size), memory_(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)) {}
+  ~Pages() {
+    if (isThere()) munmap(memory_, size_);
+  }
+  Pages(const Pages&) = delete;
+  Pages& operator=(const Pages&) = delete;
+
+  /// False when the system has no memory to give.
+  [[nodiscard]] bool isThere() const { return memory_ != MAP_FAILED; }
+
+  template <typename Item>
+  [[nodiscard]] Item* as() const {
+    return static_cast<Item*>(memory_);
+  }
+
+ private:
+  std::size_t size_;
+  void* memory_;
+};
+
+class OffsetSet {
+ public:
+  explicit OffsetSet(long long fileSize)
+      : size_(static_cast<std::size_t>(fileSize) / CHAR_BIT + 1), pages_(size_), bits_(pages_.as<unsigned char>()) {}
+
+  [[nodiscard]] bool isThere() const { return pages_.isThere(); }
+
+  [[nodiscard]] bool has(long long offset) const { return (bits_[offset / CHAR_BIT] & bitOf(offset)) != 0; }
+  void add(long long offset) { bits_[offset / CHAR_BIT] |= bitOf(offset); }
+  void drop(long long offset) { bits_[offset / CHAR_BIT] &= static_cast<unsigned char>(~bitOf(offset)); }
+
+  /// Both sets being of the same file.
+  [[nodiscard]] bool isWithin(const OffsetSet& other) const {
+    for (std::size_t i = 0; i < size_; ++i) {
+      if ((bits_[i] & ~other.bits_[i]) != 0) return false;
+    }
+    return true;
+  }
+
+ private:
+  static unsigned char bitOf(long long offset) { return static_cast<unsigned char>(1U << (offset % CHAR_BIT)); }
+
+  std::size_t size_;
+  Pages pages_;
+  unsigned char* bits_;
+};
+
+}  // namespace tembra
+
+#endif

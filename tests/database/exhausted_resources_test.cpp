@@ -1,0 +1,98 @@
+// A process that has no descriptor left must not lose the device list of the house.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <vector>
+
+#include "house.h"
+
+using harness::Bytes;
+using harness::lines;
+using harness::Router;
+
+namespace {
+
+/// Every descriptor of the process but so many is in use, as long as it lives.
+class Exhausted {
+ public:
+  explicit Exhausted(int left) {
+    getrlimit(RLIMIT_NOFILE, &before_);
+    const rlimit few{64, before_.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &few);
+    for (int used = open("/dev/null", O_RDONLY); used >= 0; used = open("/dev/null", O_RDONLY)) used_.push_back(used);
+    for (; left > 0; --left) {
+      close(used_.back());
+      used_.pop_back();
+    }
+  }
+  ~Exhausted() {
+    for (const int used : used_) close(used);
+    setrlimit(RLIMIT_NOFILE, &before_);
+  }
+  Exhausted(const Exhausted&) = delete;
+  Exhausted& operator=(const Exhausted&) = delete;
+
+ private:
+  rlimit before_{};
+  std::vector<int> used_;
+};
+
+struct Reader {
+  const char* name;
+  int (*read)(TembraAssociation&);
+  int result;
+};
+
+const Reader kReaders[] = {
+    {"known node", [](TembraAssociation& assoc) { return assoc.ZW_checkNodeExists(); }, 0},
+    {"removal", [](TembraAssociation& assoc) { return assoc.ZW_removeNode(); }, -1},
+    {"ZigBee removal", [](TembraAssociation& assoc) { return assoc.zb_removeNode(1); }, -1},
+    {"next id", [](TembraAssociation& assoc) { return assoc.calculateDevId(); }, -1},
+    {"bridge list", [](TembraAssociation& assoc) { return assoc.Hue_getBridgeList() == nullptr ? 0 : 1; }, 0},
+};
+
+}  // namespace
+
+TEST(WithoutADescriptor, TheDeviceListIsNeitherRepairedNorDeleted) {
+  Router router;
+  house::fill(router.database());
+  const Bytes healthy = router.database().file();
+  router.assoc();
+  router.forget();
+  router.watch(harness::kWatchDatabase);
+  for (const Reader& reader : kReaders) {
+    SCOPED_TRACE(reader.name);
+    {
+      const Exhausted exhausted(0);
+      EXPECT_EQ(reader.read(router.assoc()), reader.result);
+    }
+    EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: open error"}));
+    EXPECT_EQ(router.database().file(), healthy);
+    router.forget();
+  }
+  EXPECT_EQ(house::countFound(router), house::kDevices);
+}
+
+// The first open finds the file broken, and then there is no descriptor for the second.
+TEST(WithoutADescriptor, ABrokenFileIsNotDeletedEither) {
+  Router router;
+  house::fill(router.database());
+  router.database().makeRepairable();
+  router.assoc();
+  {
+    const Exhausted exhausted(1);
+    EXPECT_EQ(house::findNode(router, 5), 0);
+  }
+  EXPECT_TRUE(router.database().exists());
+  EXPECT_EQ(house::countFound(router), house::kDevices);
+}
+
+TEST(WithOneDescriptor, TheDatabaseIsRead) {
+  Router router;
+  house::fill(router.database());
+  router.assoc();
+  const Exhausted exhausted(1);
+  EXPECT_EQ(house::findNode(router, 5), 1);
+}

@@ -1,0 +1,135 @@
+// The damage that the Depot library itself does not survive: such a file counts as one that does not open. Any other
+// goes its own way.
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+
+#include "database/depot_words.h"
+#include "house.h"
+
+using depot::Words;
+using harness::lines;
+using harness::Router;
+
+namespace {
+
+constexpr int kMost = std::numeric_limits<int>::max();
+constexpr std::size_t kOne = 50, kOther = 70;  // two records that hold devices
+
+struct DamagedFile {
+  const char* name;
+  void (*damage)(Words&);
+  friend std::ostream& operator<<(std::ostream& stream, const DamagedFile& file) { return stream << file.name; }
+};
+
+void damageHouse(Router& router, const DamagedFile& damaged) {
+  house::fill(router.database());
+  Words words(router.database().file());
+  damaged.damage(words);
+  router.database().replaceWith(words.file());
+  router.watch(harness::kWatchDatabase);
+}
+
+class UnsafeFileTest : public testing::TestWithParam<DamagedFile> {};
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, UnsafeFileTest,
+    testing::Values(
+        DamagedFile{"MoreBucketsThanBytes", [](Words& words) { words.set(depot::kBuckets, (1 << 30) - 1); }},
+        DamagedFile{"BucketsWhoseEndWrapsAround", [](Words& words) { words.set(depot::kBuckets, (1 << 30) + 100); }},
+        DamagedFile{"ALinkToItself", [](Words& words) { words.setIn(kOne, depot::kLeft, words.offsetOf(kOne)); }},
+        DamagedFile{"ARightLinkToItself", [](Words& words) { words.setIn(kOne, depot::kRight, words.offsetOf(kOne)); }},
+        DamagedFile{"TwoRecordsThatLeadToEachOther",
+                    [](Words& words) {
+                      words.setIn(kOne, depot::kLeft, words.offsetOf(kOther));
+                      words.setIn(kOther, depot::kRight, words.offsetOf(kOne));
+                    }},
+        DamagedFile{"AValueThatEndsBeyondAnyOffset", [](Words& words) { words.setIn(kOne, depot::kValueSize, kMost); }},
+        DamagedFile{"APaddingThatEndsBeyondAnyOffset",
+                    [](Words& words) { words.setIn(kOne, depot::kPadding, kMost - 28); }}),
+    [](const auto& tested) { return tested.param.name; });
+
+class OrdinaryDamageTest : public testing::TestWithParam<DamagedFile> {};
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, OrdinaryDamageTest,
+    testing::Values(DamagedFile{"Nothing", [](Words&) {}},
+                    DamagedFile{"OneBucket", [](Words& words) { words.set(depot::kBuckets, 1); }},
+                    DamagedFile{"OneBucketTooMany",
+                                [](Words& words) { words.set(depot::kBuckets, words.get(depot::kBuckets) + 1); }},
+                    DamagedFile{"ALinkBehindTheEnd", [](Words& words) { words.setIn(kOne, depot::kLeft, kMost); }},
+                    DamagedFile{"ALinkIntoAValue",
+                                [](Words& words) { words.setIn(kOne, depot::kLeft, words.offsetOf(kOther) + 100); }},
+                    DamagedFile{"TwoLinksToOneRecord",
+                                [](Words& words) {
+                                  words.setIn(kOne, depot::kLeft, words.offsetOf(kOther));
+                                  words.setIn(kOne, depot::kRight, words.offsetOf(kOther));
+                                }},
+                    DamagedFile{"ANegativeLink", [](Words& words) { words.setIn(kOne, depot::kLeft, -1); }},
+                    DamagedFile{"ANegativeSize", [](Words& words) { words.setIn(kOne, depot::kValueSize, -600); }},
+                    DamagedFile{"AValueBehindTheEnd",
+                                [](Words& words) { words.setIn(kOne, depot::kValueSize, 1 << 30); }},
+                    DamagedFile{"AKeyBehindTheEnd", [](Words& words) { words.setIn(kOne, depot::kKeySize, kMost); }},
+                    DamagedFile{"NoRecords", [](Words& words) { words.set(depot::kRecords, 0); }},
+                    DamagedFile{"MoreRecordsThanBytes", [](Words& words) { words.set(depot::kRecords, 1 << 26); }}),
+    [](const auto& tested) { return tested.param.name; });
+
+}  // namespace
+
+TEST_P(UnsafeFileTest, CountsAsOneThatDoesNotOpen) {
+  Router router;
+  damageHouse(router, GetParam());
+  house::findNode(router, 99);
+  const std::string trace = router.takeTrace();
+  const std::string refused = "stderr dpopen: broken database file\ndprepair /tmp/ddb";
+  const std::string again = "dpopen /tmp/ddb 70 1\ndpclose";
+  EXPECT_EQ(trace.find("dpopen /tmp/ddb 6 -1\ndpclose"), 0U) << trace;
+  EXPECT_NE(trace.find(refused), std::string::npos) << trace;
+  EXPECT_NE(trace.find(again), std::string::npos) << trace;
+  EXPECT_TRUE(router.database().exists());
+}
+
+TEST_P(UnsafeFileTest, IsSafeOnceItIsRepaired) {
+  Router router;
+  damageHouse(router, GetParam());
+  house::findNode(router, 99);
+  router.forget();
+  house::findNode(router, 99);
+  EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1", "dpclose"}));
+}
+
+TEST_P(OrdinaryDamageTest, IsLeftToTheDepotLibrary) {
+  Router router;
+  damageHouse(router, GetParam());
+  house::findNode(router, 99);
+  const std::string trace = router.takeTrace();
+  EXPECT_EQ(trace.find("dprepair"), std::string::npos) << trace;
+  EXPECT_EQ(trace.find("dpopen /tmp/ddb 6 -1\ndpclose"), 0U) << trace;
+}
+
+// Neither of these comes back from the repair: one makes it write without end, the other keeps it where it is.
+TEST(UnrepairableFile, IsNotRepaired) {
+  const DamagedFile files[] = {
+      {"MoreRecordsThanBytes", [](Words& words) { words.set(depot::kRecords, 1 << 26); }},
+      {"ARecordOfNoLength",
+       [](Words& words) {
+         const int content = words.get(static_cast<std::size_t>(words.offsetOf(kOne)) + depot::kKeySize) +
+                             words.get(static_cast<std::size_t>(words.offsetOf(kOne)) + depot::kPadding);
+         words.setIn(kOne, depot::kValueSize, -static_cast<int>(depot::kRecordHeader) - content);
+       }},
+  };
+  Router router;
+  for (const DamagedFile& file : files) {
+    SCOPED_TRACE(file.name);
+    router.database().remove();
+    damageHouse(router, file);
+    harness::Bytes longer = router.database().file();
+    longer.push_back(0);
+    router.database().replaceWith(longer);
+    EXPECT_EQ(house::findNode(router, 99), 0);
+    EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: broken database file",
+                                         "dpopen /tmp/ddb 70 1 -> failed"}));
+    EXPECT_FALSE(router.database().exists());
+  }
+}
