@@ -20,7 +20,6 @@ using frontend::outcomeText;
 using frontend::testsText;
 
 constexpr std::size_t kMostClusters = std::size(ZbDeviceInfo{}.clusters);
-constexpr char kZoneWasClassified[] = "Device associated:";
 constexpr char kGenericName[] = "GenericDevice";
 
 // What the library makes of the first clusters of a device.
@@ -76,22 +75,45 @@ std::string ruleReason(const ZbClusterRule& rule, const ZbDeviceInfo& before, co
   return entries + "; " + testsText(decision->tests[0], decision->tests[1]) + ": " + outcomeText(*decision);
 }
 
-bool wasSaid(const std::vector<std::string>& lines, const std::string& beginning) {
-  return std::ranges::any_of(lines, [&](const std::string& line) { return line.rfind(beginning, 0) == 0; });
+// What a zone's model changes, and what it makes of the device afterwards.
+std::string modelReason(const ZbDeviceInfo& before, unsigned short endpoint, const std::vector<std::string>& said) {
+  std::string reason;
+  const ZbZoneTypeException* exception = zbFindZoneTypeException(before);
+  if (exception != nullptr) {
+    const std::string where = " on endpoint " + std::to_string(exception->endpoint);
+    const std::string type = "of type " + std::to_string(exception->type);
+    const bool changes = zbChangesZoneOn(*exception, endpoint);
+    reason += "; " + testsText(exception->test) + ": " + type + (changes ? where : " only" + where);
+  }
+  const ZbZoneAfterwards* afterwards = zbFindZoneAfterwards(before);
+  if (afterwards == nullptr) return reason;
+  const auto tells = [&](const std::string& line) { return std::string_view(afterwards->log).ends_with(line); };
+  const auto found = afterwards->entry == 0 ? 1 : std::ranges::count_if(said, tells);
+  reason += "; " + testsText(afterwards->test) + ": ";
+  if (afterwards->entry != 0)
+    reason += std::to_string(found) + " entries " + std::to_string(afterwards->entry) + " found, ";
+  return reason + (found > 0 ? "then type " + std::to_string(afterwards->type) : "which changes nothing");
 }
 
-std::string zoneReason(const ZbDeviceInfo& before, const Stage& after, const std::vector<std::string>& said, int next) {
+std::string zoneReason(const ZbDeviceInfo& before, const Stage& after, const std::vector<std::string>& said,
+                       std::size_t position) {
+  const unsigned short endpoint = before.clusters[position].endpoint;
+  const ZbZoneCase& zoneCase = zbFindZoneCase(clusterAt(before, position + 1), before);
   const std::string outcome =
       "entries " + addedEntries(before, after.device) + "; type " + std::to_string(after.device.devType) + ", name \"";
-  if (wasSaid(said, kZoneWasClassified)) {
-    const std::string zone = zbFindZoneName(before.zoneType, before);
-    const std::string classified = zone + ", classified as type " + std::to_string(after.zoneClassifiedAs) + "; ";
-    return "zone type " + hex4(before.zoneType) + " is " + classified + outcome +
-           zbFindDisplayName(zone.c_str(), before) + "\"";
+  switch (zoneCase.outcome) {
+    case ZB_ZONE_CAMERA:
+      return "a camera, for " + hex4(zoneCase.next) + " comes next; " + outcome + after.name + "\"";
+    case ZB_ZONE_IGNORED:
+      if (zoneCase.next != ZB_ANY_CLUSTER) return "ignored, for " + hex4(zoneCase.next) + " comes next";
+      return "ignored, the device is of type " + std::to_string(before.devType) + " already";
+    case ZB_ZONE_CLASSIFIED:
+      break;
   }
-  if (next == ZB_IAS_CAMERA) return "a camera, for 0x0503 comes next; " + outcome + after.name + "\"";
-  if (next == ZB_IAS_ATTACHED) return "ignored, for 0x0504 comes next";
-  return "ignored, the device is of type " + std::to_string(before.devType) + " already";
+  const std::string zone = zbFindZoneName(before.zoneType, before);
+  const std::string classified = zone + ", classified as type " + std::to_string(after.zoneClassifiedAs) + "; ";
+  return "zone type " + hex4(before.zoneType) + " is " + classified + outcome +
+         zbFindDisplayName(zone.c_str(), before) + "\"" + modelReason(before, endpoint, said);
 }
 
 std::vector<std::string> logSince(const Stage& before, const Stage& after) {
@@ -107,9 +129,8 @@ void explainCluster(std::size_t position, const Stage& before, const Stage& afte
     return;
   }
   const std::vector<std::string> said = logSince(before, after);
-  const std::string why = cluster == ZB_IAS_ZONE
-                              ? zoneReason(before.device, after, said, clusterAt(before.device, position + 1))
-                              : ruleReason(*rule, before.device, after);
+  const std::string why = cluster == ZB_IAS_ZONE ? zoneReason(before.device, after, said, position)
+                                                 : ruleReason(*rule, before.device, after);
   reasons.push_back(where + rule->title + "; " + why);
   for (const std::string& line : said) reasons.push_back("log: " + line);
 }

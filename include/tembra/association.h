@@ -24,11 +24,18 @@
 ///     assoc->closeAssocConnection();
 ///
 /// Threads: any thread may call any operation at any time; each call is atomic to the others and to the handling of
-/// a datagram, except that the library's lock is released while a callback runs, while sleeping, and while the device
-/// database is awaited. Run one operation at a time: a second add or remove sends its commands again, it is not
-/// refused. The callback runs on the library's receive thread (on the caller's thread for setDevType); it may call
-/// any operation, but should not start one: what follows the callback in the library (state, `idle`) would overwrite
-/// what the callback started. The object lives as long as the process and is never deleted by the library.
+/// a datagram, except that the library's lock is released while a callback runs, while sleeping, from before the wait
+/// for the device database until it is closed again, while an opening runs the mesh id's shell command, and while a
+/// closing waits (at most 2 seconds) for the receive that is under way to end.
+///
+/// Run one operation at a time, from its start to its last event: a second add or remove sends its commands again, it
+/// is not refused; and where an operation is cancelled and another one started while the answer to the first waits for
+/// the database, what follows that look-up (state, `idle`, `cmdtype`, an event) is written over the second.
+///
+/// The callback runs on the library's receive thread (on the caller's thread for setDevType). It may call any
+/// operation, but should not start one: what follows the callback in the library (state, `idle`) would overwrite what
+/// the callback started. All signals are blocked on the receive thread, and a process that a callback starts inherits
+/// that: unblock them in it. The object lives as long as the process and is never deleted by the library.
 ///
 /// Results are 0 for success and -1 for failure unless a function says otherwise. No operation throws.
 class TEMBRA_API TembraAssociation {
@@ -42,7 +49,7 @@ class TEMBRA_API TembraAssociation {
   int clientRole;         ///< ClientRole of the front end
   int activeRadio;        ///< ServerType that the current operation is dealing with
   int classifiedType;     ///< DevType proposed by classification
-  int devType;            ///< DevType chosen for the device being added
+  int devType;            ///< DevType chosen for the device being added; also written by classifying a ZigBee device
   char removedName[180];  ///< name of the device being removed
   int removedId;          ///< device id of the device being removed
   ZbDeviceInfo zbDevice;  ///< the ZigBee device being added
@@ -84,13 +91,17 @@ class TEMBRA_API TembraAssociation {
 
   // ---- Connection -------------------------------------------------------------------------------------------------
 
-  /// Opens the library's UDP socket, reads the mesh id (runs a shell command) and starts the receive thread.
-  /// @return 0 when the socket is open and bound, even if the thread could not be started; -1 otherwise, for instance
-  /// while this or another process has the connection open, which then stays as it is.
+  /// Opens the library's UDP socket, reads the mesh id (runs a shell command) and starts the receive thread. Start no
+  /// operation, on any thread, before it has returned: the new receive thread begins with `idle` 1, no cancel target
+  /// and an empty `cmdtype`.
+  /// @return 0 when the socket is open and bound, even if the thread could not be started; -1 otherwise: while this or
+  /// another process has the connection open, which then stays as it is; when the socket cannot be had; and when
+  /// another thread closed or replaced the connection during the opening.
   int checkAssocConnection();
 
-  /// Closes the connection and ends the receive thread, without waiting for a callback that is running. Neither the
-  /// association state nor the pending device is reset: cancel or finish an operation before closing.
+  /// Closes the connection and ends the receive thread, without waiting for a callback that is running; waits for a
+  /// receive that is under way to end, at most 2 seconds. Neither the association state nor the pending device is
+  /// reset: cancel or finish an operation before closing.
   void closeAssocConnection();
 
   /// Resolves the endpoint texts into the socket addresses. The constructor calls it. @return 0; a bad host is
@@ -134,6 +145,12 @@ class TEMBRA_API TembraAssociation {
 
   /// Confirms the type: takes a new device id, generates the default name ("GenericDevice #<id>" for a device that
   /// was classified as generic), sets the location to "Default" and sends EVENT_CREATED on the caller's thread.
+  ///
+  /// Once the callback of EVENT_SELECT_TYPE has returned, the receive thread still writes `cmdtype`
+  /// ("SelectDeviceType") and the devType of that moment as the type in the device's record (zwNodeWork.finalType or
+  /// zbDevice.devType). Called from the callback, setDevType is always followed by that. Called on another thread it
+  /// has to come after that to keep its own `cmdtype` ("EditNameLocation") and, for a generic Z-Wave device, its
+  /// final type 60: wait a moment after the callback has returned, which a user who chooses does anyway.
   void setDevType(DevType type);
 
   /// Changes the type only: no name, no event.
@@ -157,8 +174,10 @@ class TEMBRA_API TembraAssociation {
   // ---- Hue bridges and lamps, the Nest account ----------------------------------------------------------------------
 
   // Commands to the Hue server. Each marks an operation as in progress and returns the address of `idle`, which the
-  // answer or a time-out sets back to 1; the answer comes as one of the EVENT_HUE codes. MAC texts are "a1:b2:...", a
-  // second text is cut at 49 characters; null means empty.
+  // answer or a time-out sets back to 1. Two answers leave it as it is, so that only the next answer or the time-out
+  // does: a bridge list (EVENT_HUE_BRIDGES, which even sets it to 0) and an answer of unknown type, which is no event.
+  // Answers come as the EVENT_HUE codes. After each of them, of whatever type, the connection of the role web server
+  // closes. MAC texts are "a1:b2:...", a second text is cut at 49 characters; null means empty.
   unsigned char* Hue_initiateAdd();                  ///< discovers bridges
   unsigned char* Hue_addBridge(char* mac);           ///< adds a bridge; its link button has to be pressed
   unsigned char* Hue_addDev(char* mac, char* text);  ///< adds a lamp
@@ -167,13 +186,18 @@ class TEMBRA_API TembraAssociation {
 
   /// The known bridges and their users as JSON, at most 20:
   /// {"MAClist":[{"mac":"a1:b2:c3:0a:1b:2c","username":"..."}]}
+  /// Overwrites username1 from its start, and does not clear it before: a bridge without a stored user shows the name
+  /// that an earlier call left in its place. Waits for the database's file lock; a database that cannot be opened is
+  /// repaired and, when that does not help, deleted (but not for want of descriptors or memory).
   /// @return a text that the caller releases with free(); null when the database cannot be opened or memory is short.
   char* Hue_getBridgeList();
 
   /// 1 when an authorisation code of a Nest account is stored, else 0.
   int Nest_checkExist();
 
-  // Commands to the Nest server; like the Hue commands. A text is cut at 247 characters.
+  // Commands to the Nest server. Each marks an operation as in progress and returns the address of `idle`, which any
+  // answer or a time-out sets back to 1. Answers come as the EVENT_NEST codes, an unknown one is no event; after each
+  // the connection of the role web server closes. A text is cut at 247 characters; null means empty.
   unsigned char* Nest_add(char* text);
   unsigned char* Nest_remove();
 

@@ -63,7 +63,12 @@ struct DeviceReport {
   char location[180];     ///< device location; "Default" in EVENT_CREATED
   char removedName[180];  ///< name of the device being removed
   int removedId;          ///< id of the device being removed
-  int type;               ///< DevType of the device just created
+  /// DevType. In EVENT_SELECT_TYPE the type that the device was classified as. In EVENT_CREATED the object's devType:
+  /// of setDevType the chosen type, of a ZigBee device the type that it was classified as; but of a Z-Wave node, whose
+  /// classification does not write devType, what setDevType, setDevType2 or an earlier ZigBee add left (0 at first):
+  /// its own type is TembraAssociation::classifiedType. devType also becomes the final type of a device once the
+  /// callback of EVENT_SELECT_TYPE has returned.
+  int type;
   unsigned char at548[8];
   int status;             ///< ZigBee status byte of the answer
   unsigned char failure;  ///< 0, written by the ZigBee failure event only

@@ -1,7 +1,8 @@
 // Library-wide state that front ends read, as plain exported objects.
 //
-// The library writes them under its own lock. A front end that reads one while an operation runs reads a snapshot
-// that may be old; only `idle` is meant to be polled (one byte, written with release order).
+// The library writes them under its own lock, except username1, which Hue_getBridgeList writes while it has the device
+// database. A front end that reads one while an operation runs reads a snapshot that may be old; only `idle` is meant
+// to be polled (one byte, written with release order).
 #ifndef TEMBRA_GLOBALS_H
 #define TEMBRA_GLOBALS_H
 
@@ -26,7 +27,7 @@ extern TEMBRA_API int assoc_meshID;  ///< mesh id of the router that owns the as
 extern TEMBRA_API unsigned char meshRx_packet[4100];  ///< room for one mesh datagram; for front ends
 extern TEMBRA_API char meshTagNames[37][32];  ///< attribute names of a mesh participant; the row "NULL" ends them
 
-extern TEMBRA_API char username1[50][50];  ///< user names of the Hue bridge list
+extern TEMBRA_API char username1[50][50];  ///< user names of the last Hue bridge list, then older ones
 
 // For front ends; the library itself leaves them alone.
 extern TEMBRA_API char buff[512];

@@ -79,7 +79,9 @@ static_assert(sizeof(ZbIndexEntry) == 2, "an index entry is two bytes");
 struct ZbDeviceInfo {
   unsigned short shortAddress;  ///< ZigBee network address of the device
   unsigned char at2[8];
-  unsigned char msgCode;  ///< status when received; 10: added, 2: removed when sent to the HA server
+  /// The status when received. When a leaving device is not in the database 12 is written here, and stays in the record
+  /// until it is received or handed over anew. Sent to the HA server it is 10: added, or 2: removed.
+  unsigned char msgCode;
   unsigned char at11;
   ZbClusterEntry clusters[30];  ///< the clusters of the device, up to one of id 0xFFFF
   char manufacturer[80];

@@ -2,8 +2,8 @@
 //
 // A device's clusters are visited in order. Each cluster that has a ZbClusterRule adds its index entries; then the
 // first ZbDecision of the cluster whose tests all hold names the device and sets its type. The tests see what earlier
-// clusters decided, so the order of the clusters matters. The IAS zone cluster has rules of its own (ZbZoneName,
-// ZbZoneEntries).
+// clusters decided, so the order of the clusters matters. The IAS zone cluster has rules of its own (ZbZoneCase and
+// what follows it).
 #ifndef TEMBRA_RULES_H
 #define TEMBRA_RULES_H
 
@@ -52,10 +52,11 @@ enum ZbTestKind : int {
   ZB_AC_CHECK_FAILS     ///< the measured values of a SmartACSwitch are missing
 };
 
+/// One question; what it is compared with stands beside it. An empty test, `{}`, always holds.
 struct ZbTest {
   ZbTestKind kind;
-  int type;
-  const char* text;
+  int type;          ///< DevType that ZB_TYPE_IS and ZB_TYPE_IS_NOT compare with
+  const char* text;  ///< text that the tests of manufacturer and model compare with
 };
 
 /// Whether a text field (which may lack its NUL) equals `text`.
@@ -87,6 +88,7 @@ inline bool zbAcCheckFails(const ZbDeviceInfo& device) {
   return (device.acCheckB == 0 && device.acCheckC == 0) || device.acCheckA == 0;
 }
 
+/// Whether the device as it stands passes the test.
 inline bool zbTestHolds(const ZbTest& test, const ZbDeviceInfo& device) {
   switch (test.kind) {
     case ZB_ALWAYS:
@@ -118,7 +120,7 @@ struct ZbClusterRule {
   ZbCluster cluster;
   const char* title;
   unsigned char entries[5];  ///< IndexType codes, up to a 0
-  bool counted;              ///< whether the log's number of clusters includes it
+  bool counted;              ///< whether the log's number of clusters includes it; of an IAS zone ZbZoneCase tells
 };
 
 static const ZbClusterRule zbClusterRules[] = {
@@ -143,7 +145,7 @@ static const ZbClusterRule zbClusterRules[] = {
 };
 
 /// The rule of a cluster, null when it has none and is skipped.
-inline const ZbClusterRule* zbFindClusterRule(int cluster) {
+static inline const ZbClusterRule* zbFindClusterRule(int cluster) {
   for (const ZbClusterRule& rule : zbClusterRules) {
     if (rule.cluster == cluster) return &rule;
   }
@@ -163,6 +165,8 @@ enum ZbEffect : int {
 /// Type of a decision that leaves the type as it is.
 enum { ZB_KEEP_TYPE = -1 };
 
+/// What a cluster makes of a device for which the tests hold. Of a cluster's rows the first such one decides, and only
+/// that one; a cluster may have no row that fits.
 struct ZbDecision {
   ZbCluster cluster;
   ZbTest tests[2];   ///< all have to hold
@@ -213,7 +217,7 @@ static const ZbDecision zbDecisions[] = {
 };
 
 /// The decision of a cluster for a device as it stands, null when nothing is decided.
-inline const ZbDecision* zbFindDecision(int cluster, const ZbDeviceInfo& device) {
+static inline const ZbDecision* zbFindDecision(int cluster, const ZbDeviceInfo& device) {
   for (const ZbDecision& row : zbDecisions) {
     if (row.cluster == cluster && zbTestHolds(row.tests[0], device) && zbTestHolds(row.tests[1], device)) return &row;
   }
@@ -221,6 +225,37 @@ inline const ZbDecision* zbFindDecision(int cluster, const ZbDeviceInfo& device)
 }
 
 // ---- IAS zones ------------------------------------------------------------------------------------------------------
+
+/// What becomes of an IAS zone.
+enum ZbZoneOutcome : int {
+  ZB_ZONE_CAMERA,      ///< it is a camera: zbCameraEntries, name "ZigbeeCamImage", type 67
+  ZB_ZONE_IGNORED,     ///< it does nothing
+  ZB_ZONE_CLASSIFIED,  ///< its zone type decides: the tables from zbZoneNames on, in their order
+};
+
+/// Cluster of a case that holds whichever cluster comes next.
+enum { ZB_ANY_CLUSTER = -1 };
+
+struct ZbZoneCase {
+  int next;  ///< ZbCluster directly behind the zone (of its entry only, be it the last), or ZB_ANY_CLUSTER
+  ZbTest test;
+  ZbZoneOutcome outcome;
+  bool counted;  ///< whether the log's number of clusters includes the zone
+};
+
+static const ZbZoneCase zbZoneCases[] = {
+    {ZB_IAS_CAMERA, {}, ZB_ZONE_CAMERA, false},
+    {ZB_IAS_ATTACHED, {}, ZB_ZONE_IGNORED, false},
+    {ZB_ANY_CLUSTER, {ZB_TYPE_IS, 24, nullptr}, ZB_ZONE_IGNORED, true},  // decided as an occupancy sensor
+    {ZB_ANY_CLUSTER, {}, ZB_ZONE_CLASSIFIED, true},
+};
+
+/// The first case that fits a zone that is followed by cluster `next`; there always is one.
+static inline const ZbZoneCase& zbFindZoneCase(int next, const ZbDeviceInfo& device) {
+  const ZbZoneCase* row = zbZoneCases;
+  while (!((row->next == next || row->next == ZB_ANY_CLUSTER) && zbTestHolds(row->test, device))) ++row;
+  return *row;
+}
 
 /// Device-type name of an IAS zone type (ZigBee Cluster Library, zone types of the IAS Zone cluster).
 struct ZbZoneName {
@@ -248,11 +283,37 @@ static const ZbZoneName zbZoneNames[] = {
 };
 
 /// The device-type name of a device's zone type; never null.
-inline const char* zbFindZoneName(int zoneType, const ZbDeviceInfo& device) {
+static inline const char* zbFindZoneName(int zoneType, const ZbDeviceInfo& device) {
   for (const ZbZoneName& row : zbZoneNames) {
     if (row.zoneType == zoneType && zbTestHolds(row.test, device)) return row.name;
   }
   return "UnknownDevice";
+}
+
+/// Zones of single models that are not of the type that their zone type stands for. The name stays that of the zone
+/// type.
+struct ZbZoneTypeException {
+  ZbTest test;
+  int endpoint;     ///< only a zone on this endpoint
+  int type;         ///< DevType that it is of
+  const char* log;  ///< line of the log, for a zone of the model on any endpoint
+};
+
+static const ZbZoneTypeException zbZoneTypeExceptions[] = {
+    {{ZB_MODEL_HAS, 0, "MiniSD"}, 2, 11, "libTembraAssoc:Mini smoke detector found"},
+};
+
+/// The exception that a device is of, null for a device that is as its zone type says.
+static inline const ZbZoneTypeException* zbFindZoneTypeException(const ZbDeviceInfo& device) {
+  for (const ZbZoneTypeException& row : zbZoneTypeExceptions) {
+    if (zbTestHolds(row.test, device)) return &row;
+  }
+  return nullptr;
+}
+
+/// Whether the exception changes the type of a zone on this endpoint.
+inline bool zbChangesZoneOn(const ZbZoneTypeException& exception, int endpoint) {
+  return exception.endpoint == endpoint;
 }
 
 /// Zones whose devices are not named by their device-type name.
@@ -269,7 +330,7 @@ static const ZbZoneDisplayName zbZoneDisplayNames[] = {
 };
 
 /// The word that names a device of a zone.
-inline const char* zbFindDisplayName(const char* zoneName, const ZbDeviceInfo& device) {
+static inline const char* zbFindDisplayName(const char* zoneName, const ZbDeviceInfo& device) {
   for (const ZbZoneDisplayName& row : zbZoneDisplayNames) {
     const bool named = row.zoneName == nullptr || std::strcmp(row.zoneName, zoneName) == 0;
     if (named && zbTestHolds(row.tests[0], device) && zbTestHolds(row.tests[1], device)) return row.displayed;
@@ -292,14 +353,40 @@ static const ZbZoneEntries zbZoneEntries[] = {
 };
 
 /// The first row that fits; there always is one.
-inline const ZbZoneEntries& zbFindZoneEntries(int type, const ZbDeviceInfo& device) {
+static inline const ZbZoneEntries& zbFindZoneEntries(int type, const ZbDeviceInfo& device) {
   const ZbZoneEntries* row = zbZoneEntries;
   while (!((row->type == type || row->type == -1) && zbTestHolds(row->test, device))) ++row;
   return *row;
 }
 
-/// Index entries of a camera: an IAS zone cluster directly followed by ZB_IAS_CAMERA. Only the first three belong to
-/// an endpoint.
+/// Index entries of a camera (ZB_ZONE_CAMERA). Only the first ZB_CAMERA_ENDPOINTS of them get the zone's endpoint; the
+/// others keep the endpoint byte that stands there [sic].
 static const unsigned char zbCameraEntries[] = {3, 12, 9, 128, 129, 130, 131};
+enum { ZB_CAMERA_ENDPOINTS = 3 };
+
+/// What happens to the device of a classified zone once it has its name and type. The first row whose test holds.
+struct ZbZoneAfterwards {
+  ZbTest test;
+  unsigned char entry;  ///< IndexType: once for every entry of it that zbIsScanned; 0: once, whatever the entries are
+  int type;             ///< DevType that the device gets, 0: undecided again
+  const char* log;      ///< line of the log, each time; null: none
+};
+
+static const ZbZoneAfterwards zbZoneAfterwards[] = {
+    {{ZB_MODEL_HAS, 0, "MiniSD"}, 0, 0, nullptr},
+    {{ZB_MODEL_HAS, 0, "SZ-PIR04N"}, 28, 0, "libTembraAssoc:Sercomm motion and illuminance found"},
+};
+
+/// The row of a device, null when nothing happens afterwards.
+static inline const ZbZoneAfterwards* zbFindZoneAfterwards(const ZbDeviceInfo& device) {
+  for (const ZbZoneAfterwards& row : zbZoneAfterwards) {
+    if (zbTestHolds(row.test, device)) return &row;
+  }
+  return nullptr;
+}
+
+/// Whether ZbZoneAfterwards looks at an entry of the index table, of which `next` will be written next. Entry `next`
+/// and entry 0 are looked at, too [sic]: there stand received bytes, of entry 0 the received number of entries.
+inline bool zbIsScanned(int entry, int next) { return entry >= 0 && entry <= next; }
 
 #endif

@@ -187,8 +187,7 @@ enum IndexType : int {
   INDEX_CENTRAL_SCENE = 117
 };
 
-// ---- Enumerations of the Z-Wave driver
-// -------------------------------------------------------------------------------
+// ---- Enumerations of the Z-Wave driver ------------------------------------------------------------------------------
 
 /// Operation code of a Z-Wave command.
 enum ozw_OperationCode : int {
@@ -231,6 +230,7 @@ enum ozw_ControllerCommand : int {
   ozw_ControllerCommand_DeleteButton
 };
 
+/// What the driver notifies of.
 enum ozw_NotificationType : int {
   ozw_Type_ValueAdded = 0,
   ozw_Type_ValueRemoved,
@@ -261,6 +261,7 @@ enum ozw_NotificationType : int {
   ozw_Type_Notification
 };
 
+/// How far a controller command has come.
 enum ozw_ControllerState : int {
   ozw_State_NoCommand = 0,
   ozw_State_Starting,
@@ -275,6 +276,7 @@ enum ozw_ControllerState : int {
   ozw_State_NodeFailed
 };
 
+/// Why a controller command failed.
 enum ozw_ControllerError : int {
   ozw_Error_None = 0,
   ozw_Error_ButtonNotFound,
@@ -291,8 +293,10 @@ enum ozw_ControllerError : int {
   ozw_Error_Overflow
 };
 
+/// What a node's value is for.
 enum ozw_ValueGenre : int { ozw_Genre_Basic = 0, ozw_Genre_User, ozw_Genre_Config, ozw_Genre_System, ozw_Genre_Count };
 
+/// What a node's value is made of.
 enum ozw_ValueType : int {
   ozw_ValueType_Bool = 0,
   ozw_ValueType_Byte,

@@ -67,7 +67,14 @@ const Kind kZigbeeKinds[] = {
      {{3, 2}, {12, 2}, {9, 2}},
      {},
      "0x0500 on endpoint 2: IAS zone; zone type 0x0028 is FireSensor, classified as type 11; entries 3, 12, 9; "
-     R"(type 0, name "FireSensor")"},
+     R"(type 0, name "FireSensor"; model contains "MiniSD": of type 11 on endpoint 2; model contains "MiniSD": then type 0)"},
+    {R"({"clusters": [[1024, 1], [1280, 1]], "zone_type": 13, "model": "SZ-PIR04N"})",
+     60,
+     "GenericDevice #1",
+     {{28, 1}, {3, 1}, {12, 1}, {9, 1}},
+     {},
+     "0x0500 on endpoint 1: IAS zone; zone type 0x000D is MotionSensor, classified as type 11; entries 3, 12, 9; "
+     R"(type 0, name "MotionSensor"; model contains "SZ-PIR04N": 1 entries 28 found, then type 0)"},
     {R"({"clusters": [[1280, 1], [1283, 1]]})",
      67,
      "ZigbeeCamImage #1",

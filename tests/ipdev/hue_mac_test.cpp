@@ -70,6 +70,20 @@ TEST(HueMacTest, BehindTheEndOfAShortTextComesNul) {
   EXPECT_EQ(macOf("a1b2c3fffe0a1b2"), bytes("a1:b2:c3:0a:1b:2\0"));
 }
 
+// What needs no end is not searched for one: the text stands at the end of its memory, without a NUL.
+TEST(HueMacTest, AWholeTextNeedsNoEnd) {
+  const auto unended = [](const std::string& text) { return std::vector<char>(text.begin(), text.end()); };
+  std::vector<char> bridgeId = unended("a1b2c3fffe0a1b2c");
+  ASSERT_EQ(bridgeId.size(), 16U);
+  char out[18];
+  EXPECT_EQ(HueMac(bridgeId.data(), out), 17);
+  EXPECT_STREQ(out, "a1:b2:c3:0a:1b:2c");
+  std::vector<char> mac = unended("a1:b2:c3:0a:1b:2c");
+  ASSERT_EQ(mac.size(), 17U);
+  EXPECT_EQ(RevertHueMac(mac.data(), out), 16);
+  EXPECT_STREQ(out, "a1b2c3fffe0a1b2c");
+}
+
 // Every length of a good text, against the rule: character i of the output is one character of the input.
 TEST(HueMacTest, EveryLengthFollowsTheSameRule) {
   const std::vector<int> idPlaces = {0, 1, 3, 4, 6, 7, -1, -1, -1, -1, 9, 10, 12, 13, 15, 16};

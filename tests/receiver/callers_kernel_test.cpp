@@ -1,8 +1,4 @@
-// Callers on several threads, and a receive thread that is kept waiting.
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
+// Callers on several threads.
 #include <algorithm>
 #include <chrono>
 #include <iterator>
@@ -20,74 +16,6 @@ using harness::Node;
 namespace {
 
 using Callers = KernelStage;
-
-/// Another process that has the database's lock.
-class LockHolder {
- public:
-  LockHolder() {
-    int ready[2] = {};
-    int release[2] = {};
-    EXPECT_EQ(pipe2(ready, O_CLOEXEC), 0);
-    EXPECT_EQ(pipe2(release, O_CLOEXEC), 0);
-    process_ = fork();
-    if (process_ == 0) {
-      close(release[1]);
-      holdUntilReleased(ready[1], release[0]);
-    }
-    close(ready[1]);
-    close(release[0]);
-    release_ = release[1];
-    char byte = 0;
-    EXPECT_EQ(read(ready[0], &byte, 1), 1) << "the lock was not to be had";
-    close(ready[0]);
-  }
-  ~LockHolder() { release(); }
-  LockHolder(const LockHolder&) = delete;
-  LockHolder& operator=(const LockHolder&) = delete;
-
-  void release() {
-    if (process_ < 0) return;
-    close(release_);
-    waitpid(process_, nullptr, 0);
-    process_ = -1;
-  }
-
- private:
-  [[noreturn]] static void holdUntilReleased(int ready, int release) {
-    const int file = open(DBName, O_RDWR | O_CLOEXEC);
-    struct flock lock = {};
-    lock.l_type = F_WRLCK;
-    lock.l_whence = SEEK_SET;
-    char byte = 0;
-    const bool held = file >= 0 && fcntl(file, F_SETLK, &lock) == 0 && write(ready, &byte, 1) == 1;
-    _exit(held && read(release, &byte, 1) == 0 ? 0 : 1);
-  }
-
-  pid_t process_ = -1;
-  int release_ = -1;
-};
-
-template <typename Operation>
-void expectAtOnce(Operation operation) {
-  const auto begin = std::chrono::steady_clock::now();
-  operation();
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
-}
-
-class LockedDatabase : public KernelStage {
- protected:
-  /// An add whose look-up in the database has to wait.
-  void addAsFarAsTheLookUp() {
-    connect();
-    assoc.addDevZigbeeZwave();
-    router.zwave().post(Node(5).bytes());
-    awaitEvents(EVENT_ADDING);
-    router.zwave().post(Node(5).bytes());
-    await("................. ZW_ASSOC ...................");
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    EXPECT_EQ(events(EVENT_GETTING_INFO), 0) << "it waits";
-  }
-};
 
 std::vector<std::string> linesOf(const std::string& text) {
   std::vector<std::string> lines;
@@ -161,39 +89,4 @@ TEST_F(Callers, OnTwoThreadsWhileDatagramsArrive) {
   EXPECT_EQ(told("stray @"), 0U);
   EXPECT_GT(told("Received Packet from Z-wave"), 100U);
   EXPECT_EQ(router.database().records(), 2);
-}
-
-TEST_F(LockedDatabase, DelaysNoCallerAndNoClosing) {
-  router.database().nextId("17");
-  const std::size_t threads = runningThreads();
-  const LockHolder holder;
-  addAsFarAsTheLookUp();
-  char name[] = "Lamp";
-  expectAtOnce([&] { assoc.setDevName(name); });
-  expectAtOnce([&] { assoc.sendCancelTo(cancel_both); });
-  expectAtOnce([&] { assoc.closeAssocConnection(); });
-  expectAtOnce([&] { EXPECT_EQ(assoc.checkAssocConnection(), 0); });
-  EXPECT_EQ(told("exited receive thread"), 0U);
-  EXPECT_EQ(runningThreads(), threads + 2);
-}
-
-TEST_F(LockedDatabase, LetsNoEventOutAfterTheClosing) {
-  router.database().nextId("17");
-  LockHolder holder;
-  addAsFarAsTheLookUp();
-  assoc.closeAssocConnection();
-  holder.release();
-  await("exited receive thread");
-  EXPECT_EQ(events(EVENT_GETTING_INFO), 0);
-  EXPECT_EQ(events(EVENT_ADD_FAILED), 0);
-  EXPECT_EQ(events(EVENT_ALREADY_ADDED), 0);
-}
-
-TEST_F(LockedDatabase, IsWaitedFor) {
-  router.database().nextId("17");
-  LockHolder holder;
-  addAsFarAsTheLookUp();
-  holder.release();
-  awaitEvents(EVENT_GETTING_INFO);
-  EXPECT_EQ(told("stderr "), 0U);
 }

@@ -1,8 +1,10 @@
 // Both radios answer one request, in every order: who takes it over, who is cancelled, what the front end hears.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <sstream>
 
+#include "both_radios_page.h"
 #include "devices.h"
 #include "harness/router.h"
 
@@ -14,85 +16,6 @@ using harness::ZigbeeDevice;
 
 namespace {
 
-constexpr int kKnownNode = 9;
-constexpr char kCancelZigbee[] = "send zigbee 320\n", kCancelZwave[] = "send zwave 236\n", kNotice[] = "send ha 4100\n";
-
-// An answer: of the ZigBee server by its status, or of the Z-Wave server by its node.
-struct Answer {
-  bool isZigbee;
-  int value;
-};
-
-constexpr Answer zigbee(int status) { return {true, status}; }
-constexpr Answer zwave(int node) { return {false, node}; }
-
-/// The state machine of both radios as a table of two pages: what is sent and told, and the state that follows. The
-/// known node is the only one in the database, every device that is created has no types to choose from.
-class Machine {
- public:
-  explicit Machine(int state) : state_(state) {}
-
-  [[nodiscard]] int state() const { return state_; }
-
-  std::string on(const Answer& answer) {
-    if (!answer.isZigbee) return onZwave(answer.value);
-    if (state_ == ASSOC) return onZigbeeAdding(answer.value);
-    return state_ == DEASSOC ? onZigbeeRemoving(answer.value) : "";
-  }
-
- private:
-  std::string go(int state, const std::string& told) {
-    state_ = state;
-    return told;
-  }
-
-  std::string onZigbeeAdding(int status) {
-    switch (status) {
-      case 1:
-        return go(ASSOC, kCancelZwave + std::string("event 3 source 1\n"));
-      case 2:
-      case 11:
-        return go(ASSOC_IDLE, "event 9 source 1\n");
-      case 3:
-        return "";
-      case 6:
-        return go(ASSOC, "event 5 source 1\n");
-      case 10:
-        return go(ZB_ADDED, "event 7 source 1\n");
-      default:
-        return go(ASSOC_IDLE, "");
-    }
-  }
-
-  std::string onZigbeeRemoving(int status) {
-    if (status == 2) return go(ASSOC_IDLE, kCancelZwave + std::string(kNotice) + "event 11 source 1\n");
-    if (status == 12) return go(ASSOC_IDLE, kCancelZwave + std::string("event 12 source 1\n"));
-    return "";
-  }
-
-  std::string onZwave(int node) {
-    const bool nobody = node == 0 || node == 255;
-    switch (state_) {
-      case ASSOC:
-        if (node == 255) return go(ASSOC_IDLE, kCancelZigbee + std::string("event 9 source 2\n"));
-        return go(ZW_ASSOC, kCancelZigbee + std::string("event 3 source 2\n"));
-      case ZW_ASSOC:
-        if (node == kKnownNode) return go(ASSOC_IDLE, "event 4 source 2\n");
-        return nobody ? go(ASSOC_IDLE, "event 9 source 2\n") : go(ZW_ASSOC_QUERY, "event 5 source 2\n");
-      case ZW_ASSOC_QUERY:
-        return go(ASSOC_IDLE, "event 7 source 2\n");
-      case DEASSOC:
-        if (nobody) return go(ASSOC_IDLE, kCancelZigbee + std::string("event 12 source 2\n"));
-        if (node != kKnownNode) return go(ZW_REMOVING, kCancelZigbee + std::string("event 12 source 2\n"));
-        return go(ZW_REMOVING, kCancelZigbee + std::string(kNotice) + "event 11 source 2\n");
-      default:
-        return go(ASSOC_IDLE, "");
-    }
-  }
-
-  int state_;
-};
-
 void send(Router& router, const Answer& answer) {
   constexpr unsigned char staticController = 0x02, gateway = 7;
   if (answer.isZigbee) {
@@ -102,12 +25,12 @@ void send(Router& router, const Answer& answer) {
   }
 }
 
-// Of the trace only what leaves the library: "send <to> <length>" and the events.
+// Of the trace only what leaves the library, "send <to> <length>" and the events, and the time-outs.
 std::string toldOf(const std::string& trace) {
   std::istringstream stream(trace);
   std::string told;
   for (std::string line; std::getline(stream, line);) {
-    if (line.rfind("event ", 0) == 0) told += line + "\n";
+    if (line.rfind("event ", 0) == 0 || line.rfind("timeout ", 0) == 0) told += line + "\n";
     if (line.rfind("send ", 0) != 0) continue;
     std::istringstream words(line);
     std::string word, to, length;
@@ -129,7 +52,9 @@ std::string describe(const std::vector<Answer>& answers) {
 /// Every sequence of answers of one length.
 class Orders {
  public:
-  Orders(Router& router, std::vector<Answer> alphabet) : router_(router), alphabet_(std::move(alphabet)) {}
+  Orders(Router& router, std::vector<Answer> alphabet) : router_(router), alphabet_(std::move(alphabet)) {
+    router_.watch(harness::kWatchTimeouts);
+  }
 
   void tryAll(std::size_t length, int state) {
     if (answers_.size() == length) return tryOne(state);
@@ -143,21 +68,38 @@ class Orders {
   int tried = 0;
 
  private:
-  void tryOne(int state) {
-    Machine machine(state);
-    router_.assoc().assocState = state;
+  // The wait that is under way keeps its time-out from one sequence to the next.
+  void begin(const Standing& standing) {
+    TembraAssociation& assoc = router_.assoc();
+    assoc.assocState = standing.state;
+    assoc.lastEventCode = standing.last;
+    assoc.cancelTarget = standing.cancel;
+    assoc.activeRadio = standing.radio;
+    idle = static_cast<unsigned char>(standing.idle);
+    std::strcpy(cmdtype, standing.commandType.c_str());
     router_.forget();
+  }
+
+  void tryOne(int state) {
+    Standing standing;
+    standing.state = state;
+    standing.timeout = timeout_;
+    BothRadiosPage page(standing);
+    begin(standing);
     for (const Answer& answer : answers_) {
       send(router_, answer);
-      const std::string expected = machine.on(answer);
+      const std::string told = page.on(answer);
+      const std::string expected = told + "timeout " + std::to_string(page.now().timeout) + "\n";
       ASSERT_EQ(toldOf(router_.takeTrace()), expected) << describe(answers_) << " from state " << state;
-      ASSERT_EQ(router_.assoc().assocState, machine.state()) << describe(answers_) << " from state " << state;
+      ASSERT_EQ(router_.state(), page.now().text()) << describe(answers_) << " from state " << state;
     }
+    timeout_ = page.now().timeout;
     ++tried;
   }
 
   Router& router_;
   const std::vector<Answer> alphabet_;
+  int timeout_ = 180;
   std::vector<Answer> answers_;
 };
 

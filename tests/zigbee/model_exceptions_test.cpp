@@ -92,6 +92,7 @@ const MotionSensor kMotionSensors[] = {
 
 TEST(MotionWithIlluminanceTest, EveryEntryOfIlluminanceUnsettlesTheZone) {
   Router router;
+  int checked = 0;
   for (const MotionSensor& row : kMotionSensors) {
     ZigbeeDevice device = ZigbeeDevice().model("SZ-PIR04N").zone(0x000D).clusters(row.clusters);
     if (row.illuminanceAt != 0) reinterpret_cast<unsigned char*>(&device.info())[row.illuminanceAt] = kIlluminanceEntry;
@@ -100,7 +101,9 @@ TEST(MotionWithIlluminanceTest, EveryEntryOfIlluminanceUnsettlesTheZone) {
     const bool settled = row.hits == 0 && row.clusters.end()[-1] == kZone;
     EXPECT_EQ(found.type, settled ? 11 : 60) << row.title;
     EXPECT_EQ(found.classifiedType, 11) << row.title;
+    ++checked;
   }
+  EXPECT_EQ(checked, 11);
 }
 
 TEST(MotionWithIlluminanceTest, AppliesToEveryZoneTypeOfTheModel) {

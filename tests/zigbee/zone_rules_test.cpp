@@ -1,8 +1,11 @@
 // Each IAS zone type, and what a zone cluster does to the device around it, by hand.
 #include <gtest/gtest.h>
+#include <tembra/rules.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <set>
+#include <utility>
 
 #include "classified.h"
 
@@ -72,6 +75,7 @@ ZigbeeDevice occupancySensor() { return ZigbeeDevice().maker("NYCE").model("3041
 
 TEST(ZoneRulesTest, EveryZoneType) {
   Router router;
+  int checked = 0;
   for (const Zone& zone : kZoneRules) {
     const auto device = ZigbeeDevice().maker(zone.maker).model(zone.model).zone(zone.type).cluster(0x0500);
     const Classified found = classify(router, device);
@@ -81,7 +85,32 @@ TEST(ZoneRulesTest, EveryZoneType) {
     EXPECT_EQ(found.classifiedType, zone.devType) << zone.zoneName;
     EXPECT_EQ(found.entries, zone.entries) << zone.zoneName;
     EXPECT_EQ(found.log, logOf(zone)) << zone.zoneName;
+    ++checked;
   }
+  EXPECT_EQ(checked, 24);
+}
+
+// The rows above use every row of the library's tables.
+TEST(ZoneRulesTest, NoRowIsLeftOut) {
+  std::set<std::pair<int, std::string>> names;
+  std::set<std::string> displayed;
+  std::set<const ZbZoneEntries*> entries;
+  for (const Zone& zone : kZoneRules) {
+    const auto device = ZigbeeDevice().maker(zone.maker).model(zone.model);
+    names.emplace(zone.type, zone.zoneName);
+    const std::string word(zone.name, std::string(zone.name).find(" #"));
+    if (word != zone.zoneName) displayed.insert(word);
+    entries.insert(&zbFindZoneEntries(zone.devType, device.info()));
+  }
+  EXPECT_EQ(names.size(), 14U);
+  EXPECT_EQ(std::size(zbZoneNames), 14U);
+  EXPECT_EQ(displayed.size(), 3U);
+  EXPECT_EQ(std::size(zbZoneDisplayNames), 3U);
+  EXPECT_EQ(entries.size(), 12U);
+  EXPECT_EQ(std::size(zbZoneEntries), 12U);
+  EXPECT_EQ(std::size(zbZoneCases), 4U);
+  EXPECT_EQ(std::size(zbZoneTypeExceptions), 1U);
+  EXPECT_EQ(std::size(zbZoneAfterwards), 2U);
 }
 
 TEST(ZoneRulesTest, AnUnlistedZoneTypeIsUndecided) {

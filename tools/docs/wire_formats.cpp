@@ -47,7 +47,8 @@ constexpr Field kZwNodeInfo[] = {
 
 constexpr Field kZbDeviceInfo[] = {
     FIELD(ZbDeviceInfo, shortAddress, "uint16 ZigBee network address"),
-    FIELD(ZbDeviceInfo, msgCode, "status when received; 10: added, 2: removed when sent"),
+    FIELD(ZbDeviceInfo, msgCode,
+          "status when received, 12 once a leaving device is unknown; when sent 10: added, 2: removed"),
     FIELD(ZbDeviceInfo, clusters, "entries of uint16 cluster, uint16 endpoint; ended by cluster 0xFFFF"),
     FIELD(ZbDeviceInfo, manufacturer, "manufacturer name"),
     FIELD(ZbDeviceInfo, devType, "low byte of the device type; 0: undecided"),
@@ -177,7 +178,8 @@ bool docs::writeWireFormats(const std::filesystem::path& path) {
   out << "# Wire formats\n\n"
          "Made by `make-docs` from the records of `<tembra/records.h>` and `<tembra/events.h>`; do not edit.\n\n"
          "All numbers are little-endian. Texts end with a NUL unless they fill their field. Bytes that no table names\n"
-         "are not read by the library, and are zero in what it sends.\n";
+         "are not read by the library. They are zero in the commands it builds; in a record that it passes on they\n"
+         "stay as received.\n";
   for (const Record& record : kRecords) writeRecord(out, record);
   return static_cast<bool>(out.flush());
 }

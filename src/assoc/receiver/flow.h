@@ -42,6 +42,7 @@ void handleNest(const Flow& flow);
 
 /// The web server's connection closes after every Hue or Nest answer, so that another front end can open one.
 inline void closeForWebServer(const Flow& flow) {
+  if (flow.connection.isSuperseded()) return;
   if (flow.assoc.clientRole == ROLE_WEB_SERVER) flow.assoc.closeAssocConnection();
 }
 

@@ -38,7 +38,7 @@ bool handleAnswer(const Flow& flow, const NestAnswer& answer) {
     if (answer.command != kStatusCommand) {
       log(flow.assoc, Level::Error, TEMBRA_LOG_PREFIX "Got unknown command from NEST");
     }
-    return true;
+    return !flow.connection.isSuperseded();
   }
   if (result->event == EVENT_NEST_44) std::memcpy(flow.events.c.payload, &answer, sizeof answer);
   return flow.tell(flow.events.c, result->event, SERVER_NEST);

@@ -1,0 +1,35 @@
+// A run on the library and on the model, step by step.
+#ifndef TEMBRA_TESTS_MODEL_COMPARISON_H
+#define TEMBRA_TESTS_MODEL_COMPARISON_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "coverage.h"
+#include "library.h"
+#include "model.h"
+
+namespace model {
+
+struct Difference {
+  std::size_t steps;  // up to and including the one that shows it
+  std::string what;
+};
+
+/// What is done to the model after a step, and to the effects that it foretold: to see that comparing can fail.
+using Alteration = void (*)(Model& model, std::vector<Effect>& effects);
+
+/// Runs the steps; null when library and model agree throughout, or as far as the model can tell.
+std::optional<Difference> compare(Library& library, const std::vector<Step>& steps, Alteration alteration = nullptr,
+                                  Coverage* coverage = nullptr);
+
+/// The shortest part of the run that still shows a difference.
+std::vector<Step> shortest(Library& library, std::vector<Step> steps, Alteration alteration = nullptr);
+
+/// Both of them, told to a human.
+std::string report(Library& library, const std::vector<Step>& steps, Alteration alteration = nullptr);
+
+}  // namespace model
+
+#endif

@@ -1,0 +1,31 @@
+// The device database as a plain list of records in the order of the file.
+#ifndef TEMBRA_TESTS_MODEL_DATABASE_H
+#define TEMBRA_TESTS_MODEL_DATABASE_H
+
+#include <functional>
+#include <optional>
+
+#include "step.h"
+
+namespace model {
+
+struct Database {
+  std::vector<Row> rows;
+  Health health = Health::Missing;
+
+  [[nodiscard]] const Row* find(const std::string& key) const;
+
+  /// The device records, in order: no "NextDevid", no "Version", no index records.
+  [[nodiscard]] std::vector<const Row*> devices() const;
+};
+
+/// What readers take from a device record; nothing that the record is too short to hold.
+std::optional<int> wordAt(const Row& row, std::size_t offset);
+std::string textAt(const Row& row, std::size_t offset);
+
+bool isZwaveNode(const Row& row, int node);
+bool isZigbeeAddress(const Row& row, int address);
+
+}  // namespace model
+
+#endif

@@ -1,0 +1,17 @@
+#include "formatted.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+namespace model {
+
+std::string formatted(const char* format, ...) {
+  char line[200] = {};
+  va_list numbers;
+  va_start(numbers, format);
+  vsnprintf(line, sizeof line, format, numbers);
+  va_end(numbers);
+  return line;
+}
+
+}  // namespace model

@@ -1,0 +1,43 @@
+#include "step.h"
+
+#include "operations.h"
+
+namespace model {
+namespace {
+
+std::string quoted(const std::string& text) { return '"' + harness::visible(text) + '"'; }
+
+std::string argumentsOf(const Step& step) {
+  switch (step.operation->shown) {
+    case Shown::Nothing:
+      return "()";
+    case Shown::Number:
+      return "(" + std::to_string(step.number) + ")";
+    case Shown::Numbers:
+      return "(" + std::to_string(step.number) + ", " + std::to_string(step.second) + ")";
+    case Shown::Text:
+      return "(" + quoted(step.text) + ")";
+    case Shown::Texts:
+      return "(" + quoted(step.text) + ", " + quoted(step.other) + ")";
+    case Shown::Datagram:
+      return " of " + std::to_string(step.bytes.size()) + " bytes from " + step.text + ": " + step.other;
+    case Shown::Words:
+      return ": " + step.other;
+    case Shown::Inner:
+      return step.inner.empty() ? " nothing" : " " + describe(step.inner.front());
+  }
+  return "";
+}
+
+}  // namespace
+
+std::string describe(const Step& step) { return step.operation->name + argumentsOf(step); }
+
+std::string describe(const std::vector<Step>& steps) {
+  std::string text;
+  for (std::size_t i = 0; i < steps.size(); ++i)
+    text += "  " + std::to_string(i + 1) + ". " + describe(steps[i]) + "\n";
+  return text;
+}
+
+}  // namespace model
