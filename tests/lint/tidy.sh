@@ -8,6 +8,7 @@ cmake -S . -B "$3" -G Ninja -DCMAKE_CXX_COMPILER="$2" -DCMAKE_DISABLE_PRECOMPILE
 # The checker takes its settings from above the file it is given, which is a unit in that folder.
 cp .clang-tidy "$3/"
 cp tests/.clang-tidy "$3/tests/"
+cp fuzz/.clang-tidy "$3/fuzz/"
 "$1" -quiet -p "$3" -j "$(nproc)" >>"$3.log" 2>/dev/null || {
   grep -E "(warning|error):" "$3.log" | sort -u
   exit 1
