@@ -66,11 +66,16 @@ class DepotFile {
   /// False when the file ends before.
   template <typename Item>
   bool read(long long offset, Item& item) {
-    constexpr long long length = sizeof item;
+    return read(offset, &item, sizeof item);
+  }
+
+  /// At most the window's size.
+  bool read(long long offset, void* out, std::size_t size) {
+    const auto length = static_cast<long long>(size);
     if (offset < 0 || offset + length > size_) return false;
     const bool isInWindow = offset >= start_ && offset + length <= start_ + length_;
     if (!isInWindow && !moveTo(offset, length)) return false;
-    std::memcpy(&item, window_ + (offset - start_), sizeof item);
+    std::memcpy(out, window_ + (offset - start_), size);
     return true;
   }
 
@@ -87,6 +92,30 @@ class DepotFile {
   long long length_ = 0;
   unsigned char window_[8192];
 };
+
+/// Calls `visit(offset)` for the first record of every bucket that has any; ends early when it returns false.
+template <typename Visit>
+bool forEachRoot(DepotFile& file, const DepotHeader& header, Visit visit) {
+  constexpr int kAtOnce = 256;  // most buckets of a small house are empty
+  for (int bucket = 0; bucket < header.buckets; bucket += kAtOnce) {
+    int roots[kAtOnce] = {};
+    const int count = std::min(kAtOnce, header.buckets - bucket);
+    if (!file.read(header.bucketOffset(bucket), roots, sizeof(int) * static_cast<std::size_t>(count))) return true;
+    for (const int root : roots) {
+      if (root != 0 && !visit(root)) return false;
+    }
+  }
+  return true;
+}
+
+/// Calls `visit(offset, record)` for every record that a walk of the file comes to.
+template <typename Visit>
+void forEachRecord(DepotFile& file, const DepotHeader& header, Visit visit) {
+  DepotRecord record{};
+  for (long long at = header.firstRecord(); file.read(at, record) && record.isReadable(); at += record.end()) {
+    visit(at, record);
+  }
+}
 
 }  // namespace tembra
 

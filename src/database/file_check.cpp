@@ -17,13 +17,21 @@ constexpr long long kMostGrowth = 4;
 
 // The library computes an offset as int: behind a record that seems to end beyond its range the walk turns back. Only
 // a record that the walk hands out counts; past a deleted one it fails.
-bool walkEnds(DepotFile& file, const DepotHeader& header) {
-  DepotRecord record{};
-  for (long long at = header.firstRecord(); file.read(at, record) && record.isReadable(); at += record.end()) {
-    const bool isHandedOut = !record.isDeleted() && at + record.keyEnd() <= file.size();
-    if (isHandedOut && at + record.end() > INT_MAX) return false;
-  }
-  return true;
+bool turnsBack(const DepotFile& file, long long offset, const DepotRecord& record) {
+  const bool isHandedOut = !record.isDeleted() && offset + record.keyEnd() <= file.size();
+  return isHandedOut && offset + record.end() > INT_MAX;
+}
+
+bool walkAndSearchesEnd(DepotFile& file, const DepotHeader& header) {
+  LinkOrder order(file.size());
+  if (!order.canBeSeen()) return true;
+  bool walkEnds = true;
+  forEachRoot(file, header, [&](int root) { return order.follow(root); });
+  forEachRecord(file, header, [&](long long offset, const DepotRecord& record) {
+    walkEnds = walkEnds && !turnsBack(file, offset, record);
+    order.add(offset, record);
+  });
+  return walkEnds && (order.isKept() || searchesEnd(file, header));
 }
 
 // The repair takes any record for readable, and stays for ever at one that seems to have no length.
@@ -53,8 +61,7 @@ bool isSafeToRead(int descriptor) {
   DepotFile file(descriptor);
   DepotHeader header{};
   if (!file.read(0, header)) return true;
-  return header.buckets > 0 && header.firstRecord() <= file.size() && walkEnds(file, header) &&
-         searchesEnd(file, header);
+  return header.buckets > 0 && header.firstRecord() <= file.size() && walkAndSearchesEnd(file, header);
 }
 
 bool isSafeToRepair(const char* path) {

@@ -5,45 +5,6 @@
 namespace tembra {
 namespace {
 
-/// Calls `visit(offset, record)` for every record that a walk of the file comes to.
-template <typename Visit>
-void forEachRecord(DepotFile& file, const DepotHeader& header, Visit visit) {
-  DepotRecord record{};
-  for (long long at = header.firstRecord(); file.read(at, record) && record.isReadable(); at += record.end()) {
-    visit(at, record);
-  }
-}
-
-/// Calls `visit(offset)` for the first record of every bucket that has any; ends early when it returns false.
-template <typename Visit>
-bool everyRoot(DepotFile& file, const DepotHeader& header, Visit visit) {
-  int root = 0;
-  for (int bucket = 0; bucket < header.buckets; ++bucket) {
-    if (file.read(header.bucketOffset(bucket), root) && root != 0 && !visit(root)) return false;
-  }
-  return true;
-}
-
-/// Whether every link leads to a linked record, and no two to the same one: then no search meets a record twice. True
-/// of every healthy file, and found out in one pass.
-bool areLinksInOrder(DepotFile& file, const DepotHeader& header) {
-  OffsetSet linked(file.size());
-  OffsetSet targets(file.size());
-  if (!linked.isThere() || !targets.isThere()) return true;
-  const auto follow = [&](int target) {
-    if (target < 0 || target >= file.size() || targets.has(target)) return false;
-    if (target != 0) targets.add(target);
-    return true;
-  };
-  bool inOrder = everyRoot(file, header, follow);
-  forEachRecord(file, header, [&](long long offset, const DepotRecord& record) {
-    if (!record.isLinked()) return;
-    linked.add(offset);
-    inOrder = inOrder && follow(record.left) && follow(record.right);
-  });
-  return inOrder && targets.isWithin(linked);
-}
-
 /// Follows every link, depth first. Slower, and exact for any file.
 class CycleSearch {
  public:
@@ -107,9 +68,8 @@ class CycleSearch {
 }  // namespace
 
 bool searchesEnd(DepotFile& file, const DepotHeader& header) {
-  if (areLinksInOrder(file, header)) return true;
   CycleSearch search(file);
-  return !search.canRun() || everyRoot(file, header, [&](int root) { return search.follow(root); });
+  return !search.canRun() || forEachRoot(file, header, [&](int root) { return search.follow(root); });
 }
 
 }  // namespace tembra
