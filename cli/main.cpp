@@ -1,4 +1,7 @@
 // tembra-assoc: adds and removes the devices of a home from a command line.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
@@ -32,6 +35,15 @@ int run(const Options& options, const Action& action) {
   }
 }
 
+// A file that is opened while a standard stream is closed would take its place.
+void occupyStandardStreams() {
+  int descriptor = 0;
+  do {
+    descriptor = open("/dev/null", O_RDWR);
+  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+  if (descriptor >= 0) close(descriptor);
+}
+
 int parseAndRun(int argc, char** argv) {
   CLI::App program{"Adds and removes the devices of a home."};
   Options options;
@@ -52,6 +64,7 @@ int parseAndRun(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
+    tembra::cli::occupyStandardStreams();
     return tembra::cli::parseAndRun(argc, argv);
   } catch (const std::exception& unexpected) {
     std::fprintf(stderr, "tembra-assoc: %s\n", unexpected.what());

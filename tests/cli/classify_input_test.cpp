@@ -128,6 +128,11 @@ TEST(ClassifyInput, ComesThroughStandardInputAsWell) {
             "tembra-assoc: cannot read standard input: too long for the description of a device.");
 }
 
+TEST(ClassifyInput, MayBeClosed) {
+  Program program({"/bin/sh", "-c", R"(exec "$0" classify - <&-)", TEMBRA_ASSOC_PROGRAM});
+  EXPECT_EQ(program.end().sentence(), "tembra-assoc: the device description is empty.");
+}
+
 TEST(ClassifyInput, IsTypedAtATerminal) {
   Terminal terminal(assocCommand({"classify", "-"}));
   terminal.waitFor("type the description of the device, then Ctrl-D.");
