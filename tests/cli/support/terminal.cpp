@@ -2,16 +2,30 @@
 
 #include <gtest/gtest.h>
 #include <pty.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <array>
 #include <csignal>
 
 namespace tembra::test {
+namespace {
+
+// The kernel drops what has been written and not yet read when Ctrl-C is typed, be it the answer to the Ctrl-C.
+void keepOutputAtInterrupts() {
+  termios settings{};
+  tcgetattr(STDIN_FILENO, &settings);
+  settings.c_lflag |= NOFLSH;
+  tcsetattr(STDIN_FILENO, TCSANOW, &settings);
+}
+
+}  // namespace
 
 Terminal::Terminal(const std::vector<std::string>& command, Clock clock)
     : pid_(forkpty(&terminal_, nullptr, nullptr, nullptr)) {
-  if (pid_ == 0) becomeProgram(command, clock);
+  if (pid_ != 0) return;
+  keepOutputAtInterrupts();
+  becomeProgram(command, clock);
 }
 
 Terminal::~Terminal() {
