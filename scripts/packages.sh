@@ -8,6 +8,10 @@ demo_packages=(g++ cmake ninja-build pkgconf libqdbm-dev libspdlog-dev libcli11-
 # shellcheck disable=SC2034
 test_packages=("${demo_packages[@]}" libgtest-dev ccache clang clang-format clang-tidy)
 
+# What measuring takes: the same as building, the framework, and what draws the curves.
+# shellcheck disable=SC2034
+bench_packages=("${demo_packages[@]}" libbenchmark-dev gnuplot-nox)
+
 is_installed() {
   dpkg-query --show --showformat '${db:Status-Status}\n' "$1" 2>/dev/null | grep --quiet --line-regexp installed
 }

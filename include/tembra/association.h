@@ -219,7 +219,7 @@ class TEMBRA_API TembraAssociation {
   void ZW_indexToEnum(unsigned char* triples);
 
   /// Tells the HA server to drop the devices whose node is that of zwNodeRx. @return 0 whenever the database was
-  /// opened, else the result of deleting it.
+  /// opened, else the result of deleting it, -1 when it was not deleted.
   int ZW_removeNode();
 
   /// Tells the HA server to drop every device.
@@ -241,7 +241,7 @@ class TEMBRA_API TembraAssociation {
 
   /// Finds the device with this address in the device database: removedName and removedId are that device's, with
   /// several the last one's. @return 0 when found, -1 when not (zbDevice.msgCode is then 12), the result of deleting
-  /// the database when it could not be opened.
+  /// the database when it could not be opened (-1 when it was not deleted).
   int zb_removeNode(unsigned short shortAddress);
 
   /// Writes the types that a user may choose instead of `type` into `out`, which the caller cleared (at most 6

@@ -57,13 +57,28 @@ bool resolvePort(const char* text, const char* protocol, in_port_t& port) {
   return true;
 }
 
+/// A text that may be changed. Only a long one takes memory from the heap; null when there is none.
+class Copy {
+ public:
+  explicit Copy(const char* text) : long_(std::strlen(text) < sizeof short_ ? nullptr : strdup(text), &std::free) {
+    if (std::strlen(text) < sizeof short_) text_ = std::strcpy(short_, text);
+  }
+
+  char* text() { return text_ != nullptr ? text_ : long_.get(); }
+
+ private:
+  char short_[64];
+  std::unique_ptr<char, decltype(&std::free)> long_;
+  char* text_ = nullptr;
+};
+
 }  // namespace
 
 int mkaddr(void* addr, int* addrlen, char* text, char* protocol) {
-  const std::unique_ptr<char, decltype(&std::free)> copy(strdup(text == nullptr ? "" : text), &std::free);
-  if (copy == nullptr) return kBadHost;
+  Copy copy(text == nullptr ? "" : text);
+  if (copy.text() == nullptr) return kBadHost;
   char* rest = nullptr;
-  const char* host = strtok_r(copy.get(), ":", &rest);
+  const char* host = strtok_r(copy.text(), ":", &rest);
   const char* port = strtok_r(nullptr, "\n", &rest);
 
   std::memset(addr, 0, *addrlen < 0 ? sizeof(sockaddr_in) : static_cast<std::size_t>(*addrlen));

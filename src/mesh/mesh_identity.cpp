@@ -1,6 +1,7 @@
 // Which router of a mesh this is.
 #include <tembra/globals.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 
@@ -51,11 +52,26 @@ char meshTagNames[37][32] = {
     "NULL",
 };
 
+namespace {
+
+// A signal that the front end handles may interrupt the wait for the command's answer.
+char* readAnswer(char* out, FILE* answer) {
+  char* line = nullptr;
+  do {
+    clearerr(answer);
+    errno = 0;
+    line = fgets(out, tembra::kMeshIdTextSize, answer);
+  } while (line == nullptr && errno == EINTR);
+  return line;
+}
+
+}  // namespace
+
 int GetMeshId(char* out) {
   out[0] = '\0';  // an empty answer reads as id 0, not as what stood there
   FILE* answer = popen("nvram_get 2860 MeshSlaveID", "r");
   if (answer == nullptr) return -1;
-  if (fgets(out, tembra::kMeshIdTextSize, answer) == nullptr) out[0] = '\0';
+  if (readAnswer(out, answer) == nullptr) out[0] = '\0';
   return pclose(answer);
 }
 

@@ -38,8 +38,14 @@ void traceConnection(const std::string& line, int result = 0) {
   harness::trace().addWatched(harness::kWatchConnection, line + failure);
 }
 
-int setTimeout(int descriptor, const timeval& timeout) {
-  const bool failed = harness::faults().strike(Call::SetTimeout);
+// The real clock's time-out; none remains none.
+timeval hurried(const timeval& timeout) {
+  const long long microseconds = (timeout.tv_sec * 1'000'000LL + timeout.tv_usec) / harness::stage()->haste;
+  return {microseconds / 1'000'000, microseconds % 1'000'000};
+}
+
+int setTimeout(int descriptor, const timeval& timeout, const void* site) {
+  const bool failed = harness::faults().strike(Call::SetTimeout, site);
   const KeptErrno kept;
   std::string line = "timeout " + std::to_string(timeout.tv_sec);
   if (timeout.tv_usec != 0) line += " and " + std::to_string(timeout.tv_usec) + " us";
@@ -71,7 +77,8 @@ void traceSend(const void* data, size_t size, const sockaddr* to, ssize_t result
 extern "C" int socket(int family, int type, int protocol) noexcept {
   HARNESS_REAL(socket);
   if (harness::stage() == nullptr) return real(family, type, protocol);
-  const int descriptor = harness::faults().strike(Call::Socket) ? -1 : real(family, type, protocol);
+  const int descriptor =
+      harness::faults().strike(Call::Socket, __builtin_return_address(0)) ? -1 : real(family, type, protocol);
   if (descriptor >= 0) harness::librarySockets().opened(descriptor);
   traceConnection("socket " + std::to_string(family) + " " + std::to_string(type) + " " + std::to_string(protocol),
                   descriptor);
@@ -85,11 +92,13 @@ extern "C" int setsockopt(int descriptor, int level, int option, const void* val
     return real(descriptor, level, option, value, length);
   }
   if (level == SOL_SOCKET && option == SO_RCVTIMEO && length == sizeof(timeval)) {
-    const int result = setTimeout(descriptor, *static_cast<const timeval*>(value));
+    const auto& timeout = *static_cast<const timeval*>(value);
+    const int result = setTimeout(descriptor, timeout, __builtin_return_address(0));
     if (result < 0 || stage->clock == harness::Clock::Virtual) return result;
-    return real(descriptor, level, option, value, length);
+    const timeval shorter = hurried(timeout);
+    return real(descriptor, level, option, &shorter, length);
   }
-  const bool failed = option == SO_PRIORITY && harness::faults().strike(Call::SetPriority);
+  const bool failed = option == SO_PRIORITY && harness::faults().strike(Call::SetPriority, __builtin_return_address(0));
   const int result = failed ? -1 : real(descriptor, level, option, value, length);
   const std::string shown = length == sizeof(int) ? std::to_string(*static_cast<const int*>(value)) : "?";
   const std::string name =
@@ -102,7 +111,8 @@ extern "C" int bind(int descriptor, const sockaddr* address, socklen_t length) n
   HARNESS_REAL(bind);
   harness::Stage* stage = harness::stage();
   if (stage == nullptr) return real(descriptor, address, length);
-  const int result = harness::faults().strike(Call::Bind) ? -1 : real(descriptor, address, length);
+  const int result =
+      harness::faults().strike(Call::Bind, __builtin_return_address(0)) ? -1 : real(descriptor, address, length);
   if (result == 0) {
     harness::librarySockets().bound(descriptor);
     stage->kernel.socketChanged(descriptor);
@@ -115,7 +125,9 @@ extern "C" ssize_t sendto(int descriptor, const void* data, size_t size, int fla
                           socklen_t length) {
   HARNESS_REAL(sendto);
   if (harness::stage() == nullptr) return real(descriptor, data, size, flags, to, length);
-  const ssize_t result = harness::faults().strike(Call::Sendto) ? -1 : real(descriptor, data, size, flags, to, length);
+  const ssize_t result = harness::faults().strike(Call::Sendto, __builtin_return_address(0))
+                             ? -1
+                             : real(descriptor, data, size, flags, to, length);
   traceSend(data, size, to, result);
   return result;
 }
@@ -126,6 +138,7 @@ extern "C" ssize_t recvfrom(int descriptor, void* buffer, size_t size, int flags
   if (stage == nullptr || stage->clock == harness::Clock::Real || !harness::librarySockets().owns(descriptor)) {
     return real(descriptor, buffer, size, flags, from, length);
   }
+  if (harness::faults().strike(Call::Recvfrom, __builtin_return_address(0))) return -1;
   return stage->kernel.receive(descriptor, buffer, size, flags, from, length);
 }
 
@@ -137,14 +150,21 @@ extern "C" int shutdown(int descriptor, int how) noexcept {
   traceConnection("shutdown " + std::to_string(how));
   harness::librarySockets().ended(descriptor);
   stage->kernel.socketChanged(descriptor);
-  return real(descriptor, how);
+  const int result = real(descriptor, how);
+  return harness::faults().strike(Call::Shutdown, __builtin_return_address(0)) ? -1 : result;
 }
 
 extern "C" int close(int descriptor) {
   HARNESS_REAL(close);
   harness::Stage* stage = harness::stage();
-  if (stage == nullptr || !harness::librarySockets().closed(descriptor)) return real(descriptor);
+  if (stage == nullptr) return real(descriptor);
+  if (!harness::librarySockets().closed(descriptor)) {
+    const void* const site = __builtin_return_address(0);
+    const int result = real(descriptor);
+    return harness::isInLibrary(site) && harness::faults().strike(Call::Close, site) ? -1 : result;
+  }
   traceConnection("close");
   stage->kernel.socketChanged(descriptor);
-  return real(descriptor);
+  const int result = real(descriptor);
+  return harness::faults().strike(Call::Close, __builtin_return_address(0)) ? -1 : result;
 }

@@ -4,9 +4,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "harness/faults.h"
 #include "harness/real_libc.h"
@@ -55,7 +57,13 @@ int failThread() {
 extern "C" unsigned sleep(unsigned seconds) {
   HARNESS_REAL(sleep);
   harness::Stage* stage = harness::stage();
-  if (stage == nullptr || stage->clock == harness::Clock::Real) return real(seconds);
+  if (stage == nullptr) return real(seconds);
+  if (stage->clock == harness::Clock::Real && stage->haste == 1) return real(seconds);
+  if (stage->clock == harness::Clock::Real) {
+    std::this_thread::sleep_for(std::chrono::microseconds(seconds * 1'000'000LL / stage->haste));
+    return 0;
+  }
+  if (harness::faults().strike(Call::Sleep, __builtin_return_address(0))) return static_cast<unsigned>(errno);
   return stage->kernel.sleep(seconds);
 }
 
@@ -64,11 +72,15 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
   HARNESS_REAL(pthread_create);
   harness::Stage* stage = harness::stage();
   if (stage == nullptr || !isReceiver(function)) return real(thread, attributes, function, argument);
-  if (harness::faults().strike(Call::CreateThread)) return failThread();
+  if (harness::faults().strike(Call::CreateThread, __builtin_return_address(0))) return failThread();
   harness::trace().addWatched(harness::kWatchConnection, "thread");
   stage->kernel.receiverCreated();
   auto start = std::make_unique<Start>(Start{function, argument, stage});
-  const int error = real(thread, attributes, &runReceiver, start.get());
+  int error = 0;
+  {
+    const harness::LibraryCall inside(true);
+    error = real(thread, attributes, &runReceiver, start.get());
+  }
   if (error == 0) {
     static_cast<void>(start.release());  // the thread's now
   } else {
@@ -80,13 +92,20 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
 extern "C" int pthread_detach(pthread_t thread) noexcept {
   HARNESS_REAL(pthread_detach);
   if (harness::stage() != nullptr) harness::trace().addWatched(harness::kWatchConnection, "detach");
-  return real(thread);
+  const int error = real(thread);
+  const bool fails = harness::isInLibrary(__builtin_return_address(0)) &&
+                     harness::faults().strike(Call::DetachThread, __builtin_return_address(0));
+  return fails ? errno : error;
 }
 
 extern "C" FILE* popen(const char* command, const char* mode) {
   HARNESS_REAL(popen);
   if (harness::stage() == nullptr) return real(command, mode);
-  FILE* pipe = harness::faults().strike(Call::Popen) ? nullptr : real(command, mode);
+  FILE* pipe = nullptr;
+  if (!harness::faults().strike(Call::Popen, __builtin_return_address(0))) {
+    const harness::LibraryCall inside(true);
+    pipe = real(command, mode);
+  }
   const int error = errno;
   harness::trace().addWatched(
       harness::kWatchConnection,

@@ -28,6 +28,21 @@ class FailingAllocation {
   [[nodiscard]] std::size_t strikes() const;
 };
 
+/// Allocations that the library makes on any thread: itself, by Depot, by the router's libraries, or inside a call of
+/// the C library that the harness interposes.
+namespace library_allocations {
+
+/// Counts from zero; the one of this number fails, 0: none.
+void count(std::size_t failing = 0);
+
+/// Ends the counting. @return how many there were.
+std::size_t stop();
+
+/// Where the one that failed was asked for; null when none was.
+const void* struckAt();
+
+}  // namespace library_allocations
+
 }  // namespace harness
 
 #endif

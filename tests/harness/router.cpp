@@ -95,6 +95,7 @@ void Router::settle() { stage_.kernel.settle(); }
 void Router::interruptReceive(int error) { stage_.kernel.interruptReceive(error); }
 void Router::awaitSleeper() { stage_.kernel.awaitSleeper(); }
 void Router::interruptSleep(unsigned remaining) { stage_.kernel.interruptSleep(remaining); }
+void Router::hurry(int times) { stage_.haste = times; }
 
 Peer Router::from(const std::string& address, int port) { return {stage_, address, port}; }
 

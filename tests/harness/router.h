@@ -56,6 +56,9 @@ class Router {
   /// Waits until a thread other than the test's sleeps.
   void awaitSleeper();
 
+  /// With the real clock: what the library waits for and sleeps passes this many times as fast.
+  void hurry(int times);
+
   // ---- The others -------------------------------------------------------------------------------------------------
 
   Peer& zwave() { return zwave_; }

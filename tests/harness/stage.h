@@ -4,6 +4,7 @@
 
 #include <tembra/events.h>
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -27,6 +28,7 @@ struct Stage {
   std::map<int, std::string> typeNames;    // device-type names that differ from the platform's
   std::map<std::string, int> typeNumbers;  // likewise the numbers of names
   bool loggerThrows = false;
+  std::atomic<int> haste{1};  // by which the real clock's waits are shortened
   std::function<void(AssocEvent*)> eventHook;
   std::function<void(const std::string&)> logHook;
   std::function<void(const std::string&)> sendHook;

@@ -1,0 +1,138 @@
+// Look-ups in the device database, in homes from small to far too large, against the bare loop of the same Depot calls.
+#include <depot.h>
+#include <tembra/association.h>
+#include <tembra/globals.h>
+#include <tembra/records.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <memory>
+
+#include "figures.h"
+#include "figures/homes.h"
+#include "rig/clock.h"
+
+namespace bench {
+namespace {
+
+using Buffer = std::unique_ptr<char, decltype(&std::free)>;
+
+Buffer get(DEPOT* depot, const char* key, int most) {
+  int size = 0;
+  return {dpget(depot, key, -1, 0, most, &size), &std::free};
+}
+
+DEPOT* openBare() { return dpopen(DBName, DP_OWRITER | DP_OCREAT, -1); }
+
+template <typename Visit>
+void walkBare(DEPOT* depot, Visit visit) {
+  dpiterinit(depot);
+  for (Buffer key(dpiternext(depot, nullptr), &std::free); key != nullptr; key.reset(dpiternext(depot, nullptr))) {
+    visit(get(depot, key.get(), sizeof(DeviceRecord)));
+  }
+}
+
+void knownNodeBare() {
+  DEPOT* depot = openBare();
+  walkBare(depot, [](const Buffer&) {});
+  dpclose(depot);
+}
+
+void nextIdBare() {
+  DEPOT* depot = openBare();
+  get(depot, "NextDevid", 10);
+  dpclose(depot);
+}
+
+// A lamp's bridge and user are fetched, too.
+void bridgeListBare() {
+  DEPOT* depot = openBare();
+  walkBare(depot, [depot](const Buffer& value) {
+    DeviceRecord device;
+    std::memcpy(&device, value.get(), offsetof(DeviceRecord, zwaveNode));
+    if (std::strncmp(value.get() + offsetof(DeviceRecord, typeName), "HueLamp", sizeof "HueLamp") != 0) return;
+    for (const int index : {1, 9}) {
+      char key[32];
+      std::snprintf(key, sizeof key, "%d.%d", device.id, index);
+      get(depot, key, sizeof(IndexRecord));
+    }
+  });
+  dpclose(depot);
+}
+
+struct LookUp {
+  const char* name;
+  void (*library)(TembraAssociation&);
+  void (*bare)();
+};
+
+const LookUp kLookUps[] = {
+    {"known node", [](TembraAssociation& assoc) { assoc.ZW_checkNodeExists(); }, knownNodeBare},
+    {"next id", [](TembraAssociation& assoc) { assoc.calculateDevId(); }, nextIdBare},
+    {"bridge list", [](TembraAssociation& assoc) { std::free(assoc.Hue_getBridgeList()); }, bridgeListBare},
+};
+
+double secondsOf(const std::function<void()>& action) {
+  const Clock::time_point from = Clock::now();
+  action();
+  return secondsSince(from);
+}
+
+// The larger the home, the fewer the rounds: what takes long is measured well by few.
+std::map<std::string, double> measureHome(const Effort& effort, TembraAssociation& assoc, int devices) {
+  const Home home("/tmp/ddb", devices);
+  Effort rounds = effort;
+  if (devices > 1'000) rounds.repetitions = std::min(effort.repetitions, devices > 10'000 ? 2 : 3);
+  const int batches = std::clamp(1'000 / devices, 1, effort.batches);
+  Comparison comparison(rounds);
+  for (const LookUp& lookUp : kLookUps) {
+    const std::string name = lookUp.name;
+    comparison.measured(name, batches, [&] { return secondsOf([&] { lookUp.library(assoc); }); });
+    comparison.measured(name + " bare", batches, [&] { return secondsOf(lookUp.bare); });
+  }
+  return comparison.run();
+}
+
+void addHome(Report& report, int devices, const LookUp& lookUp, const std::map<std::string, double>& seconds) {
+  const std::string name = lookUp.name;
+  const double library = seconds.at(name);
+  const double bare = seconds.at(name + " bare");
+  report.add(CurvePoint{name, devices, library, bare});
+  report.add({.number = 5,
+              .what = name + ", " + std::to_string(devices) + " devices",
+              .unit = Unit::Microseconds,
+              .value = library * 1e6,
+              .limit = bare * 1e6,
+              .mostRatio = 1.05});
+}
+
+// What one more key costs, from the smallest home to the largest.
+void addSlope(Report& report, const std::string& name, const CurvePoint& first, const CurvePoint& last) {
+  const auto keys = static_cast<double>(keysOf(last.devices) - keysOf(first.devices));
+  report.add({.number = 5,
+              .what = name + ", each further key",
+              .unit = Unit::Nanoseconds,
+              .value = (last.library - first.library) / keys * 1e9,
+              .limit = (last.bare - first.bare) / keys * 1e9,
+              .mostRatio = 1.05});
+}
+
+}  // namespace
+
+void measureLookUps(const Effort& effort, Report& report) {
+  TembraAssociation& assoc = *TembraAssociation::LCDAssocInit();
+  assoc.zwNodeRx.nodeId = 5;
+  for (const int devices : effort.homeSizes) {
+    const std::map<std::string, double> seconds = measureHome(effort, assoc, devices);
+    for (const LookUp& lookUp : kLookUps) addHome(report, devices, lookUp, seconds);
+  }
+  for (const LookUp& lookUp : kLookUps) {
+    const std::vector<CurvePoint> curve = report.curveOf(lookUp.name);
+    if (lookUp.bare != nextIdBare) addSlope(report, lookUp.name, curve.front(), curve.back());
+  }
+}
+
+}  // namespace bench

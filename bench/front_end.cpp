@@ -1,0 +1,39 @@
+// The smallest front end, with the library or, to compare, without it. Without an argument it ends at once; with one it
+// opens the connection and prints the kilobytes of memory that it shares with nobody.
+#include <tembra/platform.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#ifdef TEMBRA_WITH_LIBRARY
+#include <tembra/assoc.h>
+#endif
+
+namespace {
+
+bool open() {
+#ifdef TEMBRA_WITH_LIBRARY
+  return TembraAssociation::LCDAssocInit()->checkAssocConnection() == 0;
+#else
+  return Logger::getInstance() != nullptr;
+#endif
+}
+
+long privateKiB() {
+  std::ifstream maps("/proc/self/smaps");
+  long total = 0;
+  for (std::string line; std::getline(maps, line);) {
+    long kilobytes = 0;
+    if (std::sscanf(line.c_str(), "Private_Dirty: %ld kB", &kilobytes) == 1) total += kilobytes;
+  }
+  return total;
+}
+
+}  // namespace
+
+int main(int argc, char** /*argv*/) {
+  if (argc == 1) return 0;
+  if (!open()) return 1;
+  std::printf("%ld\n", privateKiB());
+  return 0;
+}

@@ -1,0 +1,27 @@
+// Heap allocations of the library's own code: not those of the Depot library, of the router's libraries or of the C
+// library's popen, fopen and name look-ups, which the library has to call.
+#ifndef TEMBRA_BENCH_RIG_OWN_ALLOCATIONS_H
+#define TEMBRA_BENCH_RIG_OWN_ALLOCATIONS_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "rig/datagrams.h"
+
+namespace bench {
+
+/// While handling `count` such datagrams.
+std::size_t allocationsForDatagrams(const Datagram& datagram, int count);
+
+struct CallCount {
+  std::string name;
+  std::size_t allocations;
+};
+
+/// Of each public call of the service object, and of the free functions.
+std::vector<CallCount> allocationsOfPublicCalls();
+
+}  // namespace bench
+
+#endif

@@ -1,0 +1,22 @@
+// What the library takes on a router's flash and in every front end's memory.
+#include <gtest/gtest.h>
+
+#include "rig/elf_file.h"
+
+namespace {
+
+constexpr std::size_t KiB = 1024;
+
+TEST(Sizes, CodeConstantsAndVariablesFit) {
+  EXPECT_LE(bench::ElfFile(TEMBRA_SMALL_LIBRARY).codeAndData(), 64 * KiB);
+  EXPECT_LE(bench::ElfFile(TEMBRA_FAST_LIBRARY).codeAndData(), 80 * KiB);
+}
+
+// The one that there is stands in the compiler's own start-up file; it calls nothing of ours.
+TEST(Sizes, NothingOfOursRunsWhenTheLibraryIsLoaded) {
+  for (const char* library : {TEMBRA_LIBRARY, TEMBRA_SMALL_LIBRARY, TEMBRA_FAST_LIBRARY}) {
+    EXPECT_EQ(bench::ElfFile(library).initialisers(), 1U) << library;
+  }
+}
+
+}  // namespace
