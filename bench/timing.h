@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace bench {
@@ -22,7 +23,7 @@ inline const Effort kShort{2, 0.001, 2, {10, 100}};
 
 class Comparison {
  public:
-  explicit Comparison(const Effort& effort) : effort_(effort) {}
+  explicit Comparison(Effort effort) : effort_(std::move(effort)) {}
 
   /// Something that is repeated as often as it takes to be measured.
   void repeat(const std::string& name, std::function<void()> action);

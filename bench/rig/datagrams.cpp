@@ -34,9 +34,10 @@ std::vector<unsigned char> hueAnswer(int type, int bridges) {
   HueAnswer answer{};
   answer.type = type;
   answer.count = bridges;
-  for (unsigned char i = 0; i < bridges; ++i) {
+  for (int i = 0; i < bridges; ++i) {
     std::snprintf(answer.entries[i].json, sizeof answer.entries[i].json,
-                  R"({"id":"001788fffe0a%02xff","internalipaddress":"192.168.10.42"})", i);
+                  R"({"id":"001788fffe0a%02xff","internalipaddress":"192.168.10.42"})",
+                  static_cast<unsigned>(i) & 0xFFU);
   }
   return bytesOf(answer);
 }

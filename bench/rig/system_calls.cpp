@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <iterator>
 #include <map>
 #include <stdexcept>
 
@@ -97,8 +98,8 @@ std::vector<std::string> systemCallsOfPasses(const Datagram& datagram, int passe
   for (const auto& [thread, calls] : trace(child)) {
     if (thread == child) continue;
     std::vector<std::string> all = passesOf(calls);
-    constexpr int before = 3;
-    if (all.size() < static_cast<std::size_t>(before + passes)) throw std::runtime_error("too few passes were seen");
+    constexpr std::ptrdiff_t before = 3;
+    if (std::ssize(all) < before + passes) throw std::runtime_error("too few passes were seen");
     return {all.begin() + before, all.begin() + before + passes};
   }
   throw std::runtime_error("no receive thread was seen");

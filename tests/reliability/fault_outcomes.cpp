@@ -17,10 +17,9 @@ constexpr char kNoUser[] = R"(bridges {"MAClist":[{"mac":"00:17:88:01:02:03","us
 constexpr char kNoBridge[] = R"(bridges {"MAClist":[]})";
 
 constexpr Row kRows[] = {
-    // Without memory there is no object; without a copy of its address text an endpoint stays as it was.
+    // Without memory there is no object, and no copy of a long address text.
     {"Creation", "", "created"},
     {"Creation", "_Znwm", "bad_alloc and no object"},
-    {"Creation", "strdup", "an endpoint is bad"},
     {"Names", "", "mkaddr 0 print 1"},
     {"Names", "gethostbyname strdup", "mkaddr -1 print 1"},
     {"Names", "getservbyname", "mkaddr -2 print 1"},
