@@ -25,7 +25,7 @@ constexpr std::uintmax_t kLargestGrowth = 3 << 19;
 
 int damages() {
   const char* text = std::getenv("TEMBRA_DAMAGES");
-  return text == nullptr ? 1000 : std::atoi(text);
+  return text == nullptr ? 500 : std::atoi(text);
 }
 
 /// Draws one damage after the other, the same ones in every run.

@@ -26,7 +26,7 @@ constexpr int kNewDevices = 200;
 
 int rounds() {
   const char* text = std::getenv("TEMBRA_ROUNDS");
-  return text == nullptr ? 30 : std::atoi(text);
+  return text == nullptr ? 15 : std::atoi(text);
 }
 
 // Adds and rewrites records of its own until it is killed.
