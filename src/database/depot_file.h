@@ -24,7 +24,7 @@ struct DepotHeader {
   int unused4;
 
   [[nodiscard]] long long bucketOffset(long long bucket) const {
-    return static_cast<long long>(sizeof(DepotHeader) + sizeof(int) * static_cast<std::size_t>(bucket));
+    return static_cast<long long>(sizeof(DepotHeader)) + static_cast<long long>(sizeof(int)) * bucket;
   }
   [[nodiscard]] long long firstRecord() const { return bucketOffset(buckets); }
 };

@@ -72,7 +72,7 @@ class Vandal {
       case 2:
         return words.setIn(anyRecord, 4 * static_cast<std::size_t>(number(7)), word(words));
       default: {
-        const std::size_t at = static_cast<std::size_t>(number(static_cast<int>(words.file().size() - 4)));
+        const auto at = static_cast<std::size_t>(number(static_cast<int>(words.file().size() - 4)));
         return words.set(at, words.get(at) ^ (1 << number(32)));  // a bit
       }
     }
