@@ -10,8 +10,8 @@ namespace {
 
 using fuzz::Bytes;
 
-constexpr std::size_t kFileSizeOffset = 24;  // in the header of a Depot file
-constexpr std::size_t kRepairedFileSize = std::size_t{1} << 20;
+constexpr std::size_t kFileSizeOffset = 24;                      // in the header of a Depot file
+constexpr std::size_t kRepairedFileSize = std::size_t{2} << 20;  // buckets for a megabyte, rounded up, and records
 
 // A wrong file size in the header ends the opening; with the right one the damage behind it is reached.
 void writeFile(Bytes content, bool rightSize) {

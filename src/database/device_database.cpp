@@ -35,26 +35,35 @@ void complain(const char* call) {
   errno = error;
 }
 
+bool isSafe(DEPOT* depot, const char* onlyKey) {
+  const int descriptor = dpfdesc(depot);
+  return onlyKey == nullptr ? isSafeToRead(descriptor) : isSafeToSearch(descriptor, dpinnerhash(onlyKey, kWholeKey));
+}
+
 // A file whose damage the Depot library would not survive counts as one that does not open.
-DEPOT* openChecked(int mode, int buckets) {
+DEPOT* openChecked(int mode, int buckets, const char* onlyKey) {
   errno = 0;
   DEPOT* depot = dpopen(DBName, mode, buckets);
-  if (depot == nullptr || isSafeToRead(dpfdesc(depot))) return depot;
+  if (depot == nullptr || isSafe(depot, onlyKey)) return depot;
   dpclose(depot);
   errno = 0;
   dpecode = DP_EBROKEN;
   return nullptr;
 }
 
-bool repair() {
-  errno = 0;
-  return isSafeToRepair(DBName) && dprepair(DBName) != 0;
+// That an open or a repair failed for want of these says nothing about the file: it is not deleted.
+bool wasShortOfResources() {
+  static constexpr int kShortages[] = {EMFILE, ENFILE, ENOMEM, ENOLCK, ENOSPC, EDQUOT};
+  return std::find(std::begin(kShortages), std::end(kShortages), errno) != std::end(kShortages);
 }
 
-// That an open or a repair failed for want of these says nothing about the file: it is not deleted. (A repair may want
-// memory for what a broken file makes it believe.)
-bool wasShortOfDescriptors() { return errno == EMFILE || errno == ENFILE; }
-bool wasShortOfResources() { return wasShortOfDescriptors() || errno == ENOMEM || errno == ENOLCK; }
+// Whether the file had its chance: false when the repair failed for a want that is not the file's own doing.
+bool tryRepair() {
+  const Repair outlook = foreseeRepair(DBName);
+  errno = 0;
+  if (outlook == Repair::Refused || dprepair(DBName) != 0) return true;
+  return !wasShortOfResources() || (errno == ENOMEM && outlook == Repair::Greedy);
+}
 
 // What the Depot library hands out belongs to the caller.
 using DepotBuffer = std::unique_ptr<char, decltype(&std::free)>;
@@ -103,19 +112,20 @@ DatabaseTurn::~DatabaseTurn() {
   turns.unlock();
 }
 
-DatabaseSession::DatabaseSession() {
+DatabaseSession::DatabaseSession(const char* onlyKey) {
   if (!turn_.isOurs()) return;
-  depot_ = openChecked(kOpenMode, kDefaultBuckets);
-  if (depot_ == nullptr) repairOrDelete();
+  depot_ = openChecked(kOpenMode, kDefaultBuckets, onlyKey);
+  if (depot_ == nullptr) repairOrDelete(onlyKey);
   if (depot_ != nullptr) fcntl(dpfdesc(depot_), F_SETFD, FD_CLOEXEC);
 }
 
-void DatabaseSession::repairOrDelete() {
+// Readable records may be left even when the repair fails.
+void DatabaseSession::repairOrDelete(const char* onlyKey) {
   complain("dpopen");
   if (wasShortOfResources()) return;
-  if (!repair() && wasShortOfDescriptors()) return;  // readable records may be left even when the repair fails
-  depot_ = openChecked(kReopenMode, kReopenBuckets);
-  if (depot_ == nullptr && !wasShortOfResources()) deletionResult_ = std::remove(DBName);
+  const bool hadItsChance = tryRepair();
+  depot_ = openChecked(kReopenMode, kReopenBuckets, onlyKey);
+  if (depot_ == nullptr && hadItsChance && !wasShortOfResources()) deletionResult_ = std::remove(DBName);
 }
 
 DatabaseSession::~DatabaseSession() {

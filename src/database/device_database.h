@@ -57,9 +57,10 @@ class DatabaseTurn {
 class DatabaseSession {
  public:
   /// Waits for the writer's lock, without limit. A file that does not open is repaired and opened again; one that
-  /// does not open then either is deleted, so that the HA server makes a new one. A want of descriptors or memory
-  /// leaves the session closed and the file as it is.
-  DatabaseSession();
+  /// does not open then either is deleted, so that the HA server makes a new one. A want of descriptors, memory or
+  /// disk space leaves the session closed and the file as it is. A session that reads the value of one key only says
+  /// so: then only what this takes is looked through for damage, which is a matter of microseconds in any home.
+  explicit DatabaseSession(const char* onlyKey = nullptr);
   ~DatabaseSession();
   DatabaseSession(const DatabaseSession&) = delete;
   DatabaseSession& operator=(const DatabaseSession&) = delete;
@@ -96,7 +97,7 @@ class DatabaseSession {
     StoredDevice device_;
   };
 
-  void repairOrDelete();
+  void repairOrDelete(const char* onlyKey);
 
   const StateUnlocked unlocked_;
   const DatabaseTurn turn_;

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::size_t kIdTextSize = 11;  // at most 10 characters are read
 constexpr int kNoDatabase = -1;
+constexpr char kNextIdKey[] = "NextDevid";
 
 }  // namespace
 
@@ -19,9 +20,9 @@ int TembraAssociation::calculateDevId() {
   char text[kIdTextSize] = {};
   bool found = false;
   {
-    tembra::DatabaseSession database;
+    tembra::DatabaseSession database(kNextIdKey);
     if (!database.isOpen()) return kNoDatabase;
-    found = database.readText("NextDevid", text, sizeof text);
+    found = database.readText(kNextIdKey, text, sizeof text);
   }
   if (found) DevId = std::atoi(text);
   return DevId;

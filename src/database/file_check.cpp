@@ -24,26 +24,33 @@ bool turnsBack(const DepotFile& file, long long offset, const DepotRecord& recor
 
 bool walkAndSearchesEnd(DepotFile& file, const DepotHeader& header) {
   LinkOrder order(file.size());
-  if (!order.canBeSeen()) return true;
+  const bool seesOrder = order.canBeSeen();
   bool walkEnds = true;
-  forEachRoot(file, header, [&](int root) { return order.follow(root); });
+  if (seesOrder) forEachRoot(file, header, [&](int root) { return order.follow(root); });
   forEachRecord(file, header, [&](long long offset, const DepotRecord& record) {
     walkEnds = walkEnds && !turnsBack(file, offset, record);
-    order.add(offset, record);
+    if (seesOrder) order.add(offset, record);
   });
-  return walkEnds && (order.isKept() || searchesEnd(file, header));
+  return walkEnds && (!seesOrder || order.isKept() || searchesEnd(file, header));
+}
+
+// The library computes the end of the buckets as int, too.
+bool hasItsBuckets(const DepotFile& file, const DepotHeader& header) {
+  return header.buckets > 0 && header.firstRecord() <= file.size();
 }
 
 // The repair takes any record for readable, and stays for ever at one that seems to have no length.
-bool repairWalkEnds(DepotFile& file, const DepotHeader& header) {
+Repair foreseeWalk(DepotFile& file, const DepotHeader& header) {
+  Repair outlook = Repair::Modest;
   DepotRecord record{};
   for (long long at = header.firstRecord(); file.read(at, record);) {
+    if (std::max(record.keySize, record.valueSize) > file.size()) outlook = Repair::Greedy;
     const auto length = static_cast<int>(record.end());
-    if (length == 0) return false;
-    if (length < 0 || at + length > INT_MAX) return true;
+    if (length == 0) return Repair::Refused;
+    if (length < 0 || at + length > INT_MAX) break;
     at += length;
   }
-  return true;
+  return outlook;
 }
 
 // The repaired file gets two buckets for each record that the header speaks of, computed as int. A file that was cut
@@ -55,23 +62,33 @@ bool repairedFileIsSmall(const DepotFile& file, const DepotHeader& header) {
 
 }  // namespace
 
-// The library computes the end of the buckets as int, too. What cannot be looked at is trusted: only damage that was
-// seen may cost a file.
+// What cannot be looked at is trusted: only damage that was seen may cost a file.
+
 bool isSafeToRead(int descriptor) {
   DepotFile file(descriptor);
   DepotHeader header{};
   if (!file.read(0, header)) return true;
-  return header.buckets > 0 && header.firstRecord() <= file.size() && walkAndSearchesEnd(file, header);
+  return hasItsBuckets(file, header) && walkAndSearchesEnd(file, header);
 }
 
-bool isSafeToRepair(const char* path) {
-  const int descriptor = open(path, O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) return true;
+bool isSafeToSearch(int descriptor, int hash) {
   DepotFile file(descriptor);
   DepotHeader header{};
-  const bool safe = !file.read(0, header) || (repairedFileIsSmall(file, header) && repairWalkEnds(file, header));
+  if (!file.read(0, header)) return true;
+  return hasItsBuckets(file, header) && searchesEnd(file, header.bucketOffset(hash % header.buckets));
+}
+
+Repair foreseeRepair(const char* path) {
+  const int descriptor = open(path, O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) return Repair::Modest;
+  DepotFile file(descriptor);
+  DepotHeader header{};
+  Repair outlook = Repair::Modest;
+  if (file.read(0, header)) {
+    outlook = repairedFileIsSmall(file, header) ? foreseeWalk(file, header) : Repair::Refused;
+  }
   close(descriptor);
-  return safe;
+  return outlook;
 }
 
 }  // namespace tembra

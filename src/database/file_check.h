@@ -9,8 +9,17 @@ namespace tembra {
 /// library's own descriptor: closing another one of the same file would drop its lock.
 bool isSafeToRead(int descriptor);
 
-/// Whether the repair of a file that is not open comes to an end, with a file that is not much larger.
-bool isSafeToRepair(const char* path);
+/// The same for the searches of one key, by the Depot library's first hash of it: all that reading one value takes.
+bool isSafeToSearch(int descriptor, int hash);
+
+enum class Repair {
+  Refused,  ///< it would never end, or make a huge file
+  Greedy,   ///< it ends, but asks for more memory than the file is long
+  Modest,
+};
+
+/// What repairing a file that is not open comes to.
+Repair foreseeRepair(const char* path);
 
 }  // namespace tembra
 

@@ -65,7 +65,30 @@ class CycleSearch {
   std::size_t length_ = 0;
 };
 
+// Whether a tree has but a few records, each met once: so it is in most homes, and is found out without memory.
+bool isSmallTree(DepotFile& file, int root) {
+  constexpr std::size_t kMost = 64;
+  int links[kMost + 1] = {root};
+  std::size_t count = 1;
+  DepotRecord record{};
+  for (std::size_t visited = 0; count > 0; ++visited) {
+    if (visited == kMost) return false;
+    const int link = links[--count];
+    if (link <= 0 || !file.read(link, record) || !record.isReadable()) continue;
+    links[count++] = record.left;
+    links[count++] = record.right;
+  }
+  return true;
+}
+
 }  // namespace
+
+bool searchesEnd(DepotFile& file, long long bucketOffset) {
+  int root = 0;
+  if (!file.read(bucketOffset, root) || isSmallTree(file, root)) return true;
+  CycleSearch search(file);
+  return !search.canRun() || search.follow(root);
+}
 
 bool searchesEnd(DepotFile& file, const DepotHeader& header) {
   CycleSearch search(file);

@@ -1,11 +1,16 @@
-// A process that has no descriptor left must not lose the device list of the house.
+// A process that has no descriptor left, or a router without memory or disk space, must not lose the device list of the
+// house.
+#include <depot.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <vector>
 
+#include "database/depot_words.h"
+#include "harness/faults.h"
 #include "house.h"
 
 using harness::Bytes;
@@ -53,6 +58,34 @@ const Reader kReaders[] = {
     {"bridge list", [](TembraAssociation& assoc) { return assoc.Hue_getBridgeList() == nullptr ? 0 : 1; }, 0},
 };
 
+struct FailedRepair {
+  const char* name;
+  int valueSize;  // that one record claims
+  int error;
+  bool costsTheFile;
+};
+
+constexpr std::size_t kRecord = 50;
+constexpr int kTrue = 512, kBeyondTheFile = 1 << 30;
+
+const FailedRepair kFailedRepairs[] = {
+    {"no disk space", kTrue, ENOSPC, false},
+    {"no more disk space for this user", kTrue, EDQUOT, false},
+    {"no memory", kTrue, ENOMEM, false},
+    {"no memory for what the file itself asks for", kBeyondTheFile, ENOMEM, true},
+    {"a broken disk", kTrue, EIO, true},
+    {"nothing but the damage", kTrue, 0, true},
+};
+
+/// One byte too many, so that the file does not open.
+void damage(harness::Database& database, int valueSize) {
+  depot::Words words(database.file());
+  words.setIn(kRecord, depot::kValueSize, valueSize);
+  harness::Bytes content = words.file();
+  content.push_back(0);
+  database.replaceWith(content);
+}
+
 }  // namespace
 
 TEST(WithoutADescriptor, TheDeviceListIsNeitherRepairedNorDeleted) {
@@ -95,4 +128,18 @@ TEST(WithOneDescriptor, TheDatabaseIsRead) {
   router.assoc();
   const Exhausted exhausted(1);
   EXPECT_EQ(house::findNode(router, 5), 1);
+}
+
+TEST(AFailedRepair, CostsTheFileUnlessItWasForWantOfSomethingElse) {
+  Router router;
+  router.assoc();
+  for (const FailedRepair& repair : kFailedRepairs) {
+    SCOPED_TRACE(repair.name);
+    router.database().remove();
+    house::fill(router.database());
+    damage(router.database(), repair.valueSize);
+    harness::faults().order(harness::Call::RepairDatabase, harness::depotError(DP_EWRITE, repair.error));
+    EXPECT_EQ(house::findNode(router, 5), 0);
+    EXPECT_EQ(router.database().exists(), !repair.costsTheFile);
+  }
 }

@@ -81,7 +81,7 @@ constexpr Row kRows[] = {
     {"Nest", "", "linked 1 44"},
     {"Nest", "fopen malloc", "linked 0 44"},
 
-    // A damaged file that cannot be repaired is deleted, unless there were no descriptors, or no memory to open it.
+    // A damaged file that cannot be repaired is deleted, unless there was no descriptor, memory or disk space for it.
     // Depot's repair does without a record that it has no memory for.
     {"DeviceIdOfADamagedFile", "", "id 17 kept 17"},
     {"DeviceIdOfADamagedFile", "dpget malloc", "id 0 kept 0"},
@@ -91,15 +91,15 @@ constexpr Row kRows[] = {
     {"LookUpInADamagedFile", "dpopen dprepair dpfsiz dpiternext dpget malloc", "removed -1"},
     {"LookUpInADamagedFile", "dpopen dprepair", "removed 0 gone"},
     {"DeviceIdOfAHopelessFile", "", "id -1 kept 0 gone"},
-    {"DeviceIdOfAHopelessFile", "dpopen dprepair open remove", "id -1 kept 0"},
+    {"DeviceIdOfAHopelessFile", "dpopen dprepair remove", "id -1 kept 0"},
     {"LookUpInAHopelessFile", "", "removed 0 gone"},
-    {"LookUpInAHopelessFile", "dpopen dprepair open remove", "removed -1"},
+    {"LookUpInAHopelessFile", "dpopen dprepair remove", "removed -1"},
 
     // Depot's repair leaves its own file, or a descriptor, when it has no memory at all.
-    {"DeviceIdOfADamagedFile", "malloc", "id -1 kept 0 gone leaves a file"},
-    {"DeviceIdOfADamagedFile", "malloc", "id -1 kept 0 gone leaves a descriptor"},
-    {"LookUpInADamagedFile", "malloc", "removed 0 gone leaves a file"},
-    {"LookUpInADamagedFile", "malloc", "removed 0 gone leaves a descriptor"},
+    {"DeviceIdOfADamagedFile", "malloc", "id -1 kept 0 leaves a file"},
+    {"DeviceIdOfADamagedFile", "malloc", "id -1 kept 0 leaves a descriptor"},
+    {"LookUpInADamagedFile", "malloc", "removed -1 leaves a file"},
+    {"LookUpInADamagedFile", "malloc", "removed -1 leaves a descriptor"},
 };
 
 }  // namespace
