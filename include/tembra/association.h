@@ -37,7 +37,8 @@
 /// the callback started. All signals are blocked on the receive thread, and a process that a callback starts inherits
 /// that: unblock them in it. The object lives as long as the process and is never deleted by the library.
 ///
-/// Results are 0 for success and -1 for failure unless a function says otherwise. No operation throws.
+/// Results are 0 for success and -1 for failure unless a function says otherwise. No operation throws, but what
+/// makes the object (see getInstance) lets pass what goes wrong there.
 class TEMBRA_API TembraAssociation {
  public:
   // The state of the service, for front ends to read. Order and types are fixed; nothing stands between them.
@@ -74,7 +75,7 @@ class TEMBRA_API TembraAssociation {
   // ---- Roles ------------------------------------------------------------------------------------------------------
 
   /// The object, created by the first call: fetches the Logger and resolves every endpoint; opens and sends nothing.
-  /// An exception of the router's Logger passes through and leaves no object.
+  /// An exception of the router's Logger, or std::bad_alloc, passes through and leaves no object.
   static TembraAssociation* getInstance();
 
   // Each returns getInstance() after storing its ClientRole; a later role replaces an earlier one on the same object.

@@ -37,7 +37,8 @@ extern TEMBRA_API unsigned int HomeId;
 /// Reads the router's mesh slave id as text: one line of at most 9 characters.
 /// @param out  at least 10 bytes; empty when nothing could be read
 /// @return the result of closing the command's pipe (0 when it succeeded), -1 when it could not be started.
-/// Starts a shell and waits for it; any thread may call it.
+/// Starts a shell and waits for it; any thread may call it. Not while another thread opens the connection: the shell
+/// might inherit the new socket, and until it ends the address would stay in use.
 TEMBRA_API int GetMeshId(char* out);
 
 /// Reads the router's mesh slave id as a number; 0 when nothing could be read.

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <mutex>
 
 namespace {
@@ -60,16 +59,19 @@ bool resolvePort(const char* text, const char* protocol, in_port_t& port) {
 /// A text that may be changed. Only a long one takes memory from the heap; null when there is none.
 class Copy {
  public:
-  explicit Copy(const char* text) : long_(std::strlen(text) < sizeof short_ ? nullptr : strdup(text), &std::free) {
-    if (std::strlen(text) < sizeof short_) text_ = std::strcpy(short_, text);
+  explicit Copy(const char* text)
+      : text_(std::strlen(text) < sizeof short_ ? std::strcpy(short_, text) : strdup(text)) {}
+  ~Copy() {
+    if (text_ != short_) std::free(text_);
   }
+  Copy(const Copy&) = delete;
+  Copy& operator=(const Copy&) = delete;
 
-  char* text() { return text_ != nullptr ? text_ : long_.get(); }
+  [[nodiscard]] char* text() const { return text_; }
 
  private:
-  char short_[64];
-  std::unique_ptr<char, decltype(&std::free)> long_;
-  char* text_ = nullptr;
+  char short_[64] = {};
+  char* text_;
 };
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include <csignal>
 
 #include <cstdlib>
-#include <utility>
 
 #include "assoc/display_error.h"
 #include "mesh/mesh_identity.h"
@@ -31,14 +30,9 @@ constexpr int kClosed = 0;  // the sock field says so with descriptor 0
 constexpr int kFirstOrdinaryDescriptor = 3;
 constexpr long kLongestReceiveEndSeconds = 2;
 
-// An opener and the receive thread that it waits for.
-struct Start {
-  TembraAssociation& assoc;
-  tembra::Gate gate;
-};
-
+constinit tembra::Gate starts;  // of receive threads; their openers hold the state lock, so there is one at a time
 constinit tembra::Gate receives;
-thread_local Start* awaitedStart = nullptr;
+thread_local bool openerIsWaiting = false;
 tembra::ConnectionNumber currentNumber = 0;
 
 int fail(const char* message) {
@@ -93,18 +87,18 @@ bool readMeshId(const TembraAssociation& assoc) {
   return true;
 }
 
-void* runReceiver(void* start) {
-  awaitedStart = static_cast<Start*>(start);
-  return TembraAssociation::receiverHelper(&awaitedStart->assoc);
+void* runReceiver(void* assoc) {
+  openerIsWaiting = true;
+  return TembraAssociation::receiverHelper(assoc);
 }
 
 // With every signal blocked: a signal would end a receive early, and that counts as a time-out.
-int createThread(Start& start) {
+int createThread(TembraAssociation& assoc) {
   sigset_t all;
   sigset_t before;
   sigfillset(&all);
   pthread_sigmask(SIG_SETMASK, &all, &before);
-  const int error = pthread_create(&receiver_thread, nullptr, &runReceiver, &start);
+  const int error = pthread_create(&receiver_thread, nullptr, &runReceiver, &assoc);
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
   return error;
 }
@@ -112,15 +106,16 @@ int createThread(Start& start) {
 // Waits until the thread has reset `idle` and the cancel target, so that an operation started right after the
 // opening is not reset. The lock stays held: no datagram is handled before the opening is complete.
 int startReceiver(TembraAssociation& assoc) {
-  Start start{assoc, {}};
-  start.gate.begin();
-  const int error = createThread(start);
+  starts.begin();
+  const int error = createThread(assoc);
   if (error == 0) {
-    start.gate.wait();
+    starts.wait();
     tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Thread created successfully");
   } else {
-    tembra::logLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "can't create thread :[%s]",
-                    tembra::ErrnoText(error).c_str());
+    starts.end();
+    tembra::logLine(assoc, Level::Progress,
+                    tembra::line(TEMBRA_LOG_PREFIX "can't create thread :[")
+                        << tembra::ErrnoText(error).c_str() << "]");
   }
   return error;
 }
@@ -161,10 +156,12 @@ void TembraAssociation::closeAssocConnection() {
 
 namespace tembra {
 
-bool ReceiverLease::openerWaits() { return awaitedStart != nullptr; }
+bool ReceiverLease::openerWaits() { return openerIsWaiting; }
 
-// The opener's record ends as soon as the opener goes on.
-void ReceiverLease::started() { std::exchange(awaitedStart, nullptr)->gate.end(); }
+void ReceiverLease::started() {
+  openerIsWaiting = false;
+  starts.end();
+}
 
 ReceiverLease::ReceiverLease(TembraAssociation& assoc)
     : assoc_(assoc), number_(currentNumber), descriptor_(assoc.sock) {}

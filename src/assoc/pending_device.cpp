@@ -12,6 +12,7 @@
 #include "support/state_lock.h"
 #include "support/text.h"
 
+using tembra::fieldText;
 using tembra::Level;
 using tembra::StateLock;
 
@@ -130,8 +131,9 @@ int TembraAssociation::addingDone() {
   const StateLock lock;
   tembra::setIdle(true);
   tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside addingDone");
-  tembra::logLine(*this, Level::Progress, TEMBRA_LOG_PREFIX "Name:%.*s Location:%.*s",
-                  static_cast<int>(sizeof devName - 1), devName, static_cast<int>(sizeof devLocation - 1), devLocation);
+  tembra::logLine(*this, Level::Progress,
+                  tembra::line(TEMBRA_LOG_PREFIX "Name:") << fieldText(devName, sizeof devName - 1) << " Location:"
+                                                          << fieldText(devLocation, sizeof devLocation - 1));
   return zwNodeWork.deviceKind == DEVICE_ZWAVE ? handOverZwaveDevice(*this) : handOverZigbeeDevice(*this);
 }
 

@@ -9,6 +9,7 @@
 
 #include "support/log.h"
 #include "support/state_lock.h"
+#include "support/text_writer.h"
 
 using tembra::Level;
 
@@ -48,6 +49,13 @@ constexpr Sender kSenders[] = {
     {"127.255.255.252:8888", CLIENT_HUE},   {"127.255.255.251:8888", CLIENT_NEST},
 };
 
+// inet_ntop goes through printf: on every datagram that would be dearer than all the rest of finding its sender.
+void writeDotted(in_addr address, char (&out)[INET_ADDRSTRLEN]) {
+  unsigned char octets[sizeof address];
+  std::memcpy(octets, &address, sizeof address);
+  tembra::TextWriter(out, sizeof out) << octets[0] << "." << octets[1] << "." << octets[2] << "." << octets[3];
+}
+
 }  // namespace
 
 int TembraAssociation::sendToServers(ServerType type, void* datagram) {
@@ -65,8 +73,8 @@ int TembraAssociation::sendToServers(ServerType type, void* datagram) {
 }
 
 ClientType TembraAssociation::findClientType(in_addr address) {
-  char dotted[INET_ADDRSTRLEN] = {};
-  inet_ntop(AF_INET, &address, dotted, sizeof dotted);
+  char dotted[INET_ADDRSTRLEN];
+  writeDotted(address, dotted);
   // A part of a known text is enough: 127.255.255.25 passes for 127.255.255.254 [sic].
   for (const Sender& sender : kSenders) {
     if (std::strstr(sender.text, dotted) != nullptr) return sender.type;

@@ -3,12 +3,14 @@
 #include <tembra/globals.h>
 #include <tembra/hue.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "database/device_database.h"
 #include "support/text.h"
+#include "support/text_writer.h"
+
+using tembra::TextWriter;
 
 namespace {
 
@@ -59,8 +61,8 @@ class BridgeCollector {
 void BridgeCollector::chooseKeys(const DeviceRecord& device) {
   for (const HueIndexes& indexes : kHueIndexes) {
     if (std::strncmp(device.typeName, indexes.typeName, sizeof device.typeName) != 0) continue;
-    std::snprintf(bridgeKey_, sizeof bridgeKey_, "%d.%d", device.id, indexes.bridge);
-    std::snprintf(userKey_, sizeof userKey_, "%d.%d", device.id, indexes.user);
+    TextWriter(bridgeKey_, sizeof bridgeKey_) << device.id << "." << indexes.bridge;
+    TextWriter(userKey_, sizeof userKey_) << device.id << "." << indexes.user;
   }
 }
 
@@ -87,13 +89,13 @@ char* BridgeCollector::json() const {
   const std::size_t size = count_ * kJsonElementSize + kJsonFrameSize;
   auto* text = static_cast<char*>(std::malloc(size));
   if (text == nullptr) return nullptr;
-  int length = std::snprintf(text, size, "{\"MAClist\":[");
+  TextWriter list(text, size);
+  list << R"({"MAClist":[)";
   for (std::size_t i = 0; i < kMostBridges && macs_[i][0] != '\0'; ++i) {
-    length +=
-        std::snprintf(text + length, size - static_cast<std::size_t>(length), R"(%s{"mac":"%s","username":"%.*s"})",
-                      i == 0 ? "" : ",", macs_[i], static_cast<int>(kTextSize - 1), username1[i]);
+    list << (i == 0 ? "" : ",") << R"({"mac":")" << macs_[i] << R"(","username":")"
+         << tembra::fieldText(username1[i], kTextSize - 1) << R"("})";
   }
-  std::snprintf(text + length, size - static_cast<std::size_t>(length), "]}");
+  list << "]}";
   return text;
 }
 

@@ -1,31 +1,52 @@
 // Bridge ids and MAC texts: the same six octets, with "fffe" in the middle or with colons between them.
 #include <tembra/hue.h>
 
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
 
 namespace {
 
-// Position i of the output is character kPositions.find(pattern[i]) of the input, or the pattern's own character. The
-// input is not checked; what lies behind its end counts as NUL.
 constexpr std::string_view kPositions = "0123456789ABCDEFG";
-constexpr std::string_view kBridgeIdOfMac = "013467fffe9ACDFG";   // drops the colons at 2, 5, 8, 11 and 14
-constexpr std::string_view kMacOfBridgeId = "01:23:45:AB:CD:EF";  // drops the four characters at 6
 
-int rearrange(const char* input, std::size_t length, std::string_view pattern, char* out) {
+/// Which character of the input, or which character of its own, stands at each place of an output.
+struct Pattern {
+  static constexpr std::size_t kMost = kPositions.size();
+
+  // A character of `kPositions` stands for the input's character at its place there, any other one for itself.
+  explicit constexpr Pattern(std::string_view text) : size(text.size()) {
+    for (std::size_t i = 0; i < size; ++i) {
+      const std::size_t position = kPositions.find(text[i]);
+      if (position == std::string_view::npos) {
+        own[i] = text[i];
+      } else {
+        from[i] = static_cast<unsigned char>(position);
+      }
+    }
+  }
+
+  std::size_t size;
+  std::array<char, kMost> own{};  ///< NUL where the input's character stands
+  std::array<unsigned char, kMost> from{};
+};
+
+constexpr Pattern kBridgeIdOfMac("013467fffe9ACDFG");   // drops the colons at 2, 5, 8, 11 and 14
+constexpr Pattern kMacOfBridgeId("01:23:45:AB:CD:EF");  // drops the four characters at 6
+
+// The input is not checked; what lies behind its end counts as NUL.
+int rearrange(const char* input, std::size_t length, const Pattern& pattern, char* out) {
   char text[kPositions.size() + 1] = {};
   if (input != nullptr) std::strncpy(text, input, length);
-  for (std::size_t i = 0; i < pattern.size(); ++i) {
-    const std::size_t position = kPositions.find(pattern[i]);
-    out[i] = position == std::string_view::npos ? pattern[i] : text[position];
+  for (std::size_t i = 0; i < pattern.size; ++i) {
+    out[i] = pattern.own[i] != '\0' ? pattern.own[i] : text[pattern.from[i]];
   }
-  out[pattern.size()] = '\0';
-  return static_cast<int>(pattern.size());
+  out[pattern.size] = '\0';
+  return static_cast<int>(pattern.size);
 }
 
 }  // namespace
 
-int RevertHueMac(char* mac, char* out) { return rearrange(mac, kMacOfBridgeId.size(), kBridgeIdOfMac, out); }
+int RevertHueMac(char* mac, char* out) { return rearrange(mac, kMacOfBridgeId.size, kBridgeIdOfMac, out); }
 
-int HueMac(char* bridgeId, char* out) { return rearrange(bridgeId, kBridgeIdOfMac.size(), kMacOfBridgeId, out); }
+int HueMac(char* bridgeId, char* out) { return rearrange(bridgeId, kBridgeIdOfMac.size, kMacOfBridgeId, out); }

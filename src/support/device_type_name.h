@@ -4,11 +4,7 @@
 
 #include <tembra/platform.h>
 
-#include <algorithm>
 #include <cstddef>
-#include <cstdio>
-
-#include "support/text.h"
 
 namespace tembra {
 
@@ -32,17 +28,10 @@ class DeviceTypeName {
 };
 
 /// Formats "<word> #<id>", the word cut at 179 characters and the whole at 191. @return its length.
-inline int formatNumberedName(char (&out)[kNumberedNameSize], const char* word, int id) {
-  const int length = std::snprintf(out, sizeof out, "%.*s #%d", static_cast<int>(kDeviceNameSize - 1), word, id);
-  return std::min(length, static_cast<int>(sizeof out - 1));
-}
+int formatNumberedName(char (&out)[kNumberedNameSize], const char* word, int id);
 
 /// Puts "<word> #<id>" into a device's name field; bytes behind its NUL keep their value.
-inline void setNumberedName(char (&field)[kDeviceNameSize], const char* word, int id) {
-  char name[kNumberedNameSize];
-  formatNumberedName(name, word, id);
-  copyText(field, name);
-}
+void setNumberedName(char (&field)[kDeviceNameSize], const char* word, int id);
 
 }  // namespace tembra
 

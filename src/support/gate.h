@@ -3,24 +3,29 @@
 #define TEMBRA_SUPPORT_GATE_H
 
 #include <pthread.h>
+#include <atomic>
 #include <ctime>
 
 namespace tembra {
 
-/// Any thread may call any operation. Plain POSIX objects: they need no construction and no destruction at run time.
+/// Any thread may call any operation; the gate must outlive them all. Beginning and ending take no lock unless somebody
+/// waits. Needs no construction and no destruction at run time.
 class Gate {
  public:
   constexpr Gate() = default;
   Gate(const Gate&) = delete;
   Gate& operator=(const Gate&) = delete;
 
-  void begin() { count(1); }
-  void end() { count(-1); }
+  void begin() { ++underWay_; }
+
+  // The order of the two counters is what makes a waiter safe: it says that it waits before it looks.
+  void end() {
+    if (--underWay_ == 0 && waiting_ > 0) wake();
+  }
 
   void wait() {
-    pthread_mutex_lock(&mutex_);
-    while (underWay_ > 0) pthread_cond_wait(&changed_, &mutex_);
-    pthread_mutex_unlock(&mutex_);
+    const Waiter waiter(*this);
+    while (underWay_ > 0) pthread_cond_wait(&opened_, &mutex_);
   }
 
   /// Waits at most this long for the gate to open.
@@ -28,23 +33,40 @@ class Gate {
     timespec deadline{};
     clock_gettime(CLOCK_MONOTONIC, &deadline);
     deadline.tv_sec += seconds;
-    pthread_mutex_lock(&mutex_);
-    while (underWay_ > 0 && pthread_cond_clockwait(&changed_, &mutex_, CLOCK_MONOTONIC, &deadline) == 0) {
+    const Waiter waiter(*this);
+    while (underWay_ > 0 && pthread_cond_clockwait(&opened_, &mutex_, CLOCK_MONOTONIC, &deadline) == 0) {
     }
-    pthread_mutex_unlock(&mutex_);
   }
 
  private:
-  void count(int change) {
+  // Holds the mutex, so that it hears of whatever ends after it looked.
+  class Waiter {
+   public:
+    explicit Waiter(Gate& gate) : gate_(gate) {
+      pthread_mutex_lock(&gate_.mutex_);
+      ++gate_.waiting_;
+    }
+    ~Waiter() {
+      --gate_.waiting_;
+      pthread_mutex_unlock(&gate_.mutex_);
+    }
+    Waiter(const Waiter&) = delete;
+    Waiter& operator=(const Waiter&) = delete;
+
+   private:
+    Gate& gate_;
+  };
+
+  void wake() {
     pthread_mutex_lock(&mutex_);
-    underWay_ += change;
-    pthread_cond_broadcast(&changed_);
+    pthread_cond_broadcast(&opened_);
     pthread_mutex_unlock(&mutex_);
   }
 
+  std::atomic<int> underWay_ = 0;
+  std::atomic<int> waiting_ = 0;
   pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
-  pthread_cond_t changed_ = PTHREAD_COND_INITIALIZER;
-  int underWay_ = 0;
+  pthread_cond_t opened_ = PTHREAD_COND_INITIALIZER;
 };
 
 }  // namespace tembra

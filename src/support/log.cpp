@@ -3,26 +3,32 @@
 #include <tembra/association.h>
 #include <tembra/globals.h>
 
-#include <cstdarg>
-#include <cstdio>
-
-#include "support/text.h"
+#include <cstring>
 
 namespace tembra {
+namespace {
+
+// Aside, because a piece of the line may itself stand in tempStr.
+char text[sizeof tempStr];
+constinit TextWriter writer(text, sizeof text);
+
+}  // namespace
 
 void log(const TembraAssociation& assoc, Level level, const char* text) {
   assoc.logger->Log(static_cast<int>(level), text);
 }
 
-void logLine(const TembraAssociation& assoc, Level level, const char* format, ...) {
-  // Built aside, because an argument may itself stand in tempStr.
-  char line[sizeof tempStr];
-  va_list arguments;
-  va_start(arguments, format);
-  std::vsnprintf(line, sizeof line, format, arguments);
-  va_end(arguments);
-  copyText(tempStr, line);
-  log(assoc, level, line);
+TextWriter& line(const char* start) {
+  writer = TextWriter(text, sizeof text);
+  return writer << start;
+}
+
+// The Logger gets a copy: it may call the library back, which then begins the next line.
+void logLine(const TembraAssociation& assoc, Level level, const TextWriter& line) {
+  char copy[sizeof tempStr];
+  std::memcpy(copy, line.text(), line.length() + 1);
+  std::memcpy(tempStr, copy, line.length() + 1);
+  log(assoc, level, copy);
 }
 
 }  // namespace tembra

@@ -2,6 +2,8 @@
 #ifndef TEMBRA_SUPPORT_LOG_H
 #define TEMBRA_SUPPORT_LOG_H
 
+#include "support/text_writer.h"
+
 class TembraAssociation;
 
 // Nearly every line begins with it; the lines that do not are marked [sic].
@@ -14,8 +16,12 @@ enum class Level : int { Progress = 0, Warning = 1, Error = 2, Detail = 3 };
 /// Logs a fixed text.
 void log(const TembraAssociation& assoc, Level level, const char* text);
 
-/// Logs a formatted line and leaves it in `tempStr`; a line is cut at 511 characters.
-[[gnu::format(printf, 3, 4)]] void logLine(const TembraAssociation& assoc, Level level, const char* format, ...);
+/// Begins a line of several pieces, cut at 511 characters. Call it with the state lock held: there is one such line at
+/// a time, which `logLine` ends.
+TextWriter& line(const char* start);
+
+/// Logs a line that was put together, and leaves it in `tempStr`.
+void logLine(const TembraAssociation& assoc, Level level, const TextWriter& line);
 
 }  // namespace tembra
 

@@ -115,11 +115,15 @@ constexpr bool inOrder() {
 }
 static_assert(kRows == 82 && inOrder(), "82 command classes, ascending from the first to the last");
 
-constexpr auto kNames = [] {
-  std::array<const char*, 256> names{};
-  names.fill(kNoName);
-  for (const CommandClass& row : kCommandClasses) names[row.number] = row.name.data();
-  return names;
+constexpr std::uint8_t kNoRow = 255;
+constexpr std::uint8_t kCollision = 254;
+
+// Rows rather than texts: a table of pointers is eight times as large, and the loader has to touch all of it.
+constexpr auto kRowOfNumber = [] {
+  std::array<std::uint8_t, 256> rows{};
+  rows.fill(kNoRow);
+  for (std::uint8_t row = 0; row < kRows; ++row) rows[kCommandClasses[row].number] = row;
+  return rows;
 }();
 
 // ---- name to number -------------------------------------------------------------------------------------------------
@@ -138,9 +142,6 @@ constexpr std::size_t hash(std::string_view name) {
 // [sic] This one name is not known by its name.
 constexpr bool isKnownByName(const CommandClass& row) { return row.number != 0x66; }
 
-constexpr std::uint8_t kNoRow = 255;
-constexpr std::uint8_t kCollision = 254;
-
 constexpr auto kRowOfSlot = [] {
   std::array<std::uint8_t, kSlots> rows{};
   rows.fill(kNoRow);
@@ -155,7 +156,10 @@ static_assert(std::find(kRowOfSlot.begin(), kRowOfSlot.end(), kCollision) == kRo
 
 }  // namespace
 
-const char* cclassStr(unsigned char cc) { return kNames[cc]; }
+const char* cclassStr(unsigned char cc) {
+  const std::uint8_t row = kRowOfNumber[cc];
+  return row == kNoRow ? kNoName : kCommandClasses[row].name.data();
+}
 
 unsigned int cclassNum(const char* name) {
   if (name == nullptr || *name == '\0') return kNoNumber;

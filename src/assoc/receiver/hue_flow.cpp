@@ -4,7 +4,6 @@
 #include <tembra/hue.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -51,8 +50,8 @@ const HueResult* findResult(int type) {
 // Bytes behind the text keep what the buffer held.
 [[nodiscard]] bool tellResult(const Flow& flow, const HueResult& result) {
   AssocEvent& event = flow.events.a;
-  std::snprintf(reinterpret_cast<char*>(event.payload), sizeof event.payload, "{\"CommandType\":\"%.*s\"%s\n",
-                static_cast<int>(sizeof cmdtype - 1), cmdtype, result.json);
+  TextWriter(reinterpret_cast<char*>(event.payload), sizeof event.payload)
+      << R"({"CommandType":")" << fieldText(cmdtype, sizeof cmdtype - 1) << "\"" << result.json << "\n";
   return result.writesSource ? flow.tell(event, result.event, SERVER_HUE) : flow.tell(event, result.event);
 }
 
@@ -68,7 +67,7 @@ struct Bridge {
 
 void copyToken(JsonToken* tokens, const char* member, char (&text)[Bridge::kTextSize]) {
   const JsonToken* token = find_json_token(tokens, member);
-  if (token != nullptr) std::snprintf(text, sizeof text, "%.*s", std::max(token->len, 0), token->ptr);
+  if (token != nullptr) copyText(text, sizeof text, token->ptr, static_cast<std::size_t>(std::max(token->len, 0)));
 }
 
 void Bridge::read(const HueAnswerEntry& entry) {

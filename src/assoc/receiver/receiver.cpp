@@ -87,7 +87,7 @@ ssize_t Receiver::await() {
 // An operation that timed out keeps its time-out and its state: the next wait is as long, and an answer that comes
 // late is handled as if it had come in time.
 void Receiver::timedOut() {
-  logLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Didn't get packet for %d secs", timeoutSeconds_);
+  logLine(assoc_, Level::Progress, line(TEMBRA_LOG_PREFIX "Didn't get packet for ") << timeoutSeconds_ << " secs");
   if (!isIdle()) {
     reportTimeout();
   } else {
@@ -100,9 +100,9 @@ void Receiver::reportTimeout() {
   assoc_.sendCancelTo(static_cast<cancel_type>(assoc_.cancelTarget));
   TimeoutReport report{};
   report.lastEventCode = assoc_.lastEventCode;
-  std::snprintf(report.json, sizeof report.json,
-                R"({"CommandType":"%.*s", "MobileInternalIndex":"","Success":"false","Reason":"TimeoutReached"})",
-                static_cast<int>(sizeof cmdtype - 1), cmdtype);
+  TextWriter(report.json, sizeof report.json)
+      << R"({"CommandType":")" << fieldText(cmdtype, sizeof cmdtype - 1)
+      << R"(", "MobileInternalIndex":"","Success":"false","Reason":"TimeoutReached"})";
   std::memcpy(events_.a.payload, &report, sizeof report);
   deliver(assoc_, events_.a, EVENT_TIMEOUT);
   if (connection_.isSuperseded()) return;

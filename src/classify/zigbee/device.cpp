@@ -50,7 +50,7 @@ ZigbeeLookup findZigbeeDevice(TembraAssociation& assoc, unsigned short shortAddr
     const StateLock applying;
     copyText(assoc.removedName, device.record().name);
     assoc.removedId = device.record().id;
-    logLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Removing zigbee device 0x%.2x", shortAddress);
+    logLine(assoc, Level::Progress, line(TEMBRA_LOG_PREFIX "Removing zigbee device 0x") << Hex{shortAddress, 2});
     found = true;
   });
   return {found ? 0 : kNotFound, !found};

@@ -2,8 +2,6 @@
 #include <tembra/association.h>
 #include <tembra/globals.h>
 
-#include <cstdio>
-
 #include "classify/received_device.h"
 #include "classify/zwave/node_classes.h"
 #include "support/device_type_name.h"
@@ -11,6 +9,7 @@
 #include "support/state_lock.h"
 #include "support/text.h"
 
+using tembra::Hex;
 using tembra::Level;
 using tembra::StateLock;
 
@@ -23,15 +22,15 @@ constexpr std::size_t kListRoom = sizeof ZwNodeInfo::commandClasses;
 // Copies the list into the working copy, and formats it. A received list without an end fills the field; then there
 // is no room for the working copy's end, and the basic class behind the field is left alone.
 void copyCommandClasses(TembraAssociation& assoc) {
-  char line[sizeof tempStr];
-  int length = std::snprintf(line, sizeof line, "node %d Supported Command Classes:", assoc.zwNodeRx.nodeId);
+  tembra::TextWriter& line = tembra::line("node ")
+                             << assoc.zwNodeRx.nodeId << " Supported Command Classes:";  // [sic] no prefix
   for (std::size_t i = 0; i < kListRoom && assoc.zwNodeRx.commandClasses[i] != kListEnd; ++i) {
     const unsigned char commandClass = assoc.zwNodeRx.commandClasses[i];
     assoc.zwNodeWork.commandClasses[i] = commandClass;
     if (i + 1 < kListRoom) assoc.zwNodeWork.commandClasses[i + 1] = 0;
-    length += std::snprintf(line + length, sizeof line - static_cast<std::size_t>(length), "0x%.2x ", commandClass);
+    line << "0x" << Hex{commandClass, 2} << " ";
   }
-  tembra::logLine(assoc, Level::Progress, "%s", line);  // [sic] no prefix
+  tembra::logLine(assoc, Level::Progress, line);
 }
 
 bool hasAll(TembraAssociation& assoc, const unsigned char (&required)[tembra::NodeClass::kMostRequired]) {
@@ -84,7 +83,8 @@ bool tembra::classifyNode(TembraAssociation& assoc) {
   copyText(assoc.zwNodeWork.name, assoc.devName);
   assoc.zwNodeWork.requestMark = kAddedMark;
   logLine(assoc, Level::Progress,
-          TEMBRA_LOG_PREFIX "Device Basic Type:0x%.2x, Generic Type:0x%.2x, Specific Type:0x%.2x,Nodeid:%d",
-          received.basicClass, received.genericClass, received.specificClass, received.nodeId);
+          line(TEMBRA_LOG_PREFIX "Device Basic Type:0x")
+              << Hex{received.basicClass, 2} << ", Generic Type:0x" << Hex{received.genericClass, 2}
+              << ", Specific Type:0x" << Hex{received.specificClass, 2} << ",Nodeid:" << received.nodeId);
   return true;
 }

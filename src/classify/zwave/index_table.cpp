@@ -106,20 +106,22 @@ void TembraAssociation::ZW_indexToEnum(unsigned char* triples) {
     ZwValueTriple value;
     std::memcpy(&value, triples + i * sizeof value, sizeof value);
     if (value.commandClass == 0) return;
-    tembra::logLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: command class: %d command index %d",
-                    value.commandClass, value.index);
+    tembra::logLine(*this, Level::Detail,
+                    tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: command class: ")
+                        << value.commandClass << " command index " << value.index);
     const IndexType type = meaningOf(value);
     table.setType(entry, type);
     if (type != INDEX_NONE) {
       table.setInstance(entry, value.instance);
       raiseCapability(type);
       tembra::logLine(*this, Level::Detail,
-                      TEMBRA_LOG_PREFIX "GenericDevice: cmdclass %d index %d instance : %d Enum: %d ",
-                      value.commandClass, value.index, value.instance, type);
+                      tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: cmdclass ")
+                          << value.commandClass << " index " << value.index << " instance : " << value.instance
+                          << " Enum: " << type << " ");
     } else {
       tembra::logLine(*this, Level::Detail,
-                      TEMBRA_LOG_PREFIX "GenericDevice: Enum is not defined for : cmdclass %d ind %d",
-                      value.commandClass, value.index);
+                      tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: Enum is not defined for : cmdclass ")
+                          << value.commandClass << " ind " << value.index);
       if (entry > 0) --entry;
     }
     table.end(++entry);
