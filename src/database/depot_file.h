@@ -56,7 +56,11 @@ static_assert(sizeof(DepotRecord) == 28);
 /// An open file, read through a window that moves along.
 class DepotFile {
  public:
-  explicit DepotFile(int descriptor) : descriptor_(descriptor) {
+  static constexpr std::size_t kMostAhead = 16384;
+
+  /// `ahead`: how much to read at a time. One who goes through the file wants the most, one who leaps about in it
+  /// little.
+  explicit DepotFile(int descriptor, std::size_t ahead = kMostAhead) : descriptor_(descriptor), ahead_(ahead) {
     struct stat status = {};
     if (fstat(descriptor, &status) == 0) size_ = status.st_size;
   }
@@ -69,7 +73,7 @@ class DepotFile {
     return read(offset, &item, sizeof item);
   }
 
-  /// At most the window's size.
+  /// At most `kMostAhead` bytes.
   bool read(long long offset, void* out, std::size_t size) {
     const auto length = static_cast<long long>(size);
     if (offset < 0 || offset + length > size_) return false;
@@ -82,27 +86,29 @@ class DepotFile {
  private:
   bool moveTo(long long offset, long long length) {
     start_ = offset;
-    length_ = pread(descriptor_, window_, sizeof window_, static_cast<off_t>(offset));
+    length_ =
+        pread(descriptor_, window_, std::max(ahead_, static_cast<std::size_t>(length)), static_cast<off_t>(offset));
     return length_ >= length;
   }
 
   int descriptor_;
+  std::size_t ahead_;
   long long size_ = 0;
   long long start_ = 0;
   long long length_ = 0;
-  unsigned char window_[8192];
+  unsigned char window_[kMostAhead];
 };
 
 /// Calls `visit(offset)` for the first record of every bucket that has any; ends early when it returns false.
 template <typename Visit>
 bool forEachRoot(DepotFile& file, const DepotHeader& header, Visit visit) {
-  constexpr int kAtOnce = 256;  // most buckets of a small house are empty
+  constexpr int kAtOnce = 256;
   for (int bucket = 0; bucket < header.buckets; bucket += kAtOnce) {
-    int roots[kAtOnce] = {};
+    int roots[kAtOnce];
     const int count = std::min(kAtOnce, header.buckets - bucket);
     if (!file.read(header.bucketOffset(bucket), roots, sizeof(int) * static_cast<std::size_t>(count))) return true;
-    for (const int root : roots) {
-      if (root != 0 && !visit(root)) return false;
+    for (int i = 0; i < count; ++i) {
+      if (roots[i] != 0 && !visit(roots[i])) return false;
     }
   }
   return true;

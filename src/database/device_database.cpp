@@ -11,6 +11,7 @@
 #include <memory>
 #include <mutex>
 
+#include "database/depot_file.h"
 #include "database/file_check.h"
 #include "support/text.h"
 
@@ -23,8 +24,7 @@ constexpr int kOpenMode = DP_OWRITER | DP_OCREAT;
 constexpr int kReopenMode = DP_OWRITER | DP_OCREAT | DP_OSPARSE;
 constexpr int kDefaultBuckets = -1;
 constexpr int kReopenBuckets = 1;
-constexpr int kWholeKey = -1;          // the Depot library takes the key's text length
-constexpr int kRecordHeaderSize = 28;  // of every record in a Depot file
+constexpr int kWholeKey = -1;  // the Depot library takes the key's text length
 
 constinit std::mutex turns;
 thread_local bool inSession = false;
@@ -112,7 +112,7 @@ DatabaseTurn::~DatabaseTurn() {
   turns.unlock();
 }
 
-DatabaseSession::DatabaseSession(const char* onlyKey) {
+OpenDatabase::OpenDatabase(const char* onlyKey) {
   if (!turn_.isOurs()) return;
   depot_ = openChecked(kOpenMode, kDefaultBuckets, onlyKey);
   if (depot_ == nullptr) repairOrDelete(onlyKey);
@@ -120,7 +120,7 @@ DatabaseSession::DatabaseSession(const char* onlyKey) {
 }
 
 // Readable records may be left even when the repair fails.
-void DatabaseSession::repairOrDelete(const char* onlyKey) {
+void OpenDatabase::repairOrDelete(const char* onlyKey) {
   complain("dpopen");
   if (wasShortOfResources()) return;
   const bool hadItsChance = tryRepair();
@@ -128,13 +128,13 @@ void DatabaseSession::repairOrDelete(const char* onlyKey) {
   if (depot_ == nullptr && hadItsChance && !wasShortOfResources()) deletionResult_ = std::remove(DBName);
 }
 
-DatabaseSession::~DatabaseSession() {
+OpenDatabase::~OpenDatabase() {
   if (depot_ != nullptr && dpclose(depot_) == 0) complain("dpclose");
 }
 
-bool DatabaseSession::readText(const char* key, char* out, std::size_t size) {
+bool ValueSession::readText(char* out, std::size_t size) {
   std::size_t length = 0;
-  const DepotBuffer value = readValue(depot_, key, size - 1, length);
+  const DepotBuffer value = readValue(depot(), key_, size - 1, length);
   if (value == nullptr) return false;
   std::memcpy(out, value.get(), length);
   out[length] = '\0';
@@ -143,7 +143,7 @@ bool DatabaseSession::readText(const char* key, char* out, std::size_t size) {
 
 bool DatabaseSession::readIndexValue(const char* key, char (&out)[sizeof(IndexRecord::value) + 1]) {
   std::size_t size = 0;
-  const DepotBuffer stored = readValue(depot_, key, sizeof(IndexRecord), size);
+  const DepotBuffer stored = readValue(depot(), key, sizeof(IndexRecord), size);
   if (stored == nullptr) return false;
   IndexRecord record{};
   std::memcpy(&record, stored.get(), std::min(size, sizeof record));
@@ -152,7 +152,8 @@ bool DatabaseSession::readIndexValue(const char* key, char (&out)[sizeof(IndexRe
 }
 
 // The walk of a damaged file may turn back; no file holds more keys than record headers fit into it.
-DatabaseSession::DeviceWalk::DeviceWalk(DEPOT* depot) : depot_(depot), keysLeft_(dpfsiz(depot) / kRecordHeaderSize) {
+DatabaseSession::DeviceWalk::DeviceWalk(DEPOT* depot)
+    : depot_(depot), keysLeft_(dpfsiz(depot) / static_cast<int>(sizeof(DepotRecord))) {
   if (dpiterinit(depot) == 0) complain("dpiterinit");
 }
 

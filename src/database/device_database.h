@@ -54,24 +54,51 @@ class DatabaseTurn {
 /// The database, opened for the life of the object. The calling thread's hold on the state lock is given up from
 /// before the wait for the file until after the file is closed; nobody who holds the state lock ever waits for a
 /// session, so what a session finds may be stored under the state lock at once.
-class DatabaseSession {
+class OpenDatabase {
  public:
-  /// Waits for the writer's lock, without limit. A file that does not open is repaired and opened again; one that
-  /// does not open then either is deleted, so that the HA server makes a new one. A want of descriptors, memory or
-  /// disk space leaves the session closed and the file as it is. A session that reads the value of one key only says
-  /// so: then only what this takes is looked through for damage, which is a matter of microseconds in any home.
-  explicit DatabaseSession(const char* onlyKey = nullptr);
-  ~DatabaseSession();
-  DatabaseSession(const DatabaseSession&) = delete;
-  DatabaseSession& operator=(const DatabaseSession&) = delete;
+  OpenDatabase(const OpenDatabase&) = delete;
+  OpenDatabase& operator=(const OpenDatabase&) = delete;
 
   [[nodiscard]] bool isOpen() const { return depot_ != nullptr; }
 
   /// Result of deleting the file when it could not be opened, -1 when it was not deleted.
   [[nodiscard]] int deletionResult() const { return deletionResult_; }
 
+ protected:
+  /// Waits for the writer's lock, without limit. A file that does not open is repaired and opened again; one that
+  /// does not open then either is deleted, so that the HA server makes a new one. A want of descriptors, memory or
+  /// disk space leaves the session closed and the file as it is. Only what reading this key takes is looked through for
+  /// damage; null: everything.
+  explicit OpenDatabase(const char* onlyKey);
+  ~OpenDatabase();
+
+  [[nodiscard]] DEPOT* depot() const { return depot_; }
+
+ private:
+  void repairOrDelete(const char* onlyKey);
+
+  const StateUnlocked unlocked_;
+  const DatabaseTurn turn_;
+  DEPOT* depot_ = nullptr;
+  int deletionResult_ = -1;
+};
+
+/// Reads the value of one key only, whose cost does not grow with the home.
+class ValueSession : public OpenDatabase {
+ public:
+  explicit ValueSession(const char* key) : OpenDatabase(key), key_(key) {}
+
   /// Reads a text of at most `size` - 1 bytes. False, with `out` untouched, when the key does not exist.
-  bool readText(const char* key, char* out, std::size_t size);
+  bool readText(char* out, std::size_t size);
+
+ private:
+  const char* key_;
+};
+
+/// Goes through the devices.
+class DatabaseSession : public OpenDatabase {
+ public:
+  DatabaseSession() : OpenDatabase(nullptr) {}
 
   /// Reads the value text of an index record, empty when the record ends before it. False, with `out` untouched, when
   /// the key does not exist.
@@ -80,7 +107,7 @@ class DatabaseSession {
   /// Calls `visit` for every device in file order; ends early when a value cannot be read.
   template <typename Visit>
   void forEachDevice(Visit visit) {
-    DeviceWalk walk(depot_);
+    DeviceWalk walk(depot());
     while (const StoredDevice* device = walk.next()) visit(*device);
   }
 
@@ -96,13 +123,6 @@ class DatabaseSession {
     int keysLeft_;
     StoredDevice device_;
   };
-
-  void repairOrDelete(const char* onlyKey);
-
-  const StateUnlocked unlocked_;
-  const DatabaseTurn turn_;
-  DEPOT* depot_ = nullptr;
-  int deletionResult_ = -1;
 };
 
 }  // namespace tembra

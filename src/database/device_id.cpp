@@ -20,9 +20,9 @@ int TembraAssociation::calculateDevId() {
   char text[kIdTextSize] = {};
   bool found = false;
   {
-    tembra::DatabaseSession database(kNextIdKey);
+    tembra::ValueSession database(kNextIdKey);
     if (!database.isOpen()) return kNoDatabase;
-    found = database.readText(kNextIdKey, text, sizeof text);
+    found = database.readText(text, sizeof text);
   }
   if (found) DevId = std::atoi(text);
   return DevId;

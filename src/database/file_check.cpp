@@ -72,7 +72,7 @@ bool isSafeToRead(int descriptor) {
 }
 
 bool isSafeToSearch(int descriptor, int hash) {
-  DepotFile file(descriptor);
+  DepotFile file(descriptor, sizeof(DepotHeader));
   DepotHeader header{};
   if (!file.read(0, header)) return true;
   return hasItsBuckets(file, header) && searchesEnd(file, header.bucketOffset(hash % header.buckets));

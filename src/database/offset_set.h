@@ -36,7 +36,7 @@ class Pages {
 class OffsetSet {
  public:
   explicit OffsetSet(long long fileSize)
-      : size_(static_cast<std::size_t>(fileSize) / CHAR_BIT + 1), pages_(size_), bits_(pages_.as<unsigned char>()) {}
+      : pages_(static_cast<std::size_t>(fileSize) / CHAR_BIT + 1), bits_(pages_.as<unsigned char>()) {}
 
   [[nodiscard]] bool isThere() const { return pages_.isThere(); }
 
@@ -44,18 +44,9 @@ class OffsetSet {
   void add(long long offset) { bits_[offset / CHAR_BIT] |= bitOf(offset); }
   void drop(long long offset) { bits_[offset / CHAR_BIT] &= static_cast<unsigned char>(~bitOf(offset)); }
 
-  /// Both sets being of the same file.
-  [[nodiscard]] bool isWithin(const OffsetSet& other) const {
-    for (std::size_t i = 0; i < size_; ++i) {
-      if ((bits_[i] & ~other.bits_[i]) != 0) return false;
-    }
-    return true;
-  }
-
  private:
   static unsigned char bitOf(long long offset) { return static_cast<unsigned char>(1U << (offset % CHAR_BIT)); }
 
-  std::size_t size_;
   Pages pages_;
   unsigned char* bits_;
 };

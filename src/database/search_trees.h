@@ -11,14 +11,15 @@ namespace tembra {
 /// of every healthy file, and found out in one pass over its records.
 class LinkOrder {
  public:
-  explicit LinkOrder(long long fileSize) : fileSize_(fileSize), linked_(fileSize), targets_(fileSize) {}
+  explicit LinkOrder(long long fileSize) : fileSize_(fileSize), marks_(kMarks * fileSize) {}
 
   /// False for want of memory; nothing else may be called then.
-  [[nodiscard]] bool canBeSeen() const { return linked_.isThere() && targets_.isThere(); }
+  [[nodiscard]] bool canBeSeen() const { return marks_.isThere(); }
 
   void add(long long offset, const DepotRecord& record) {
     if (!record.isLinked()) return;
-    linked_.add(offset);
+    if (marks_.has(targetMark(offset))) --missingRecords_;
+    marks_.add(recordMark(offset));
     follow(record.left);
     follow(record.right);
   }
@@ -26,17 +27,24 @@ class LinkOrder {
   /// A link, of a record or of a bucket.
   bool follow(int target) {
     if (target == 0) return true;
-    kept_ = kept_ && target > 0 && target < fileSize_ && !targets_.has(target);
-    if (kept_) targets_.add(target);
-    return kept_;
+    kept_ = kept_ && target > 0 && target < fileSize_ && !marks_.has(targetMark(target));
+    if (!kept_) return false;
+    marks_.add(targetMark(target));
+    if (!marks_.has(recordMark(target))) ++missingRecords_;
+    return true;
   }
 
-  [[nodiscard]] bool isKept() const { return kept_ && targets_.isWithin(linked_); }
+  [[nodiscard]] bool isKept() const { return kept_ && missingRecords_ == 0; }
 
  private:
+  // Each offset has two marks, side by side: both are looked at together.
+  static constexpr long long kMarks = 2;
+  static long long recordMark(long long offset) { return kMarks * offset; }
+  static long long targetMark(long long offset) { return kMarks * offset + 1; }
+
   long long fileSize_;
-  OffsetSet linked_;
-  OffsetSet targets_;
+  OffsetSet marks_;
+  long long missingRecords_ = 0;  // linked to, but not met yet
   bool kept_ = true;
 };
 
