@@ -22,15 +22,15 @@ constexpr std::size_t kListRoom = sizeof ZwNodeInfo::commandClasses;
 // Copies the list into the working copy, and formats it. A received list without an end fills the field; then there
 // is no room for the working copy's end, and the basic class behind the field is left alone.
 void copyCommandClasses(TembraAssociation& assoc) {
-  tembra::TextWriter& line = tembra::line("node ")
-                             << assoc.zwNodeRx.nodeId << " Supported Command Classes:";  // [sic] no prefix
+  tembra::TextWriter& text = tembra::line("node ");  // [sic] no prefix
+  text << assoc.zwNodeRx.nodeId << " Supported Command Classes:";
   for (std::size_t i = 0; i < kListRoom && assoc.zwNodeRx.commandClasses[i] != kListEnd; ++i) {
     const unsigned char commandClass = assoc.zwNodeRx.commandClasses[i];
     assoc.zwNodeWork.commandClasses[i] = commandClass;
     if (i + 1 < kListRoom) assoc.zwNodeWork.commandClasses[i + 1] = 0;
-    line << "0x" << Hex{commandClass, 2} << " ";
+    text << "0x" << Hex{commandClass, 2} << " ";
   }
-  tembra::logLine(assoc, Level::Progress, line);
+  tembra::logLine(assoc, Level::Progress, text);
 }
 
 bool hasAll(TembraAssociation& assoc, const unsigned char (&required)[tembra::NodeClass::kMostRequired]) {
