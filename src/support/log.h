@@ -17,7 +17,7 @@ enum class Level : int { Progress = 0, Warning = 1, Error = 2, Detail = 3 };
 void log(const TembraAssociation& assoc, Level level, const char* text);
 
 /// Begins a line of several pieces, cut at 511 characters. Call it with the state lock held: there is one such line at
-/// a time, which `logLine` ends.
+/// a time, which `logLine` ends. No piece may come from a call of the router's libraries: they may call back and log.
 TextWriter& line(const char* start);
 
 /// Logs a line that was put together, and leaves it in `tempStr`.
