@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <vector>
@@ -36,6 +37,7 @@ int main(int argc, char** argv) try {
   app.add_option("--output", output, "folder for latest.json and the curves' data")->required();
   CLI11_PARSE(app, argc, argv);
 
+  setenv("TEMBRA_LOG_LEVEL", "warning", 1);
   bench::Report report;
   bench::Effort effort = isShort ? bench::kShort : bench::kThorough;
   std::erase_if(effort.homeSizes, [largestHome](int devices) { return devices > largestHome; });

@@ -45,7 +45,7 @@ std::string goalOf(const Figure& figure) {
 
 void printLine(const Figure& figure) {
   const std::string limit = figure.limit ? withUnit(*figure.limit, figure.unit) : "";
-  const std::string ratio = figure.limit && *figure.limit != 0 ? number(figure.ratio(), " x") : "";
+  const std::string ratio = figure.hasRatio() ? number(figure.ratio(), " x") : "";
   const char* met = !figure.hasGoal() ? "" : figure.isMet() ? "met" : "NOT MET";
   std::printf("%2d  %-58s %14s %14s %8s  %-24s %s\n", figure.number, figure.what.c_str(),
               withUnit(figure.value, figure.unit).c_str(), limit.c_str(), ratio.c_str(), goalOf(figure).c_str(), met);
@@ -55,7 +55,7 @@ json jsonOf(const Figure& figure) {
   json line = {
       {"number", figure.number}, {"figure", figure.what}, {"unit", nameOf(figure.unit)}, {"value", figure.value}};
   if (figure.limit) line["limit"] = *figure.limit;
-  if (figure.limit && *figure.limit != 0) line["ratio"] = figure.ratio();
+  if (figure.hasRatio()) line["ratio"] = figure.ratio();
   if (figure.hasGoal()) {
     line["goal"] = goalOf(figure);
     line["met"] = figure.isMet();
@@ -90,7 +90,8 @@ std::string fileNameOf(std::string lookUp) {
 }  // namespace
 
 bool Figure::isMet() const {
-  return (!mostRatio || ratio() <= *mostRatio) && (!leastRatio || ratio() >= *leastRatio) &&
+  // Not by the ratio: a limit that is a difference of two times may be nothing, or less.
+  return (!mostRatio || value <= *mostRatio * *limit) && (!leastRatio || value >= *leastRatio * *limit) &&
          (!most || value <= *most) && (!least || value >= *least);
 }
 

@@ -24,6 +24,7 @@ struct Figure {
   std::optional<double> most = {};
   std::optional<double> least = {};
 
+  [[nodiscard]] bool hasRatio() const { return limit && *limit > 0; }
   [[nodiscard]] double ratio() const { return value / *limit; }
   [[nodiscard]] bool hasGoal() const { return mostRatio || leastRatio || most || least; }
   [[nodiscard]] bool isMet() const;
@@ -49,7 +50,7 @@ class Report {
 
   void print() const;
 
-  /// Writes latest.json, and for each look-up NAME.dat with the columns keys, library and bare.
+  /// Writes latest.json, and for each look-up NAME.dat with the columns devices, library and bare.
   void write(const std::filesystem::path& folder, bool isShort) const;
 
  private:

@@ -4,13 +4,16 @@
 # What building and demonstrating takes.
 demo_packages=(g++ cmake ninja-build pkgconf libqdbm-dev libspdlog-dev libcli11-dev libjsmn-dev nlohmann-json3-dev)
 
-# What testing takes: the same, the test framework, the second compiler and the checkers.
-# shellcheck disable=SC2034
-test_packages=("${demo_packages[@]}" libgtest-dev ccache clang clang-format clang-tidy)
-
 # What measuring takes: the same as building, the framework, and what draws the curves.
-# shellcheck disable=SC2034
 bench_packages=("${demo_packages[@]}" libbenchmark-dev gnuplot-nox)
+
+# What testing takes: all that, the test framework, the second compiler, the checkers, and what counts instructions.
+# shellcheck disable=SC2034
+test_packages=("${bench_packages[@]}" libgtest-dev ccache clang libclang-rt-dev clang-format clang-tidy valgrind)
+
+# What the coverage of the fuzzers' corpora takes: the same as building, the second compiler, and its readers.
+# shellcheck disable=SC2034
+coverage_packages=("${demo_packages[@]}" clang libclang-rt-dev llvm-14)
 
 is_installed() {
   dpkg-query --show --showformat '${db:Status-Status}\n' "$1" 2>/dev/null | grep --quiet --line-regexp installed

@@ -5,35 +5,11 @@
 #include <vector>
 
 #include "figures.h"
+#include "figures/catalogue.h"
 #include "rig/outside.h"
-#include "sim/zigbee/descriptions.h"
-#include "sim/zwave/node_blocks.h"
 
 namespace bench {
 namespace {
-
-std::vector<ZbDeviceInfo> zigbeeDevices() {
-  const auto catalogue = tembra::sim::ZigbeeCatalogue::load(TEMBRA_CATALOGUE);
-  std::vector<ZbDeviceInfo> devices;
-  for (const auto& device : catalogue.devices()) {
-    devices.push_back(tembra::sim::describedDevice(0x1a01, tembra::sim::kStatusComplete, device));
-  }
-  return devices;
-}
-
-// Those of a kind that gets an index table.
-std::vector<ZwNodeInfo> genericNodes(TembraAssociation& assoc) {
-  const NoDatabase noDatabase;
-  const auto catalogue = tembra::sim::ZwaveCatalogue::load(TEMBRA_CATALOGUE);
-  std::vector<ZwNodeInfo> nodes;
-  for (const auto& device : catalogue.devices()) {
-    assoc.zwNodeRx = tembra::sim::describedNode(5, device);
-    if (assoc.ZW_createDeviceType() == 1 && assoc.classifiedType == DEVTYPE_GENERIC_DEVICE) {
-      nodes.push_back(assoc.zwNodeRx);
-    }
-  }
-  return nodes;
-}
 
 template <typename Run>
 std::size_t allocationsOf(Run run) {
@@ -63,7 +39,7 @@ void addAllocations(Report& report, int number, const char* what, std::size_t al
 void measureClassification(const Effort& effort, Report& report) {
   TembraAssociation& assoc = *TembraAssociation::LCDAssocInit();
   const std::vector<ZbDeviceInfo> devices = zigbeeDevices();
-  const std::vector<ZwNodeInfo> nodes = genericNodes(assoc);
+  const std::vector<ZwNodeInfo> nodes = genericNodes();
   const auto zigbee = [&] {
     for (const ZbDeviceInfo& device : devices) {
       assoc.zbDevice = device;
@@ -92,7 +68,7 @@ void measureClassification(const Effort& effort, Report& report) {
               .most = 400});
   addAllocations(report, 3, "allocations of it", allocationsOf(zigbee));
   report.add({.number = 4,
-              .what = "Z-Wave classification with index table, no database",
+              .what = "Z-Wave classification, index table, log lines formatted",
               .unit = Unit::Nanoseconds,
               .value = zwaveEach * 1e9,
               .limit = {},

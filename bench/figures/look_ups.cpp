@@ -131,7 +131,7 @@ void measureLookUps(const Effort& effort, Report& report) {
   }
   for (const LookUp& lookUp : kLookUps) {
     const std::vector<CurvePoint> curve = report.curveOf(lookUp.name);
-    if (lookUp.bare != nextIdBare) addSlope(report, lookUp.name, curve.front(), curve.back());
+    addSlope(report, lookUp.name, curve.front(), curve.back());
   }
 }
 

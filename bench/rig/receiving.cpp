@@ -17,6 +17,8 @@ void awaitTrue(const std::atomic<bool>& condition) {
 
 constexpr int kReceiveBuffer = 8 << 20;  // the kernel gives what it allows
 
+constexpr const char* kBareAddress = "127.255.255.4:8889";
+
 LibraryReceiving* theLibrary = nullptr;
 
 // Opening runs the router's settings command.
@@ -74,18 +76,16 @@ void LibraryReceiving::onEvent(AssocEvent* event) {
   theLibrary->tell();
 }
 
-BareReceiving::BareReceiving() : socket_("127.255.255.4:8889") {
+BareReceiving::BareReceiving() : socket_(kBareAddress), address_(addressOf(kBareAddress)) {
   setsockopt(socket_.descriptor(), SOL_SOCKET, SO_RCVBUF, &kReceiveBuffer, sizeof kReceiveBuffer);
   thread_ = std::thread([this] { run(); });
 }
 
 // An empty datagram ends the loop.
 BareReceiving::~BareReceiving() {
-  socket_.send({}, address());
+  sendto(socket_.descriptor(), nullptr, 0, 0, reinterpret_cast<const sockaddr*>(&address_), sizeof address_);
   thread_.join();
 }
-
-sockaddr_in BareReceiving::address() const { return addressOf("127.255.255.4:8889"); }
 
 void BareReceiving::prepareFor(const Datagram& datagram) {
   answerTo_ = Daemons::addressOfServer(datagram.answerTo);

@@ -81,7 +81,7 @@ class BareReceiving : public Receiving {
   BareReceiving(const BareReceiving&) = delete;
   BareReceiving& operator=(const BareReceiving&) = delete;
 
-  [[nodiscard]] sockaddr_in address() const override;
+  [[nodiscard]] sockaddr_in address() const override { return address_; }
   void prepareFor(const Datagram& datagram) override;
 
  private:
@@ -89,6 +89,7 @@ class BareReceiving : public Receiving {
   void handle(const unsigned char* bytes, ssize_t size);
 
   UdpSocket socket_;
+  sockaddr_in address_;
   sockaddr_in answerTo_{};
   size_t answerSize_ = 0;
   int entries_ = 0;

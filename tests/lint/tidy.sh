@@ -4,11 +4,10 @@
 set -euo pipefail
 rm -rf "$3"
 cmake -S . -B "$3" -G Ninja -DCMAKE_CXX_COMPILER="$2" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON -DCMAKE_UNITY_BUILD=ON \
-  -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 >"$3.log"
+  -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 -DTEMBRA_BENCH=ON >"$3.log"
 # The checker takes its settings from above the file it is given, which is a unit in that folder.
 cp .clang-tidy "$3/"
-cp tests/.clang-tidy "$3/tests/"
-cp fuzz/.clang-tidy "$3/fuzz/"
+for folder in tests bench fuzz; do cp $folder/.clang-tidy "$3/$folder/"; done
 "$1" -quiet -p "$3" -j "$(nproc)" >>"$3.log" 2>/dev/null || {
   grep -E "(warning|error):" "$3.log" | sort -u
   exit 1
