@@ -1,12 +1,25 @@
 # What every target of the project has in common.
 
-# Warnings are errors; sanitizers where the preset asks for them.
-function(tembra_target name)
+# Warnings are errors.
+function(tembra_warnings name)
   target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+endfunction()
+
+# The same, and sanitizers where the preset asks for them.
+function(tembra_target name)
+  tembra_warnings(${name})
   if(TEMBRA_SANITIZE)
     target_compile_options(${name} PRIVATE -fsanitize=${TEMBRA_SANITIZE} -fno-omit-frame-pointer
                                            -fno-sanitize-recover=all)
     target_link_options(${name} PRIVATE -fsanitize=${TEMBRA_SANITIZE})
+  endif()
+endfunction()
+
+# Most of what compiling this target takes is in the headers of the libraries that it uses: several files at a time.
+# (A build that takes all of them at once goes on doing so.)
+function(tembra_heavy_headers name)
+  if(NOT CMAKE_UNITY_BUILD)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
   endif()
 endfunction()
 
