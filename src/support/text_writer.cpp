@@ -7,8 +7,22 @@
 namespace tembra {
 namespace {
 
-constexpr unsigned kDecimal = 10;
-constexpr unsigned kHexadecimal = 16;
+// The digits of a number, right-aligned in a field; a base that is known here is divided by without a division.
+template <unsigned Base>
+class Digits {
+ public:
+  Digits(unsigned number, int least) {
+    for (; number != 0 || least > 0; number /= Base, --least) *--first_ = "0123456789abcdef"[number % Base];
+  }
+  [[nodiscard]] std::string_view text() const { return {first_, static_cast<std::size_t>(std::end(text_) - first_)}; }
+
+ private:
+  char text_[std::numeric_limits<unsigned>::digits10 + 1];
+  char* first_ = std::end(text_);
+};
+
+using Decimal = Digits<10>;
+using Hexadecimal = Digits<16>;
 
 }  // namespace
 
@@ -23,18 +37,10 @@ TextWriter& TextWriter::operator<<(std::string_view piece) {
 }
 
 TextWriter& TextWriter::operator<<(int number) {
-  if (number >= 0) return digits(static_cast<unsigned>(number), kDecimal, 1);
-  *this << "-";
-  return digits(0U - static_cast<unsigned>(number), kDecimal, 1);
+  if (number >= 0) return *this << Decimal(static_cast<unsigned>(number), 1).text();
+  return *this << "-" << Decimal(0U - static_cast<unsigned>(number), 1).text();
 }
 
-TextWriter& TextWriter::operator<<(Hex hex) { return digits(hex.number, kHexadecimal, hex.digits); }
-
-TextWriter& TextWriter::digits(unsigned number, unsigned base, int least) {
-  char text[std::numeric_limits<unsigned>::digits10 + 1];
-  char* first = std::end(text);
-  for (; number != 0 || least > 0; number /= base, --least) *--first = "0123456789abcdef"[number % base];
-  return *this << std::string_view(first, static_cast<std::size_t>(std::end(text) - first));
-}
+TextWriter& TextWriter::operator<<(Hex hex) { return *this << Hexadecimal(hex.number, hex.digits).text(); }
 
 }  // namespace tembra

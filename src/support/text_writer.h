@@ -30,8 +30,6 @@ class TextWriter {
   [[nodiscard]] std::size_t length() const { return static_cast<std::size_t>(next_ - start_); }
 
  private:
-  TextWriter& digits(unsigned number, unsigned base, int least);
-
   char* start_;
   char* next_;
   char* end_;

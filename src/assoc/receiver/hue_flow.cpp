@@ -4,6 +4,7 @@
 #include <tembra/hue.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -40,6 +41,13 @@ constexpr HueResult kHueResults[] = {
     {8, EVENT_HUE_DONE, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueHub"})"},
     {9, EVENT_HUE_DONE_2, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueHub"})"},
 };
+
+// All that most answers have to say; the bridges make the record a large one.
+int readType(const Flow& flow) {
+  decltype(HueAnswer::type) type{};
+  std::memcpy(&type, flow.datagram + offsetof(HueAnswer, type), sizeof type);
+  return type;
+}
 
 const HueResult* findResult(int type) {
   const auto* row = std::find_if(std::begin(kHueResults), std::end(kHueResults),
@@ -92,7 +100,9 @@ HueBridgeList listBridges(const HueAnswer& answer) {
   return list;
 }
 
-[[nodiscard]] bool tellBridges(const Flow& flow, const HueAnswer& answer) {
+[[nodiscard]] bool tellBridges(const Flow& flow) {
+  HueAnswer answer;
+  std::memcpy(&answer, flow.datagram, sizeof answer);
   const HueBridgeList list = listBridges(answer);
   std::memcpy(flow.events.b.payload, &list, sizeof list);
   if (!flow.tell(flow.events.b, EVENT_HUE_BRIDGES, SERVER_HUE)) return false;
@@ -102,9 +112,10 @@ HueBridgeList listBridges(const HueAnswer& answer) {
 }
 
 // False when the flow has ended with the connection it belonged to.
-bool handleAnswer(const Flow& flow, const HueAnswer& answer) {
-  if (answer.type == kBridgesFound) return tellBridges(flow, answer);
-  const HueResult* result = findResult(answer.type);
+bool handleAnswer(const Flow& flow) {
+  const int type = readType(flow);
+  if (type == kBridgesFound) return tellBridges(flow);
+  const HueResult* result = findResult(type);
   if (result == nullptr) {
     log(flow.assoc, Level::Error, TEMBRA_LOG_PREFIX "Got unknown state from HUE");
     return true;
@@ -117,10 +128,8 @@ bool handleAnswer(const Flow& flow, const HueAnswer& answer) {
 }  // namespace
 
 void handleHue(const Flow& flow) {
-  HueAnswer answer;
-  std::memcpy(&answer, flow.datagram, sizeof answer);
-  std::memcpy(&flow.events.c, &answer, sizeof answer);  // the copy shares its place with the Nest events
-  if (handleAnswer(flow, answer)) closeForWebServer(flow);
+  std::memcpy(&flow.events.c, flow.datagram, sizeof(HueAnswer));  // the copy shares its place with the Nest events
+  if (handleAnswer(flow)) closeForWebServer(flow);
 }
 
 }  // namespace tembra

@@ -22,6 +22,22 @@ namespace {
 
 constexpr timespec kLostDescriptorPause = {0, 100'000'000};
 
+// Who sent the last datagram. Most often it was the same server: then its address need not be made a text again.
+class LastSender {
+ public:
+  ClientType typeOf(TembraAssociation& assoc, in_addr address) {
+    if (address.s_addr != address_.s_addr) {
+      address_ = address;
+      type_ = assoc.findClientType(address);
+    }
+    return type_;
+  }
+
+ private:
+  in_addr address_{INADDR_ANY};
+  ClientType type_ = CLIENT_UNKNOWN;
+};
+
 class Receiver {
  public:
   explicit Receiver(TembraAssociation& assoc) : assoc_(assoc), connection_(assoc) {}
@@ -43,6 +59,7 @@ class Receiver {
   TembraAssociation& assoc_;
   ReceiverLease connection_;
   sockaddr_in sender_{};
+  LastSender lastSender_;
   int timeoutSeconds_ = kIdleTimeout;
   unsigned char datagram_[kReceiveBufferSize] = {};
   EventBuffers events_;
@@ -113,7 +130,7 @@ void Receiver::reportTimeout() {
 
 // The answers of four servers have a flow each; only those make the association this router's own.
 void Receiver::dispatch() {
-  switch (assoc_.findClientType(sender_.sin_addr)) {
+  switch (lastSender_.typeOf(assoc_, sender_.sin_addr)) {
     case CLIENT_ZWAVE:
       return runFlow(handleZwave);
     case CLIENT_ZIGBEE:
