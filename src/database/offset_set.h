@@ -1,4 +1,5 @@
 // A set of offsets of one file, in memory of the system's: it costs nothing until it is touched, and the heap nothing.
+// Asking for it costs more than looking through a small file: who expects one may lend a buffer.
 #ifndef TEMBRA_DATABASE_OFFSET_SET_H
 #define TEMBRA_DATABASE_OFFSET_SET_H
 
@@ -6,16 +7,23 @@
 
 #include <climits>
 #include <cstddef>
+#include <cstring>
 
 namespace tembra {
 
-/// Zeroed memory.
+/// Memory for a while.
+struct Buffer {
+  void* memory = nullptr;
+  std::size_t size = 0;
+};
+
+/// Zeroed memory: the buffer if it is large enough, else the system's.
 class Pages {
  public:
-  explicit Pages(std::size_t size)
-      : size_(size), memory_(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)) {}
+  explicit Pages(std::size_t size, Buffer buffer = {})
+      : size_(size), isLent_(size <= buffer.size), memory_(isLent_ ? std::memset(buffer.memory, 0, size) : map(size)) {}
   ~Pages() {
-    if (isThere()) munmap(memory_, size_);
+    if (isThere() && !isLent_) munmap(memory_, size_);
   }
   Pages(const Pages&) = delete;
   Pages& operator=(const Pages&) = delete;
@@ -29,14 +37,19 @@ class Pages {
   }
 
  private:
+  static void* map(std::size_t size) {
+    return mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  }
+
   std::size_t size_;
+  bool isLent_;
   void* memory_;
 };
 
 class OffsetSet {
  public:
-  explicit OffsetSet(long long fileSize)
-      : pages_(static_cast<std::size_t>(fileSize) / CHAR_BIT + 1), bits_(pages_.as<unsigned char>()) {}
+  explicit OffsetSet(long long fileSize, Buffer buffer = {})
+      : pages_(static_cast<std::size_t>(fileSize) / CHAR_BIT + 1, buffer), bits_(pages_.as<unsigned char>()) {}
 
   [[nodiscard]] bool isThere() const { return pages_.isThere(); }
 

@@ -11,7 +11,10 @@ namespace tembra {
 /// of every healthy file, and found out in one pass over its records.
 class LinkOrder {
  public:
-  explicit LinkOrder(long long fileSize) : fileSize_(fileSize), marks_(kMarks * fileSize) {}
+  explicit LinkOrder(long long fileSize)
+      : fileSize_(fileSize), marks_(kMarks * fileSize, {smallHome_, sizeof smallHome_}) {}
+  LinkOrder(const LinkOrder&) = delete;
+  LinkOrder& operator=(const LinkOrder&) = delete;
 
   /// False for want of memory; nothing else may be called then.
   [[nodiscard]] bool canBeSeen() const { return marks_.isThere(); }
@@ -43,6 +46,7 @@ class LinkOrder {
   static long long targetMark(long long offset) { return kMarks * offset + 1; }
 
   long long fileSize_;
+  unsigned char smallHome_[24576];  // for a dozen devices
   OffsetSet marks_;
   long long missingRecords_ = 0;  // linked to, but not met yet
   bool kept_ = true;

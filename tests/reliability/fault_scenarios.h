@@ -25,7 +25,7 @@ std::ostream& operator<<(std::ostream& stream, const Scenario& scenario);
 const std::vector<Scenario>& faultScenarios();
 
 /// The records of a healthy file.
-inline constexpr int kRecordsOfAHealthyFile = 6;
+inline constexpr int kRecordsOfAHealthyFile = 7;
 
 /// Puts the database and the service where every scenario begins.
 void prepare(harness::Router& router, const Scenario& scenario);
