@@ -37,7 +37,7 @@ DeviceRecord describe(int id) {
 void putIndexes(DEPOT* depot, int id) {
   for (int index = 1; index <= kIndexesEach; ++index) {
     IndexRecord record{};
-    std::snprintf(record.value, sizeof record.value, "%s", index == 1 ? "001788fffe0a0001" : "user-of-the-bridge");
+    std::snprintf(record.value, sizeof record.value, "%s", index == 1 ? "02a1b2fffe0a0001" : "user-of-the-bridge");
     std::string key = std::to_string(id);
     key.append(".").append(std::to_string(index));
     put(depot, key, &record, sizeof record);

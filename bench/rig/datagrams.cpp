@@ -36,7 +36,7 @@ std::vector<unsigned char> hueAnswer(int type, int bridges) {
   answer.count = bridges;
   for (int i = 0; i < bridges; ++i) {
     std::snprintf(answer.entries[i].json, sizeof answer.entries[i].json,
-                  R"({"id":"001788fffe0a%02xff","internalipaddress":"192.168.10.42"})",
+                  R"({"id":"02a1b2fffe0a%02xff","internalipaddress":"192.168.10.42"})",
                   static_cast<unsigned>(i) & 0xFFU);
   }
   return bytesOf(answer);

@@ -21,7 +21,9 @@ constexpr std::size_t kIndexesAt = 973;
 constexpr std::size_t kIndexRoom = 31;
 constexpr unsigned char kListEnd = 0xFF;
 
-std::string logLine(int level, const std::string& text) { return "log " + std::to_string(level) + " " + text + "\n"; }
+void addLogLine(std::string& trace, int level, std::string_view text) {
+  trace.append("log ").append(std::to_string(level)).append(" ").append(text).append("\n");
+}
 
 template <typename... Numbers>
 std::string format(const char* pattern, Numbers... numbers) {
@@ -42,7 +44,7 @@ void readCommandClasses(const ZwNodeInfo& received, Outcome& outcome) {
     if (i < 52) outcome.work.commandClasses[i + 1] = 0;
     text += format("0x%.2x ", received.commandClasses[i]);
   }
-  outcome.trace += logLine(0, text);
+  addLogLine(outcome.trace, 0, text);
 }
 
 // One "cmd matched" for each command class found, up to the first that is missing.
@@ -55,10 +57,10 @@ int readType(const ZwNodeInfo& received, Outcome& outcome) {
       type = row.type;
       break;
     }
-    outcome.trace += logLine(0, "libTembraAssoc:cmd matched");
+    addLogLine(outcome.trace, 0, "libTembraAssoc:cmd matched");
   }
   outcome.work.proposedType = type;
-  outcome.trace += logLine(0, row.text);
+  addLogLine(outcome.trace, 0, row.text);
   return type;
 }
 
@@ -139,17 +141,19 @@ void readValues(const ZwNodeInfo& received, Outcome& outcome) {
   table.type(0, 0);
   for (std::size_t i = 0; i < kValueRoom && value[0] != 0; ++i, value += 3) {
     const int type = indexRow(value[0], value[1]).type;
-    outcome.trace +=
-        logLine(3, format("libTembraAssoc:GenericDevice: command class: %d command index %d", value[0], value[1]));
+    addLogLine(outcome.trace, 3,
+               format("libTembraAssoc:GenericDevice: command class: %d command index %d", value[0], value[1]));
     table.type(k, type);
     if (type != kUndefined) {
       table.instance(k, value[2]);
       raise(outcome.raised, type);
-      outcome.trace += logLine(3, format("libTembraAssoc:GenericDevice: cmdclass %d index %d instance : %d Enum: %d ",
-                                         value[0], value[1], value[2], type));
+      addLogLine(outcome.trace, 3,
+                 format("libTembraAssoc:GenericDevice: cmdclass %d index %d instance : %d Enum: %d ", value[0],
+                        value[1], value[2], type));
     } else {
-      outcome.trace += logLine(
-          3, format("libTembraAssoc:GenericDevice: Enum is not defined for : cmdclass %d ind %d", value[0], value[1]));
+      addLogLine(
+          outcome.trace, 3,
+          format("libTembraAssoc:GenericDevice: Enum is not defined for : cmdclass %d ind %d", value[0], value[1]));
       if (k > 0) --k;
     }
     ++k;
@@ -163,7 +167,7 @@ Outcome readNode(const ZwNodeInfo& received, const Outcome& before, int id) {
   outcome.trace.clear();
   readCommandClasses(received, outcome);
   if (received.basicClass == 0) {
-    outcome.trace += logLine(2, "libTembraAssoc:BasicType is 0,so skipping Device addition");
+    addLogLine(outcome.trace, 2, "libTembraAssoc:BasicType is 0,so skipping Device addition");
     return outcome;
   }
   outcome.classifiedType = readType(received, outcome);
@@ -172,12 +176,12 @@ Outcome readNode(const ZwNodeInfo& received, const Outcome& before, int id) {
   outcome.work.nodeId = received.nodeId;
   char typeName[512] = {};
   DevtypeEnumToStr(static_cast<DevType>(outcome.classifiedType), typeName);
-  outcome.name = typeName + std::string(" #") + std::to_string(id);
+  outcome.name.assign(typeName).append(" #").append(std::to_string(id));
   keepText(outcome.work.name, outcome.name);
   outcome.work.requestMark = 255;
-  outcome.trace +=
-      logLine(0, format("libTembraAssoc:Device Basic Type:0x%.2x, Generic Type:0x%.2x, Specific Type:0x%.2x,Nodeid:%d",
-                        received.basicClass, received.genericClass, received.specificClass, received.nodeId));
+  addLogLine(outcome.trace, 0,
+             format("libTembraAssoc:Device Basic Type:0x%.2x, Generic Type:0x%.2x, Specific Type:0x%.2x,Nodeid:%d",
+                    received.basicClass, received.genericClass, received.specificClass, received.nodeId));
   outcome.result = 1;
   return outcome;
 }

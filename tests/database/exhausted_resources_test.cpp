@@ -12,6 +12,7 @@
 #include "database/depot_words.h"
 #include "harness/faults.h"
 #include "house.h"
+#include "readers.h"
 
 using harness::Bytes;
 using harness::lines;
@@ -42,20 +43,6 @@ class Exhausted {
  private:
   rlimit before_{};
   std::vector<int> used_;
-};
-
-struct Reader {
-  const char* name;
-  int (*read)(TembraAssociation&);
-  int result;
-};
-
-const Reader kReaders[] = {
-    {"known node", [](TembraAssociation& assoc) { return assoc.ZW_checkNodeExists(); }, 0},
-    {"removal", [](TembraAssociation& assoc) { return assoc.ZW_removeNode(); }, -1},
-    {"ZigBee removal", [](TembraAssociation& assoc) { return assoc.zb_removeNode(1); }, -1},
-    {"next id", [](TembraAssociation& assoc) { return assoc.calculateDevId(); }, -1},
-    {"bridge list", [](TembraAssociation& assoc) { return assoc.Hue_getBridgeList() == nullptr ? 0 : 1; }, 0},
 };
 
 struct FailedRepair {
@@ -95,11 +82,11 @@ TEST(WithoutADescriptor, TheDeviceListIsNeitherRepairedNorDeleted) {
   router.assoc();
   router.forget();
   router.watch(harness::kWatchDatabase);
-  for (const Reader& reader : kReaders) {
+  for (const house::Reader& reader : house::kReaders) {
     SCOPED_TRACE(reader.name);
     {
       const Exhausted exhausted(0);
-      EXPECT_EQ(reader.read(router.assoc()), reader.result);
+      EXPECT_EQ(reader.read(router.assoc()), reader.resultWithoutFile);
     }
     EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: open error"}));
     EXPECT_EQ(router.database().file(), healthy);

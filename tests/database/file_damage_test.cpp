@@ -1,10 +1,12 @@
-// Thousands of random damages of a real file, through every reader: no crash, no hang, no huge file, and afterwards a
-// database that the HA server can go on with.
+// Thousands of random damages of a real file, each through every reader: no crash, no hang, no huge file, no huge
+// memory, and afterwards a database that the HA server can go on with.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
@@ -12,10 +14,11 @@
 
 #include "database/depot_words.h"
 #include "house.h"
+#include "peak_memory.h"
+#include "readers.h"
 
 using depot::Words;
 using harness::Bytes;
-using harness::Device;
 using harness::Router;
 
 namespace {
@@ -23,9 +26,11 @@ namespace {
 constexpr unsigned kLongestSeconds = 10;
 constexpr std::uintmax_t kLargestGrowth = 3 << 19;
 
+// A sanitizer spends a tenth of a second on each gigabyte that the Depot library asks for.
 int damages() {
   const char* text = std::getenv("TEMBRA_DAMAGES");
-  return text == nullptr ? 500 : std::atoi(text);
+  if (text != nullptr) return std::atoi(text);
+  return isSanitized() ? 40 : 200;
 }
 
 /// Draws one damage after the other, the same ones in every run.
@@ -81,13 +86,17 @@ class Vandal {
   std::minstd_rand dice_;
 };
 
-void readEverything(Router& router) {
-  TembraAssociation& assoc = router.assoc();
-  house::findNode(router, 5);
-  assoc.ZW_removeNode();
-  assoc.zb_removeNode(0x1234);
-  assoc.calculateDevId();
-  std::free(assoc.Hue_getBridgeList());
+// A reader mends what it opens, so that each gets the damaged file itself. How long the file is then.
+std::uintmax_t sizeBehind(const house::Reader& reader, Router& router, const Bytes& damaged) {
+  router.database().remove();
+  router.database().replaceWith(damaged);
+  alarm(kLongestSeconds);
+  reader.read(router.assoc());
+  alarm(0);
+  router.forget();
+  std::error_code gone;
+  const std::uintmax_t size = std::filesystem::file_size("/tmp/ddb", gone);
+  return gone ? 0 : size;
 }
 
 }  // namespace
@@ -96,20 +105,20 @@ TEST(DamagedFile, IsNoHarmToAnyReader) {
   Router router;
   house::fill(router.database());
   const Bytes healthy = router.database().file();
-  router.assoc();
+  router.assoc().zwNodeRx.nodeId = 5;
+  const PeakMemory peak;
   Vandal vandal;
-  for (int round = 0; round < damages(); ++round) {
-    SCOPED_TRACE("damage " + std::to_string(round));
-    router.database().remove();
-    router.database().replaceWith(vandal.damage(healthy));
-    alarm(kLongestSeconds);
-    readEverything(router);
-    alarm(0);
-    std::error_code none;
-    const std::uintmax_t size = std::filesystem::file_size("/tmp/ddb", none);
-    EXPECT_TRUE(none || size < healthy.size() + kLargestGrowth) << size;
-    router.forget();
+  std::uintmax_t largest = 0;
+  for (int round = 0; round < damages() && largest < healthy.size() + kLargestGrowth; ++round) {
+    const Bytes damaged = vandal.damage(healthy);
+    for (const house::Reader& reader : house::kReaders) {
+      SCOPED_TRACE("damage " + std::to_string(round) + " before " + reader.name);
+      largest = std::max(largest, sizeBehind(reader, router, damaged));
+      EXPECT_LT(largest, healthy.size() + kLargestGrowth);
+    }
   }
+  std::printf("largest file: %ju bytes, peak of memory grown by %ld KiB\n", largest, peak.growth());
+  peak.expectFlat();
   router.database().remove();
   house::fill(router.database());
   EXPECT_EQ(house::countFound(router), house::kDevices) << "the readers are none the worse for it";

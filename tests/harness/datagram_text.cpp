@@ -35,6 +35,7 @@ std::string number(long value) { return std::to_string(value); }
 
 std::string strayBytes(const Bytes& bytes, const Bytes& shown) {
   std::string stray;
+  if (bytes == shown) return stray;
   for (std::size_t at = 0; at < bytes.size(); ++at) {
     if (bytes[at] != shown[at]) stray += " stray @" + number(static_cast<long>(at));
   }

@@ -50,7 +50,9 @@ Logger* Logger::getInstance() {
 }
 
 void Logger::Log(int level, const char* text) {
-  harness::trace().add("log " + std::to_string(level) + " " + text);
+  std::string line = "log ";
+  line.append(std::to_string(level)).append(" ").append(text);
+  harness::trace().add(line);
   harness::Stage* stage = harness::stage();
   if (stage == nullptr) return;
   std::function<void(const std::string&)> hook;

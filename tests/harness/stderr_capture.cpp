@@ -1,5 +1,7 @@
 #include "harness/stderr_capture.h"
 
+#include <string_view>
+
 #include "harness/trace.h"
 
 namespace harness {
@@ -19,14 +21,14 @@ StderrCapture::~StderrCapture() {
 // The stream's own lock lets one writer in at a time.
 ssize_t StderrCapture::write(void* capture, const char* text, size_t length) {
   auto& self = *static_cast<StderrCapture*>(capture);
-  for (const char* c = text; c != text + length; ++c) {
-    if (*c != '\n') {
-      self.unfinished_ += *c;
-      continue;
-    }
+  std::string_view rest(text, length);
+  for (auto end = rest.find('\n'); end != std::string_view::npos; end = rest.find('\n')) {
+    self.unfinished_ += rest.substr(0, end);
+    rest.remove_prefix(end + 1);
     trace().add("stderr " + self.unfinished_);
     self.unfinished_.clear();
   }
+  self.unfinished_ += rest;
   return static_cast<ssize_t>(length);
 }
 

@@ -1,6 +1,5 @@
 #include "harness/trace.h"
 
-#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -25,7 +24,7 @@ void Trace::watch(unsigned kinds) {
 
 void Trace::add(std::string_view line) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  lines_ += visible(line);
+  appendVisible(lines_, line);
   lines_ += '\n';
 }
 
@@ -57,7 +56,9 @@ void Trace::addEvent(RecordedEvent event) {
 
 std::string Trace::takeLines() {
   const std::lock_guard<std::mutex> lock(mutex_);
-  return std::exchange(lines_, {});
+  std::string taken = lines_;
+  lines_.clear();  // its room is soon needed again
+  return taken;
 }
 
 std::vector<Datagram> Trace::takeSends() {
@@ -71,7 +72,10 @@ std::vector<RecordedEvent> Trace::takeEvents() {
 }
 
 void Trace::forget() {
-  takeLines();
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    lines_.clear();
+  }
   takeSends();
   takeEvents();
 }
@@ -89,23 +93,6 @@ std::string lines(std::initializer_list<std::string_view> each) {
     joined += '\n';
   }
   return joined;
-}
-
-std::string visible(std::string_view text) {
-  constexpr char digits[] = "0123456789abcdef";
-  if (std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; })) return std::string(text);
-  std::string shown;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '\n') {
-      shown += "\\n";
-    } else if (byte < ' ' || byte > '~') {
-      shown += {'\\', 'x', digits[byte >> 4], digits[byte & 15]};
-    } else {
-      shown += c;
-    }
-  }
-  return shown;
 }
 
 std::string errorName(int error) {

@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+#include "harness/visible_text.h"
+
 namespace harness {
 
 using Bytes = std::vector<unsigned char>;
@@ -66,9 +68,6 @@ Trace& trace();
 
 /// Joins lines the way Trace does.
 std::string lines(std::initializer_list<std::string_view> each);
-
-/// A text with its control characters made visible.
-std::string visible(std::string_view text);
 
 /// "EPERM" and the like.
 std::string errorName(int error);

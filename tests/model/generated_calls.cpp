@@ -4,7 +4,7 @@
 namespace model {
 namespace {
 
-const char* const kMacs[] = {"a1:b2:c3:0a:1b:2c", "00:17:88:7A:0c:2f"};
+const char* const kMacs[] = {"a1:b2:c3:0a:1b:2c", "02:a1:b2:7A:0c:2f"};
 
 }  // namespace
 
@@ -88,7 +88,7 @@ Step Generator::nestCall() {
 
 Step Generator::conversion() {
   if (chance(50)) return call("RevertHueMac", oneOf(kMacs));
-  return call("HueMac", std::string("001788fffe7A0c2f"));
+  return call("HueMac", std::string("02a1b2fffe7A0c2f"));
 }
 
 Step Generator::connectionCall() { return call(chance(50) ? "checkAssocConnection" : "closeAssocConnection"); }

@@ -53,7 +53,7 @@ Row Generator::anyDevice() {
 
 Row Generator::anyRow() {
   const std::string nextIds[] = {"17", "0", "12345678901", "-4", "x", ""};
-  const std::string bridges[] = {"a1b2c3fffe0a1b01", "001788fffe7a0c2f", ""};
+  const std::string bridges[] = {"a1b2c3fffe0a1b01", "02a1b2fffe7a0c2f", ""};
   const std::string users[] = {"ann", "bob", "anne"};
   const std::string id = std::to_string(kFirstId + below(kIds));
   const int dice = below(100);

@@ -5,7 +5,7 @@ namespace model {
 const std::vector<HueEntry>& hueEntries() {
   static const std::vector<HueEntry> entries = {
       {R"({"id":"a1b2c3fffe0a1b01","internalipaddress":"10.0.0.1"})", "a1b2c3fffe0a1b01", "10.0.0.1"},
-      {R"({"internalipaddress":"192.168.1.200","id":"001788fffe7a0c2f"})", "001788fffe7a0c2f", "192.168.1.200"},
+      {R"({"internalipaddress":"192.168.1.200","id":"02a1b2fffe7a0c2f"})", "02a1b2fffe7a0c2f", "192.168.1.200"},
       {R"({"id":"a1b2c3fffe0a1b03"})", "a1b2c3fffe0a1b03", nullptr},
       {R"({"internalipaddress":"10.0.0.4"})", nullptr, "10.0.0.4"},
       {R"({"id":"ab12","internalipaddress":"10.0.0.5"})", "ab12", "10.0.0.5"},

@@ -3,9 +3,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <thread>
 
@@ -63,11 +65,20 @@ class LockHolder {
   int release_ = -1;
 };
 
-template <typename Operation>
-void expectAtOnce(Operation operation) {
-  const auto begin = std::chrono::steady_clock::now();
-  operation();
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kAtOnce{100};
+constexpr int kTries = 5;  // a busy machine keeps anybody waiting now and then
+
+/// How long the slowest takes.
+Clock::duration slowestOf(std::initializer_list<std::function<void()>> calls) {
+  Clock::duration slowest{};
+  for (const auto& call : calls) {
+    const auto begin = Clock::now();
+    call();
+    slowest = std::max(slowest, Clock::now() - begin);
+  }
+  return slowest;
 }
 
 class LockedDatabase : public KernelStage {
@@ -110,14 +121,39 @@ class LockedDatabase : public KernelStage {
 
   /// An add whose look-up in the database has to wait.
   void addAsFarAsTheLookUp() {
+    const std::string lookUp = "................. ZW_ASSOC ...................";
+    const std::size_t lookUps = told(lookUp);
+    const int adds = events(EVENT_ADDING);
     connect();
     assoc.addDevZigbeeZwave();
     router.zwave().post(Node(5).bytes());
-    awaitEvents(EVENT_ADDING);
+    awaitEvents(EVENT_ADDING, adds + 1);
     router.zwave().post(Node(5).bytes());
-    await("................. ZW_ASSOC ...................");
+    await(lookUp, lookUps + 1);
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
     EXPECT_EQ(events(EVENT_GETTING_INFO), 0) << "it waits";
+  }
+
+  /// A front end's calls, up to closing and opening again.
+  Clock::duration slowestCallWhileALookUpWaits() {
+    const std::size_t threads = runningThreads();
+    const std::size_t ended = told("exited receive thread");
+    LockHolder holder;
+    addAsFarAsTheLookUp();
+    char name[] = "Lamp";
+    const auto slowest = slowestOf({
+        [&] { assoc.setDevName(name); },
+        [&] { assoc.sendCancelTo(cancel_both); },
+        [&] { assoc.closeAssocConnection(); },
+        [&] { EXPECT_EQ(assoc.checkAssocConnection(), 0); },
+    });
+    EXPECT_EQ(told("exited receive thread"), ended) << "the look-up still waits";
+    EXPECT_EQ(runningThreads(), threads + 2);
+    assoc.closeAssocConnection();
+    holder.release();
+    await("exited receive thread", ended + 2);
+    awaitThreads(threads);
+    return slowest;
   }
 
  private:
@@ -136,18 +172,12 @@ class LockedDatabase : public KernelStage {
 
 }  // namespace
 
+// The lock is held until every call is back: however long that is, it is not what they wait for.
 TEST_F(LockedDatabase, DelaysNoCallerAndNoClosing) {
   router.database().nextId("17");
-  const std::size_t threads = runningThreads();
-  const LockHolder holder;
-  addAsFarAsTheLookUp();
-  char name[] = "Lamp";
-  expectAtOnce([&] { assoc.setDevName(name); });
-  expectAtOnce([&] { assoc.sendCancelTo(cancel_both); });
-  expectAtOnce([&] { assoc.closeAssocConnection(); });
-  expectAtOnce([&] { EXPECT_EQ(assoc.checkAssocConnection(), 0); });
-  EXPECT_EQ(told("exited receive thread"), 0U);
-  EXPECT_EQ(runningThreads(), threads + 2);
+  Clock::duration slowest = kAtOnce;
+  for (int tries = 0; tries < kTries && slowest >= kAtOnce; ++tries) slowest = slowestCallWhileALookUpWaits();
+  EXPECT_LT(slowest, kAtOnce);
 }
 
 TEST_F(LockedDatabase, LetsNoEventOutAfterTheClosing) {

@@ -1,39 +1,16 @@
 // Signals of the front end's process during an operation. Only a real end of a receive is a time-out.
 #include <pthread.h>
-#include <sys/time.h>
 
-#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <thread>
 
 #include "kernel_stage.h"
+#include "signal_storm.h"
 
 using harness::Node;
 
 namespace {
-
-std::atomic<int> handled{0};
-
-/// SIGALRM a thousand times a second, with a handler that does not restart what it interrupts.
-class Storm {
- public:
-  Storm() {
-    struct sigaction action = {};
-    action.sa_handler = [](int) { ++handled; };
-    sigaction(SIGALRM, &action, nullptr);
-    setEvery(1000);
-  }
-  ~Storm() { setEvery(0); }
-  Storm(const Storm&) = delete;
-  Storm& operator=(const Storm&) = delete;
-
- private:
-  static void setEvery(int microseconds) {
-    const itimerval timer = {{0, microseconds}, {0, microseconds}};
-    setitimer(ITIMER_REAL, &timer, nullptr);
-  }
-};
 
 /// While it lives, this thread takes no SIGALRM: it goes to any other thread that does.
 class Deaf {
@@ -62,19 +39,19 @@ using Signals = KernelStage;
 }  // namespace
 
 TEST_F(Signals, AStormIsNoTimeOut) {
-  const Storm storm;
+  const SignalStorm storm;
   connect();
   assoc.addDevZigbeeZwave();
   letPass(std::chrono::milliseconds(200));
-  EXPECT_GT(handled, 20) << "the storm is one";
+  EXPECT_GT(SignalStorm::taken(), 20) << "the storm is one";
   {
     const Deaf deaf;
-    const int before = handled;
+    const int before = SignalStorm::taken();
     letPass(std::chrono::milliseconds(200));
-    EXPECT_EQ(handled, before) << "nobody else takes them";
+    EXPECT_EQ(SignalStorm::taken(), before) << "nobody else takes them";
     for (int i = 0; i < 100; ++i) pthread_kill(receiver_thread, SIGALRM);
     letPass(std::chrono::milliseconds(50));
-    EXPECT_EQ(handled, before);
+    EXPECT_EQ(SignalStorm::taken(), before);
   }
   router.zwave().post(Node(5).bytes());
   awaitEvents(EVENT_ADDING);

@@ -5,7 +5,6 @@
 
 #include <functional>
 #include <map>
-#include <sstream>
 
 #include "cancel_rules.h"
 #include "harness/router.h"
@@ -60,7 +59,7 @@ Do datagramFrom(const char* address, int port) {
 
 ZigbeeDevice described() { return ZigbeeDevice(kKnownAddress).status(10); }
 
-char mac[] = "00:17:88:01:02:03";
+char mac[] = "02:a1:b2:01:02:03";
 char account[] = "account";
 
 // Every input by its name in the rules; "timeout" and "none" are the machine's own.
@@ -193,16 +192,17 @@ class Machine {
     std::string text;
     const auto events = router_.takeEvents();
     auto event = events.begin();
-    std::istringstream lines(router_.takeTrace());
-    for (std::string line; std::getline(lines, line);) {
-      if (line.rfind("timeout ", 0) == 0) wait_ = std::stoi(line.substr(8));
+    const std::string trace = router_.takeTrace();
+    for (std::size_t begin = 0, end = 0; (end = trace.find('\n', begin)) != std::string::npos; begin = end + 1) {
+      const std::string line = trace.substr(begin, end - begin);
+      if (line.starts_with("timeout ")) wait_ = std::stoi(line.substr(8));
       std::string word;
-      if (line.rfind("send ", 0) == 0) word = nameOf(line);
-      if (line.rfind("event ", 0) == 0) {
+      if (line.starts_with("send ")) word = nameOf(line);
+      if (line.starts_with("event ")) {
         word = nameOf(event->event, event->timeout());
         ++event;
       }
-      if (!word.empty()) text += (text.empty() ? "" : " ") + word;
+      if (!word.empty()) text.append(text.empty() ? "" : " ").append(word);
     }
     return text;
   }

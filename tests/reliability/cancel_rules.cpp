@@ -1,8 +1,9 @@
 #include "cancel_rules.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
-#include <sstream>
+#include <map>
 #include <vector>
 
 namespace {
@@ -104,23 +105,40 @@ constexpr Rule kRules[] = {
 
 constexpr int kProgress[] = {3, 5, 6, 7, 21};
 
-std::vector<std::string> wordsOf(const std::string& text) {
-  std::istringstream stream(text);
-  return {std::istream_iterator<std::string>(stream), {}};
+std::vector<std::string_view> wordsOf(std::string_view text) {
+  std::vector<std::string_view> words;
+  while (!text.empty()) {
+    const auto end = std::min(text.find(' '), text.size());
+    words.push_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return words;
 }
 
-bool holds(const char* words, const std::string& word) {
-  const auto all = wordsOf(words);
-  return std::find(all.begin(), all.end(), word) != all.end();
+using RulesOfInputs = std::map<std::string, std::vector<const Rule*>, std::less<>>;
+
+RulesOfInputs sortedByInput() {
+  RulesOfInputs sorted;
+  for (const Rule& rule : kRules) {
+    for (const std::string_view input : wordsOf(rule.inputs)) sorted[std::string(input)].push_back(&rule);
+  }
+  return sorted;
 }
 
-const Rule* findOnlyRule(const std::string& input, int state) {
-  const auto applies = [&](const Rule& rule) {
-    return holds(rule.inputs, input) && (rule.states[0] == '\0' || holds(rule.states, std::to_string(state)));
-  };
-  const auto* found = std::find_if(std::begin(kRules), std::end(kRules), applies);
-  if (found == std::end(kRules) || std::any_of(found + 1, std::end(kRules), applies)) return nullptr;
-  return found;
+bool isFor(const Rule& rule, int state) {
+  const auto states = wordsOf(rule.states);
+  return states.empty() || std::find(states.begin(), states.end(), std::to_string(state)) != states.end();
+}
+
+const Rule* findOnlyRule(std::string_view input, int state) {
+  static const RulesOfInputs rules = sortedByInput();
+  const auto ofInput = rules.find(input);
+  if (ofInput == rules.end()) return nullptr;
+  const auto isForState = [state](const Rule* rule) { return isFor(*rule, state); };
+  const auto& all = ofInput->second;
+  const auto found = std::find_if(all.begin(), all.end(), isForState);
+  if (found == all.end() || std::any_of(found + 1, all.end(), isForState)) return nullptr;
+  return *found;
 }
 
 std::string plainName(std::string_view input, const Situation& now) {
@@ -131,13 +149,14 @@ std::string plainName(std::string_view input, const Situation& now) {
 // A progress event is remembered until the next event; the time-out carries what was remembered.
 std::string rememberEvents(const char* told, int& last) {
   std::string text;
-  for (std::string word : wordsOf(told)) {
-    if (word == "2") word += "<" + std::to_string(last);
+  for (const std::string_view next : wordsOf(told)) {
+    std::string word(next);
+    if (word == "2") word.append("<").append(std::to_string(last));
     if (word[0] >= '0' && word[0] <= '9') {
       const int code = std::stoi(word);
       last = std::count(std::begin(kProgress), std::end(kProgress), code) != 0 ? code : 0;
     }
-    text += (text.empty() ? "" : " ") + word;
+    text.append(text.empty() ? "" : " ").append(word);
   }
   return text;
 }
@@ -149,10 +168,10 @@ void change(int& field, int to) {
 }  // namespace
 
 std::string Situation::text() const {
-  std::ostringstream text;
-  text << "state " << state << " idle " << idle << " last " << last << " cancel " << target << " radio " << radio
-       << " cmdtype " << command;
-  return text.str();
+  std::string text = "state ";
+  text.append(std::to_string(state)).append(" idle ").append(std::to_string(idle));
+  text.append(" last ").append(std::to_string(last)).append(" cancel ").append(std::to_string(target));
+  return text.append(" radio ").append(std::to_string(radio)).append(" cmdtype ").append(command);
 }
 
 std::string follow(std::string_view input, Situation& situation) {

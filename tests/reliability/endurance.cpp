@@ -13,13 +13,14 @@
 #include "footprint.h"
 #include "operations.h"
 
-using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 namespace {
 
 constexpr int kShort = 150;
 constexpr int kEarly = 100;
+constexpr std::chrono::milliseconds kPrompt{100};
+constexpr std::chrono::milliseconds kLongest{1000};
 
 std::array<std::atomic<int>, 64> heardCodes{};
 std::mutex hookMutex;
@@ -46,6 +47,7 @@ Endurance::Endurance() {
   mallopt(M_ARENA_MAX, 1);
   assoc.registerAssocEventCB(&hear);
   setOperationsCallback(&hear);
+  ends_.reserve(static_cast<std::size_t>(rounds()));  // the test's own memory is flat, too
 }
 
 Endurance::~Endurance() { inCallback(nullptr); }
@@ -102,9 +104,12 @@ void Endurance::awaitEnd(steady_clock::time_point closed) {
 void Endurance::expectPromptEnds() {
   ASSERT_FALSE(ends_.empty());
   std::sort(ends_.begin(), ends_.end());
-  const auto mostPrompt = ends_[(ends_.size() - 1) * 99 / 100];
-  std::printf("%zu ends: median %lld us, 99 of 100 within %lld us, longest %lld us\n", ends_.size(),
-              inMicroseconds(ends_[ends_.size() / 2]), inMicroseconds(mostPrompt), inMicroseconds(ends_.back()));
-  EXPECT_LT(mostPrompt, milliseconds(100));
-  EXPECT_LT(ends_.back(), milliseconds(1000));
+  const auto median = ends_[ends_.size() / 2];
+  const auto late = std::upper_bound(ends_.begin(), ends_.end(), kPrompt);
+  const auto lateOnes = static_cast<std::size_t>(ends_.end() - late);
+  std::printf("%zu ends: median %lld us, %zu over %lld us, longest %lld us\n", ends_.size(), inMicroseconds(median),
+              lateOnes, inMicroseconds(kPrompt), inMicroseconds(ends_.back()));
+  EXPECT_LT(median, kPrompt);
+  EXPECT_LE(lateOnes * 100, ends_.size());
+  EXPECT_LT(ends_.back(), kLongest);
 }

@@ -39,7 +39,8 @@ class Endurance : public KernelStage {
   /// Takes the time until the receive thread has ended, which somebody else has closed.
   void awaitEnd(std::chrono::steady_clock::time_point closed);
 
-  /// All ends but one of a hundred, which the machine may have delayed, came within 100 ms.
+  /// The median end came within 100 ms, at most one of a hundred, which the machine may have delayed, came later, and
+  /// none after a second.
   void expectPromptEnds();
 
  private:

@@ -12,8 +12,8 @@ struct Row {
   const char* outcome;
 };
 
-constexpr char kOneBridge[] = R"(bridges {"MAClist":[{"mac":"00:17:88:01:02:03","username":"ann"}]})";
-constexpr char kNoUser[] = R"(bridges {"MAClist":[{"mac":"00:17:88:01:02:03","username":""}]})";
+constexpr char kOneBridge[] = R"(bridges {"MAClist":[{"mac":"02:a1:b2:01:02:03","username":"ann"}]})";
+constexpr char kNoUser[] = R"(bridges {"MAClist":[{"mac":"02:a1:b2:01:02:03","username":""}]})";
 constexpr char kNoBridge[] = R"(bridges {"MAClist":[]})";
 
 constexpr Row kRows[] = {

@@ -77,8 +77,8 @@ const std::set<std::string>& infallibleImports() {
   static const std::set<std::string> all = {
       // Texts and memory that is there already.
       "memchr", "memcmp", "memcpy", "memmove", "memset", "bcmp", "strchr", "strcmp", "strcpy", "strlen", "strncmp",
-      "strncpy", "strnlen", "strstr", "strtok_r", "strtol", "strerror_r", "inet_addr",
-      "inet_aton", "inet_ntop", "free", "_ZdlPv", "_ZdlPvm", "__ctype_b_loc", "isdigit", "putchar", "puts",
+      "strncpy", "strnlen", "strstr", "strtok_r", "strtol", "strerror_r", "inet_addr", "inet_aton", "inet_ntop", "free",
+      "_ZdlPv", "_ZdlPvm", "__ctype_b_loc", "isdigit", "putchar", "puts",
       // Clocks, locks and the thread's own variables.
       "clock_gettime", "pthread_mutex_lock", "pthread_mutex_unlock", "pthread_cond_broadcast", "sigfillset",
       "__errno_location", "__tls_get_addr",

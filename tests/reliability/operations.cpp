@@ -11,7 +11,7 @@ namespace {
 void (*registeredCallback)(AssocEvent*) = nullptr;
 
 char someText[] = "text";
-char someMac[] = "00:17:88:01:02:03";
+char someMac[] = "02:a1:b2:01:02:03";
 char someHost[] = "127.0.0.1:1";
 char someProtocol[] = "udp";
 
@@ -63,7 +63,7 @@ void turnMac(TembraAssociation& /*assoc*/) {
 }
 
 void turnBridgeId(TembraAssociation& /*assoc*/) {
-  char bridge[] = "001788fffe010203";
+  char bridge[] = "02a1b2fffe010203";
   char out[20];
   HueMac(bridge, out);
 }

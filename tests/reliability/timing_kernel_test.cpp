@@ -1,12 +1,10 @@
 // Thousands of rounds on the real kernel: nothing is lost, nothing is left behind, every end is prompt.
-#include <sys/time.h>
-
-#include <csignal>
 #include <memory>
 #include <thread>
 
 #include "endurance.h"
 #include "operations.h"
+#include "receiver/signal_storm.h"
 
 using harness::Node;
 
@@ -51,26 +49,6 @@ class Commotion {
   }
 
   const Background traffic_, upwards_, downwards_;
-};
-
-/// SIGALRM a thousand times a second, with a handler that does not restart what it interrupts.
-class SignalsAtOneKilohertz {
- public:
-  SignalsAtOneKilohertz() {
-    struct sigaction action = {};
-    action.sa_handler = [](int) {};
-    sigaction(SIGALRM, &action, nullptr);
-    setEvery(1000);
-  }
-  ~SignalsAtOneKilohertz() { setEvery(0); }
-  SignalsAtOneKilohertz(const SignalsAtOneKilohertz&) = delete;
-  SignalsAtOneKilohertz& operator=(const SignalsAtOneKilohertz&) = delete;
-
- private:
-  static void setEvery(int microseconds) {
-    const itimerval timer = {{0, microseconds}, {0, microseconds}};
-    setitimer(ITIMER_REAL, &timer, nullptr);
-  }
 };
 
 }  // namespace
@@ -123,7 +101,7 @@ TEST_F(Rounds, OfClosingInTheCallback) {
 }
 
 TEST_F(Rounds, OfAnAddUnderSignals) {
-  const SignalsAtOneKilohertz signals;
+  const SignalStorm storm;
   repeat([this](int round) {
     connect();
     EXPECT_EQ(local_meshID, 3) << "round " << round;
@@ -133,6 +111,7 @@ TEST_F(Rounds, OfAnAddUnderSignals) {
     close();
     EXPECT_EQ(router.takeSends().size(), 3U) << "the add, and the cancel for the radio that lost, round " << round;
   });
+  EXPECT_GT(SignalStorm::taken(), 0) << "the storm is one";
   EXPECT_EQ(heard(EVENT_TIMEOUT), 0);
   expectPromptEnds();
 }

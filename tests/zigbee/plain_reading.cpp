@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <initializer_list>
+#include <string_view>
 
 #include "harness/trace.h"
 
@@ -48,10 +49,14 @@ class Walk {
 
   // ---- What a rule does --------------------------------------------------------------------------------------------
 
-  void say(const std::string& line) { log_ += "log 0 " + harness::visible(line) + "\n"; }
+  void say(std::initializer_list<std::string_view> parts) {
+    log_ += "log 0 ";
+    for (const std::string_view part : parts) harness::appendVisible(log_, part);
+    log_ += '\n';
+  }
 
   void setName(const std::string& word) {
-    const std::string whole = word + " #" + std::to_string(id_);
+    const std::string whole = std::string(word).append(" #").append(std::to_string(id_));
     std::memcpy(device_.name.data(), whole.c_str(), whole.size() + 1);
   }
 
@@ -220,8 +225,8 @@ void Walk::occupancy() {
 }
 
 void Walk::zone(unsigned nextCluster) {
-  say("libTembraAssoc:ias zone cluster");
-  say("libTembraAssoc:Manufacturer name received:" + manufacturer_);
+  say({"libTembraAssoc:ias zone cluster"});
+  say({"libTembraAssoc:Manufacturer name received:", manufacturer_});
   if (nextCluster == 0x0503) return cameraZone();
   if (nextCluster == 0x0504) return;
   if (type() != 24) plainZone();
@@ -229,10 +234,10 @@ void Walk::zone(unsigned nextCluster) {
 }
 
 void Walk::cameraZone() {
-  say("libTembraAssoc:Found 503 cluster " + std::to_string(slot_));
+  say({"libTembraAssoc:Found 503 cluster ", std::to_string(slot_)});
   addEntries({3, 12, 9});
   for (const unsigned type : {128U, 129U, 130U, 131U}) addType(type);
-  say("libTembraAssoc:Found 503 device " + std::to_string(slot_));
+  say({"libTembraAssoc:Found 503 device ", std::to_string(slot_)});
   become("ZigbeeCamImage", 67);
 }
 
@@ -240,10 +245,10 @@ void Walk::plainZone() {
   const std::string zoneName = plainZoneName(word(214), manufacturer_, model_);
   device_.classifiedType = StrToDevType(zoneName.c_str());
   if (contains(model_, "MiniSD")) {
-    say("libTembraAssoc:Mini smoke detector found");
+    say({"libTembraAssoc:Mini smoke detector found"});
     if (endpoint_ == 2) device_.classifiedType = 11;
   }
-  say("libTembraAssoc:Device associated:" + zoneName + " ");
+  say({"libTembraAssoc:Device associated:", zoneName, " "});
   addZoneEntries();
   nameZone(zoneName);
   setType(static_cast<unsigned>(device_.classifiedType) & 0xFFU);
@@ -255,7 +260,7 @@ void Walk::addZoneEntries() {
     case 10:
       return addEntries({2, 12, 9});
     case 11:
-      say("libTembraAssoc:Detected as a motion sensor");
+      say({"libTembraAssoc:Detected as a motion sensor"});
       return addEntries({3, 12, 9});
     case 12:
       if (contains(model_, "XE01S")) return addEntries({12});
@@ -292,7 +297,7 @@ void Walk::unsettleZone() {
   for (int at = slot_ > kMostIndexEntries ? kMostIndexEntries : slot_; at >= 0; --at) {
     if (byte(318 + 2 * at) != 28) continue;
     setType(0);
-    say("libTembraAssoc:Sercomm motion and illuminance found");
+    say({"libTembraAssoc:Sercomm motion and illuminance found"});
   }
 }
 
@@ -306,13 +311,13 @@ void Walk::electricalMeasurement() {
 void Walk::meteringSwitch() {
   if (manufacturer_ == "Dravotek Ltd." && word(292) == 0x1002 && word(294) == 0x5EC0) {
     become("Tobble Plug", 50);
-    say("libTembraAssoc:Manu name " + manufacturer_ + " \n");
+    say({"libTembraAssoc:Manu name ", manufacturer_, " \n"});
   } else if (manufacturer_ != "OSRAM") {
     const bool bothZero = word(232) == 0 && word(240) == 0;
     failed_ = bothZero || word(228) == 0;
     if (!failed_) become("SmartACSwitch", 22);
   } else {
-    say("libTembraAssoc:Manufacturer Name: Osram");
+    say({"libTembraAssoc:Manufacturer Name: Osram"});
   }
 }
 
@@ -324,8 +329,8 @@ void Walk::finish() {
   for (unsigned rest = word(214); rest > 0 || zoneType.empty(); rest /= 16) {
     zoneType.insert(zoneType.begin(), digits[rest % 16]);
   }
-  say("libTembraAssoc:No. of clusters found:" + std::to_string(found_) + " and indexes:" + std::to_string(slot_ - 1) +
-      " zonetype:" + zoneType);
+  say({"libTembraAssoc:No. of clusters found:", std::to_string(found_), " and indexes:", std::to_string(slot_ - 1),
+       " zonetype:", zoneType});
   if (type() == 0) become("GenericDevice", 60);
 }
 

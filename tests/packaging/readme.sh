@@ -1,0 +1,36 @@
+#!/bin/sh
+# readme.sh README PREFIX WORK SCENARIO ISOLATE COMPILER [FLAG...]: the front end that the README shows compiles without
+# a warning in the oldest and the newest C++ standard, and adds a device of the simulated router.
+set -eu
+readme=$1
+prefix=$2
+work=$3
+scenario=$4
+isolate=$5
+compiler=$6
+shift 6
+
+mkdir -p "$work"
+# shellcheck disable=SC2016 # nothing is to be expanded
+sed -n '/^```cpp$/,/^```$/p' "$readme" | sed '/^```/d' >"$work/front_end.cpp"
+PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name tembra-assoc.pc)")
+export PKG_CONFIG_PATH
+cflags=$(pkg-config --cflags tembra-assoc)
+libs="$(pkg-config --libs tembra-assoc) -Wl,-rpath,$(pkg-config --variable=libdir tembra-assoc)"
+
+for standard in 11 20; do
+  echo "c++$standard"
+  # shellcheck disable=SC2086 # several words each
+  "$compiler" -std=c++$standard -Wall -Wextra -Wpedantic -Wconversion -Werror "$@" $cflags "$work/front_end.cpp" \
+    -o "$work/front-end" $libs -pthread
+done
+
+# shellcheck disable=SC2016 # expanded inside
+PATH=$prefix/bin:$PATH TEMBRA_LOG=off timeout 30 "$isolate" sh -euc '
+  tembra-sim run --speed 20 --scenario "$2" >/tmp/sim.log &
+  until tembra-sim status >/dev/null 2>&1; do kill -0 $!; sleep 0.02; done
+  "$1"
+  tembra-assoc devices | grep "^1 "
+  tembra-sim stop
+  wait $!
+' sh "$work/front-end" "$scenario"
