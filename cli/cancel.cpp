@@ -28,7 +28,9 @@ void cancel(const Context& context, const std::string& radios) {
   requireOneOf(target.servers);
   const Connection connection(context, service);
   context.display.command("sendCancelTo(" + radios + ")");
+  ErrorCapture errors;
   service.sendCancelTo(target.type);
+  requireSent(errors);
   context.display.note("Cancelled adding and removing (" + radios + ").");
 }
 

@@ -4,10 +4,12 @@
 
 #include <tembra/assoc.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "context.h"
+#include "error_capture.h"
 
 namespace tembra::cli {
 
@@ -35,6 +37,12 @@ class Connection {
   TembraAssociation& service_;
   int socket_;
 };
+
+/// Why the library could not send a datagram while the errors were kept, if so: no result of a call tells it.
+[[nodiscard]] std::optional<std::string> whyNotSent(ErrorCapture& errors);
+
+/// Throws Failure (kNoConnection) with that reason.
+void requireSent(ErrorCapture& errors);
 
 }  // namespace tembra::cli
 

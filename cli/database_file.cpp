@@ -12,6 +12,8 @@
 #include <system_error>
 #include <thread>
 
+#include "database/depot_file.h"
+#include "database/file_check.h"
 #include "failure.h"
 
 namespace tembra::cli {
@@ -40,10 +42,18 @@ DepotReader tryToRead(const std::string& path) {
   }
 }
 
-// A bucket array that reaches beyond the file would be read out of bounds.
-bool fitsItsFile(DEPOT* depot) {
-  constexpr long long kHeader = 48;
-  return kHeader + static_cast<long long>(dpbnum(depot)) * static_cast<long long>(sizeof(int)) <= dpfsiz(depot);
+// A damaged file may speak of more buckets than it has bytes.
+bool hasItsBuckets(DEPOT* depot) {
+  DepotFile file(dpfdesc(depot));
+  DepotHeader header{};
+  return file.read(0, header) && header.buckets > 0 && header.firstRecord() <= file.size();
+}
+
+// Opening a pipe would wait without end, and the library deletes what is no database.
+void requireFile(const std::string& path, const struct stat& status) {
+  if (S_ISREG(status.st_mode)) return;
+  const char* kind = S_ISDIR(status.st_mode) ? "a folder" : "no regular file";
+  throw Failure(kFailed, path + " is " + kind + ", not a device database.");
 }
 
 // The very open that the library is about to do: the kernel may refuse it where opening without "create" succeeds.
@@ -76,14 +86,15 @@ void useDatabase(const std::string& path) {
 
 DepotReader openForReading(const std::string& path) {
   struct stat file = {};
-  if (stat(path.c_str(), &file) != 0 && errno == ENOENT) {
+  if (stat(path.c_str(), &file) != 0) {
+    if (errno != ENOENT) throw Failure(kFailed, whyNotOpen(path, DP_ESTAT));
     throw Failure(kFailed, "there is no device database yet at " + path + ": the home-automation server creates it.");
   }
-  if (S_ISDIR(file.st_mode)) throw Failure(kFailed, path + " is a folder, not a device database.");
-  if (S_ISREG(file.st_mode) && file.st_size == 0) return nullptr;
+  requireFile(path, file);
+  if (file.st_size == 0) return nullptr;
   DepotReader depot = tryToRead(path);
   if (!depot) throw Failure(kFailed, whyNotOpen(path, dpecode));
-  if (!fitsItsFile(depot.get())) throw Failure(kFailed, whyNotOpen(path, DP_EBROKEN));
+  if (!hasItsBuckets(depot.get())) throw Failure(kFailed, whyNotOpen(path, DP_EBROKEN));
   return depot;
 }
 
@@ -93,7 +104,7 @@ void checkBeforeLibraryOpens(const std::string& path) {
     if (errno == ENOENT) complain("there is no device database yet at " + path + ": the library begins an empty one.");
     return;
   }
-  if (S_ISDIR(file.st_mode)) throw Failure(kFailed, path + " is a folder, not a device database.");
+  requireFile(path, file);
   if (file.st_uid != geteuid()) {
     complain("the device database " + path + " belongs to another user (" + std::to_string(file.st_uid) +
              "): the home-automation server and its front ends should run as the same user.");
@@ -101,7 +112,8 @@ void checkBeforeLibraryOpens(const std::string& path) {
   requireWritable(path);
   if (file.st_size == 0) return;
   const DepotReader depot = tryToRead(path);
-  if (depot) return;
+  if (depot && isSafeToRead(dpfdesc(depot.get()))) return;
+  if (depot) dpecode = DP_EBROKEN;
   if (dpecode == DP_ELOCK) throw Failure(kFailed, whyNotOpen(path, DP_ELOCK));
   complain(whyNotOpen(path, dpecode) + " The library repairs it when it opens it.");
 }

@@ -5,44 +5,25 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <nlohmann/json.hpp>
-#include <optional>
 
+#include "database_contents.h"
 #include "database_file.h"
-#include "failure.h"
 #include "texts.h"
 
 namespace tembra::cli {
 namespace {
 
-constexpr int kSmallestRecord = 28;  // of the Depot format, a key and a value of no bytes
-
-struct Freed {
-  void operator()(char* buffer) const { std::free(buffer); }
-};
-using Buffer = std::unique_ptr<char, Freed>;
-
-std::vector<std::string> readKeys(DEPOT* depot) {
-  std::vector<std::string> keys;
-  // The walk of a damaged file may never end by itself.
-  auto most = static_cast<std::size_t>(dpfsiz(depot) / kSmallestRecord);
-  if (dpiterinit(depot) == 0) return keys;
-  for (Buffer key(dpiternext(depot, nullptr)); key && most > 0; key.reset(dpiternext(depot, nullptr)), --most) {
-    keys.emplace_back(key.get());
-  }
-  return keys;
+bool isDeviceKey(const std::string& key) {
+  return key != "NextDevid" && key != "Version" && key.find('.') == std::string::npos;
 }
 
 // A short value fills the beginning of the record, the rest stays zero.
-std::optional<DeviceRecord> readRecord(DEPOT* depot, const std::string& key) {
-  int size = 0;
-  const Buffer value(dpget(depot, key.c_str(), -1, 0, sizeof(DeviceRecord), &size));
-  if (!value) return std::nullopt;
+DeviceRecord recordFrom(const std::string& value) {
   DeviceRecord record{};
-  std::memcpy(&record, value.get(), std::min(static_cast<std::size_t>(size), sizeof record));
+  std::memcpy(&record, value.data(), std::min(value.size(), sizeof record));
   return record;
 }
 
@@ -83,23 +64,20 @@ std::size_t characters(const std::string& text) {
 
 }  // namespace
 
-std::vector<Device> readDevices(const std::string& path) {
+DeviceList readDevices(const std::string& path) {
   const DepotReader depot = openForReading(path);
   if (!depot) return {};
-  const std::vector<std::string> keys = readKeys(depot.get());
+  const DatabaseContents contents = readContents(depot.get());
   std::map<std::string, int> values;
-  for (const std::string& key : keys) {
-    if (const auto point = key.find('.'); point != std::string::npos) ++values[key.substr(0, point)];
+  for (const StoredRecord& stored : contents.records) {
+    if (const auto point = stored.key.find('.'); point != std::string::npos) ++values[stored.key.substr(0, point)];
   }
-  std::vector<Device> devices;
-  for (const std::string& key : keys) {
-    if (key == "NextDevid" || key == "Version" || key.find('.') != std::string::npos) continue;
-    const auto record = readRecord(depot.get(), key);
-    if (!record) throw Failure(kFailed, "the record " + printable(key) + " of " + path + " cannot be read.");
-    devices.push_back(describe(*record, values[key]));
+  DeviceList list{{}, contents.areComplete};
+  for (const StoredRecord& stored : contents.records) {
+    if (isDeviceKey(stored.key)) list.devices.push_back(describe(recordFrom(stored.value), values[stored.key]));
   }
-  std::ranges::stable_sort(devices, {}, &Device::id);
-  return devices;
+  std::ranges::stable_sort(list.devices, {}, &Device::id);
+  return list;
 }
 
 std::string deviceTable(const std::vector<Device>& devices) {

@@ -17,8 +17,13 @@ struct Device {
   int values;           ///< number of value slots
 };
 
-/// In the order of their ids. Throws Failure when the database cannot be read.
-[[nodiscard]] std::vector<Device> readDevices(const std::string& path);
+struct DeviceList {
+  std::vector<Device> devices;  ///< in the order of their ids
+  bool isComplete = true;       ///< false: the database is damaged, and these are the devices that can be read
+};
+
+/// Throws Failure when the database cannot be opened.
+[[nodiscard]] DeviceList readDevices(const std::string& path);
 
 /// A table with a heading.
 [[nodiscard]] std::string deviceTable(const std::vector<Device>& devices);

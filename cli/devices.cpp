@@ -8,17 +8,21 @@
 #include "commands.h"
 #include "device_list.h"
 #include "event_report.h"
+#include "failure.h"
 
 namespace tembra::cli {
 namespace {
 
 void listDevices(const Context& context) {
-  const std::vector<Device> devices = readDevices(DBName);
+  const DeviceList list = readDevices(DBName);
   if (context.options.json) {
-    for (const Device& device : devices) printLine(jsonLine(deviceJson(device)));
+    for (const Device& device : list.devices) printLine(jsonLine(deviceJson(device)));
   } else {
-    std::cout << deviceTable(devices) << std::flush;
+    std::cout << deviceTable(list.devices) << std::flush;
   }
+  if (list.isComplete) return;
+  throw Failure(
+      kFailed, "the device database " + std::string(DBName) + " is damaged: there may be devices that cannot be read.");
 }
 
 }  // namespace

@@ -2,14 +2,24 @@
 
 #include <chrono>
 #include <future>
+#include <system_error>
 #include <thread>
 
 #include "event_inbox.h"
+#include "failure.h"
 
 namespace tembra::cli {
 namespace {
 
 constexpr std::chrono::milliseconds kQuickCall{20};
+
+void startThread(std::packaged_task<void()> task) {
+  try {
+    std::thread(std::move(task)).detach();
+  } catch (const std::system_error& refusal) {
+    throw Failure(kFailed, "no thread can be started (" + refusal.code().message() + ").");
+  }
+}
 
 }  // namespace
 
@@ -19,7 +29,7 @@ void runLibraryCall(const std::function<void()>& call, const std::function<void(
     call();
   });
   std::future<void> done = task.get_future();
-  std::thread(std::move(task)).detach();
+  startThread(std::move(task));
   while (done.wait_for(kQuickCall) != std::future_status::ready) whileWaiting();
   done.get();
 }

@@ -10,6 +10,7 @@ namespace tembra::cli {
 namespace {
 
 thread_local std::vector<std::string>* capturing = nullptr;
+thread_local bool routerLogGetsAll = true;
 thread_local std::vector<std::string> captured;
 
 constexpr char kPrefix[] = "libTembraAssoc:";
@@ -28,12 +29,16 @@ void logElsewhere(Logger* logger, int level, const char* text) {
 
 }  // namespace
 
-LogCapture::LogCapture() {
+LogCapture::LogCapture(RouterLog routerLog) {
   captured.clear();
   capturing = &captured;
+  routerLogGetsAll = routerLog == RouterLog::kGetsAll;
 }
 
-LogCapture::~LogCapture() { capturing = nullptr; }
+LogCapture::~LogCapture() {
+  capturing = nullptr;
+  routerLogGetsAll = true;
+}
 
 std::vector<std::string> LogCapture::take() { return std::exchange(captured, {}); }
 
@@ -41,9 +46,6 @@ std::vector<std::string> LogCapture::take() { return std::exchange(captured, {})
 
 // A program's own definition stands before the router's.
 void Logger::Log(int level, const char* text) {
-  if (tembra::cli::capturing != nullptr) {
-    tembra::cli::capture(text);
-  } else {
-    tembra::cli::logElsewhere(this, level, text);
-  }
+  if (tembra::cli::capturing != nullptr) tembra::cli::capture(text);
+  if (tembra::cli::routerLogGetsAll) tembra::cli::logElsewhere(this, level, text);
 }

@@ -7,10 +7,12 @@
 
 namespace tembra::cli {
 
-/// While it lives, the lines of this thread's library calls come here and not to the router's log.
+enum class RouterLog { kGetsNothing, kGetsAll };
+
+/// While it lives, the lines of this thread's library calls come here.
 class LogCapture {
  public:
-  LogCapture();
+  explicit LogCapture(RouterLog routerLog = RouterLog::kGetsNothing);
   ~LogCapture();
   LogCapture(const LogCapture&) = delete;
   LogCapture& operator=(const LogCapture&) = delete;

@@ -25,13 +25,26 @@ Operation::~Operation() {
   } catch (const Interrupted&) {
     // Nobody reads the display any more; the radios are told all the same.
   }
+  ErrorCapture errors;
   service_.sendCancelTo(cancel_both);
+  const auto why = whyNotSent(errors);
+  if (!why || !reachesServers_) return;
+  context_.display.makeRoom();
+  complain("the radios cannot be told to stop (" + *why + ").");
+}
+
+void Operation::callSending(const std::function<void()>& call) {
+  ErrorCapture errors;
+  call();
+  reachesServers_ = false;
+  requireSent(errors);
+  reachesServers_ = true;
 }
 
 void Operation::start(void (TembraAssociation::*command)(), const std::string& call) {
   context_.display.command(call);
   running_ = true;
-  (service_.*command)();
+  callSending([this, command] { (service_.*command)(); });
 }
 
 void Operation::waitBriefly() {
@@ -66,11 +79,13 @@ std::optional<HeardEvent> Operation::eventBeforeIdle() {
 
 void Operation::run(const std::string& call, const std::function<void(TembraAssociation&)>& function) {
   context_.display.command(call);
-  runLibraryCall([&service = service_, function] { function(service); },
-                 [this] {
-                   context_.display.waiting(what_, countdown_.secondsLeft());
-                   context_.attention.pause(kTick);
-                 });
+  callSending([this, &function] {
+    runLibraryCall([&service = service_, function] { function(service); },
+                   [this] {
+                     context_.display.waiting(what_, countdown_.secondsLeft());
+                     context_.attention.pause(kTick);
+                   });
+  });
 }
 
 void Operation::letLibrarySettle() { context_.attention.pause(kSettling); }

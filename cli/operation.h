@@ -24,7 +24,7 @@ class Operation {
   [[nodiscard]] TembraAssociation& service() const { return service_; }
   [[nodiscard]] const Context& context() const { return context_; }
 
-  /// Gives the command that starts it; `call` is its name.
+  /// Gives the command that starts it; `call` is its name. Throws Failure when it cannot be sent.
   void start(void (TembraAssociation::*command)(), const std::string& call);
 
   /// What the user is told to be waiting for.
@@ -53,12 +53,15 @@ class Operation {
 
  private:
   void waitBriefly();
+  /// Throws Failure when what the call sends cannot be sent.
+  void callSending(const std::function<void()>& call);
 
   const Context& context_;
   TembraAssociation& service_;
   Countdown countdown_;
   std::string what_;
   bool running_ = false;
+  bool reachesServers_ = true;  ///< false: it failed to send, which has been told
 };
 
 }  // namespace tembra::cli

@@ -47,19 +47,6 @@ TEST(Devices, AreJsonObjectsAndKeepTheirBytes) {
             "\"values\":0}\n");
 }
 
-std::string healthyDatabase() {
-  openWriter("/tmp/other").reset();
-  {
-    const Writer database = openWriter("/tmp/other");
-    for (int id = 1; id <= 50; ++id) put(database.get(), std::to_string(id), record(id, "x", "Siren", 2, 5, 0));
-  }
-  return readFile("/tmp/other");
-}
-
-std::string overwritten(std::string bytes, std::size_t at, const std::string& by) {
-  return bytes.replace(at, by.size(), by);
-}
-
 void nothing() {}
 void folder() { std::filesystem::create_directory(kDatabase); }
 void rubbish() { writeFile(kDatabase, std::string(5000, 'x')); }
@@ -67,7 +54,10 @@ void oneByte() { writeFile(kDatabase, "x"); }
 void cutInTheHeader() { writeFile(kDatabase, healthyDatabase().substr(0, 30)); }
 void cutInTheMiddle() { writeFile(kDatabase, healthyDatabase().substr(0, healthyDatabase().size() / 2)); }
 void oneByteTooMany() { writeFile(kDatabase, healthyDatabase() + "x"); }
-void hugeBuckets() { writeFile(kDatabase, overwritten(healthyDatabase(), 32, std::string("\xFF\xFF\xFF\x3F", 4))); }
+void hugeBuckets() { writeFile(kDatabase, healthyDatabase().replace(32, 4, std::string("\xFF\xFF\xFF\x3F", 4))); }
+void noBuckets() { writeFile(kDatabase, healthyDatabase().replace(32, 4, std::string(4, '\0'))); }
+
+void namedPipe() { EXPECT_EQ(mkfifo(kDatabase, 0600), 0); }
 
 void socketFile() {
   const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
@@ -89,13 +79,15 @@ void PrintTo(const DatabaseCase& row, std::ostream* out) { *out << row.name; }
 const DatabaseCase kUnreadable[] = {
     {"Missing", nothing, "there is no device database yet at /tmp/ddb: the home-automation server creates it."},
     {"Folder", folder, "/tmp/ddb is a folder, not a device database."},
-    {"Socket", socketFile, "the device database /tmp/ddb cannot be opened"},
+    {"Socket", socketFile, "/tmp/ddb is no regular file, not a device database."},
+    {"Pipe", namedPipe, "/tmp/ddb is no regular file, not a device database."},
     {"Rubbish", rubbish, "/tmp/ddb is not a device database, or a damaged one."},
     {"OneByte", oneByte, "/tmp/ddb is not a device database, or a damaged one."},
     {"CutInTheHeader", cutInTheHeader, "/tmp/ddb is not a device database, or a damaged one."},
     {"CutInTheMiddle", cutInTheMiddle, "/tmp/ddb is not a device database, or a damaged one."},
     {"OneByteTooMany", oneByteTooMany, "/tmp/ddb is not a device database, or a damaged one."},
     {"HugeBuckets", hugeBuckets, "/tmp/ddb is not a device database, or a damaged one."},
+    {"NoBuckets", noBuckets, "/tmp/ddb is not a device database, or a damaged one."},
 };
 
 class UnreadableDatabase : public testing::TestWithParam<DatabaseCase> {};
@@ -135,7 +127,8 @@ TEST(Devices, OfAnEmptyFileAreAHeading) {
 // The library would delete these, or wait for them without end.
 const DatabaseCase kRefused[] = {
     {"Folder", folder, "/tmp/ddb is a folder, not a device database."},
-    {"Socket", socketFile, "the library deletes a database that it cannot open"},
+    {"Socket", socketFile, "/tmp/ddb is no regular file, not a device database."},
+    {"Pipe", namedPipe, "/tmp/ddb is no regular file, not a device database."},
 };
 
 class RefusedDatabase : public testing::TestWithParam<DatabaseCase> {};
@@ -153,6 +146,20 @@ TEST_P(RefusedDatabase, EndsAnAddBeforeItBegins) {
 
 INSTANTIATE_TEST_SUITE_P(Add, RefusedDatabase, testing::ValuesIn(kRefused),
                          [](const auto& test) { return test.param.name; });
+
+// As any file that the system refuses to open for writing; of those only this one stops root.
+TEST(Add, IsRefusedWhereTheLibraryWouldDeleteTheDatabase) {
+  const UdpListener zwave("127.255.255.254", 8888);
+  const UdpListener home("127.255.255.1", 9999);
+  std::filesystem::copy_file("/bin/sleep", kDatabase);
+  const Program running({kDatabase, "60"});
+  const Ended added = runAssoc({"add"});
+  EXPECT_EQ(added.status, 1);
+  EXPECT_EQ(added.sentence(),
+            "tembra-assoc: the device database /tmp/ddb cannot be opened for writing (Text file busy), and the library "
+            "deletes a database that it cannot open: run as its owner.");
+  EXPECT_TRUE(std::filesystem::exists(kDatabase));
+}
 
 TEST(Add, IsRefusedWhileTheDatabaseStaysLocked) {
   const UdpListener zwave("127.255.255.254", 8888);

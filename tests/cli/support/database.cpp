@@ -32,6 +32,15 @@ std::string record(int id, const std::string& name, const std::string& typeName,
   return bytes;
 }
 
+std::string healthyDatabase() {
+  constexpr char kPath[] = "/tmp/other";
+  {
+    const Writer database = openWriter(kPath);
+    for (int id = 1; id <= 50; ++id) put(database.get(), std::to_string(id), record(id, "x", "Siren", 2, 5, 0));
+  }
+  return readFile(kPath);
+}
+
 void writeFile(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
 
 std::string readFile(const std::string& path) {

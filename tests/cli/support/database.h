@@ -27,6 +27,9 @@ void put(DEPOT* depot, const std::string& key, const std::string& value);
 [[nodiscard]] std::string record(int id, const std::string& name, const std::string& typeName, int radioKind,
                                  unsigned node, unsigned address);
 
+/// The file of a database of 50 devices, whose records stand in the order of their ids from 1 on.
+[[nodiscard]] std::string healthyDatabase();
+
 void writeFile(const std::string& path, const std::string& bytes);
 [[nodiscard]] std::string readFile(const std::string& path);
 

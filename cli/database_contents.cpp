@@ -1,0 +1,49 @@
+#include "database_contents.h"
+
+#include <tembra/records.h>
+
+#include <algorithm>
+#include <optional>
+
+#include "database/depot_file.h"
+#include "database/file_check.h"
+
+namespace tembra::cli {
+namespace {
+
+constexpr int kLongestKey = 1024;
+constexpr int kLongestValue = sizeof(DeviceRecord);
+
+bool readBytes(DepotFile& file, long long offset, int length, std::string& text) {
+  text.resize(static_cast<std::size_t>(length));
+  return file.read(offset, text.data(), text.size());
+}
+
+std::optional<StoredRecord> readStored(DepotFile& file, long long offset, const DepotRecord& record) {
+  StoredRecord stored;
+  const bool isRead =
+      record.keySize <= kLongestKey &&
+      readBytes(file, offset + static_cast<long long>(sizeof record), record.keySize, stored.key) &&
+      readBytes(file, offset + record.keyEnd(), std::min(record.valueSize, kLongestValue), stored.value);
+  return isRead ? std::optional(stored) : std::nullopt;
+}
+
+}  // namespace
+
+DatabaseContents readContents(DEPOT* depot) {
+  DepotFile file(dpfdesc(depot));
+  DatabaseContents contents{{}, isSafeToRead(dpfdesc(depot))};
+  DepotHeader header{};
+  long long end = file.read(0, header) ? header.firstRecord() : 0;
+  forEachRecord(file, header, [&](long long offset, const DepotRecord& record) {
+    end = offset + record.end();
+    if (record.isDeleted()) return;
+    auto stored = readStored(file, offset, record);
+    contents.areComplete = contents.areComplete && stored;
+    if (stored) contents.records.push_back(std::move(*stored));
+  });
+  contents.areComplete = contents.areComplete && end == file.size();
+  return contents;
+}
+
+}  // namespace tembra::cli
