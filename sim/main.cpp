@@ -32,10 +32,10 @@ struct Arguments {
   RouterOptions router;
   std::vector<std::string> faults;
   std::string device;
-  std::string fault;
   std::string failing;  ///< the radio that fails, empty: none
   std::vector<std::string> answer;
-  std::string bridges;
+  std::string request;
+  std::string word;  ///< of the request
 };
 
 int printDevices(const Arguments& arguments) {
@@ -107,6 +107,33 @@ void addRunOptions(CLI::App& command, Arguments& arguments) {
 
 using Action = int (*)(const Arguments&);
 
+// What is asked of the running simulator with one word.
+struct Request {
+  const char* name;
+  const char* description;
+  const char* word;
+  const char* meaning;
+};
+
+constexpr Request kRequests[] = {
+    {"fault", "set a fault, or \"none\" to clear all", "SPEC", "MESSAGE:KIND[=VALUE][:COUNT]"},
+    {"bridges", "change the number of Hue bridges", "COUNT", "from now on"},
+    {"kill", "kill a server", "SERVER", "zwave, zigbee, hue or nest"},
+    {"start", "start a server that was killed", "SERVER", "zwave, zigbee, hue or nest"},
+};
+
+int askWithWord(const Arguments& arguments) { return askRunning(arguments, arguments.request + " " + arguments.word); }
+
+void addRequest(CLI::App& app, Arguments& arguments, Action& chosen, const Request& request) {
+  CLI::App* command = app.add_subcommand(request.name, request.description);
+  command->add_option(request.word, arguments.word, request.meaning)->required();
+  command->callback([&arguments, &chosen, &request] {
+    arguments.request = request.name;
+    chosen = askWithWord;
+  });
+  addControl(*command, arguments);
+}
+
 // Adds every command; the chosen one's action comes back through `chosen`.
 void addCommands(CLI::App& app, Arguments& arguments, Action& chosen) {
   const auto add = [&app, &chosen](const char* name, const char* description, Action action) {
@@ -125,18 +152,11 @@ void addCommands(CLI::App& app, Arguments& arguments, Action& chosen) {
     chosen = press;
   });
   addControl(*pressing, arguments);
-  CLI::App* faulting = add("fault", "set a fault, or \"none\" to clear all",
-                           [](const Arguments& given) { return askRunning(given, "fault " + given.fault); });
-  faulting->add_option("SPEC", arguments.fault, "MESSAGE:KIND[=VALUE][:COUNT]")->required();
-  addControl(*faulting, arguments);
   CLI::App* answering = add("answer", "let a server say something of its own accord", answer);
   answering->add_option("WORDS", arguments.answer, "zigbee STATUS [DEVICE], hue TYPE [COUNT], nest COMMAND [STATUS]")
       ->required();
   addControl(*answering, arguments);
-  CLI::App* counting = add("bridges", "change the number of Hue bridges",
-                           [](const Arguments& given) { return askRunning(given, "bridges " + given.bridges); });
-  counting->add_option("COUNT", arguments.bridges, "from now on")->required();
-  addControl(*counting, arguments);
+  for (const Request& request : kRequests) addRequest(app, arguments, chosen, request);
   addControl(*add("status", "what the running simulator has seen",
                   [](const Arguments& given) { return askRunning(given, "status"); }),
              arguments);

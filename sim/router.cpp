@@ -6,6 +6,7 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <memory>
 
 namespace tembra::sim {
 namespace {
@@ -33,19 +34,29 @@ HaServer::NoteOf deviceIn(const RadioNetwork& network) {
 }  // namespace
 
 Router::Router(const RouterOptions& options)
-    : journal_(options.timeline),
+    : bridges_(options.bridges),
+      journal_(options.timeline),
       loop_(options.speed),
       manner_{faults_, std::chrono::milliseconds(options.latencyMs)},
       home_(Home::load(options.catalogue)),
       steps_(stepsOf(options, home_)),
       signals_(stopSignals()),
       list_(options.database),
-      zwaveServer_(surroundings_, manner_, home_.zwave, zwaveNetwork_,
-                   [this](unsigned char node) { return isStored(node); }),
-      zigbeeServer_(surroundings_, manner_, home_.zigbee, zigbeeNetwork_),
+      zwave_(kZwaveServer.name,
+             [this] {
+               return std::make_unique<ZwaveServer>(surroundings_, manner_, home_.zwave, zwaveNetwork_,
+                                                    [this](unsigned char node) { return isStored(node); });
+             }),
+      zigbee_(kZigbeeServer.name,
+              [this] { return std::make_unique<ZigbeeServer>(surroundings_, manner_, home_.zigbee, zigbeeNetwork_); }),
       haServer_(surroundings_, list_, {deviceIn(zwaveNetwork_), deviceIn(zigbeeNetwork_)}),
-      hueServer_(surroundings_, manner_, HueLamps(haServer_, list_), options.bridges),
-      nestServer_(surroundings_, manner_, Authorisation(options.authorisation)),
+      hue_(
+          kHueServer.name,
+          [this] { return std::make_unique<HueServer>(surroundings_, manner_, HueLamps(haServer_, list_), bridges_); }),
+      nest_(kNestServer.name,
+            [this, file = options.authorisation] {
+              return std::make_unique<NestServer>(surroundings_, manner_, Authorisation(file));
+            }),
       control_(loop_, commands_, options.control),
       scenario_(surroundings_, commands_, steps_) {
   for (const Fault& fault : options.faults) faults_.add(fault);

@@ -9,6 +9,7 @@
 #include "sim/control/commands.h"
 #include "sim/control/control_socket.h"
 #include "sim/core/descriptor.h"
+#include "sim/core/process.h"
 #include "sim/core/surroundings.h"
 #include "sim/ha/ha_server.h"
 #include "sim/home.h"
@@ -53,9 +54,15 @@ class Router {
   Outcome fail(const std::string& radio);
   Outcome answer(const std::string& serverAndAnswer);
   Outcome addFault(const std::string& specification);
+  Outcome setBridges(const std::string& count);
+  Outcome kill(const std::string& name);
+  Outcome start(const std::string& name);
   Outcome stop();
   Outcome status() const;
+  /// Null: no server that can be killed is called so.
+  Killable* serverCalled(const std::string& name);
 
+  int bridges_;
   Journal journal_;
   EventLoop loop_;
   Happenings happenings_;
@@ -69,11 +76,11 @@ class Router {
   DeviceList list_;
   RadioNetwork zwaveNetwork_{kFirstNode, kLastNode};
   RadioNetwork zigbeeNetwork_{kFirstAddress, kLastAddress};
-  ZwaveServer zwaveServer_;
-  ZigbeeServer zigbeeServer_;
+  Process<ZwaveServer> zwave_;
+  Process<ZigbeeServer> zigbee_;
   HaServer haServer_;
-  HueServer hueServer_;
-  NestServer nestServer_;
+  Process<HueServer> hue_;
+  Process<NestServer> nest_;
   ControlSocket control_;
   Scenario scenario_;
 };

@@ -1,6 +1,8 @@
 // What people and scenarios can ask of the simulated router.
 #include <algorithm>
+#include <utility>
 
+#include "sim/core/number.h"
 #include "sim/router.h"
 #include "sim/zigbee/descriptions.h"
 
@@ -10,22 +12,24 @@ void Router::addRequests() {
   commands_.add("press", [this](const std::string& name) { return press(name); });
   commands_.add("fail", [this](const std::string& radio) { return fail(radio); });
   commands_.add("answer", [this](const std::string& what) { return answer(what); });
-  commands_.add("bridges", [this](const std::string& count) { return hueServer_.setBridges(count); });
+  commands_.add("bridges", [this](const std::string& count) { return setBridges(count); });
   commands_.add("fault", [this](const std::string& specification) { return addFault(specification); });
   commands_.add("status", [this](const std::string&) { return status(); });
+  commands_.add("kill", [this](const std::string& server) { return kill(server); });
+  commands_.add("start", [this](const std::string& server) { return start(server); });
   commands_.add("stop", [this](const std::string&) { return stop(); });
 }
 
 Outcome Router::press(const std::string& name) {
-  if (name == kHueButton) return hueServer_.pressLinkButton();
-  if (zwaveServer_.hasDevice(name)) return zwaveServer_.press(name);
-  if (zigbeeServer_.hasDevice(name)) return zigbeeServer_.press(name);
+  if (name == kHueButton) return hue_.ask([](HueServer& server) { return server.pressLinkButton(); });
+  if (home_.zwave.find(name) != nullptr) return zwave_.ask([&](ZwaveServer& server) { return server.press(name); });
+  if (home_.zigbee.find(name) != nullptr) return zigbee_.ask([&](ZigbeeServer& server) { return server.press(name); });
   return {false, "there is no device \"" + name + "\"; there are " + home_.labels()};
 }
 
 Outcome Router::fail(const std::string& radio) {
-  if (radio.empty() || radio == "zwave") return zwaveServer_.pressFailing();
-  if (radio == "zigbee") return zigbeeServer_.pressFailing();
+  if (radio.empty() || radio == "zwave") return zwave_.ask([](ZwaveServer& server) { return server.pressFailing(); });
+  if (radio == "zigbee") return zigbee_.ask([](ZigbeeServer& server) { return server.pressFailing(); });
   return {false, "no radio is called \"" + radio + "\"; there are zwave and zigbee"};
 }
 
@@ -33,9 +37,9 @@ Outcome Router::answer(const std::string& serverAndAnswer) {
   const std::size_t end = std::min(serverAndAnswer.find(' '), serverAndAnswer.size());
   const std::string server = serverAndAnswer.substr(0, end);
   const std::string what = serverAndAnswer.substr(std::min(end + 1, serverAndAnswer.size()));
-  if (server == "zigbee") return zigbeeServer_.say(what);
-  if (server == "hue") return hueServer_.say(what);
-  if (server == "nest") return nestServer_.say(what);
+  if (server == "zigbee") return zigbee_.ask([&](ZigbeeServer& it) { return it.say(what); });
+  if (server == "hue") return hue_.ask([&](HueServer& it) { return it.say(what); });
+  if (server == "nest") return nest_.ask([&](NestServer& it) { return it.say(what); });
   return {false, "no server \"" + server + "\" answers on demand; zigbee, hue and nest do"};
 }
 
@@ -48,6 +52,39 @@ Outcome Router::addFault(const std::string& specification) {
   return {true, "fault set: " + specification};
 }
 
+// The bridges are the home's: a Hue server that starts again finds them all.
+Outcome Router::setBridges(const std::string& count) {
+  bridges_ = parseNumber(count, 0, HueBridges::kMost);
+  return hue_.ask([&](HueServer& server) { return server.setBridges(count); });
+}
+
+Killable* Router::serverCalled(const std::string& name) {
+  const std::pair<std::string_view, Killable*> servers[] = {
+      {"zwave", &zwave_}, {"zigbee", &zigbee_}, {"hue", &hue_}, {"nest", &nest_}};
+  for (const auto& [word, server] : servers) {
+    if (word == name) return server;
+  }
+  return nullptr;
+}
+
+Outcome Router::kill(const std::string& name) {
+  Killable* const server = serverCalled(name);
+  if (server == nullptr) return {false, "no server \"" + name + "\" can be killed; zwave, zigbee, hue and nest can"};
+  if (!server->running()) return {false, server->text() + " is not running"};
+  server->kill();
+  journal_.said("router", name, "killed");
+  return {true, server->text() + " is dead"};
+}
+
+Outcome Router::start(const std::string& name) {
+  Killable* const server = serverCalled(name);
+  if (server == nullptr) return {false, "no server \"" + name + "\" can be started; zwave, zigbee, hue and nest can"};
+  if (server->running()) return {false, server->text() + " is running"};
+  server->start();
+  journal_.said("router", name, "started");
+  return {true, server->text() + " is running again"};
+}
+
 Outcome Router::stop() {
   loop_.stop();
   return {true, "stopping"};
@@ -56,10 +93,12 @@ Outcome Router::stop() {
 Outcome Router::status() const {
   const auto line = [](const std::string& name, const std::string& value) { return name + ": " + value + "\n"; };
   std::string text;
-  text += line("Z-Wave server", std::string(zwaveServer_.mode()));
-  text += line("ZigBee server", std::string(zigbeeServer_.mode()));
-  text += line("Hue server", std::string(hueServer_.state()));
-  text += line("Nest server", std::string(nestServer_.state()) + (nestServer_.linked() ? ", linked" : ", not linked"));
+  text += line("Z-Wave server", zwave_.state([](const ZwaveServer& it) { return std::string(it.mode()); }));
+  text += line("ZigBee server", zigbee_.state([](const ZigbeeServer& it) { return std::string(it.mode()); }));
+  text += line("Hue server", hue_.state([](const HueServer& it) { return std::string(it.state()); }));
+  text += line("Nest server", nest_.state([](const NestServer& it) {
+    return std::string(it.state()).append(it.linked() ? ", linked" : ", not linked");
+  }));
   text += line("nodes joined", std::to_string(zwaveNetwork_.devices().size()));
   for (const auto& [node, device] : zwaveNetwork_.devices()) {
     text += "  node " + std::to_string(node) + "  " + device + "\n";

@@ -65,16 +65,18 @@ bool Daemon::receiveOne() {
   return true;
 }
 
-void Daemon::tellLibrary(Bytes datagram, std::string_view what) {
+void Daemon::tellLibrary(Bytes datagram, std::string_view what, Sender sender) {
+  const Descriptor strangers = sender == Sender::kStranger ? boundSocket(kStranger) : Descriptor();
+  const std::string_view name = strangers.valid() ? kStranger.name : self_.name;
   const sockaddr_in library = addressOf(kLibrary);
-  const ssize_t sent = sendto(socket_.get(), datagram.data(), datagram.size(), 0,
+  const ssize_t sent = sendto(strangers.valid() ? strangers.get() : socket_.get(), datagram.data(), datagram.size(), 0,
                               reinterpret_cast<const sockaddr*>(&library), sizeof library);
   if (sent < 0) {
-    surroundings_.journal.trouble("the " + std::string(self_.name) + " cannot send: " + std::strerror(errno));
+    surroundings_.journal.trouble("the " + std::string(name) + " cannot send: " + std::strerror(errno));
     return;
   }
   surroundings_.journal.countSent();
-  said(self_.name, kLibrary.name, withLength(what, datagram.size()));
+  said(name, kLibrary.name, withLength(what, datagram.size()));
 }
 
 }  // namespace tembra::sim

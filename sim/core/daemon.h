@@ -14,6 +14,9 @@ namespace tembra::sim {
 
 using Bytes = std::span<const unsigned char>;
 
+/// Who sends a datagram to the library: the daemon itself, or somebody else in its place.
+enum class Sender { kSelf, kStranger };
+
 class Daemon {
  public:
   Daemon(const Daemon&) = delete;
@@ -28,7 +31,7 @@ class Daemon {
   virtual void handle(Bytes datagram) = 0;
 
   /// Sends a datagram to the library; `what` is for the timeline.
-  void tellLibrary(Bytes datagram, std::string_view what);
+  void tellLibrary(Bytes datagram, std::string_view what, Sender sender = Sender::kSelf);
 
   void found(std::string_view mistake) { surroundings_.journal.found(self_.name, mistake); }
   void heard(std::string_view what) const { surroundings_.journal.said(kLibrary.name, self_.name, what); }

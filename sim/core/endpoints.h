@@ -21,6 +21,9 @@ inline constexpr Endpoint kHueServer{"Hue server", "127.255.255.252", 8888};
 inline constexpr Endpoint kNestServer{"Nest server", "127.255.255.251", 8888};
 inline constexpr Endpoint kHaServer{"HA server", "127.255.255.1", 9999};
 
+// Somebody at an address that no part of the router has.
+inline constexpr Endpoint kStranger{"stranger", "127.0.0.66", 8888};
+
 }  // namespace tembra::sim
 
 #endif

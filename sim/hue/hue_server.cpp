@@ -63,7 +63,7 @@ HueServer::HueServer(Surroundings surroundings, Answers::Manner manner, HueLamps
       lamps_(lamps),
       bridges_(bridges),
       answers_(surroundings, manner, kTypeByte,
-               [this](Bytes datagram, std::string_view text) { tellLibrary(datagram, text); }) {}
+               [this](Bytes datagram, std::string_view text, Sender sender) { tellLibrary(datagram, text, sender); }) {}
 
 std::string_view HueServer::state() const {
   if (awaited_) return "waiting for the link button";

@@ -42,7 +42,7 @@ NestServer::NestServer(Surroundings surroundings, Answers::Manner manner, Author
     : Daemon(kNestServer, sizeof(NestCommand), surroundings),
       authorisation_(std::move(authorisation)),
       answers_(surroundings, manner, kCommandByte,
-               [this](Bytes datagram, std::string_view text) { tellLibrary(datagram, text); }) {}
+               [this](Bytes datagram, std::string_view text, Sender sender) { tellLibrary(datagram, text, sender); }) {}
 
 void NestServer::handle(Bytes datagram) {
   const auto received = recordFrom<NestCommand>(datagram);

@@ -1,7 +1,6 @@
 #include "sim/radio/answers.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace tembra::sim {
@@ -11,7 +10,7 @@ Answers::Answers(Surroundings surroundings, Manner manner, CodeByte codeByte, Se
 
 void Answers::play(std::vector<Answer> answers, EventLoop::Task done) {
   drop();
-  pending_.assign(std::make_move_iterator(answers.begin()), std::make_move_iterator(answers.end()));
+  for (Answer& answer : answers) pending_.push_back({std::move(answer), std::nullopt});
   done_ = std::move(done);
   playing_ = true;
   scheduleNext();
@@ -23,16 +22,26 @@ void Answers::drop() {
   playing_ = false;
 }
 
+// Faults are used up when an answer's turn comes, once, wherever it then stands.
+const Distortion& Answers::fateOfNext() {
+  Pending& next = pending_.front();
+  if (!next.distortion) next.distortion = manner_.faults.take(next.answer.kind.name);
+  return *next.distortion;
+}
+
 void Answers::scheduleNext() {
   if (pending_.empty()) return finish();
-  const MessageKind kind = pending_.front().kind;
-  const Distortion distortion = manner_.faults.take(kind.name);
-  const auto delay = manner_.latency * kind.latencies + distortion.late;
+  while (fateOfNext().reordered && pending_.size() > 1) {
+    pending_[0].distortion->reordered = false;
+    std::swap(pending_[0], pending_[1]);
+  }
+  const Distortion distortion = fateOfNext();
+  const auto delay = manner_.latency * pending_.front().answer.kind.latencies + distortion.late;
   timer_ = surroundings_.loop.after(delay, [this, distortion] { deliver(distortion); });
 }
 
 void Answers::deliver(const Distortion& distortion) {
-  Answer answer = std::move(pending_.front());
+  Answer answer = std::move(pending_.front().answer);
   pending_.pop_front();
   bool ends = distortion.silent;
   if (distortion.code) {
@@ -40,6 +49,7 @@ void Answers::deliver(const Distortion& distortion) {
     distort(answer, static_cast<unsigned char>(code));
     ends = ends || codeByte_.ends(static_cast<unsigned char>(code));
   }
+  if (distortion.foreign) send_(answer.datagram, answer.text, Sender::kStranger);
   if (distortion.lost || distortion.silent) {
     surroundings_.journal.said("fault", "nobody",
                                answer.text + (distortion.silent ? ", silent from now on" : ", lost"));
@@ -58,9 +68,9 @@ void Answers::distort(Answer& answer, unsigned char code) const {
 
 void Answers::send(const Answer& answer, const Distortion& distortion) {
   const std::size_t length = std::min(distortion.length.value_or(answer.datagram.size()), answer.datagram.size());
-  const std::span<const unsigned char> datagram = std::span(answer.datagram).first(length);
-  send_(datagram, answer.text);
-  if (distortion.twice) send_(datagram, answer.text + ", again");
+  const Bytes datagram = Bytes(answer.datagram).first(length);
+  send_(datagram, answer.text, Sender::kSelf);
+  if (distortion.twice) send_(datagram, answer.text + ", again", Sender::kSelf);
 }
 
 void Answers::finish() {

@@ -6,11 +6,12 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
-#include <span>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "sim/core/daemon.h"
 #include "sim/core/surroundings.h"
 #include "sim/radio/fault.h"
 #include "sim/radio/messages.h"
@@ -31,7 +32,7 @@ struct CodeByte {
 
 class Answers {
  public:
-  using Send = std::function<void(std::span<const unsigned char> datagram, std::string_view text)>;
+  using Send = std::function<void(Bytes datagram, std::string_view text, Sender sender)>;
 
   /// How the servers behave in general; shared by them.
   struct Manner {
@@ -51,6 +52,13 @@ class Answers {
   bool playing() const { return playing_; }
 
  private:
+  /// An answer that is still to come, and what becomes of it as soon as that is known.
+  struct Pending {
+    Answer answer;
+    std::optional<Distortion> distortion;
+  };
+
+  const Distortion& fateOfNext();
   void scheduleNext();
   void deliver(const Distortion& distortion);
   void distort(Answer& answer, unsigned char code) const;
@@ -61,7 +69,7 @@ class Answers {
   Manner manner_;
   CodeByte codeByte_;
   Send send_;
-  std::deque<Answer> pending_;
+  std::deque<Pending> pending_;
   EventLoop::Task done_;
   EventLoop::TimerId timer_ = 0;
   bool playing_ = false;

@@ -26,6 +26,8 @@ constexpr std::array kKinds{
     KindRow{"short", FaultKind::kShort, true, std::nullopt, 4096},
     KindRow{"code", FaultKind::kCode, true, Fault::kFailure, 255},
     KindRow{"silence", FaultKind::kSilence, false, 0, 0},
+    KindRow{"reordered", FaultKind::kReordered, false, 0, 0},
+    KindRow{"foreign", FaultKind::kForeign, false, 0, 0},
 };
 
 template <typename Rows>
@@ -92,6 +94,12 @@ void apply(const Fault& fault, Distortion& distortion) {
       break;
     case FaultKind::kSilence:
       distortion.silent = true;
+      break;
+    case FaultKind::kReordered:
+      distortion.reordered = true;
+      break;
+    case FaultKind::kForeign:
+      distortion.foreign = true;
       break;
   }
 }

@@ -12,7 +12,7 @@
 
 namespace tembra::sim {
 
-enum class FaultKind { kLost, kLate, kTwice, kShort, kCode, kSilence };
+enum class FaultKind { kLost, kLate, kTwice, kShort, kCode, kSilence, kReordered, kForeign };
 
 struct Fault {
   static constexpr int kAlways = -1;
@@ -32,6 +32,8 @@ struct Distortion {
   bool lost = false;
   bool silent = false;  ///< neither this answer nor any later one of the operation
   bool twice = false;
+  bool reordered = false;  ///< changes place with the answer that follows in the operation
+  bool foreign = false;    ///< a stranger says it first
   std::chrono::milliseconds late{0};
   std::optional<std::size_t> length;
   std::optional<int> code;

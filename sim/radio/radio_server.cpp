@@ -8,7 +8,7 @@ RadioServer::RadioServer(const Endpoint& self, std::size_t datagramLength, Surro
                          Answers::Manner manner, CodeByte codeByte)
     : Daemon(self, datagramLength, surroundings),
       answers_(surroundings, manner, codeByte,
-               [this](Bytes datagram, std::string_view text) { tellLibrary(datagram, text); }) {}
+               [this](Bytes datagram, std::string_view text, Sender sender) { tellLibrary(datagram, text, sender); }) {}
 
 std::string_view RadioServer::mode() const {
   constexpr std::string_view names[] = {"idle", "adding", "removing"};

@@ -52,7 +52,8 @@ std::string requestFrom(const std::string& key, const json& value, const DeviceE
 }
 
 constexpr std::array<std::string_view, 3> kMoments{"on", "at", "after"};
-constexpr std::array<std::string_view, 6> kActions{"press", "fail", "answer", "bridges", "fault", "stop"};
+constexpr std::array<std::string_view, 8> kActions{"press", "fail", "answer", "bridges",
+                                                   "fault", "kill", "start",  "stop"};
 
 bool isOneOf(const auto& names, const std::string& name) {
   return std::find(names.begin(), names.end(), name) != names.end();

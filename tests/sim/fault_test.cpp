@@ -7,6 +7,7 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "support/caller.h"
 #include "support/running_sim.h"
@@ -120,6 +121,12 @@ constexpr FaultRow kZigbeeRows[] = {
     {"left:lost", "444/1 444/6 444/10", ""},
     {"left:twice", "444/1 444/6 444/10", "444/2 444/2"},
     {"joined:lost", "444/1 444/6 444/10", "444/2"},
+    {"found:reordered", "444/6 444/1 444/10", "444/2"},
+    {"getting:reordered", "444/1 444/10 444/6", "444/2"},
+    {"complete:reordered", "444/1 444/6 444/10", "444/2"},
+    {"left:reordered", "444/1 444/6 444/10", "444/2"},
+    {"getting:foreign", "444/1 444/6 444/6 444/10", "444/2"},
+    {"left:foreign:always", "444/1 444/6 444/10", "444/2 444/2"},
     {"*:lost:always", "", ""},
 };
 
@@ -152,6 +159,25 @@ TEST(LateAnswer, ComesLaterInSimulatedTime) {
   EXPECT_EQ(caller.hear().block.nodeId, 2);
   EXPECT_EQ(caller.hear().block.nodeId, 2);
   EXPECT_GE(Clock::now() - pressed, std::chrono::milliseconds(80));
+}
+
+// Faults are drawn when an answer's turn would have come: the one that changed places keeps its own.
+TEST(ReorderedAnswer, KeepsItsOtherFaults) {
+  Caller caller;
+  const RunningSim sim({"--fault", "found:reordered", "--fault", "found:short=11", "--fault", "getting:code=3"});
+  caller.zigbeeAdd();
+  EXPECT_EQ(zigbeeAnswers(caller, sim), "444/3 11/1 444/10");
+}
+
+TEST(ForeignAnswer, ComesFromAStrangerBeforeTheServersOwn) {
+  Caller caller;
+  const RunningSim sim({"--fault", "joined:foreign", "--fault", "identity:foreign", "--fault", "identity:lost"});
+  caller.add();
+  sim.tell("press siren");
+  sim.awaitIdle();
+  std::vector<std::string> senders;
+  for (const Heard& heard : caller.heardSoFar()) senders.push_back(heard.sender);
+  EXPECT_EQ(senders, (std::vector<std::string>{"127.0.0.66", "127.255.255.254", "127.0.0.66", "127.255.255.254"}));
 }
 
 TEST(FaultsAtRunTime, AreSetAndCleared) {

@@ -28,6 +28,25 @@ TEST(Scenario, PressesWhenTheLibraryAsks) {
   EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
 }
 
+void awaitStatus(const RunningSim& sim, const char* line) {
+  while (sim.ask("status").text.find(line) == std::string::npos) {
+  }
+}
+
+TEST(Scenario, KillsAndStartsServers) {
+  Caller caller;
+  RunningSim sim(scenario(R"({"on": "add", "kill": "zwave"}, {"on": "nest-unlink", "start": "zwave"},
+                             {"on": "add", "press": "siren"}, {"after": 2, "stop": true})"));
+  caller.add();
+  awaitStatus(sim, "Z-Wave server: not running\n");
+  caller.nest(109);
+  awaitStatus(sim, "Z-Wave server: idle\n");
+  caller.add();
+  EXPECT_EQ(caller.hear().as<NestAnswer>().command, 122);
+  EXPECT_EQ(caller.hear().block.nodeId, 2);
+  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+}
+
 TEST(Scenario, AfterAnAddBothRadiosListen) {
   Caller caller;
   RunningSim sim(scenario(

@@ -98,8 +98,13 @@ void Caller::notice(int recordKind, const std::vector<unsigned char>& record) {
 
 bool Caller::receive(Heard& heard, int flags) {
   std::array<unsigned char, 4096> buffer{};
-  const ssize_t length = recv(socket_.get(), buffer.data(), buffer.size(), flags);
+  sockaddr_in sender{};
+  socklen_t senderLength = sizeof sender;
+  const ssize_t length =
+      recvfrom(socket_.get(), buffer.data(), buffer.size(), flags, reinterpret_cast<sockaddr*>(&sender), &senderLength);
   if (length < 0) return false;
+  std::array<char, INET_ADDRSTRLEN> senderText{};
+  heard.sender = inet_ntop(AF_INET, &sender.sin_addr, senderText.data(), senderText.size());
   heard.length = static_cast<std::size_t>(length);
   heard.bytes.assign(buffer.begin(), buffer.begin() + length);
   heard.block = recordFrom<ZwNodeInfo>(std::span(buffer).first(heard.length));

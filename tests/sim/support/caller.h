@@ -17,6 +17,7 @@ struct Heard {
   std::size_t length;
   ZwNodeInfo block;                  ///< zero where the datagram did not reach
   std::vector<unsigned char> bytes;  ///< the datagram
+  std::string sender;                ///< "127.255.255.254"
 
   template <typename Record>
   Record as() const {

@@ -1,0 +1,81 @@
+#include "campaign/flows.h"
+
+namespace campaign {
+namespace {
+
+constexpr int kIdle = 180;
+constexpr int kJoining = 60;
+constexpr int kLeaving = 20;
+
+constexpr ScenarioName kScenarios[] = {
+    {Scenario::kClean, "nothing wrong"},
+    {Scenario::kLost, "an answer lost"},
+    {Scenario::kLate, "an answer late, within the time-out"},
+    {Scenario::kTooLate, "an answer late, beyond the time-out"},
+    {Scenario::kTwice, "an answer twice"},
+    {Scenario::kShort, "an answer cut short"},
+    {Scenario::kReordered, "answers in another order"},
+    {Scenario::kForeign, "a stranger says it first"},
+    {Scenario::kForeignAlone, "only a stranger says it"},
+    {Scenario::kFailure, "the server tells a failure"},
+    {Scenario::kCode, "an answer with any code"},
+    {Scenario::kSilence, "silence from some answer on"},
+    {Scenario::kKilled, "the server killed in the middle, and restarted"},
+    {Scenario::kDeadFromTheStart, "the server dead from the start"},
+    {Scenario::kInterrupted, "the front end interrupted"},
+    {Scenario::kNobody, "nobody presses a button"},
+};
+
+constexpr CatalogueDevice kZwaveDevices[] = {
+    {"metering-plug", "MultiSwitch"}, {"dimmer", "MultilevelSwitch"},          {"siren", "Siren"},
+    {"door-lock", "DoorLock"},        {"binary-sensor", "ZwaveContactSensor"}, {"wall-thermostat", "Thermostat"},
+};
+
+constexpr CatalogueDevice kZigbeeDevices[] = {
+    {"zb-plug", "BinarySwitch"},     {"zb-dimmer", "MultilevelSwitchOnOff"}, {"zb-door-lock", "ZigbeeDoorLock"},
+    {"zb-contact", "ContactSwitch"}, {"zb-siren", "StandardWarningDevice"},  {"zb-thermostat", "Thermostat"},
+};
+
+}  // namespace
+
+const char* wordOf(Server server) {
+  constexpr const char* words[] = {"zwave", "zigbee", "hue", "nest"};
+  return words[static_cast<int>(server)];
+}
+
+const std::vector<Flow>& flows() {
+  static const std::vector<Flow> all = {
+      {"Z-Wave add", Goal::kAdd, Server::kZwave, {{"joined", kIdle}, {"identity", kJoining}, {"info", kIdle}}},
+      {"Z-Wave remove", Goal::kRemove, Server::kZwave, {{"removed", kIdle}, {"closing", kLeaving}}},
+      {"ZigBee add", Goal::kAdd, Server::kZigbee, {{"found", kIdle}, {"getting", kJoining}, {"complete", kIdle}}},
+      {"ZigBee remove", Goal::kRemove, Server::kZigbee, {{"left", kIdle}}},
+      {"cancel", Goal::kCancel, Server::kZwave, {{"*", kIdle}}},
+      {"reset", Goal::kReset, Server::kZwave, {{"reset", kIdle}}},
+      {"Hue discover", Goal::kHueDiscover, Server::kHue, {{"bridges", kIdle}}},
+      {"Hue add bridge", Goal::kHueAdd, Server::kHue, {{"hue", kIdle}}},
+      {"Hue add bulb", Goal::kHueBulb, Server::kHue, {{"hue", kIdle}}},
+      {"Hue refresh", Goal::kHueRefresh, Server::kHue, {{"hue", kIdle}}},
+      {"Hue remove bridge", Goal::kHueRemove, Server::kHue, {{"hue", kIdle}}},
+      {"Nest link", Goal::kNestLink, Server::kNest, {{"nest", kIdle}}},
+      {"Nest unlink", Goal::kNestUnlink, Server::kNest, {{"nest", kIdle}}},
+  };
+  return all;
+}
+
+std::span<const ScenarioName> scenarios() { return kScenarios; }
+
+std::span<const CatalogueDevice> devicesOf(Server radio) {
+  return radio == Server::kZwave ? std::span<const CatalogueDevice>(kZwaveDevices) : kZigbeeDevices;
+}
+
+std::string typeOf(const std::string& label) {
+  const std::string plain = label.substr(0, label.find('#'));
+  for (const Server radio : {Server::kZwave, Server::kZigbee}) {
+    for (const CatalogueDevice& device : devicesOf(radio)) {
+      if (plain == device.label) return device.type;
+    }
+  }
+  return "";
+}
+
+}  // namespace campaign

@@ -1,0 +1,185 @@
+// Everything that the threads of the world wait with, between them and the C library.
+#include <fcntl.h>
+#include <linux/futex.h>
+#include <poll.h>
+#include <pthread.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <ctime>
+#include <memory>
+
+#include "campaign/real_poll.h"
+#include "campaign/world_clock.h"
+#include "harness/real_libc.h"
+
+using campaign::Awaited;
+using campaign::fromTimespec;
+using campaign::kMillisecond;
+using campaign::kSecond;
+using campaign::Time;
+using campaign::worldClock;
+using campaign::WorldClock;
+
+namespace {
+
+bool tellsTheTimeOfDay(clockid_t clock) {
+  return clock == CLOCK_MONOTONIC || clock == CLOCK_BOOTTIME || clock == CLOCK_REALTIME;
+}
+
+bool mayBlock(int socket, int flags) {
+  return (flags & MSG_DONTWAIT) == 0 && (fcntl(socket, F_GETFL) & O_NONBLOCK) == 0;
+}
+
+std::optional<Time> receiveDeadline(WorldClock& clock, int socket) {
+  timeval timeout{};
+  socklen_t length = sizeof timeout;
+  getsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &timeout, &length);
+  const Time time = timeout.tv_sec * kSecond + timeout.tv_usec * 1000;
+  return time == 0 ? std::nullopt : std::optional(clock.now() + time);
+}
+
+// False, and errno as a receive leaves it, when nothing arrived in time.
+bool awaitDatagram(WorldClock& clock, int socket) {
+  pollfd entry{.fd = socket, .events = POLLIN, .revents = 0};
+  if (campaign::realPoll({&entry, 1}, 0) > 0) return true;
+  if (clock.wait({.deadline = receiveDeadline(clock, socket), .descriptors = {&entry, 1}})) return true;
+  errno = EAGAIN;
+  return false;
+}
+
+struct ThreadStart {
+  void* (*function)(void*);
+  void* argument;
+};
+
+void* liveInWorld(void* argument) {
+  const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(argument));
+  void* const result = start->function(start->argument);
+  worldClock()->threadEnds();
+  return result;
+}
+
+long waitForWord(WorldClock& clock, const int* word, int value, const timespec* deadline) {
+  if (__atomic_load_n(word, __ATOMIC_ACQUIRE) != value) {
+    errno = EAGAIN;
+    return -1;
+  }
+  const auto moment = deadline == nullptr ? std::nullopt : std::optional(fromTimespec(*deadline));
+  if (clock.wait({.deadline = moment, .descriptors = {}, .word = word, .value = value})) return 0;
+  errno = ETIMEDOUT;
+  return -1;
+}
+
+}  // namespace
+
+int campaign::realPoll(std::span<pollfd> entries, int milliseconds) {
+  HARNESS_REAL(poll);
+  return real(entries.data(), entries.size(), milliseconds);
+}
+
+extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
+  HARNESS_REAL(clock_gettime);
+  WorldClock* const world = worldClock();
+  if (world == nullptr || !tellsTheTimeOfDay(clock)) return real(clock, time);
+  *time = campaign::toTimespec(world->now());
+  return 0;
+}
+
+extern "C" int poll(pollfd* entries, nfds_t count, int milliseconds) {
+  const std::span<pollfd> all(entries, count);
+  WorldClock* const world = worldClock();
+  if (world == nullptr) return campaign::realPoll(all, milliseconds);
+  const int ready = campaign::realPoll(all, 0);
+  if (ready != 0 || milliseconds == 0) return ready;
+  const auto deadline = milliseconds < 0 ? std::nullopt : std::optional(world->now() + milliseconds * kMillisecond);
+  return world->wait({.deadline = deadline, .descriptors = all}) ? campaign::realPoll(all, 0) : 0;
+}
+
+extern "C" ssize_t recvfrom(int socket, void* buffer, size_t size, int flags, sockaddr* from, socklen_t* length) {
+  HARNESS_REAL(recvfrom);
+  WorldClock* const world = worldClock();
+  if (world != nullptr && mayBlock(socket, flags) && !awaitDatagram(*world, socket)) return -1;
+  return real(socket, buffer, size, flags, from, length);
+}
+
+extern "C" ssize_t recv(int socket, void* buffer, size_t size, int flags) {
+  HARNESS_REAL(recv);
+  WorldClock* const world = worldClock();
+  if (world != nullptr && mayBlock(socket, flags) && !awaitDatagram(*world, socket)) return -1;
+  return real(socket, buffer, size, flags);
+}
+
+extern "C" unsigned sleep(unsigned seconds) {
+  HARNESS_REAL(sleep);
+  WorldClock* const world = worldClock();
+  if (world == nullptr) return real(seconds);
+  world->sleepUntil(world->now() + seconds * kSecond);
+  return 0;
+}
+
+extern "C" int nanosleep(const timespec* time, timespec* left) {
+  HARNESS_REAL(nanosleep);
+  WorldClock* const world = worldClock();
+  if (world == nullptr) return real(time, left);
+  world->sleepUntil(world->now() + fromTimespec(*time));
+  return 0;
+}
+
+extern "C" int clock_nanosleep(clockid_t clock, int flags, const timespec* time, timespec* left) {
+  HARNESS_REAL(clock_nanosleep);
+  WorldClock* const world = worldClock();
+  if (world == nullptr) return real(clock, flags, time, left);
+  world->sleepUntil(fromTimespec(*time) + ((flags & TIMER_ABSTIME) != 0 ? 0 : world->now()));
+  return 0;
+}
+
+extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex, clockid_t clock,
+                                      const timespec* deadline) {
+  HARNESS_REAL(pthread_cond_clockwait);
+  WorldClock* const world = worldClock();
+  if (world == nullptr) return real(condition, mutex, clock, deadline);
+  const Awaited awaited{.deadline = fromTimespec(*deadline), .descriptors = {}, .condition = condition};
+  const bool ready = world->wait(awaited, [mutex] { pthread_mutex_unlock(mutex); });
+  pthread_mutex_lock(mutex);
+  return ready ? 0 : ETIMEDOUT;
+}
+
+extern "C" int pthread_cond_broadcast(pthread_cond_t* condition) noexcept {
+  HARNESS_REAL(pthread_cond_broadcast);
+  if (worldClock() != nullptr) worldClock()->announce(condition);
+  return real(condition);
+}
+
+extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*function)(void*),
+                              void* argument) noexcept {
+  HARNESS_REAL(pthread_create);
+  WorldClock* const world = worldClock();
+  if (world == nullptr) return real(thread, attributes, function, argument);
+  auto start = std::make_unique<ThreadStart>(ThreadStart{function, argument});
+  world->threadBegins();
+  const int error = real(thread, attributes, &liveInWorld, start.get());
+  if (error != 0) {
+    world->threadEnds();
+  } else {
+    static_cast<void>(start.release());  // the thread's now
+  }
+  return error;
+}
+
+// The C++ library's futures wait in a futex of their own. Whoever calls gives as many arguments as the kernel takes;
+// the rest is passed on unread, as the C library does, for which a function with a variable number of them is no good.
+extern "C" long interposedSyscall(long number, const int* word, long operation, long value, const timespec* deadline,
+                                  long e, long f) noexcept __asm__("syscall");
+
+extern "C" long interposedSyscall(long number, const int* word, long operation, long value, const timespec* deadline,
+                                  long e, long f) noexcept {
+  HARNESS_REAL(syscall);
+  WorldClock* const world = worldClock();
+  const bool waits = number == SYS_futex && (operation & FUTEX_CMD_MASK) == FUTEX_WAIT_BITSET;
+  if (!waits || world == nullptr) return real(number, word, operation, value, deadline, e, f);
+  return waitForWord(*world, word, static_cast<int>(value), deadline);
+}
