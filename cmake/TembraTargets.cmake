@@ -15,11 +15,19 @@ function(tembra_target name)
   endif()
 endfunction()
 
-# Most of what compiling this target takes is in the headers of the libraries that it uses: several files at a time.
-# (A build that takes all of them at once goes on doing so.)
-function(tembra_heavy_headers name)
+# Most of what compiling this target takes is in the headers that it uses: several files at a time. (A build that takes
+# all of a target at once goes on doing so.)
+function(tembra_batched name)
   if(NOT CMAKE_UNITY_BUILD)
     set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+  endif()
+endfunction()
+
+# The same for a program that is never in a hurry: with sanitizers, optimising it costs more than it saves.
+function(tembra_heavy_headers name)
+  tembra_batched(${name})
+  if(TEMBRA_SANITIZE)
+    target_compile_options(${name} PRIVATE -O0)
   endif()
 endfunction()
 

@@ -189,7 +189,7 @@ class TEMBRA_API TembraAssociation {
   /// {"MAClist":[{"mac":"a1:b2:c3:0a:1b:2c","username":"..."}]}
   /// Overwrites username1 from its start, and does not clear it before: a bridge without a stored user shows the name
   /// that an earlier call left in its place. Waits for the database's file lock; a database that cannot be opened is
-  /// repaired and, when that does not help, deleted (but not for want of descriptors or memory).
+  /// repaired and, when that does not help, deleted (but not for want of descriptors, memory or disk space).
   /// @return a text that the caller releases with free(); null when the database cannot be opened or memory is short.
   char* Hue_getBridgeList();
 

@@ -10,6 +10,7 @@
 #include <csignal>
 
 #include <cstdlib>
+#include <utility>
 
 #include "assoc/display_error.h"
 #include "mesh/mesh_identity.h"
@@ -30,9 +31,15 @@ constexpr int kClosed = 0;  // the sock field says so with descriptor 0
 constexpr int kFirstOrdinaryDescriptor = 3;
 constexpr long kLongestReceiveEndSeconds = 2;
 
-constinit tembra::Gate starts;  // of receive threads; their openers hold the state lock, so there is one at a time
+// An opener and the receive thread that it waits for. One each: what the new thread calls before it has started, the
+// router's Logger included, may open another connection.
+struct Start {
+  TembraAssociation& assoc;
+  tembra::Gate gate;
+};
+
 constinit tembra::Gate receives;
-thread_local bool openerIsWaiting = false;
+thread_local Start* awaitedStart = nullptr;
 tembra::ConnectionNumber currentNumber = 0;
 
 int fail(const char* message) {
@@ -87,18 +94,18 @@ bool readMeshId(const TembraAssociation& assoc) {
   return true;
 }
 
-void* runReceiver(void* assoc) {
-  openerIsWaiting = true;
-  return TembraAssociation::receiverHelper(assoc);
+void* runReceiver(void* start) {
+  awaitedStart = static_cast<Start*>(start);
+  return TembraAssociation::receiverHelper(&awaitedStart->assoc);
 }
 
 // With every signal blocked: a signal would end a receive early, and that counts as a time-out.
-int createThread(TembraAssociation& assoc) {
+int createThread(Start& start) {
   sigset_t all;
   sigset_t before;
   sigfillset(&all);
   pthread_sigmask(SIG_SETMASK, &all, &before);
-  const int error = pthread_create(&receiver_thread, nullptr, &runReceiver, &assoc);
+  const int error = pthread_create(&receiver_thread, nullptr, &runReceiver, &start);
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
   return error;
 }
@@ -106,13 +113,13 @@ int createThread(TembraAssociation& assoc) {
 // Waits until the thread has reset `idle` and the cancel target, so that an operation started right after the
 // opening is not reset. The lock stays held: no datagram is handled before the opening is complete.
 int startReceiver(TembraAssociation& assoc) {
-  starts.begin();
-  const int error = createThread(assoc);
+  Start start{assoc, {}};
+  start.gate.begin();
+  const int error = createThread(start);
   if (error == 0) {
-    starts.wait();
+    start.gate.wait();
     tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Thread created successfully");
   } else {
-    starts.end();
     tembra::logLine(assoc, Level::Progress,
                     tembra::line(TEMBRA_LOG_PREFIX "can't create thread :[")
                         << tembra::ErrnoText(error).c_str() << "]");
@@ -156,12 +163,10 @@ void TembraAssociation::closeAssocConnection() {
 
 namespace tembra {
 
-bool ReceiverLease::openerWaits() { return openerIsWaiting; }
+bool ReceiverLease::openerWaits() { return awaitedStart != nullptr; }
 
-void ReceiverLease::started() {
-  openerIsWaiting = false;
-  starts.end();
-}
+// The opener's record ends as soon as the opener goes on.
+void ReceiverLease::started() { std::exchange(awaitedStart, nullptr)->gate.endLast(); }
 
 ReceiverLease::ReceiverLease(TembraAssociation& assoc)
     : assoc_(assoc), number_(currentNumber), descriptor_(assoc.sock) {}

@@ -1,5 +1,5 @@
 // Sending by destination, and telling senders apart.
-#include <arpa/inet.h>
+#include <netinet/in.h>
 #include <sys/socket.h>
 #include <tembra/association.h>
 #include <tembra/endpoints.h>

@@ -53,13 +53,14 @@ DEPOT* openChecked(int mode, int buckets, const char* onlyKey) {
 
 // That an open or a repair failed for want of these says nothing about the file: it is not deleted.
 bool wasShortOfResources() {
-  static constexpr int kShortages[] = {EMFILE, ENFILE, ENOMEM, ENOLCK, ENOSPC, EDQUOT};
+  static constexpr int kShortages[] = {EMFILE, ENFILE, ENOMEM, ENOLCK, EDEADLK, ENOSPC, EDQUOT};
   return std::find(std::begin(kShortages), std::end(kShortages), errno) != std::end(kShortages);
 }
 
 // Whether the file had its chance: false when the repair failed for a want that is not the file's own doing.
 bool tryRepair() {
   const Repair outlook = foreseeRepair(DBName);
+  if (outlook == Repair::NoRoom || (outlook == Repair::Unforeseen && wasShortOfResources())) return false;
   errno = 0;
   if (outlook == Repair::Refused || dprepair(DBName) != 0) return true;
   return !wasShortOfResources() || (errno == ENOMEM && outlook == Repair::Greedy);
@@ -122,7 +123,7 @@ OpenDatabase::OpenDatabase(const char* onlyKey) {
 // Readable records may be left even when the repair fails.
 void OpenDatabase::repairOrDelete(const char* onlyKey) {
   complain("dpopen");
-  if (wasShortOfResources()) return;
+  if (wasShortOfResources() && !(errno == ENOMEM && lacksItsBuckets(DBName))) return;
   const bool hadItsChance = tryRepair();
   depot_ = openChecked(kReopenMode, kReopenBuckets, onlyKey);
   if (depot_ == nullptr && hadItsChance && !wasShortOfResources()) deletionResult_ = std::remove(DBName);

@@ -1,6 +1,8 @@
+// What cannot be looked at is trusted: only damage that was seen may cost a file.
 #include "database/file_check.h"
 
 #include <fcntl.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,6 +16,7 @@ namespace {
 
 constexpr long long kSmallFile = 1 << 20;
 constexpr long long kMostGrowth = 4;
+constexpr long long kRoomToSpare = 1 << 16;
 
 // The library computes an offset as int: behind a record that seems to end beyond its range the walk turns back. Only
 // a record that the walk hands out counts; past a deleted one it fails.
@@ -43,7 +46,7 @@ bool hasItsBuckets(const DepotFile& file, const DepotHeader& header) {
 Repair foreseeWalk(DepotFile& file, const DepotHeader& header) {
   Repair outlook = Repair::Modest;
   DepotRecord record{};
-  for (long long at = header.firstRecord(); file.read(at, record);) {
+  for (long long at = static_cast<int>(header.firstRecord()); file.read(at, record);) {
     if (std::max(record.keySize, record.valueSize) > file.size()) outlook = Repair::Greedy;
     const auto length = static_cast<int>(record.end());
     if (length == 0) return Repair::Refused;
@@ -55,14 +58,40 @@ Repair foreseeWalk(DepotFile& file, const DepotHeader& header) {
 
 // The repaired file gets two buckets for each record that the header speaks of, computed as int. A file that was cut
 // may rightly speak of more than it has.
-bool repairedFileIsSmall(const DepotFile& file, const DepotHeader& header) {
-  const auto buckets = static_cast<int>(2LL * header.records);
-  return buckets * static_cast<long long>(sizeof(int)) <= std::max(kSmallFile, kMostGrowth * file.size());
+long long bucketBytes(const DepotHeader& header) {
+  return static_cast<int>(2LL * header.records) * static_cast<long long>(sizeof(int));
 }
 
-}  // namespace
+bool repairedFileIsSmall(const DepotFile& file, const DepotHeader& header) {
+  return bucketBytes(header) <= std::max(kSmallFile, kMostGrowth * file.size());
+}
 
-// What cannot be looked at is trusted: only damage that was seen may cost a file.
+// The repair writes a new file beside the old one, and then copies it over the old one, which it cuts first: whatever
+// has no room then is gone. A file system that tells of no blocks has no limit.
+bool hasRoomToRepair(int descriptor, const DepotFile& file, const DepotHeader& header) {
+  struct statvfs status = {};
+  if (fstatvfs(descriptor, &status) != 0 || status.f_blocks == 0) return true;
+  const long long repaired = file.size() + bucketBytes(header) + kRoomToSpare;
+  return static_cast<long long>(status.f_bavail) * static_cast<long long>(status.f_frsize) >= 2 * repaired;
+}
+
+/// A file for as long as it is looked at.
+class OpenFile {
+ public:
+  explicit OpenFile(const char* path) : descriptor_(open(path, O_RDONLY | O_CLOEXEC)) {}
+  ~OpenFile() {
+    if (isOpen()) close(descriptor_);
+  }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
+  [[nodiscard]] int descriptor() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+}  // namespace
 
 bool isSafeToRead(int descriptor) {
   DepotFile file(descriptor);
@@ -79,16 +108,22 @@ bool isSafeToSearch(int descriptor, int hash) {
 }
 
 Repair foreseeRepair(const char* path) {
-  const int descriptor = open(path, O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) return Repair::Modest;
-  DepotFile file(descriptor);
+  const OpenFile file(path);
+  if (!file.isOpen()) return Repair::Unforeseen;
+  DepotFile depot(file.descriptor());
   DepotHeader header{};
-  Repair outlook = Repair::Modest;
-  if (file.read(0, header)) {
-    outlook = repairedFileIsSmall(file, header) ? foreseeWalk(file, header) : Repair::Refused;
-  }
-  close(descriptor);
-  return outlook;
+  if (!depot.read(0, header)) return Repair::Modest;
+  if (!repairedFileIsSmall(depot, header)) return Repair::Refused;
+  const Repair outlook = foreseeWalk(depot, header);
+  return outlook == Repair::Refused || hasRoomToRepair(file.descriptor(), depot, header) ? outlook : Repair::NoRoom;
+}
+
+bool lacksItsBuckets(const char* path) {
+  const OpenFile file(path);
+  if (!file.isOpen()) return false;
+  DepotFile depot(file.descriptor(), sizeof(DepotHeader));
+  DepotHeader header{};
+  return depot.read(0, header) && !hasItsBuckets(depot, header);
 }
 
 }  // namespace tembra

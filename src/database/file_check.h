@@ -14,12 +14,18 @@ bool isSafeToSearch(int descriptor, int hash);
 
 enum class Repair {
   Refused,  ///< it would never end, or make a huge file
+  NoRoom,   ///< it would run out of disk space half-way, and take what it had not copied yet with it
   Greedy,   ///< it ends, but asks for more memory than the file is long
   Modest,
+  Unforeseen  ///< the file cannot be opened to be looked at; errno says why
 };
 
 /// What repairing a file that is not open comes to.
 Repair foreseeRepair(const char* path);
+
+/// Whether a file that is not open speaks of more buckets than it has: then it does not open for want of memory, which
+/// is its own doing.
+bool lacksItsBuckets(const char* path);
 
 }  // namespace tembra
 

@@ -67,12 +67,12 @@ class CycleSearch {
 
 // Whether a tree has but a few records, each met once: so it is in most homes, and is found out without memory.
 bool isSmallTree(DepotFile& file, int root) {
-  constexpr std::size_t kMost = 64;
-  int links[kMost + 1] = {root};
+  constexpr std::size_t kMostLinks = 64;
+  int links[kMostLinks + 1] = {root};
   std::size_t count = 1;
   DepotRecord record{};
-  for (std::size_t visited = 0; count > 0; ++visited) {
-    if (visited == kMost) return false;
+  for (std::size_t followed = 0; count > 0; ++followed) {
+    if (followed == kMostLinks) return false;
     const int link = links[--count];
     if (link <= 0 || !file.read(link, record) || !record.isReadable()) continue;
     links[count++] = record.left;

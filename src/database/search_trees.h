@@ -46,7 +46,7 @@ class LinkOrder {
   static long long targetMark(long long offset) { return kMarks * offset + 1; }
 
   long long fileSize_;
-  unsigned char smallHome_[24576];  // for a dozen devices
+  unsigned char smallHome_[24576];  // enough for a file of 98,300 bytes, a dozen devices
   OffsetSet marks_;
   long long missingRecords_ = 0;  // linked to, but not met yet
   bool kept_ = true;

@@ -8,8 +8,8 @@
 
 namespace tembra {
 
-/// Any thread may call any operation; the gate must outlive them all. Beginning and ending take no lock unless somebody
-/// waits. Needs no construction and no destruction at run time.
+/// Any thread may call any operation; the gate must outlive them all (but see endLast). Beginning and ending take no
+/// lock unless somebody waits. Needs no construction and no destruction at run time.
 class Gate {
  public:
   constexpr Gate() = default;
@@ -21,6 +21,14 @@ class Gate {
   // The order of the two counters is what makes a waiter safe: it says that it waits before it looks.
   void end() {
     if (--underWay_ == 0 && waiting_ > 0) wake();
+  }
+
+  /// The same for a gate that goes as soon as its waiter goes on: nobody gets past before this has let go of it.
+  void endLast() {
+    pthread_mutex_lock(&mutex_);
+    --underWay_;
+    pthread_cond_broadcast(&opened_);
+    pthread_mutex_unlock(&mutex_);
   }
 
   void wait() {

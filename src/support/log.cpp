@@ -9,8 +9,8 @@ namespace tembra {
 namespace {
 
 // Aside, because a piece of the line may itself stand in tempStr.
-char text[sizeof tempStr];
-constinit TextWriter writer(text, sizeof text);
+char lineText[sizeof tempStr];
+constinit TextWriter writer(lineText, sizeof lineText);
 
 }  // namespace
 
@@ -19,15 +19,15 @@ void log(const TembraAssociation& assoc, Level level, const char* text) {
 }
 
 TextWriter& line(const char* start) {
-  writer = TextWriter(text, sizeof text);
+  writer = TextWriter(lineText, sizeof lineText);
   return writer << start;
 }
 
 // The Logger gets a copy: it may call the library back, which then begins the next line.
-void logLine(const TembraAssociation& assoc, Level level, const TextWriter& line) {
+void logLine(const TembraAssociation& assoc, Level level, const TextWriter& written) {
   char copy[sizeof tempStr];
-  std::memcpy(copy, line.text(), line.length() + 1);
-  std::memcpy(tempStr, copy, line.length() + 1);
+  std::memcpy(copy, written.text(), written.length() + 1);
+  std::memcpy(tempStr, copy, written.length() + 1);
   log(assoc, level, copy);
 }
 

@@ -21,7 +21,7 @@ void log(const TembraAssociation& assoc, Level level, const char* text);
 TextWriter& line(const char* start);
 
 /// Logs a line that was put together, and leaves it in `tempStr`.
-void logLine(const TembraAssociation& assoc, Level level, const TextWriter& line);
+void logLine(const TembraAssociation& assoc, Level level, const TextWriter& written);
 
 }  // namespace tembra
 

@@ -15,8 +15,8 @@ struct Hex {
   int digits;
 };
 
-/// Writes pieces one behind the other, cut at the field's size less the NUL that stands behind the last one from the
-/// first piece on. Bytes behind that NUL keep their value.
+/// Writes pieces one behind the other, cut so that a NUL fits behind them; from the first piece on there always is one.
+/// Bytes behind that NUL keep their value.
 class TextWriter {
  public:
   constexpr TextWriter(char* out, std::size_t size) : start_(out), next_(out), end_(out + size - 1) {}

@@ -129,13 +129,13 @@ constexpr auto kRowOfNumber = [] {
 // ---- name to number -------------------------------------------------------------------------------------------------
 
 // One probe decides: a hash of the length and three characters that no two of the names share.
-constexpr std::size_t kSlots = 1024;
+constexpr std::size_t kSlots = 512;
 
 constexpr std::size_t hash(std::string_view name) {
   const auto at = [name](std::size_t i) { return static_cast<std::uint32_t>(static_cast<unsigned char>(name[i])); };
   const std::size_t size = name.size();
   const std::uint32_t picked = at(0) | at(size - 1) << 8 | at(size / 4) << 16;
-  const std::uint32_t mixed = (picked ^ static_cast<std::uint32_t>(size) * 0x9E3779B1U) * 0x85EBCA6BU;
+  const std::uint32_t mixed = (picked ^ static_cast<std::uint32_t>(size) * 0x9E3779B1U) * 0x2B37D817U;
   return (mixed >> 13) % kSlots;
 }
 

@@ -15,7 +15,7 @@ ClientType clientAt(TembraAssociation& assoc, const char* dotted) {
   return assoc.findClientType(address);
 }
 
-char elsewhere[] = "127.0.0.77:8888";
+char movedZwave[] = "127.0.0.77:8888";
 
 }  // namespace
 
@@ -55,7 +55,7 @@ TEST(SenderTest, IsToldByItsAddress) {
 
 TEST(SenderTest, IsNotToldByTheEndpointTable) {
   Router router;
-  ozw_adr = elsewhere;
+  ozw_adr = movedZwave;
   TembraAssociation& assoc = router.assoc();
   EXPECT_EQ(clientAt(assoc, "127.255.255.254"), CLIENT_ZWAVE);
   EXPECT_EQ(clientAt(assoc, "127.0.0.77"), CLIENT_UNKNOWN);

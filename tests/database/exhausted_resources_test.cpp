@@ -3,6 +3,7 @@
 #include <depot.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -115,6 +116,24 @@ TEST(WithOneDescriptor, TheDatabaseIsRead) {
   router.assoc();
   const Exhausted exhausted(1);
   EXPECT_EQ(house::findNode(router, 5), 1);
+}
+
+// Depot's repair cuts the file before it copies the repaired one over it.
+TEST(WithoutDiskSpace, ABrokenFileIsNotRepaired) {
+  Router router;
+  router.assoc();
+  for (const char* size : {"size=96k", "size=128k", "size=160k", "size=200k"}) {
+    SCOPED_TRACE(size);
+    house::fill(router.database());
+    router.database().makeRepairable();
+    const Bytes broken = router.database().file();
+    ASSERT_EQ(mount(nullptr, "/tmp", nullptr, MS_REMOUNT, size), 0);
+    EXPECT_EQ(house::findNode(router, 5), 0);
+    EXPECT_EQ(router.database().file(), broken);
+    ASSERT_EQ(mount(nullptr, "/tmp", nullptr, MS_REMOUNT, "size=4m"), 0);
+    EXPECT_EQ(house::countFound(router), house::kDevices);
+    router.database().remove();
+  }
 }
 
 TEST(AFailedRepair, CostsTheFileUnlessItWasForWantOfSomethingElse) {

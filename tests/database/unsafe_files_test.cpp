@@ -108,7 +108,26 @@ TEST_P(OrdinaryDamageTest, IsLeftToTheDepotLibrary) {
   EXPECT_EQ(trace.find("dpopen /tmp/ddb 6 -1\ndpclose"), 0U) << trace;
 }
 
-// Neither of these comes back from the repair: one makes it write without end, the other keeps it where it is.
+// A number of buckets whose end lies behind any map makes opening fail for want of memory: that is the file's own
+// doing.
+TEST(AFileOfTooManyBuckets, IsRepaired) {
+  Router router;
+  router.watch(harness::kWatchDatabase);
+  for (const int buckets : {0x20000000, 0x30000000, 0x3fffff00}) {
+    SCOPED_TRACE(buckets);
+    router.database().remove();
+    house::fill(router.database());
+    Words words(router.database().file());
+    words.set(depot::kBuckets, buckets);
+    router.database().replaceWith(words.file());
+    house::findNode(router, 99);
+    router.forget();
+    house::findNode(router, 99);
+    EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1", "dpclose"}));
+  }
+}
+
+// Neither of these comes back from the repair: one makes it write without end, the others keep it where it is.
 TEST(UnrepairableFile, IsNotRepaired) {
   const DamagedFile files[] = {
       {"MoreRecordsThanBytes", [](Words& words) { words.set(depot::kRecords, 1 << 26); }},
@@ -117,6 +136,14 @@ TEST(UnrepairableFile, IsNotRepaired) {
          const int content = words.get(static_cast<std::size_t>(words.offsetOf(kOne)) + depot::kKeySize) +
                              words.get(static_cast<std::size_t>(words.offsetOf(kOne)) + depot::kPadding);
          words.setIn(kOne, depot::kValueSize, -static_cast<int>(depot::kRecordHeader) - content);
+       }},
+      {"ARecordOfNoLengthWhereTheEndOfTheBucketsWrapsAround",
+       [](Words& words) {
+         words.set(depot::kBuckets, 1 << 30);
+         for (std::size_t word = 0; word < depot::kRecordHeader; word += sizeof(int)) {
+           words.set(depot::kFirstBucket + word, 0);
+         }
+         words.set(depot::kFirstBucket + depot::kKeySize, -static_cast<int>(depot::kRecordHeader));
        }},
   };
   Router router;

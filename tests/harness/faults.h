@@ -45,6 +45,7 @@ enum class Call {
   EndCommand,        // pclose; the command has ended all the same
   OpenDescriptor,    // open
   AskForStatus,      // fstat
+  AskForRoom,        // fstatvfs
   ReadAt,            // pread
   MapMemory,         // mmap
   UnmapMemory,       // munmap; the memory is given back all the same

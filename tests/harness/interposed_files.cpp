@@ -1,6 +1,7 @@
 // Files, pipes and descriptors: what the library does with them through the C library.
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -79,6 +80,11 @@ extern "C" int open(const char* name, int flags, ...) {
 extern "C" int fstat(int descriptor, struct stat* status) noexcept {
   HARNESS_REAL(fstat);
   return strikes(Call::AskForStatus, __builtin_return_address(0)) ? -1 : real(descriptor, status);
+}
+
+extern "C" int fstatvfs(int descriptor, struct statvfs* status) noexcept {
+  HARNESS_REAL(fstatvfs);
+  return strikes(Call::AskForRoom, __builtin_return_address(0)) ? -1 : real(descriptor, status);
 }
 
 extern "C" ssize_t pread(int descriptor, void* buffer, size_t size, off_t offset) {

@@ -23,8 +23,8 @@ std::string converted(Convert convert, const std::string& input, int length) {
   return {out, end};
 }
 
-std::string bridgeIdOf(const std::string& mac) { return converted(&RevertHueMac, mac, 16); }
-std::string macOf(const std::string& bridgeId) { return converted(&HueMac, bridgeId, 17); }
+std::string toBridgeId(const std::string& mac) { return converted(&RevertHueMac, mac, 16); }
+std::string toMac(const std::string& bridgeId) { return converted(&HueMac, bridgeId, 17); }
 
 // A literal with NUL bytes in it.
 template <std::size_t Size>
@@ -35,39 +35,39 @@ std::string bytes(const char (&literal)[Size]) {
 }  // namespace
 
 TEST(HueMacTest, ThereAndBack) {
-  EXPECT_EQ(bridgeIdOf("a1:b2:c3:0a:1b:2c"), "a1b2c3fffe0a1b2c");
-  EXPECT_EQ(macOf("a1b2c3fffe0a1b2c"), "a1:b2:c3:0a:1b:2c");
+  EXPECT_EQ(toBridgeId("a1:b2:c3:0a:1b:2c"), "a1b2c3fffe0a1b2c");
+  EXPECT_EQ(toMac("a1b2c3fffe0a1b2c"), "a1:b2:c3:0a:1b:2c");
 }
 
 TEST(HueMacTest, EachCharacterGoesToItsPlace) {
-  EXPECT_EQ(bridgeIdOf("0123456789ABCDEFG"), "013467fffe9ACDFG");
-  EXPECT_EQ(macOf("0123456789ABCDEF"), "01:23:45:AB:CD:EF");
+  EXPECT_EQ(toBridgeId("0123456789ABCDEFG"), "013467fffe9ACDFG");
+  EXPECT_EQ(toMac("0123456789ABCDEF"), "01:23:45:AB:CD:EF");
 }
 
 TEST(HueMacTest, NothingIsCheckedOrChanged) {
-  EXPECT_EQ(bridgeIdOf("A1-B2-C3-0A-1B-2C"), "A1B2C3fffe0A1B2C") << "neither colons nor case";
-  EXPECT_EQ(bridgeIdOf("zz%nn\n?\"\\{}[]<>!"), "zznn?\"fffe{}]<!" + std::string(1, '\0'));
-  EXPECT_EQ(macOf("a1b2c3XYZW0a1b2c"), "a1:b2:c3:0a:1b:2c") << "whatever is dropped";
-  EXPECT_EQ(macOf("A1B2C3FFFE0A1B2C"), "A1:B2:C3:0A:1B:2C");
+  EXPECT_EQ(toBridgeId("A1-B2-C3-0A-1B-2C"), "A1B2C3fffe0A1B2C") << "neither colons nor case";
+  EXPECT_EQ(toBridgeId("zz%nn\n?\"\\{}[]<>!"), "zznn?\"fffe{}]<!" + std::string(1, '\0'));
+  EXPECT_EQ(toMac("a1b2c3XYZW0a1b2c"), "a1:b2:c3:0a:1b:2c") << "whatever is dropped";
+  EXPECT_EQ(toMac("A1B2C3FFFE0A1B2C"), "A1:B2:C3:0A:1B:2C");
 }
 
 TEST(HueMacTest, WhatIsTooMuchIsNotRead) {
-  EXPECT_EQ(bridgeIdOf("a1:b2:c3:0a:1b:2c" + std::string(5000, 'x')), "a1b2c3fffe0a1b2c");
-  EXPECT_EQ(macOf("a1b2c3fffe0a1b2c" + std::string(5000, 'x')), "a1:b2:c3:0a:1b:2c");
+  EXPECT_EQ(toBridgeId("a1:b2:c3:0a:1b:2c" + std::string(5000, 'x')), "a1b2c3fffe0a1b2c");
+  EXPECT_EQ(toMac("a1b2c3fffe0a1b2c" + std::string(5000, 'x')), "a1:b2:c3:0a:1b:2c");
 }
 
 TEST(HueMacTest, BehindTheEndOfAShortTextComesNul) {
-  EXPECT_EQ(bridgeIdOf(""), bytes("\0\0\0\0\0\0fffe\0\0\0\0\0\0"));
-  EXPECT_EQ(bridgeIdOf("a"), bytes("a\0\0\0\0\0fffe\0\0\0\0\0\0"));
-  EXPECT_EQ(bridgeIdOf("a1"), bytes("a1\0\0\0\0fffe\0\0\0\0\0\0")) << "ends where a colon is dropped";
-  EXPECT_EQ(bridgeIdOf("a1:b2"), bytes("a1b2\0\0fffe\0\0\0\0\0\0"));
-  EXPECT_EQ(bridgeIdOf("a1:b2:c3"), bytes("a1b2c3fffe\0\0\0\0\0\0"));
-  EXPECT_EQ(bridgeIdOf("a1:b2:c3:0a:1b:2"), bytes("a1b2c3fffe0a1b2\0"));
-  EXPECT_EQ(macOf(""), bytes("\0\0:\0\0:\0\0:\0\0:\0\0:\0\0"));
-  EXPECT_EQ(macOf("a1b"), bytes("a1:b\0:\0\0:\0\0:\0\0:\0\0"));
-  EXPECT_EQ(macOf("a1b2c3"), bytes("a1:b2:c3:\0\0:\0\0:\0\0")) << "ends where the middle is dropped";
-  EXPECT_EQ(macOf("a1b2c3fff"), bytes("a1:b2:c3:\0\0:\0\0:\0\0"));
-  EXPECT_EQ(macOf("a1b2c3fffe0a1b2"), bytes("a1:b2:c3:0a:1b:2\0"));
+  EXPECT_EQ(toBridgeId(""), bytes("\0\0\0\0\0\0fffe\0\0\0\0\0\0"));
+  EXPECT_EQ(toBridgeId("a"), bytes("a\0\0\0\0\0fffe\0\0\0\0\0\0"));
+  EXPECT_EQ(toBridgeId("a1"), bytes("a1\0\0\0\0fffe\0\0\0\0\0\0")) << "ends where a colon is dropped";
+  EXPECT_EQ(toBridgeId("a1:b2"), bytes("a1b2\0\0fffe\0\0\0\0\0\0"));
+  EXPECT_EQ(toBridgeId("a1:b2:c3"), bytes("a1b2c3fffe\0\0\0\0\0\0"));
+  EXPECT_EQ(toBridgeId("a1:b2:c3:0a:1b:2"), bytes("a1b2c3fffe0a1b2\0"));
+  EXPECT_EQ(toMac(""), bytes("\0\0:\0\0:\0\0:\0\0:\0\0:\0\0"));
+  EXPECT_EQ(toMac("a1b"), bytes("a1:b\0:\0\0:\0\0:\0\0:\0\0"));
+  EXPECT_EQ(toMac("a1b2c3"), bytes("a1:b2:c3:\0\0:\0\0:\0\0")) << "ends where the middle is dropped";
+  EXPECT_EQ(toMac("a1b2c3fff"), bytes("a1:b2:c3:\0\0:\0\0:\0\0"));
+  EXPECT_EQ(toMac("a1b2c3fffe0a1b2"), bytes("a1:b2:c3:0a:1b:2\0"));
 }
 
 // What needs no end is not searched for one: the text stands at the end of its memory, without a NUL.
@@ -97,8 +97,8 @@ TEST(HueMacTest, EveryLengthFollowsTheSameRule) {
   };
   for (std::size_t length = 0; length <= 40; ++length) {
     const std::string mac = std::string("a1:b2:c3:0a:1b:2cdefghijklmnopqrstuvwxyzABCD").substr(0, length);
-    EXPECT_EQ(bridgeIdOf(mac), expected(mac, idPlaces, "......fffe......")) << mac;
+    EXPECT_EQ(toBridgeId(mac), expected(mac, idPlaces, "......fffe......")) << mac;
     const std::string id = std::string("a1b2c3fffe0a1b2cdefghijklmnopqrstuvwxyzABCDE").substr(0, length);
-    EXPECT_EQ(macOf(id), expected(id, macPlaces, "..:..:..:..:..:..")) << id;
+    EXPECT_EQ(toMac(id), expected(id, macPlaces, "..:..:..:..:..:..")) << id;
   }
 }

@@ -57,7 +57,7 @@ std::vector<Answer> everyAnswer() {
 }
 constexpr std::size_t kAnswers = 20;
 
-void pretendAnOperation(TembraAssociation& assoc) {
+void pretendAnAdd(TembraAssociation& assoc) {
   assoc.lastEventCode = 7;
   idle = 0;
   std::snprintf(cmdtype, sizeof cmdtype, "Before");
@@ -105,7 +105,7 @@ TEST(WebServerTest, EveryAnswerEndsTheConnection) {
   for (const Answer& answer : answers) {
     SCOPED_TRACE(answer.name);
     TembraAssociation& assoc = router.connect(&TembraAssociation::webServerAssocInit);
-    pretendAnOperation(assoc);
+    pretendAnAdd(assoc);
     const ClosingState closing(router);
     (router.*answer.from)().send(answer.datagram);
     EXPECT_EQ(router.takeTrace(), joined(answer.line, lines({kClosing, "shutdown 2", "close", kExited})));
@@ -130,7 +130,7 @@ TEST(WebServerTest, NoOtherRolesConnectionEnds) {
     EXPECT_EQ(assoc.clientRole, roleNumber++);
     for (const Answer& answer : everyAnswer()) {
       SCOPED_TRACE(answer.name);
-      pretendAnOperation(assoc);
+      pretendAnAdd(assoc);
       (router.*answer.from)().send(answer.datagram);
       EXPECT_EQ(router.takeEvents().size(), answer.line.find("event") == 0 ? 1U : 0U);
       EXPECT_EQ(router.takeTrace().find("clos"), std::string::npos);
@@ -198,7 +198,7 @@ TEST(WebServerTest, ACallbackThatClosesHasItClosedAgain) {
   Router router;
   TembraAssociation& assoc = router.connect(&TembraAssociation::webServerAssocInit);
   router.watch(harness::kWatchConnection);
-  pretendAnOperation(assoc);
+  pretendAnAdd(assoc);
   router.onEvent([&assoc](AssocEvent*) { assoc.closeAssocConnection(); });
   router.hue().send(hueAnswer(2));
   EXPECT_EQ(router.takeTrace(), lines({"event 25 source 3", kClosing, "shutdown 2", "close", kClosing, kExited}));

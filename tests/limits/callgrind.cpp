@@ -72,7 +72,7 @@ Dump::Dump(const fs::path& file, const std::string& library, const std::string& 
 
 std::map<std::string, double> instructionsOfJobs(const std::string& program, const std::string& library) {
   const Folder folder;
-  std::string command = "LD_PRELOAD='" + library + "' LD_BIND_NOW=1 valgrind --tool=callgrind --quiet";
+  std::string command = "LD_PRELOAD='" + library + "' LD_BIND_NOW=1 valgrind --tool=callgrind --quiet --fair-sched=try";
   command.append(" --compress-strings=no --compress-pos=no --callgrind-out-file='");
   command.append(folder.path() / "dump").append("' '").append(program).append("'");
   if (std::system(command.c_str()) != 0) throw std::runtime_error("callgrind or the program has failed: " + command);

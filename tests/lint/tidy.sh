@@ -5,6 +5,7 @@ set -euo pipefail
 rm -rf "$3"
 cmake -S . -B "$3" -G Ninja -DCMAKE_CXX_COMPILER="$2" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON -DCMAKE_UNITY_BUILD=ON \
   -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 -DTEMBRA_BENCH=ON >"$3.log"
+python3 "$(dirname "${BASH_SOURCE[0]}")/merge_units.py" "$3"
 # The checker takes its settings from above the file it is given, which is a unit in that folder.
 cp .clang-tidy "$3/"
 for folder in tests bench fuzz; do cp $folder/.clang-tidy "$3/$folder/"; done

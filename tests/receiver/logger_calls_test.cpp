@@ -57,6 +57,25 @@ TEST_F(LoggerCalls, TheServiceBackFromTheNewThread) {
   EXPECT_EQ(router.takeEvents().at(0).event.code, EVENT_ADDING);
 }
 
+TEST_F(LoggerCalls, ClosingAndOpeningAgainFromTheNewThread) {
+  assoc.closeAssocConnection();
+  int started = 0;
+  router.onLog([&](const std::string& line) {
+    if (line != "libTembraAssoc:entered receive thread" || ++started > 1) return;
+    assoc.closeAssocConnection();
+    EXPECT_EQ(assoc.checkAssocConnection(), 0);
+  });
+  router.open();
+  EXPECT_EQ(started, 2);
+  EXPECT_EQ(assoc.running, 1);
+  assoc.addDevZigbeeZwave();
+  router.forget();
+  router.zwave().send(Node(5));
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 1U) << "one thread serves the connection";
+  EXPECT_EQ(events[0].event.code, EVENT_ADDING);
+}
+
 TEST_F(LoggerCalls, ClosingFromTheNewThread) {
   assoc.closeAssocConnection();
   router.onLog([&](const std::string& line) {

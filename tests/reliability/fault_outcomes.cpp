@@ -85,15 +85,15 @@ constexpr Row kRows[] = {
     // Depot's repair does without a record that it has no memory for.
     {"DeviceIdOfADamagedFile", "", "id 17 kept 17"},
     {"DeviceIdOfADamagedFile", "dpget malloc", "id 0 kept 0"},
-    {"DeviceIdOfADamagedFile", "dpopen dprepair malloc", "id -1 kept 0"},
+    {"DeviceIdOfADamagedFile", "dpopen dprepair open malloc", "id -1 kept 0"},
     {"DeviceIdOfADamagedFile", "dpopen dprepair", "id -1 kept 0 gone"},
     {"LookUpInADamagedFile", "", "removed 0"},
-    {"LookUpInADamagedFile", "dpopen dprepair dpfsiz dpiternext dpget malloc", "removed -1"},
+    {"LookUpInADamagedFile", "dpopen dprepair open dpfsiz dpiternext dpget malloc", "removed -1"},
     {"LookUpInADamagedFile", "dpopen dprepair", "removed 0 gone"},
     {"DeviceIdOfAHopelessFile", "", "id -1 kept 0 gone"},
-    {"DeviceIdOfAHopelessFile", "dpopen dprepair remove", "id -1 kept 0"},
+    {"DeviceIdOfAHopelessFile", "dpopen dprepair open remove", "id -1 kept 0"},
     {"LookUpInAHopelessFile", "", "removed 0 gone"},
-    {"LookUpInAHopelessFile", "dpopen dprepair remove", "removed -1"},
+    {"LookUpInAHopelessFile", "dpopen dprepair open remove", "removed -1"},
 
     // Depot's repair leaves its own file, or a descriptor, when it has no memory at all.
     {"DeviceIdOfADamagedFile", "malloc", "id -1 kept 0 leaves a file"},

@@ -33,6 +33,7 @@ const std::vector<FaultKind> kKinds = {
     {Call::EndCommand, "pclose", {ECHILD}},
     {Call::OpenDescriptor, "open", {EMFILE, ENFILE, EACCES, ENOENT, ENOMEM}},
     {Call::AskForStatus, "fstat", {EIO, ENOMEM}},
+    {Call::AskForRoom, "fstatvfs", {EIO, ENOSYS}},
     {Call::ReadAt, "pread", {EIO, EINTR}},
     {Call::MapMemory, "mmap", {ENOMEM, EAGAIN}},
     {Call::UnmapMemory, "munmap", {ENOMEM}},

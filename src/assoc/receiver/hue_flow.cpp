@@ -13,6 +13,7 @@
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/text.h"
+#include "support/text_writer.h"
 
 namespace tembra {
 namespace {
@@ -75,7 +76,8 @@ struct Bridge {
 
 void copyToken(JsonToken* tokens, const char* member, char (&text)[Bridge::kTextSize]) {
   const JsonToken* token = find_json_token(tokens, member);
-  if (token != nullptr) copyText(text, sizeof text, token->ptr, static_cast<std::size_t>(std::max(token->len, 0)));
+  if (token != nullptr && token->ptr != nullptr)
+    copyText(text, sizeof text, token->ptr, static_cast<std::size_t>(std::max(token->len, 0)));
 }
 
 void Bridge::read(const HueAnswerEntry& entry) {

@@ -16,6 +16,7 @@
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/state_lock.h"
+#include "support/text_writer.h"
 
 namespace tembra {
 namespace {
@@ -40,7 +41,7 @@ class LastSender {
 
 class Receiver {
  public:
-  explicit Receiver(TembraAssociation& assoc) : assoc_(assoc), connection_(assoc) {}
+  Receiver(TembraAssociation& assoc, const ReceiverLease& connection) : assoc_(assoc), connection_(connection) {}
 
   void run() {
     while (receiveOnce()) {
@@ -159,10 +160,11 @@ void Receiver::runFlow(void (*handle)(const Flow&)) {
 template <typename Hold>
 Receiver begin(TembraAssociation& assoc) {
   const Hold hold;
+  const ReceiverLease connection(assoc);  // before the Logger may close it and open another one
   log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "entered receive thread");
   setIdle(true);
   assoc.cancelTarget = 0;
-  return Receiver(assoc);
+  return Receiver(assoc, connection);
 }
 
 }  // namespace
