@@ -164,7 +164,7 @@ Receiver begin(TembraAssociation& assoc) {
   log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "entered receive thread");
   setIdle(true);
   assoc.cancelTarget = 0;
-  return Receiver(assoc, connection);
+  return {assoc, connection};
 }
 
 }  // namespace
