@@ -102,6 +102,8 @@ Connection::Connection(const Context& context, TembraAssociation& service) : ser
                   kNoConnectionBecause + ("the library has no thread to receive with (" + opening.whyDeaf + ")."));
   }
   socket_ = service_.sock;
+  // This takes the library's lock once more: what the library writes from here on comes after that read.
+  service_.registerAssocEventCB(hearEvent);
 }
 
 Connection::~Connection() { service_.closeAssocConnection(); }

@@ -35,6 +35,7 @@ constexpr long kLongestReceiveEndSeconds = 2;
 // router's Logger included, may open another connection.
 struct Start {
   TembraAssociation& assoc;
+  pthread_t thread;
   tembra::Gate gate;
 };
 
@@ -95,6 +96,7 @@ bool readMeshId(const TembraAssociation& assoc) {
 }
 
 void* runReceiver(void* start) {
+  receiver_thread = pthread_self();
   awaitedStart = static_cast<Start*>(start);
   return TembraAssociation::receiverHelper(&awaitedStart->assoc);
 }
@@ -105,15 +107,15 @@ int createThread(Start& start) {
   sigset_t before;
   sigfillset(&all);
   pthread_sigmask(SIG_SETMASK, &all, &before);
-  const int error = pthread_create(&receiver_thread, nullptr, &runReceiver, &start);
+  const int error = pthread_create(&start.thread, nullptr, &runReceiver, &start);
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
   return error;
 }
 
 // Waits until the thread has reset `idle` and the cancel target, so that an operation started right after the
 // opening is not reset. The lock stays held: no datagram is handled before the opening is complete.
-int startReceiver(TembraAssociation& assoc) {
-  Start start{assoc, {}};
+int startReceiver(TembraAssociation& assoc, pthread_t& thread) {
+  Start start{assoc, {}, {}};
   start.gate.begin();
   const int error = createThread(start);
   if (error == 0) {
@@ -124,6 +126,7 @@ int startReceiver(TembraAssociation& assoc) {
                     tembra::line(TEMBRA_LOG_PREFIX "can't create thread :[")
                         << tembra::ErrnoText(error).c_str() << "]");
   }
+  thread = start.thread;
   return error;
 }
 
@@ -138,9 +141,10 @@ int TembraAssociation::checkAssocConnection() {
   ++currentNumber;
   tembra::setAssociationMeshId(tembra::kMeshIdUnknown);
   if (!readMeshId(*this)) return -1;
-  const int error = startReceiver(*this);
+  pthread_t thread{};
+  const int error = startReceiver(*this, thread);
   tembra::clearCommandType();
-  if (error == 0) pthread_detach(receiver_thread);
+  if (error == 0) pthread_detach(thread);
   return 0;
 }
 

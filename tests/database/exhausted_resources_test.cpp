@@ -5,9 +5,12 @@
 #include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <tembra/globals.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 #include <vector>
 
 #include "database/depot_words.h"
@@ -120,17 +123,21 @@ TEST(WithOneDescriptor, TheDatabaseIsRead) {
 
 // Depot's repair cuts the file before it copies the repaired one over it.
 TEST(WithoutDiskSpace, ABrokenFileIsNotRepaired) {
+  constexpr char kDisk[] = "/tmp/s";
   Router router;
   router.assoc();
+  ASSERT_EQ(mkdir(kDisk, S_IRWXU), 0);
+  ASSERT_EQ(mount("tmpfs", kDisk, "tmpfs", 0, "size=4m"), 0);
+  std::strcpy(DBName, "/tmp/s/d");
   for (const char* size : {"size=96k", "size=128k", "size=160k", "size=200k"}) {
     SCOPED_TRACE(size);
     house::fill(router.database());
     router.database().makeRepairable();
     const Bytes broken = router.database().file();
-    ASSERT_EQ(mount(nullptr, "/tmp", nullptr, MS_REMOUNT, size), 0);
+    ASSERT_EQ(mount(nullptr, kDisk, nullptr, MS_REMOUNT, size), 0);
     EXPECT_EQ(house::findNode(router, 5), 0);
     EXPECT_EQ(router.database().file(), broken);
-    ASSERT_EQ(mount(nullptr, "/tmp", nullptr, MS_REMOUNT, "size=4m"), 0);
+    ASSERT_EQ(mount(nullptr, kDisk, nullptr, MS_REMOUNT, "size=4m"), 0);
     EXPECT_EQ(house::countFound(router), house::kDevices);
     router.database().remove();
   }
