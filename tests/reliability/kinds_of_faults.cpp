@@ -81,8 +81,8 @@ const std::set<std::string>& infallibleImports() {
       "strncpy", "strnlen", "strstr", "strtok_r", "strtol", "strerror_r", "inet_addr", "inet_aton", "inet_ntop", "free",
       "_ZdlPv", "_ZdlPvm", "__ctype_b_loc", "isdigit", "putchar", "puts",
       // Clocks, locks and the thread's own variables.
-      "clock_gettime", "pthread_mutex_lock", "pthread_mutex_unlock", "pthread_cond_broadcast", "sigfillset",
-      "__errno_location", "__tls_get_addr",
+      "clock_gettime", "pthread_self", "pthread_mutex_lock", "pthread_mutex_unlock", "pthread_cond_broadcast",
+      "sigfillset", "__errno_location", "__tls_get_addr",
       // States and texts of Depot and of streams.
       "dpecodeptr", "dperrmsg", "dpinnerhash", "clearerr", "ferror",
       // Objects.
