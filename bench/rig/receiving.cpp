@@ -81,8 +81,9 @@ BareReceiving::BareReceiving() : socket_(kBareAddress), address_(addressOf(kBare
   thread_ = std::thread([this] { run(); });
 }
 
-// An empty datagram ends the loop.
+// The next datagram ends the loop: this empty one, or, where the socket is too full to take it, one that waits.
 BareReceiving::~BareReceiving() {
+  ending_ = true;
   sendto(socket_.descriptor(), nullptr, 0, 0, reinterpret_cast<const sockaddr*>(&address_), sizeof address_);
   thread_.join();
 }
@@ -104,7 +105,7 @@ void BareReceiving::run() {
     socklen_t length = sizeof sender;
     const ssize_t size =
         recvfrom(socket_.descriptor(), buffer, sizeof buffer, 0, reinterpret_cast<sockaddr*>(&sender), &length);
-    if (size == 0) return;
+    if (ending_.load(std::memory_order_relaxed)) return;
     handle(buffer, size);
   }
 }

@@ -93,6 +93,7 @@ class BareReceiving : public Receiving {
   sockaddr_in answerTo_{};
   size_t answerSize_ = 0;
   int entries_ = 0;
+  std::atomic<bool> ending_{false};
   std::thread thread_;
 };
 
