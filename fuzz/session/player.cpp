@@ -64,7 +64,10 @@ ssize_t Player::receive(int descriptor, unsigned char* buffer, sockaddr_in& send
   check();
   Outcome outcome = Outcome::GoOn;
   Receive receive{buffer, &sender};
-  while (outcome == Outcome::GoOn && stage_.boundSocket() == descriptor) {
+  const auto isOpen = [&, binding = stage_.bindings()] {
+    return stage_.boundSocket() == descriptor && stage_.bindings() == binding;
+  };
+  while (outcome == Outcome::GoOn && isOpen()) {
     if (script_.atEnd()) {
       stage_.assoc().closeAssocConnection();
     } else {
@@ -73,7 +76,7 @@ ssize_t Player::receive(int descriptor, unsigned char* buffer, sockaddr_in& send
     if (outcome == Outcome::GoOn) check();
   }
   --receives_;
-  if (stage_.boundSocket() != descriptor) {
+  if (!isOpen()) {
     sender = {};
     return 0;
   }

@@ -98,6 +98,7 @@ bool Stage::bindSocket(int descriptor) {
   if (bound_ != -1) return false;
   if (std::ranges::find(sockets_, descriptor) == sockets_.end()) sockets_.push_back(descriptor);  // a duplicate
   bound_ = descriptor;
+  ++bindings_;
   return true;
 }
 

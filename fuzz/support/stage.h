@@ -66,6 +66,8 @@ class Stage {
 
   /// The descriptor of the bound socket, -1 when there is none.
   [[nodiscard]] int boundSocket() const { return bound_; }
+  /// How many were bound so far: a descriptor may be that of an earlier socket again.
+  [[nodiscard]] int bindings() const { return bindings_; }
   [[nodiscard]] bool hasSockets() const { return !sockets_.empty(); }
 
   // How the interposed calls go on.
@@ -78,6 +80,7 @@ class Stage {
   TembraAssociation* assoc_;
   std::vector<int> sockets_;
   int bound_ = -1;
+  int bindings_ = 0;
   std::FILE* stdout_;
   std::FILE* stderr_;
 };

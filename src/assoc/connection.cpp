@@ -82,8 +82,7 @@ int openBoundSocket(const TembraAssociation& assoc) {
 
 // Runs the router's command without the lock; its text ends up in tempStr. False when the connection was closed or
 // replaced meanwhile.
-bool readMeshId(const TembraAssociation& assoc) {
-  const tembra::ConnectionNumber number = currentNumber;
+bool readMeshId(const TembraAssociation& assoc, tembra::ConnectionNumber number) {
   char text[tembra::kMeshIdTextSize] = {};
   {
     const tembra::StateUnlocked unlocked;
@@ -95,6 +94,7 @@ bool readMeshId(const TembraAssociation& assoc) {
   return true;
 }
 
+// The new thread says itself who it is: it may come to a reader of that before pthread_create has told the opener.
 void* runReceiver(void* start) {
   receiver_thread = pthread_self();
   awaitedStart = static_cast<Start*>(start);
@@ -114,19 +114,17 @@ int createThread(Start& start) {
 
 // Waits until the thread has reset `idle` and the cancel target, so that an operation started right after the
 // opening is not reset. The lock stays held: no datagram is handled before the opening is complete.
-int startReceiver(TembraAssociation& assoc, pthread_t& thread) {
-  Start start{assoc, {}, {}};
+int startReceiver(Start& start) {
   start.gate.begin();
   const int error = createThread(start);
   if (error == 0) {
     start.gate.wait();
-    tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Thread created successfully");
+    tembra::log(start.assoc, Level::Progress, TEMBRA_LOG_PREFIX "Thread created successfully");
   } else {
-    tembra::logLine(assoc, Level::Progress,
+    tembra::logLine(start.assoc, Level::Progress,
                     tembra::line(TEMBRA_LOG_PREFIX "can't create thread :[")
                         << tembra::ErrnoText(error).c_str() << "]");
   }
-  thread = start.thread;
   return error;
 }
 
@@ -138,13 +136,13 @@ int TembraAssociation::checkAssocConnection() {
   if (descriptor < 0) return -1;
   sock = descriptor;
   running = 1;
-  ++currentNumber;
+  const tembra::ConnectionNumber number = ++currentNumber;
   tembra::setAssociationMeshId(tembra::kMeshIdUnknown);
-  if (!readMeshId(*this)) return -1;
-  pthread_t thread{};
-  const int error = startReceiver(*this, thread);
-  tembra::clearCommandType();
-  if (error == 0) pthread_detach(thread);
+  if (!readMeshId(*this, number)) return -1;
+  Start start{*this, {}, {}};
+  const int error = startReceiver(start);
+  if (currentNumber == number) tembra::clearCommandType();
+  if (error == 0) pthread_detach(start.thread);
   return 0;
 }
 

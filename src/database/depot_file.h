@@ -99,7 +99,8 @@ class DepotFile {
   unsigned char window_[kMostAhead];
 };
 
-/// Calls `visit(offset)` for the first record of every bucket that has any; ends early when it returns false.
+/// Calls `visit(offset)` for the first record of every bucket that has any; ends early when it returns false. False
+/// then only: buckets that cannot be read count as empty.
 template <typename Visit>
 bool forEachRoot(DepotFile& file, const DepotHeader& header, Visit visit) {
   constexpr int kAtOnce = 256;

@@ -52,18 +52,21 @@ DEPOT* openChecked(int mode, int buckets, const char* onlyKey) {
 }
 
 // That an open or a repair failed for want of these says nothing about the file: it is not deleted.
-bool wasShortOfResources() {
+bool isShortage(int error) {
   static constexpr int kShortages[] = {EMFILE, ENFILE, ENOMEM, ENOLCK, EDEADLK, ENOSPC, EDQUOT};
-  return std::find(std::begin(kShortages), std::end(kShortages), errno) != std::end(kShortages);
+  return std::find(std::begin(kShortages), std::end(kShortages), error) != std::end(kShortages);
 }
+
+// A file that speaks of more buckets than it has takes all memory for them.
+bool openFailedForWant() { return isShortage(errno) && !(errno == ENOMEM && lacksItsBuckets(DBName)); }
 
 // Whether the file had its chance: false when the repair failed for a want that is not the file's own doing.
 bool tryRepair() {
   const Repair outlook = foreseeRepair(DBName);
-  if (outlook == Repair::NoRoom || (outlook == Repair::Unforeseen && wasShortOfResources())) return false;
+  if (outlook == Repair::NoRoom || (outlook == Repair::Unforeseen && isShortage(errno))) return false;
   errno = 0;
   if (outlook == Repair::Refused || dprepair(DBName) != 0) return true;
-  return !wasShortOfResources() || (errno == ENOMEM && outlook == Repair::Greedy);
+  return !isShortage(errno) || (errno == ENOMEM && outlook == Repair::Greedy);
 }
 
 // What the Depot library hands out belongs to the caller.
@@ -123,10 +126,10 @@ OpenDatabase::OpenDatabase(const char* onlyKey) {
 // Readable records may be left even when the repair fails.
 void OpenDatabase::repairOrDelete(const char* onlyKey) {
   complain("dpopen");
-  if (wasShortOfResources() && !(errno == ENOMEM && lacksItsBuckets(DBName))) return;
+  if (openFailedForWant()) return;
   const bool hadItsChance = tryRepair();
   depot_ = openChecked(kReopenMode, kReopenBuckets, onlyKey);
-  if (depot_ == nullptr && hadItsChance && !wasShortOfResources()) deletionResult_ = std::remove(DBName);
+  if (depot_ == nullptr && hadItsChance && !openFailedForWant()) deletionResult_ = std::remove(DBName);
 }
 
 OpenDatabase::~OpenDatabase() {

@@ -75,10 +75,11 @@ bool hasRoomToRepair(int descriptor, const DepotFile& file, const DepotHeader& h
   return static_cast<long long>(status.f_bavail) * static_cast<long long>(status.f_frsize) >= 2 * repaired;
 }
 
-/// A file for as long as it is looked at.
+/// A file for as long as it is looked at. What stands in its place may be a pipe, whose opening would wait for a
+/// writer.
 class OpenFile {
  public:
-  explicit OpenFile(const char* path) : descriptor_(open(path, O_RDONLY | O_CLOEXEC)) {}
+  explicit OpenFile(const char* path) : descriptor_(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
   ~OpenFile() {
     if (isOpen()) close(descriptor_);
   }
@@ -104,7 +105,7 @@ bool isSafeToSearch(int descriptor, int hash) {
   DepotFile file(descriptor, sizeof(DepotHeader));
   DepotHeader header{};
   if (!file.read(0, header)) return true;
-  return hasItsBuckets(file, header) && searchesEnd(file, header.bucketOffset(hash % header.buckets));
+  return hasItsBuckets(file, header) && searchEnds(file, header.bucketOffset(hash % header.buckets));
 }
 
 Repair foreseeRepair(const char* path) {

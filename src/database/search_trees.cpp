@@ -65,9 +65,10 @@ class CycleSearch {
   std::size_t length_ = 0;
 };
 
-// Whether a tree has but a few records, each met once: so it is in most homes, and is found out without memory.
+// Whether following all links from here soon comes to an end: found out without memory, and so even in the largest
+// homes.
 bool isSmallTree(DepotFile& file, int root) {
-  constexpr std::size_t kMostLinks = 64;
+  constexpr std::size_t kMostLinks = 512;
   int links[kMostLinks + 1] = {root};
   std::size_t count = 1;
   DepotRecord record{};
@@ -83,7 +84,7 @@ bool isSmallTree(DepotFile& file, int root) {
 
 }  // namespace
 
-bool searchesEnd(DepotFile& file, long long bucketOffset) {
+bool searchEnds(DepotFile& file, long long bucketOffset) {
   int root = 0;
   if (!file.read(bucketOffset, root) || isSmallTree(file, root)) return true;
   CycleSearch search(file);

@@ -56,8 +56,8 @@ class LinkOrder {
 /// ends, too, and of a file that cannot be looked at for want of memory.
 bool searchesEnd(DepotFile& file, const DepotHeader& header);
 
-/// The same of the one bucket whose link stands at this offset.
-bool searchesEnd(DepotFile& file, long long bucketOffset);
+/// The same of the searches in the one bucket whose link stands at this offset.
+bool searchEnds(DepotFile& file, long long bucketOffset);
 
 }  // namespace tembra
 

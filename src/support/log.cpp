@@ -18,7 +18,7 @@ void log(const TembraAssociation& assoc, Level level, const char* text) {
   assoc.logger->Log(static_cast<int>(level), text);
 }
 
-TextWriter& line(const char* start) {
+TextWriter& line(std::string_view start) {
   writer = TextWriter(lineText, sizeof lineText);
   return writer << start;
 }

@@ -2,6 +2,8 @@
 #ifndef TEMBRA_SUPPORT_LOG_H
 #define TEMBRA_SUPPORT_LOG_H
 
+#include <string_view>
+
 #include "support/text_writer.h"
 
 class TembraAssociation;
@@ -17,8 +19,8 @@ enum class Level : int { Progress = 0, Warning = 1, Error = 2, Detail = 3 };
 void log(const TembraAssociation& assoc, Level level, const char* text);
 
 /// Begins a line of several pieces, cut at 511 characters. Call it with the state lock held: there is one such line at
-/// a time, which `logLine` ends. No piece may come from a call of the router's libraries: they may call back and log.
-TextWriter& line(const char* start);
+/// a time, which `logLine` ends. No piece may come from a call that logs by itself, as the router's libraries may.
+TextWriter& line(std::string_view start);
 
 /// Logs a line that was put together, and leaves it in `tempStr`.
 void logLine(const TembraAssociation& assoc, Level level, const TextWriter& written);

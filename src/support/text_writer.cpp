@@ -14,7 +14,8 @@ class Digits {
   Digits(unsigned number, int least) {
     for (; number != 0 || least > 0; number /= Base, --least) *--first_ = "0123456789abcdef"[number % Base];
   }
-  [[nodiscard]] std::string_view text() const { return {first_, static_cast<std::size_t>(std::end(text_) - first_)}; }
+  [[nodiscard]] const char* begin() const { return first_; }
+  [[nodiscard]] const char* end() const { return std::end(text_); }
 
  private:
   char text_[std::numeric_limits<unsigned>::digits10 + 1];
@@ -25,6 +26,16 @@ using Decimal = Digits<10>;
 using Hexadecimal = Digits<16>;
 
 }  // namespace
+
+// Too few for a call of memcpy to be worth it.
+template <typename FewCharacters>
+TextWriter& TextWriter::put(const FewCharacters& characters) {
+  for (const char character : characters) {
+    if (next_ != end_) *next_++ = character;
+  }
+  *next_ = '\0';
+  return *this;
+}
 
 TextWriter& TextWriter::operator<<(const char* piece) { return *this << std::string_view(piece); }
 
@@ -37,10 +48,10 @@ TextWriter& TextWriter::operator<<(std::string_view piece) {
 }
 
 TextWriter& TextWriter::operator<<(int number) {
-  if (number >= 0) return *this << Decimal(static_cast<unsigned>(number), 1).text();
-  return *this << "-" << Decimal(0U - static_cast<unsigned>(number), 1).text();
+  if (number >= 0) return put(Decimal(static_cast<unsigned>(number), 1));
+  return (*this << "-").put(Decimal(0U - static_cast<unsigned>(number), 1));
 }
 
-TextWriter& TextWriter::operator<<(Hex hex) { return *this << Hexadecimal(hex.number, hex.digits).text(); }
+TextWriter& TextWriter::operator<<(Hex hex) { return put(Hexadecimal(hex.number, hex.digits)); }
 
 }  // namespace tembra

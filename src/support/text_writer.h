@@ -30,6 +30,9 @@ class TextWriter {
   [[nodiscard]] std::size_t length() const { return static_cast<std::size_t>(next_ - start_); }
 
  private:
+  template <typename FewCharacters>
+  TextWriter& put(const FewCharacters& characters);
+
   char* start_;
   char* next_;
   char* end_;

@@ -131,6 +131,8 @@ constexpr auto kRowOfNumber = [] {
 // One probe decides: a hash of the length and three characters that no two of the names share.
 constexpr std::size_t kSlots = 512;
 
+// The last factor was found by trial: one that gives every name a slot of its own, which is asserted below. A new name
+// may take another one.
 constexpr std::size_t hash(std::string_view name) {
   const auto at = [name](std::size_t i) { return static_cast<std::uint32_t>(static_cast<unsigned char>(name[i])); };
   const std::size_t size = name.size();

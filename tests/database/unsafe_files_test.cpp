@@ -1,6 +1,8 @@
 // The damage that the Depot library itself does not survive: such a file counts as one that does not open. Any other
 // goes its own way.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <tembra/globals.h>
 
 #include <limits>
 #include <string>
@@ -127,6 +129,19 @@ TEST(AFileOfTooManyBuckets, IsRepaired) {
   }
 }
 
+// Its opening fails for want of memory both times, and its repair would make it write without end.
+TEST(AFileOfTooManyBuckets, IsDeletedWhenItCannotBeRepaired) {
+  Router router;
+  damageHouse(router, {"", [](Words& words) {
+                         words.set(depot::kBuckets, 0x20000000);
+                         words.set(depot::kRecords, 1 << 26);
+                       }});
+  EXPECT_EQ(house::findNode(router, 99), 0);
+  EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: memory mapping error",
+                                       "dpopen /tmp/ddb 70 1 -> failed"}));
+  EXPECT_FALSE(router.database().exists());
+}
+
 // Neither of these comes back from the repair: one makes it write without end, the others keep it where it is.
 TEST(UnrepairableFile, IsNotRepaired) {
   const DamagedFile files[] = {
@@ -159,4 +174,15 @@ TEST(UnrepairableFile, IsNotRepaired) {
                                          "dpopen /tmp/ddb 70 1 -> failed"}));
     EXPECT_FALSE(router.database().exists());
   }
+}
+
+// Opening it for reading would wait for somebody who writes.
+TEST(APipeInPlaceOfTheFile, IsDeletedWithoutAWait) {
+  Router router;
+  router.watch(harness::kWatchDatabase);
+  ASSERT_EQ(mkfifo(DBName, S_IRUSR | S_IWUSR), 0);
+  EXPECT_EQ(house::findNode(router, 99), 0);
+  EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: stat error",
+                                       "dprepair /tmp/ddb -> failed", "dpopen /tmp/ddb 70 1 -> failed"}));
+  EXPECT_FALSE(router.database().exists());
 }

@@ -64,11 +64,14 @@ TEST_F(LoggerCalls, ClosingAndOpeningAgainFromTheNewThread) {
     if (line != "libTembraAssoc:entered receive thread" || ++started > 1) return;
     assoc.closeAssocConnection();
     EXPECT_EQ(assoc.checkAssocConnection(), 0);
+    assoc.addDevZigbeeZwave();
   });
   router.open();
   EXPECT_EQ(started, 2);
   EXPECT_EQ(assoc.running, 1);
-  assoc.addDevZigbeeZwave();
+  EXPECT_EQ(assoc.cancelTarget, cancel_both) << "the operation goes on";
+  EXPECT_EQ(idle, 0);
+  EXPECT_STREQ(cmdtype, "AddDevice");
   router.forget();
   router.zwave().send(Node(5));
   const auto events = router.takeEvents();

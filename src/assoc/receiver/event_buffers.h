@@ -12,7 +12,7 @@ namespace tembra {
 struct EventBuffers {
   AssocEvent a{};         // time-out; Z-Wave adding, already added, getting info, add failed; Hue results
   AssocEvent b{};         // ZigBee progress; select type, created, removed of both radios; Hue bridge list
-  AssocEvent c{};         // Nest
+  AssocEvent c{};         // Nest; Hue answers and ZigBee removal notices are copied over it
   DeviceReport report{};  // work area of the device events, copied whole into buffer B
 
   void reportIntoB() { std::memcpy(b.payload, &report, sizeof report); }

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "assoc/receiver/flow.h"
 #include "support/log.h"
@@ -43,11 +44,16 @@ constexpr HueResult kHueResults[] = {
     {9, EVENT_HUE_DONE_2, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueHub"})"},
 };
 
-// All that most answers have to say; the bridges make the record a large one.
-int readType(const Flow& flow) {
-  decltype(HueAnswer::type) type{};
-  std::memcpy(&type, flow.datagram + offsetof(HueAnswer, type), sizeof type);
-  return type;
+// The answer is read where it was received: it is a large record, of which most answers need the type only.
+int readNumber(const Flow& flow, std::size_t offset) {
+  int number = 0;
+  std::memcpy(&number, flow.datagram + offset, sizeof number);
+  return number;
+}
+
+const char* entryText(const Flow& flow, int entry) {
+  return reinterpret_cast<const char*>(flow.datagram) + offsetof(HueAnswer, entries) +
+         sizeof(HueAnswerEntry) * static_cast<std::size_t>(entry);
 }
 
 const HueResult* findResult(int type) {
@@ -71,7 +77,7 @@ struct Bridge {
   char address[kTextSize] = {};
   char mac[kTextSize] = {};
 
-  void read(const HueAnswerEntry& entry);
+  void read(const char* json);
 };
 
 void copyToken(JsonToken* tokens, const char* member, char (&text)[Bridge::kTextSize]) {
@@ -80,9 +86,9 @@ void copyToken(JsonToken* tokens, const char* member, char (&text)[Bridge::kText
     copyText(text, sizeof text, token->ptr, static_cast<std::size_t>(std::max(token->len, 0)));
 }
 
-void Bridge::read(const HueAnswerEntry& entry) {
-  const auto length = static_cast<int>(textLength(entry.json, sizeof entry.json));
-  const std::unique_ptr<JsonToken, decltype(&std::free)> tokens(parse_json2(entry.json, length), &std::free);
+void Bridge::read(const char* json) {
+  const auto length = static_cast<int>(textLength(json, sizeof(HueAnswerEntry)));
+  const std::unique_ptr<JsonToken, decltype(&std::free)> tokens(parse_json2(json, length), &std::free);
   if (tokens != nullptr) {
     copyToken(tokens.get(), "id", id);
     copyToken(tokens.get(), "internalipaddress", address);
@@ -90,23 +96,19 @@ void Bridge::read(const HueAnswerEntry& entry) {
   HueMac(id, mac);
 }
 
-HueBridgeList listBridges(const HueAnswer& answer) {
+void listBridges(const Flow& flow, HueBridgeList& list) {
   constexpr int room = static_cast<int>(std::size(HueBridgeList{}.mac));
-  HueBridgeList list{};
+  const int count = std::min(readNumber(flow, offsetof(HueAnswer, count)), room);
   Bridge bridge;
-  for (; list.count < std::min(answer.count, room); ++list.count) {
-    bridge.read(answer.entries[list.count]);
+  for (; list.count < count; ++list.count) {
+    bridge.read(entryText(flow, list.count));
     copyText(list.mac[list.count], bridge.mac);
     copyText(list.address[list.count], bridge.address);
   }
-  return list;
 }
 
 [[nodiscard]] bool tellBridges(const Flow& flow) {
-  HueAnswer answer;
-  std::memcpy(&answer, flow.datagram, sizeof answer);
-  const HueBridgeList list = listBridges(answer);
-  std::memcpy(flow.events.b.payload, &list, sizeof list);
+  listBridges(flow, *new (flow.events.b.payload) HueBridgeList{});
   if (!flow.tell(flow.events.b, EVENT_HUE_BRIDGES, SERVER_HUE)) return false;
   setIdle(false);
   setCommandType("AddIPDevice");
@@ -115,7 +117,7 @@ HueBridgeList listBridges(const HueAnswer& answer) {
 
 // False when the flow has ended with the connection it belonged to.
 bool handleAnswer(const Flow& flow) {
-  const int type = readType(flow);
+  const int type = readNumber(flow, offsetof(HueAnswer, type));
   if (type == kBridgesFound) return tellBridges(flow);
   const HueResult* result = findResult(type);
   if (result == nullptr) {

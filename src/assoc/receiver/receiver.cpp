@@ -62,8 +62,8 @@ class Receiver {
   sockaddr_in sender_{};
   LastSender lastSender_;
   int timeoutSeconds_ = kIdleTimeout;
-  unsigned char datagram_[kReceiveBufferSize] = {};
   EventBuffers events_;
+  unsigned char datagram_[kReceiveBufferSize] = {};  // behind the events: a copy to the next page is a slow one
 };
 
 // A descriptor that somebody else closed fails every receive at once; without a pause that would be a busy loop.
@@ -162,8 +162,10 @@ Receiver begin(TembraAssociation& assoc) {
   const Hold hold;
   const ReceiverLease connection(assoc);  // before the Logger may close it and open another one
   log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "entered receive thread");
-  setIdle(true);
-  assoc.cancelTarget = 0;
+  if (!connection.isSuperseded()) {
+    setIdle(true);
+    assoc.cancelTarget = 0;
+  }
   return {assoc, connection};
 }
 
