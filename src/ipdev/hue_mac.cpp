@@ -1,6 +1,7 @@
 // Bridge ids and MAC texts: the same six octets, with "fffe" in the middle or with colons between them.
 #include <tembra/hue.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstring>
@@ -18,17 +19,15 @@ struct Pattern {
   explicit constexpr Pattern(std::string_view text) : size(text.size()) {
     for (std::size_t i = 0; i < size; ++i) {
       const std::size_t position = kPositions.find(text[i]);
-      if (position == std::string_view::npos) {
-        own[i] = text[i];
-      } else {
-        from[i] = static_cast<unsigned char>(position);
-      }
+      const bool isOwn = position == std::string_view::npos;
+      own[i] = text[i];
+      from[i] = static_cast<unsigned char>(isOwn ? kMost + i : position);
     }
   }
 
   std::size_t size;
-  std::array<char, kMost> own{};  ///< NUL where the input's character stands
-  std::array<unsigned char, kMost> from{};
+  std::array<char, kMost> own{};
+  std::array<unsigned char, kMost> from{};  ///< a place in the input, or behind it in `own`
 };
 
 constexpr Pattern kBridgeIdOfMac("013467fffe9ACDFG");   // drops the colons at 2, 5, 8, 11 and 14
@@ -36,11 +35,10 @@ constexpr Pattern kMacOfBridgeId("01:23:45:AB:CD:EF");  // drops the four charac
 
 // The input is not checked; what lies behind its end counts as NUL.
 int rearrange(const char* input, std::size_t length, const Pattern& pattern, char* out) {
-  char text[kPositions.size() + 1] = {};
-  if (input != nullptr) std::strncpy(text, input, length);
-  for (std::size_t i = 0; i < pattern.size; ++i) {
-    out[i] = pattern.own[i] != '\0' ? pattern.own[i] : text[pattern.from[i]];
-  }
+  char characters[2 * Pattern::kMost] = {};
+  if (input != nullptr) std::strncpy(characters, input, length);
+  std::copy(pattern.own.begin(), pattern.own.end(), characters + Pattern::kMost);
+  for (std::size_t i = 0; i < pattern.size; ++i) out[i] = characters[pattern.from[i]];
   out[pattern.size] = '\0';
   return static_cast<int>(pattern.size);
 }

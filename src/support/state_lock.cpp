@@ -1,34 +1,32 @@
 #include "support/state_lock.h"
 
 #include <mutex>
+#include <utility>
 
 namespace tembra {
 namespace {
 
-constinit std::recursive_mutex mutex;
+constinit std::mutex mutex;
 thread_local int heldDepth = 0;
 thread_local bool borrowing = false;
 
 }  // namespace
 
 StateLock::StateLock() : taken_(!borrowing) {
-  if (!taken_) return;
-  mutex.lock();
-  ++heldDepth;
+  if (taken_ && heldDepth++ == 0) mutex.lock();
 }
 
 StateLock::~StateLock() {
-  if (!taken_) return;
-  --heldDepth;
-  mutex.unlock();
+  if (taken_ && --heldDepth == 0) mutex.unlock();
 }
 
-StateUnlocked::StateUnlocked() : depth_(heldDepth) {
-  for (; heldDepth > 0; --heldDepth) mutex.unlock();
+StateUnlocked::StateUnlocked() : depth_(std::exchange(heldDepth, 0)) {
+  if (depth_ > 0) mutex.unlock();
 }
 
 StateUnlocked::~StateUnlocked() {
-  for (; heldDepth < depth_; ++heldDepth) mutex.lock();
+  if (depth_ > 0) mutex.lock();
+  heldDepth = depth_;
 }
 
 StateBorrowed::StateBorrowed() { borrowing = true; }

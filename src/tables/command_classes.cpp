@@ -17,6 +17,7 @@ struct CommandClass {
 };
 
 constexpr CommandClass kCommandClasses[] = {
+    {0x00, "NO OPERATION"sv},
     {0x20, "BASIC"sv},
     {0x21, "CONTROLLER REPLICATION"sv},
     {0x22, "APPLICATION STATUS"sv},
@@ -102,27 +103,21 @@ constexpr CommandClass kCommandClasses[] = {
 };
 
 constexpr std::size_t kRows = std::size(kCommandClasses);
-constexpr int kFirst = 0x20;
-constexpr int kLast = 0xF0;
-constexpr const char* kNoName = "NO OPERATION";
+constexpr std::uint8_t kNoOperation = 0;  // the row of all numbers without a name
 constexpr unsigned kNoNumber = 255;
 
 constexpr bool inOrder() {
   for (std::size_t i = 1; i < kRows; ++i) {
     if (kCommandClasses[i - 1].number >= kCommandClasses[i].number) return false;
   }
-  return kCommandClasses[0].number == kFirst && kCommandClasses[kRows - 1].number == kLast;
+  return kCommandClasses[1].number == 0x20 && kCommandClasses[kRows - 1].number == 0xF0;
 }
-static_assert(kRows == 82 && inOrder(), "82 command classes, ascending from the first to the last");
-
-constexpr std::uint8_t kNoRow = 255;
-constexpr std::uint8_t kCollision = 254;
+static_assert(kRows == 1 + 82 && inOrder(), "82 command classes, ascending from the first to the last");
 
 // Rows rather than texts: a table of pointers is eight times as large, and the loader has to touch all of it.
 constexpr auto kRowOfNumber = [] {
   std::array<std::uint8_t, 256> rows{};
-  rows.fill(kNoRow);
-  for (std::uint8_t row = 0; row < kRows; ++row) rows[kCommandClasses[row].number] = row;
+  for (std::uint8_t row = kNoOperation; row < kRows; ++row) rows[kCommandClasses[row].number] = row;
   return rows;
 }();
 
@@ -146,28 +141,25 @@ constexpr bool isKnownByName(const CommandClass& row) { return row.number != 0x6
 
 constexpr auto kRowOfSlot = [] {
   std::array<std::uint8_t, kSlots> rows{};
-  rows.fill(kNoRow);
-  for (std::uint8_t row = 0; row < kRows; ++row) {
-    if (!isKnownByName(kCommandClasses[row])) continue;
-    std::uint8_t& slot = rows[hash(kCommandClasses[row].name)];
-    slot = slot == kNoRow ? row : kCollision;
+  for (std::uint8_t row = kNoOperation; row < kRows; ++row) {
+    if (isKnownByName(kCommandClasses[row])) rows[hash(kCommandClasses[row].name)] = row;
   }
   return rows;
 }();
-static_assert(std::find(kRowOfSlot.begin(), kRowOfSlot.end(), kCollision) == kRowOfSlot.end(), "no two names collide");
+static_assert(std::all_of(std::begin(kCommandClasses), std::end(kCommandClasses),
+                          [](const CommandClass& row) {
+                            const CommandClass& found = kCommandClasses[kRowOfSlot[hash(row.name)]];
+                            return (found.number == row.number) == isKnownByName(row);
+                          }),
+              "no two names share a slot");
 
 }  // namespace
 
-const char* cclassStr(unsigned char cc) {
-  const std::uint8_t row = kRowOfNumber[cc];
-  return row == kNoRow ? kNoName : kCommandClasses[row].name.data();
-}
+const char* cclassStr(unsigned char cc) { return kCommandClasses[kRowOfNumber[cc]].name.data(); }
 
 unsigned int cclassNum(const char* name) {
   if (name == nullptr || *name == '\0') return kNoNumber;
   const std::string_view text(name);
-  if (text == kNoName) return 0;
-  const std::uint8_t row = kRowOfSlot[hash(text)];
-  if (row == kNoRow || kCommandClasses[row].name != text) return kNoNumber;
-  return kCommandClasses[row].number;
+  const CommandClass& row = kCommandClasses[kRowOfSlot[hash(text)]];
+  return row.name == text ? row.number : kNoNumber;
 }

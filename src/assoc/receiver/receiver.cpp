@@ -44,14 +44,15 @@ class Receiver {
   Receiver(TembraAssociation& assoc, const ReceiverLease& connection) : assoc_(assoc), connection_(connection) {}
 
   void run() {
-    while (receiveOnce()) {
-    }
+    serve();
     log(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "exited receive thread\n");
   }
 
  private:
+  void serve();
   bool receiveOnce();
-  ssize_t await();
+  int await();
+  ssize_t receive();
   void timedOut();
   void reportTimeout();
   void dispatch();
@@ -68,31 +69,40 @@ class Receiver {
 
 // A descriptor that somebody else closed fails every receive at once; without a pause that would be a busy loop.
 void pauseIfDescriptorIsLost(int error) {
-  if (error == EBADF || error == ENOTSOCK) nanosleep(&kLostDescriptorPause, nullptr);
+  if (error != EBADF && error != ENOTSOCK) return;
+  const StateUnlocked unlocked;
+  nanosleep(&kLostDescriptorPause, nullptr);
+}
+
+// The lock is held from one receive to the next.
+void Receiver::serve() {
+  const StateLock lock;
+  while (receiveOnce()) {
+  }
 }
 
 // One pass of the loop. False when the connection is closed or replaced: then neither the datagram nor the end of the
 // wait means anything any more.
 bool Receiver::receiveOnce() {
-  {
-    const StateLock lock;
-    if (!connection_.isOpen()) return false;
-    ReceiverLease::beginReceive();
-  }
-  const ssize_t received = await();
-  const int error = received < 0 ? errno : 0;
-  ReceiverLease::endReceive();
-  {
-    const StateLock lock;
-    if (!connection_.isOpen()) return false;
-    received < 0 ? timedOut() : dispatch();
-  }
+  if (!connection_.isOpen()) return false;
+  ReceiverLease::beginReceive();
+  const int error = await();
+  if (!connection_.isOpen()) return false;
+  error != 0 ? timedOut() : dispatch();
   pauseIfDescriptorIsLost(error);
   return true;
 }
 
+// 0, or why no datagram came. The receive ends before the lock is asked for: who closes waits for that end.
+int Receiver::await() {
+  const StateUnlocked unlocked;
+  const int error = receive() < 0 ? errno : 0;
+  ReceiverLease::endReceive();
+  return error;
+}
+
 // The time-out is set on every pass, and any failure to receive counts as one.
-ssize_t Receiver::await() {
+ssize_t Receiver::receive() {
   const timeval wait = {timeoutSeconds_, 0};
   if (setsockopt(connection_.descriptor(), SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait) != 0) {
     std::perror("libTembraAssoc:setsockopt: rcvtimeo");
