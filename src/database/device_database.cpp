@@ -80,7 +80,7 @@ DepotBuffer readValue(DEPOT* depot, const char* key, std::size_t most, std::size
 }
 
 bool isDeviceKey(const char* key) {
-  return std::strcmp(key, "NextDevid") != 0 && std::strcmp(key, "Version") != 0 && std::strchr(key, '.') == nullptr;
+  return std::strchr(key, '.') == nullptr && std::strcmp(key, "NextDevid") != 0 && std::strcmp(key, "Version") != 0;
 }
 
 }  // namespace

@@ -12,17 +12,20 @@ namespace tembra {
 class LinkOrder {
  public:
   explicit LinkOrder(long long fileSize)
-      : fileSize_(fileSize), marks_(kMarks * fileSize, {smallHome_, sizeof smallHome_}) {}
+      : fileSize_(fileSize),
+        pages_((indexOf(fileSize) + 1) * sizeof(Block), {smallHome_, sizeof smallHome_}),
+        blocks_(pages_.as<Block>()) {}
   LinkOrder(const LinkOrder&) = delete;
   LinkOrder& operator=(const LinkOrder&) = delete;
 
   /// False for want of memory; nothing else may be called then.
-  [[nodiscard]] bool canBeSeen() const { return marks_.isThere(); }
+  [[nodiscard]] bool canBeSeen() const { return pages_.isThere(); }
 
   void add(long long offset, const DepotRecord& record) {
     if (!record.isLinked()) return;
-    if (marks_.has(targetMark(offset))) --missingRecords_;
-    marks_.add(recordMark(offset));
+    Block& block = blocks_[indexOf(offset)];
+    block.record = placeOf(offset);
+    if (block.target == block.record) --missingRecords_;
     follow(record.left);
     follow(record.right);
   }
@@ -30,24 +33,32 @@ class LinkOrder {
   /// A link, of a record or of a bucket.
   bool follow(int target) {
     if (target == 0) return true;
-    kept_ = kept_ && target > 0 && target < fileSize_ && !marks_.has(targetMark(target));
+    kept_ = kept_ && target > 0 && target < fileSize_ && blocks_[indexOf(target)].target == 0;
     if (!kept_) return false;
-    marks_.add(targetMark(target));
-    if (!marks_.has(recordMark(target))) ++missingRecords_;
+    Block& block = blocks_[indexOf(target)];
+    block.target = placeOf(target);
+    if (block.target != block.record) ++missingRecords_;
     return true;
   }
 
   [[nodiscard]] bool isKept() const { return kept_ && missingRecords_ == 0; }
 
  private:
-  // Each offset has two marks, side by side: both are looked at together.
-  static constexpr long long kMarks = 2;
-  static long long recordMark(long long offset) { return kMarks * offset; }
-  static long long targetMark(long long offset) { return kMarks * offset + 1; }
+  // As many bytes as the shortest record has: no two begin in the same block. Of the one that does, and of the link
+  // that leads there, the place in the block is remembered, from 1 on.
+  struct Block {
+    unsigned char record;
+    unsigned char target;
+  };
+  static std::size_t indexOf(long long offset) { return static_cast<std::size_t>(offset) / sizeof(DepotRecord); }
+  static unsigned char placeOf(long long offset) {
+    return static_cast<unsigned char>(static_cast<std::size_t>(offset) % sizeof(DepotRecord) + 1);
+  }
 
   long long fileSize_;
-  unsigned char smallHome_[24576];  // enough for a file of 98,300 bytes, a dozen devices
-  OffsetSet marks_;
+  Block smallHome_[12288];  // enough for a file of 344,000 bytes, some seventy devices
+  Pages pages_;
+  Block* blocks_;
   long long missingRecords_ = 0;  // linked to, but not met yet
   bool kept_ = true;
 };
