@@ -48,8 +48,8 @@ class Pages {
 
 class OffsetSet {
  public:
-  explicit OffsetSet(long long fileSize, Buffer buffer = {})
-      : pages_(static_cast<std::size_t>(fileSize / CHAR_BIT) + 1, buffer), bits_(pages_.as<unsigned char>()) {}
+  explicit OffsetSet(long long fileSize)
+      : pages_(static_cast<std::size_t>(fileSize / CHAR_BIT) + 1), bits_(pages_.as<unsigned char>()) {}
 
   [[nodiscard]] bool isThere() const { return pages_.isThere(); }
 

@@ -168,7 +168,7 @@ std::string readId(Router& router) { return words({word("id", router.assoc().cal
 std::string lookUpZigbee(Router& router) { return word("removed", router.assoc().zb_removeNode(kAddress)); }
 
 // So many bytes that the check of the file asks the system for memory.
-constexpr std::size_t kLargeHome = 200'000;
+constexpr std::size_t kLargeHome = 400'000;
 
 void putDatabase(Router& router, File file) {
   router.database().remove();
