@@ -85,8 +85,8 @@ double secondsOf(const std::function<void()>& action) {
 std::map<std::string, double> measureHome(const Effort& effort, TembraAssociation& assoc, int devices) {
   const Home home("/tmp/ddb", devices);
   Effort rounds = effort;
-  if (devices > 1'000) rounds.repetitions = std::min(effort.repetitions, devices > 10'000 ? 2 : 3);
-  const int batches = std::clamp(1'000 / devices, 1, effort.batches);
+  if (devices > 10'000) rounds.repetitions = std::min(effort.repetitions, 3);
+  const int batches = std::clamp(5'000 / devices, 1, effort.batches);
   Comparison comparison(rounds);
   for (const LookUp& lookUp : kLookUps) {
     const std::string name = lookUp.name;
