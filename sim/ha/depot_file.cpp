@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "database/file_check.h"
+
 namespace tembra::sim {
 namespace {
 
@@ -19,6 +21,9 @@ constexpr int kTextLength = -1;
 DepotFile::DepotFile(const std::string& path)
     : path_(path), file_(dpopen(path.c_str(), DP_OWRITER | DP_OCREAT, kDefaultBuckets)) {
   if (!file_) fail("opened");
+  if (isSafeToRead(dpfdesc(file_.get()))) return;
+  dpecode = DP_EBROKEN;
+  fail("opened");
 }
 
 void DepotFile::fail(std::string_view what) const {

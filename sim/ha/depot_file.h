@@ -13,7 +13,8 @@
 
 namespace tembra::sim {
 
-/// Waits for the file lock. Every failure throws one sentence with the database's own words.
+/// Waits for the file lock. Every failure throws one sentence with the database's own words; a damage that the Depot
+/// library would not survive is one.
 class DepotFile {
  public:
   explicit DepotFile(const std::string& path);

@@ -243,5 +243,22 @@ TEST(HaServerStart, ADatabaseThatCannotBeOpenedIsOneSentence) {
   }
 }
 
+// More buckets than the file has bytes: whoever looked into one of them would be killed.
+TEST(HaServerRun, ADatabaseThatIsDamagedMeanwhileIsTrouble) {
+  Caller caller;
+  RunningSim sim;
+  {
+    constexpr std::streamoff numberOfBuckets = 32;
+    constexpr int tooMany = 1 << 24;
+    std::fstream file(kDatabase, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(numberOfBuckets).write(reinterpret_cast<const char*>(&tooMany), sizeof tooMany);
+  }
+  caller.notice(RECORD_ZWAVE, bytesOf(addedNode(2, DEVTYPE_SIREN)));
+  EXPECT_EQ(sim.stop(), 1);
+  EXPECT_NE(sim.program().errors().find("the database /tmp/ddb cannot be opened: broken database file"),
+            std::string::npos)
+      << sim.program().errors();
+}
+
 }  // namespace
 }  // namespace tembra::sim::test
