@@ -1,7 +1,6 @@
 // Bridge ids and MAC texts: the same six octets, with "fffe" in the middle or with colons between them.
 #include <tembra/hue.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstring>
@@ -11,23 +10,27 @@ namespace {
 
 constexpr std::string_view kPositions = "0123456789ABCDEFG";
 
-/// Which character of the input, or which character of its own, stands at each place of an output.
-struct Pattern {
-  static constexpr std::size_t kMost = kPositions.size();
+constexpr std::size_t kDigits = 12;
 
-  // A character of `kPositions` stands for the input's character at its place there, any other one for itself.
-  explicit constexpr Pattern(std::string_view text) : size(text.size()) {
-    for (std::size_t i = 0; i < size; ++i) {
-      const std::size_t position = kPositions.find(text[i]);
-      const bool isOwn = position == std::string_view::npos;
-      own[i] = text[i];
-      from[i] = static_cast<unsigned char>(isOwn ? kMost + i : position);
+/// How an output comes from an input: a character of `kPositions` stands for the input's character at its place there,
+/// any other one for itself.
+struct Pattern {
+  struct Move {
+    unsigned char from;
+    unsigned char to;
+  };
+
+  explicit constexpr Pattern(std::string_view whole) : text(whole) {
+    std::size_t digits = 0;
+    for (std::size_t to = 0; to < text.size(); ++to) {
+      const std::size_t from = kPositions.find(text[to]);
+      if (from == std::string_view::npos) continue;
+      moves[digits++] = {static_cast<unsigned char>(from), static_cast<unsigned char>(to)};
     }
   }
 
-  std::size_t size;
-  std::array<char, kMost> own{};
-  std::array<unsigned char, kMost> from{};  ///< a place in the input, or behind it in `own`
+  std::string_view text;
+  std::array<Move, kDigits> moves{};
 };
 
 constexpr Pattern kBridgeIdOfMac("013467fffe9ACDFG");   // drops the colons at 2, 5, 8, 11 and 14
@@ -35,16 +38,16 @@ constexpr Pattern kMacOfBridgeId("01:23:45:AB:CD:EF");  // drops the four charac
 
 // The input is not checked; what lies behind its end counts as NUL.
 int rearrange(const char* input, std::size_t length, const Pattern& pattern, char* out) {
-  char characters[2 * Pattern::kMost] = {};
-  if (input != nullptr) std::strncpy(characters, input, length);
-  std::copy(pattern.own.begin(), pattern.own.end(), characters + Pattern::kMost);
-  for (std::size_t i = 0; i < pattern.size; ++i) out[i] = characters[pattern.from[i]];
-  out[pattern.size] = '\0';
-  return static_cast<int>(pattern.size);
+  char digits[kPositions.size()] = {};
+  if (input != nullptr) std::strncpy(digits, input, length);
+  std::memcpy(out, pattern.text.data(), pattern.text.size());
+  for (const Pattern::Move& move : pattern.moves) out[move.to] = digits[move.from];
+  out[pattern.text.size()] = '\0';
+  return static_cast<int>(pattern.text.size());
 }
 
 }  // namespace
 
-int RevertHueMac(char* mac, char* out) { return rearrange(mac, kMacOfBridgeId.size, kBridgeIdOfMac, out); }
+int RevertHueMac(char* mac, char* out) { return rearrange(mac, kMacOfBridgeId.text.size(), kBridgeIdOfMac, out); }
 
-int HueMac(char* bridgeId, char* out) { return rearrange(bridgeId, kBridgeIdOfMac.size, kMacOfBridgeId, out); }
+int HueMac(char* bridgeId, char* out) { return rearrange(bridgeId, kBridgeIdOfMac.text.size(), kMacOfBridgeId, out); }

@@ -82,8 +82,9 @@ struct Bridge {
 
 void copyToken(JsonToken* tokens, const char* member, char (&text)[Bridge::kTextSize]) {
   const JsonToken* token = find_json_token(tokens, member);
-  if (token != nullptr && token->ptr != nullptr)
-    copyText(text, sizeof text, token->ptr, static_cast<std::size_t>(std::max(token->len, 0)));
+  if (token == nullptr || token->ptr == nullptr) return;
+  std::memset(text, 0, sizeof text);  // the list takes an address with what stands behind it
+  std::strncpy(text, token->ptr, std::min(static_cast<std::size_t>(std::max(token->len, 0)), sizeof text - 1));
 }
 
 void Bridge::read(const char* json) {
@@ -103,7 +104,8 @@ void listBridges(const Flow& flow, HueBridgeList& list) {
   for (; list.count < count; ++list.count) {
     bridge.read(entryText(flow, list.count));
     copyText(list.mac[list.count], bridge.mac);
-    copyText(list.address[list.count], bridge.address);
+    static_assert(sizeof *list.address == sizeof bridge.address);
+    std::memcpy(list.address[list.count], bridge.address, sizeof bridge.address);
   }
 }
 
