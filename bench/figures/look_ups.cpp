@@ -1,8 +1,12 @@
 // Look-ups in the device database, in homes from small to far too large, against the bare loop of the same Depot calls.
+#include <benchmark/benchmark.h>
 #include <depot.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <tembra/association.h>
 #include <tembra/globals.h>
 #include <tembra/records.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -47,6 +51,22 @@ void nextIdBare() {
   dpclose(depot);
 }
 
+// What keeps a damaged file from hanging the look-up cannot do with less: its size, its header, the key's bucket, and
+// at least one record there.
+void checkedNextIdBare() {
+  DEPOT* depot = openBare();
+  const int file = dpfdesc(depot);
+  struct stat status {};
+  fstat(file, &status);
+  for (const off_t offset : {0, 48, 48}) {
+    char bytes[48];
+    benchmark::DoNotOptimize(pread(file, bytes, sizeof bytes, offset));
+  }
+  fcntl(file, F_SETFD, FD_CLOEXEC);
+  get(depot, "NextDevid", 10);
+  dpclose(depot);
+}
+
 // A lamp's bridge and user are fetched, too.
 void bridgeListBare() {
   DEPOT* depot = openBare();
@@ -62,6 +82,8 @@ void bridgeListBare() {
   });
   dpclose(depot);
 }
+
+constexpr char kCheckedNextId[] = "next id, loop with the reads of its check";
 
 struct LookUp {
   const char* name;
@@ -93,6 +115,7 @@ std::map<std::string, double> measureHome(const Effort& effort, TembraAssociatio
     comparison.measured(name, batches, [&] { return secondsOf([&] { lookUp.library(assoc); }); });
     comparison.measured(name + " bare", batches, [&] { return secondsOf(lookUp.bare); });
   }
+  comparison.measured(kCheckedNextId, batches, [] { return secondsOf(checkedNextIdBare); });
   return comparison.run();
 }
 
@@ -107,6 +130,15 @@ void addHome(Report& report, int devices, const LookUp& lookUp, const std::map<s
               .value = library * 1e6,
               .limit = bare * 1e6,
               .mostRatio = 1.05});
+}
+
+// How near the next id comes to what it must do, whereas the bare loop trusts the file.
+void addCheckedNextId(Report& report, int devices, const std::map<std::string, double>& seconds) {
+  report.add({.number = 5,
+              .what = kCheckedNextId + (", " + std::to_string(devices)),
+              .unit = Unit::Microseconds,
+              .value = seconds.at("next id") * 1e6,
+              .limit = seconds.at(kCheckedNextId) * 1e6});
 }
 
 // What one more key costs, from the smallest home to the largest.
@@ -128,6 +160,7 @@ void measureLookUps(const Effort& effort, Report& report) {
   for (const int devices : effort.homeSizes) {
     const std::map<std::string, double> seconds = measureHome(effort, assoc, devices);
     for (const LookUp& lookUp : kLookUps) addHome(report, devices, lookUp, seconds);
+    addCheckedNextId(report, devices, seconds);
   }
   for (const LookUp& lookUp : kLookUps) {
     const std::vector<CurvePoint> curve = report.curveOf(lookUp.name);

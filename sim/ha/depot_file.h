@@ -13,8 +13,7 @@
 
 namespace tembra::sim {
 
-/// Waits for the file lock. Every failure throws one sentence with the database's own words; a damage that the Depot
-/// library would not survive is one.
+/// Waits for the file lock. Every failure throws one sentence with the database's own words.
 class DepotFile {
  public:
   explicit DepotFile(const std::string& path);

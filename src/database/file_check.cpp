@@ -105,7 +105,7 @@ bool isSafeToSearch(int descriptor, int hash) {
   DepotFile file(descriptor, sizeof(DepotHeader));
   DepotHeader header{};
   if (!file.read(0, header)) return true;
-  return hasItsBuckets(file, header) && searchEnds(file, header.bucketOffset(hash % header.buckets));
+  return hasItsBuckets(file, header) && searchesEndInBucket(file, header.bucketOffset(hash % header.buckets));
 }
 
 Repair foreseeRepair(const char* path) {

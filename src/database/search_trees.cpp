@@ -84,7 +84,7 @@ bool isSmallTree(DepotFile& file, int root) {
 
 }  // namespace
 
-bool searchEnds(DepotFile& file, long long bucketOffset) {
+bool searchesEndInBucket(DepotFile& file, long long bucketOffset) {
   int root = 0;
   if (!file.read(bucketOffset, root) || isSmallTree(file, root)) return true;
   CycleSearch search(file);

@@ -3,7 +3,7 @@
 #define TEMBRA_DATABASE_SEARCH_TREES_H
 
 #include "database/depot_file.h"
-#include "database/offset_set.h"
+#include "database/pages.h"
 
 namespace tembra {
 
@@ -56,7 +56,7 @@ class LinkOrder {
   }
 
   long long fileSize_;
-  Block smallHome_[12288];  // enough for a file of 344,000 bytes, some seventy devices
+  Block smallHome_[12288];  // enough for a file of 344,000 bytes, 170 devices
   Pages pages_;
   Block* blocks_;
   long long missingRecords_ = 0;  // linked to, but not met yet
@@ -68,7 +68,7 @@ class LinkOrder {
 bool searchesEnd(DepotFile& file, const DepotHeader& header);
 
 /// The same of the searches in the one bucket whose link stands at this offset.
-bool searchEnds(DepotFile& file, long long bucketOffset);
+bool searchesEndInBucket(DepotFile& file, long long bucketOffset);
 
 }  // namespace tembra
 

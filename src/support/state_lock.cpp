@@ -13,7 +13,9 @@ thread_local bool borrowing = false;
 }  // namespace
 
 StateLock::StateLock() : taken_(!borrowing) {
-  if (taken_ && heldDepth++ == 0) mutex.lock();
+  if (!taken_) return;
+  if (heldDepth == 0) mutex.lock();
+  ++heldDepth;
 }
 
 StateLock::~StateLock() {

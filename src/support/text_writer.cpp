@@ -22,22 +22,14 @@ class Digits {
   char* first_ = std::end(text_);
 };
 
-using Decimal = Digits<10>;
-using Hexadecimal = Digits<16>;
-
 }  // namespace
 
-// Too few for a call of memcpy to be worth it.
-template <typename FewCharacters>
-TextWriter& TextWriter::put(const FewCharacters& characters) {
-  for (const char character : characters) {
-    if (next_ != end_) *next_++ = character;
-  }
+// For too few characters to make a call of memcpy worth it.
+TextWriter& TextWriter::put(const char* first, const char* last) {
+  for (; first != last && next_ != end_; ++first) *next_++ = *first;
   *next_ = '\0';
   return *this;
 }
-
-TextWriter& TextWriter::operator<<(const char* piece) { return *this << std::string_view(piece); }
 
 TextWriter& TextWriter::operator<<(std::string_view piece) {
   const std::size_t length = std::min(piece.size(), static_cast<std::size_t>(end_ - next_));
@@ -48,10 +40,15 @@ TextWriter& TextWriter::operator<<(std::string_view piece) {
 }
 
 TextWriter& TextWriter::operator<<(int number) {
-  if (number >= 0) return put(Decimal(static_cast<unsigned>(number), 1));
-  return (*this << "-").put(Decimal(0U - static_cast<unsigned>(number), 1));
+  if (number < 0) *this << "-";
+  const unsigned magnitude = number < 0 ? 0U - static_cast<unsigned>(number) : static_cast<unsigned>(number);
+  const Digits<10> digits(magnitude, 1);
+  return put(digits.begin(), digits.end());
 }
 
-TextWriter& TextWriter::operator<<(Hex hex) { return put(Hexadecimal(hex.number, hex.digits)); }
+TextWriter& TextWriter::operator<<(Hex hex) {
+  const Digits<16> digits(hex.number, hex.digits);
+  return put(digits.begin(), digits.end());
+}
 
 }  // namespace tembra

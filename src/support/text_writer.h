@@ -21,7 +21,7 @@ class TextWriter {
  public:
   constexpr TextWriter(char* out, std::size_t size) : start_(out), next_(out), end_(out + size - 1) {}
 
-  TextWriter& operator<<(const char* piece);
+  TextWriter& operator<<(const char* piece) { return *this << std::string_view(piece); }
   TextWriter& operator<<(std::string_view piece);
   TextWriter& operator<<(int number);
   TextWriter& operator<<(Hex hex);
@@ -30,8 +30,7 @@ class TextWriter {
   [[nodiscard]] std::size_t length() const { return static_cast<std::size_t>(next_ - start_); }
 
  private:
-  template <typename FewCharacters>
-  TextWriter& put(const FewCharacters& characters);
+  TextWriter& put(const char* first, const char* last);
 
   char* start_;
   char* next_;

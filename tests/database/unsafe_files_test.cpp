@@ -68,6 +68,11 @@ INSTANTIATE_TEST_SUITE_P(
                                   words.setIn(kOne, depot::kLeft, words.offsetOf(kOther));
                                   words.setIn(kOne, depot::kRight, words.offsetOf(kOther));
                                 }},
+                    DamagedFile{"TwoLinksToOneHeader",
+                                [](Words& words) {
+                                  words.setIn(kOne, depot::kLeft, words.offsetOf(kOther) + 4);
+                                  words.setIn(kOne, depot::kRight, words.offsetOf(kOther) + 8);
+                                }},
                     DamagedFile{"ANegativeLink", [](Words& words) { words.setIn(kOne, depot::kLeft, -1); }},
                     DamagedFile{"ANegativeSize", [](Words& words) { words.setIn(kOne, depot::kValueSize, -600); }},
                     DamagedFile{"AValueBehindTheEnd",

@@ -51,7 +51,7 @@ class Receiver {
  private:
   void serve();
   bool receiveOnce();
-  int await();
+  bool await(int& error);
   ssize_t receive();
   void timedOut();
   void reportTimeout();
@@ -64,7 +64,9 @@ class Receiver {
   LastSender lastSender_;
   int timeoutSeconds_ = kIdleTimeout;
   EventBuffers events_;
-  unsigned char datagram_[kReceiveBufferSize] = {};  // behind the events: a copy to the next page is a slow one
+  // Behind the events: in front of them an answer would be copied to the same place of a later page, where a load waits
+  // for the store before it, which looks the same to the processor. That is three times as slow.
+  unsigned char datagram_[kReceiveBufferSize] = {};
 };
 
 // A descriptor that somebody else closed fails every receive at once; without a pause that would be a busy loop.
@@ -86,19 +88,21 @@ void Receiver::serve() {
 bool Receiver::receiveOnce() {
   if (!connection_.isOpen()) return false;
   ReceiverLease::beginReceive();
-  const int error = await();
+  int error = 0;
+  const bool hasDatagram = await(error);
   if (!connection_.isOpen()) return false;
-  error != 0 ? timedOut() : dispatch();
+  hasDatagram ? dispatch() : timedOut();
   pauseIfDescriptorIsLost(error);
   return true;
 }
 
-// 0, or why no datagram came. The receive ends before the lock is asked for: who closes waits for that end.
-int Receiver::await() {
+// False and why, when no datagram came. The receive ends before the lock is asked for: who closes waits for that end.
+bool Receiver::await(int& error) {
   const StateUnlocked unlocked;
-  const int error = receive() < 0 ? errno : 0;
+  const bool hasDatagram = receive() >= 0;
+  if (!hasDatagram) error = errno;
   ReceiverLease::endReceive();
-  return error;
+  return hasDatagram;
 }
 
 // The time-out is set on every pass, and any failure to receive counts as one.

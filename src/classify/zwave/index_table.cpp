@@ -3,13 +3,11 @@
 #include <tembra/globals.h>
 
 #include <cstring>
-#include <string_view>
 
 #include "support/log.h"
 #include "support/state_lock.h"
 
 using tembra::Level;
-using std::string_view_literals::operator""sv;
 
 namespace {
 
@@ -109,21 +107,21 @@ void TembraAssociation::ZW_indexToEnum(unsigned char* triples) {
     std::memcpy(&value, triples + i * sizeof value, sizeof value);
     if (value.commandClass == 0) return;
     tembra::logLine(*this, Level::Detail,
-                    tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: command class: "sv)
-                        << value.commandClass << " command index "sv << value.index);
+                    tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: command class: ")
+                        << value.commandClass << " command index " << value.index);
     const IndexType type = meaningOf(value);
     table.setType(entry, type);
     if (type != INDEX_NONE) {
       table.setInstance(entry, value.instance);
       raiseCapability(type);
       tembra::logLine(*this, Level::Detail,
-                      tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: cmdclass "sv)
-                          << value.commandClass << " index "sv << value.index << " instance : "sv << value.instance
-                          << " Enum: "sv << type << " "sv);
+                      tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: cmdclass ")
+                          << value.commandClass << " index " << value.index << " instance : " << value.instance
+                          << " Enum: " << type << " ");
     } else {
       tembra::logLine(*this, Level::Detail,
-                      tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: Enum is not defined for : cmdclass "sv)
-                          << value.commandClass << " ind "sv << value.index);
+                      tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: Enum is not defined for : cmdclass ")
+                          << value.commandClass << " ind " << value.index);
       if (entry > 0) --entry;
     }
     table.end(++entry);
