@@ -17,6 +17,7 @@ using harness::Router;
 namespace {
 
 constexpr int kMost = std::numeric_limits<int>::max();
+constexpr int kDeleted = 1;
 constexpr std::size_t kOne = 50, kOther = 70;  // two records that hold devices
 
 struct DamagedFile {
@@ -32,6 +33,19 @@ void damageHouse(Router& router, const DamagedFile& damaged) {
   router.database().replaceWith(words.file());
   router.watch(harness::kWatchDatabase);
 }
+
+// Gives a record sizes whose sum, computed as int, leads so many bytes forward or back.
+void leadBy(Words& words, std::size_t record, long long bytes) {
+  constexpr long long wholeRange = 1LL << 32;
+  const long long key = words.get(static_cast<std::size_t>(words.offsetOf(record)) + depot::kKeySize);
+  const long long header = depot::kRecordHeader;
+  words.setIn(record, depot::kValueSize, kMost);
+  words.setIn(record, depot::kPadding, static_cast<int>(wholeRange + bytes - header - key - kMost));
+}
+
+void deleteRecord(Words& words, std::size_t record) { words.setIn(record, 0, kDeleted); }
+
+int lengthOf(const Words& words, std::size_t record) { return words.offsetOf(record + 1) - words.offsetOf(record); }
 
 class UnsafeFileTest : public testing::TestWithParam<DamagedFile> {};
 
@@ -49,7 +63,14 @@ INSTANTIATE_TEST_SUITE_P(
                     }},
         DamagedFile{"AValueThatEndsBeyondAnyOffset", [](Words& words) { words.setIn(kOne, depot::kValueSize, kMost); }},
         DamagedFile{"APaddingThatEndsBeyondAnyOffset",
-                    [](Words& words) { words.setIn(kOne, depot::kPadding, kMost - 28); }}),
+                    [](Words& words) { words.setIn(kOne, depot::kPadding, kMost - 28); }},
+        DamagedFile{"ARecordThatLeadsBack",
+                    [](Words& words) { leadBy(words, kOther, words.offsetOf(kOne) - words.offsetOf(kOther)); }},
+        DamagedFile{"ADeletedRecordThatLeadsBack",
+                    [](Words& words) {
+                      leadBy(words, kOther, words.offsetOf(kOne) - words.offsetOf(kOther));
+                      deleteRecord(words, kOther);
+                    }}),
     [](const auto& tested) { return tested.param.name; });
 
 class OrdinaryDamageTest : public testing::TestWithParam<DamagedFile> {};
@@ -72,6 +93,18 @@ INSTANTIATE_TEST_SUITE_P(
                                 [](Words& words) {
                                   words.setIn(kOne, depot::kLeft, words.offsetOf(kOther) + 4);
                                   words.setIn(kOne, depot::kRight, words.offsetOf(kOther) + 8);
+                                }},
+                    DamagedFile{"ARecordWhoseLengthWrapsAroundToTheRightOne",
+                                [](Words& words) { leadBy(words, kOne, lengthOf(words, kOne)); }},
+                    DamagedFile{"ADeletedRecordWhoseLengthWrapsAroundToTheRightOne",
+                                [](Words& words) {
+                                  leadBy(words, kOne, lengthOf(words, kOne));
+                                  deleteRecord(words, kOne);
+                                }},
+                    DamagedFile{"ADeletedRecordThatLeadsInFrontOfTheFile",
+                                [](Words& words) {
+                                  words.setIn(kOne, depot::kValueSize, kMost);
+                                  deleteRecord(words, kOne);
                                 }},
                     DamagedFile{"ANegativeLink", [](Words& words) { words.setIn(kOne, depot::kLeft, -1); }},
                     DamagedFile{"ANegativeSize", [](Words& words) { words.setIn(kOne, depot::kValueSize, -600); }},
@@ -179,6 +212,19 @@ TEST(UnrepairableFile, IsNotRepaired) {
                                          "dpopen /tmp/ddb 70 1 -> failed"}));
     EXPECT_FALSE(router.database().exists());
   }
+}
+
+// The walk would stay at it for ever, and so would the repair.
+TEST(ADeletedRecordOfNoLength, CostsTheFile) {
+  Router router;
+  damageHouse(router, {"", [](Words& words) {
+                         leadBy(words, kOne, 0);
+                         deleteRecord(words, kOne);
+                       }});
+  EXPECT_EQ(house::findNode(router, 99), 0);
+  EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1", "dpclose", "stderr dpopen: broken database file",
+                                       "dpopen /tmp/ddb 70 1", "dpclose"}));
+  EXPECT_FALSE(router.database().exists());
 }
 
 // Opening it for reading would wait for somebody who writes.
