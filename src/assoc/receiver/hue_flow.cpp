@@ -70,42 +70,31 @@ const HueResult* findResult(int type) {
   return result.writesSource ? flow.tell(event, result.event, SERVER_HUE) : flow.tell(event, result.event);
 }
 
-// The texts of one bridge. They are not cleared between entries: what an entry lacks is repeated from the one before.
-struct Bridge {
-  static constexpr std::size_t kTextSize = 50;
-  char id[kTextSize] = {};
-  char address[kTextSize] = {};
-  char mac[kTextSize] = {};
+constexpr std::size_t kTextSize = 50;
 
-  void read(const char* json);
-};
-
-void copyToken(JsonToken* tokens, const char* member, char (&text)[Bridge::kTextSize]) {
+bool copyToken(JsonToken* tokens, const char* member, char (&text)[kTextSize]) {
   const JsonToken* token = find_json_token(tokens, member);
-  if (token == nullptr || token->ptr == nullptr) return;
-  std::memset(text, 0, sizeof text);  // the list takes an address with what stands behind it
-  std::strncpy(text, token->ptr, std::min(static_cast<std::size_t>(std::max(token->len, 0)), sizeof text - 1));
+  if (token == nullptr || token->ptr == nullptr) return false;
+  copyText(text, sizeof text, token->ptr, static_cast<std::size_t>(std::max(token->len, 0)));
+  return true;
 }
 
-void Bridge::read(const char* json) {
-  const auto length = static_cast<int>(textLength(json, sizeof(HueAnswerEntry)));
-  const std::unique_ptr<JsonToken, decltype(&std::free)> tokens(parse_json2(json, length), &std::free);
-  if (tokens != nullptr) {
-    copyToken(tokens.get(), "id", id);
-    copyToken(tokens.get(), "internalipaddress", address);
-  }
-  HueMac(id, mac);
-}
-
+// What an entry lacks is repeated from the one before.
 void listBridges(const Flow& flow, HueBridgeList& list) {
   constexpr int room = static_cast<int>(std::size(HueBridgeList{}.mac));
   const int count = std::min(readNumber(flow, offsetof(HueAnswer, count)), room);
-  Bridge bridge;
-  for (; list.count < count; ++list.count) {
-    bridge.read(entryText(flow, list.count));
-    copyText(list.mac[list.count], bridge.mac);
-    static_assert(sizeof *list.address == sizeof bridge.address);
-    std::memcpy(list.address[list.count], bridge.address, sizeof bridge.address);
+  char id[kTextSize] = {};
+  char mac[kTextSize] = {};
+  for (int i = 0; i < count; ++i) {
+    const char* json = entryText(flow, i);
+    const auto length = static_cast<int>(textLength(json, sizeof(HueAnswerEntry)));
+    const std::unique_ptr<JsonToken, decltype(&std::free)> tokens(parse_json2(json, length), &std::free);
+    if (tokens != nullptr) copyToken(tokens.get(), "id", id);
+    const bool hasAddress = tokens != nullptr && copyToken(tokens.get(), "internalipaddress", list.address[i]);
+    if (!hasAddress && i > 0) std::memcpy(list.address[i], list.address[i - 1], sizeof list.address[i]);
+    HueMac(id, mac);
+    copyText(list.mac[i], mac);
+    list.count = i + 1;
   }
 }
 
