@@ -50,6 +50,9 @@ struct DepotRecord {
   [[nodiscard]] bool isDeleted() const { return (flags & kDeleted) != 0; }
   [[nodiscard]] long long keyEnd() const { return static_cast<long long>(sizeof(DepotRecord)) + keySize; }
   [[nodiscard]] long long end() const { return keyEnd() + valueSize + padding; }
+  /// Where the Depot library goes on behind a record that begins there. It computes offsets as int: a sum beyond that
+  /// range wraps around.
+  [[nodiscard]] int nextFrom(long long offset) const { return static_cast<int>(static_cast<unsigned>(offset + end())); }
 };
 static_assert(sizeof(DepotRecord) == 28);
 
@@ -115,13 +118,19 @@ bool forEachRoot(DepotFile& file, const DepotHeader& header, Visit visit) {
   return true;
 }
 
-/// Calls `visit(offset, record)` for every record that a walk of the file comes to.
+/// Calls `visit(offset, record)` for every record that the Depot library's walk comes to. False when that walk turns
+/// back and never ends: behind a record that it hands out it begins again where the next one would be in front of the
+/// first; behind a deleted one it fails there.
 template <typename Visit>
-void forEachRecord(DepotFile& file, const DepotHeader& header, Visit visit) {
+bool forEachRecord(DepotFile& file, const DepotHeader& header, Visit visit) {
   DepotRecord record{};
-  for (long long at = header.firstRecord(); file.read(at, record) && record.isReadable(); at += record.end()) {
+  for (long long at = header.firstRecord(), next = 0; file.read(at, record) && record.isReadable(); at = next) {
     visit(at, record);
+    if (!record.isDeleted() && at + record.keyEnd() > file.size()) return true;
+    next = record.nextFrom(at);
+    if (next <= at) return record.isDeleted() && next < 0;
   }
+  return true;
 }
 
 }  // namespace tembra

@@ -18,36 +18,17 @@ constexpr long long kSmallFile = 1 << 20;
 constexpr long long kMostGrowth = 4;
 constexpr long long kRoomToSpare = 1 << 16;
 
-// The library computes offsets as int: a sum beyond the range of int wraps around.
-long long nextOffset(long long at, const DepotRecord& record) {
-  return static_cast<int>(static_cast<unsigned>(at + record.end()));
-}
-
-// Visits the records that a walk comes to, until it ends. False when it turns back: behind a record that it hands out
-// it begins again where the next one would be in front of the first; behind a deleted one it fails there.
-template <typename Visit>
-bool walkEnds(DepotFile& file, const DepotHeader& header, Visit visit) {
-  DepotRecord record{};
-  for (long long at = header.firstRecord(), next = 0; file.read(at, record) && record.isReadable(); at = next) {
-    visit(at, record);
-    if (!record.isDeleted() && at + record.keyEnd() > file.size()) return true;
-    next = nextOffset(at, record);
-    if (next <= at) return record.isDeleted() && next < 0;
-  }
-  return true;
-}
-
 bool walkAndSearchesEnd(DepotFile& file, const DepotHeader& header) {
   LinkOrder order(file.size());
   const bool seesOrder = order.canBeSeen();
   if (seesOrder) forEachRoot(file, header, [&](int root) { return order.follow(root); });
-  const bool ends = walkEnds(file, header, [&](long long offset, const DepotRecord& record) {
+  const bool walkEnds = forEachRecord(file, header, [&](long long offset, const DepotRecord& record) {
     if (seesOrder) order.add(offset, record);
   });
-  return ends && (!seesOrder || order.isKept() || searchesEnd(file, header));
+  return walkEnds && (!seesOrder || order.isKept() || searchesEnd(file, header));
 }
 
-// The library computes the end of the buckets as int, too.
+// The Depot library computes the end of the buckets as int, too.
 bool hasItsBuckets(const DepotFile& file, const DepotHeader& header) {
   return header.buckets > 0 && header.firstRecord() <= file.size();
 }

@@ -47,6 +47,13 @@ void deleteRecord(Words& words, std::size_t record) { words.setIn(record, 0, kDe
 
 int lengthOf(const Words& words, std::size_t record) { return words.offsetOf(record + 1) - words.offsetOf(record); }
 
+// The file is looked for a node in vain, and is gone then.
+void expectDeletion(Router& router, const std::string& trace) {
+  EXPECT_EQ(house::findNode(router, 99), 0);
+  EXPECT_EQ(router.takeTrace(), trace);
+  EXPECT_FALSE(router.database().exists());
+}
+
 class UnsafeFileTest : public testing::TestWithParam<DamagedFile> {};
 
 INSTANTIATE_TEST_SUITE_P(
@@ -174,10 +181,8 @@ TEST(AFileOfTooManyBuckets, IsDeletedWhenItCannotBeRepaired) {
                          words.set(depot::kBuckets, 0x20000000);
                          words.set(depot::kRecords, 1 << 26);
                        }});
-  EXPECT_EQ(house::findNode(router, 99), 0);
-  EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: memory mapping error",
-                                       "dpopen /tmp/ddb 70 1 -> failed"}));
-  EXPECT_FALSE(router.database().exists());
+  expectDeletion(router, lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: memory mapping error",
+                                "dpopen /tmp/ddb 70 1 -> failed"}));
 }
 
 // Neither of these comes back from the repair: one makes it write without end, the others keep it where it is.
@@ -207,10 +212,8 @@ TEST(UnrepairableFile, IsNotRepaired) {
     harness::Bytes longer = router.database().file();
     longer.push_back(0);
     router.database().replaceWith(longer);
-    EXPECT_EQ(house::findNode(router, 99), 0);
-    EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: broken database file",
-                                         "dpopen /tmp/ddb 70 1 -> failed"}));
-    EXPECT_FALSE(router.database().exists());
+    expectDeletion(router, lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: broken database file",
+                                  "dpopen /tmp/ddb 70 1 -> failed"}));
   }
 }
 
@@ -221,10 +224,8 @@ TEST(ADeletedRecordOfNoLength, CostsTheFile) {
                          leadBy(words, kOne, 0);
                          deleteRecord(words, kOne);
                        }});
-  EXPECT_EQ(house::findNode(router, 99), 0);
-  EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1", "dpclose", "stderr dpopen: broken database file",
-                                       "dpopen /tmp/ddb 70 1", "dpclose"}));
-  EXPECT_FALSE(router.database().exists());
+  expectDeletion(router, lines({"dpopen /tmp/ddb 6 -1", "dpclose", "stderr dpopen: broken database file",
+                                "dpopen /tmp/ddb 70 1", "dpclose"}));
 }
 
 // Opening it for reading would wait for somebody who writes.
@@ -232,8 +233,6 @@ TEST(APipeInPlaceOfTheFile, IsDeletedWithoutAWait) {
   Router router;
   router.watch(harness::kWatchDatabase);
   ASSERT_EQ(mkfifo(DBName, S_IRUSR | S_IWUSR), 0);
-  EXPECT_EQ(house::findNode(router, 99), 0);
-  EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: stat error",
-                                       "dprepair /tmp/ddb -> failed", "dpopen /tmp/ddb 70 1 -> failed"}));
-  EXPECT_FALSE(router.database().exists());
+  expectDeletion(router, lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: stat error",
+                                "dprepair /tmp/ddb -> failed", "dpopen /tmp/ddb 70 1 -> failed"}));
 }
