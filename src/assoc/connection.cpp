@@ -12,13 +12,13 @@
 #include <cstdlib>
 #include <utility>
 
-#include "assoc/display_error.h"
 #include "mesh/mesh_identity.h"
 #include "support/gate.h"
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/state_lock.h"
 #include "support/text.h"
+#include "wire/display_error.h"
 
 using tembra::Level;
 using tembra::StateLock;

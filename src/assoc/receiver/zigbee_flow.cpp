@@ -8,6 +8,7 @@
 #include "assoc/receiver/flow.h"
 #include "assoc/receiver/timeouts.h"
 #include "classify/received_device.h"
+#include "removal/zigbee_device.h"
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/text.h"

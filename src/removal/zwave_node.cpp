@@ -14,7 +14,6 @@ using tembra::StateLock;
 namespace {
 
 constexpr unsigned char kRemovedMark = 254;
-constexpr char kRemoveAllText[] = "removeAllDevices";
 
 // [sic] The line says "Removing" also when a node is only looked up.
 void rememberRemoved(TembraAssociation& assoc, const DeviceRecord& device) {
@@ -74,13 +73,4 @@ int TembraAssociation::ZW_removeNode() {
     sendRemovalNotice(*this, node);
   });
   return 0;
-}
-
-void TembraAssociation::removeAllDevices() {
-  const StateLock lock;
-  HaNotice notice{};
-  notice.recordKind = RECORD_ZIGBEE;
-  std::memcpy(notice.record, kRemoveAllText, sizeof kRemoveAllText);
-  tembra::log(*this, Level::Detail, TEMBRA_LOG_PREFIX "Sending removeAllDevices to haserver");
-  sendToServers(SERVER_HA, &notice);
 }

@@ -1,6 +1,6 @@
 // Socket errors go to standard error, not to the log.
-#ifndef TEMBRA_ASSOC_DISPLAY_ERROR_H
-#define TEMBRA_ASSOC_DISPLAY_ERROR_H
+#ifndef TEMBRA_WIRE_DISPLAY_ERROR_H
+#define TEMBRA_WIRE_DISPLAY_ERROR_H
 
 #include <cerrno>
 #include <cstdio>

@@ -2,9 +2,9 @@
 #include <tembra/association.h>
 #include <tembra/endpoints.h>
 
-#include "assoc/display_error.h"
 #include "support/log.h"
 #include "support/state_lock.h"
+#include "wire/display_error.h"
 
 namespace {
 

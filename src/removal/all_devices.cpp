@@ -1,0 +1,25 @@
+// Telling the HA server to drop every device, of all radios.
+#include <tembra/association.h>
+
+#include <cstring>
+
+#include "support/log.h"
+#include "support/state_lock.h"
+
+using tembra::Level;
+using tembra::StateLock;
+
+namespace {
+
+constexpr char kRemoveAllText[] = "removeAllDevices";
+
+}  // namespace
+
+void TembraAssociation::removeAllDevices() {
+  const StateLock lock;
+  HaNotice notice{};
+  notice.recordKind = RECORD_ZIGBEE;
+  std::memcpy(notice.record, kRemoveAllText, sizeof kRemoveAllText);
+  tembra::log(*this, Level::Detail, TEMBRA_LOG_PREFIX "Sending removeAllDevices to haserver");
+  sendToServers(SERVER_HA, &notice);
+}

@@ -1,0 +1,42 @@
+// Finding out which ZigBee device left.
+#include "removal/zigbee_device.h"
+
+#include "database/device_database.h"
+#include "support/log.h"
+#include "support/state_lock.h"
+#include "support/text.h"
+
+using tembra::StateLock;
+
+namespace {
+
+constexpr unsigned char kNodeNotFound = 12;
+constexpr int kNotFound = -1;
+
+}  // namespace
+
+int TembraAssociation::zb_removeNode(unsigned short shortAddress) {
+  const StateLock lock;
+  const tembra::ZigbeeLookup lookup = tembra::findZigbeeDevice(*this, shortAddress);
+  if (lookup.unknown) zbDevice.msgCode = kNodeNotFound;
+  return lookup.result;
+}
+
+namespace tembra {
+
+ZigbeeLookup findZigbeeDevice(TembraAssociation& assoc, unsigned short shortAddress) {
+  bool found = false;
+  DatabaseSession database;
+  if (!database.isOpen()) return {database.deletionResult(), false};
+  database.forEachDevice([&](const StoredDevice& device) {
+    if (!device.hasZigbeeAddress(shortAddress)) return;
+    const StateLock applying;
+    copyText(assoc.removedName, device.record().name);
+    assoc.removedId = device.record().id;
+    logLine(assoc, Level::Progress, line(TEMBRA_LOG_PREFIX "Removing zigbee device 0x") << Hex{shortAddress, 2});
+    found = true;
+  });
+  return {found ? 0 : kNotFound, !found};
+}
+
+}  // namespace tembra
