@@ -10,7 +10,7 @@
 #include <cstring>
 #include <ctime>
 
-#include "harness/real_libc.h"
+#include "kit/real_libc.h"
 #include "support/stage.h"
 
 using fuzz::Fault;
@@ -18,7 +18,7 @@ using fuzz::Stage;
 
 extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*function)(void*),
                               void* argument) noexcept {
-  HARNESS_REAL(pthread_create);
+  KIT_REAL(pthread_create);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(thread, attributes, function, argument);
   if (stage->router().strikes(Fault::Thread)) return EAGAIN;
@@ -28,31 +28,31 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
 }
 
 extern "C" int pthread_detach(pthread_t thread) noexcept {
-  HARNESS_REAL(pthread_detach);
+  KIT_REAL(pthread_detach);
   return Stage::current() == nullptr ? real(thread) : 0;
 }
 
 // Nothing that is waited for on the only thread would ever come.
 extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex, clockid_t clock,
                                       const timespec* deadline) {
-  HARNESS_REAL(pthread_cond_clockwait);
+  KIT_REAL(pthread_cond_clockwait);
   return Stage::current() == nullptr ? real(condition, mutex, clock, deadline) : ETIMEDOUT;
 }
 
 extern "C" unsigned sleep(unsigned seconds) {
-  HARNESS_REAL(sleep);
+  KIT_REAL(sleep);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(seconds);
   return stage->router().strikes(Fault::SleepsEndEarly) ? seconds / 2 : 0;
 }
 
 extern "C" int nanosleep(const timespec* wait, timespec* rest) {
-  HARNESS_REAL(nanosleep);
+  KIT_REAL(nanosleep);
   return Stage::current() == nullptr ? real(wait, rest) : 0;
 }
 
 extern "C" FILE* popen(const char* command, const char* mode) {
-  HARNESS_REAL(popen);
+  KIT_REAL(popen);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(command, mode);
   if (stage->router().strikes(Fault::Pipe)) return nullptr;
@@ -64,13 +64,13 @@ extern "C" FILE* popen(const char* command, const char* mode) {
 }
 
 extern "C" int pclose(FILE* pipe) {
-  HARNESS_REAL(pclose);
+  KIT_REAL(pclose);
   return Stage::current() == nullptr ? real(pipe) : std::fclose(pipe);
 }
 
 // One host has a name, one has a name of another family, one has no address.
 extern "C" hostent* gethostbyname(const char* name) {
-  HARNESS_REAL(gethostbyname);
+  KIT_REAL(gethostbyname);
   if (Stage::current() == nullptr) return real(name);
   static in_addr address = {htonl(INADDR_LOOPBACK)};
   static char* one[] = {reinterpret_cast<char*>(&address), nullptr};
@@ -85,7 +85,7 @@ extern "C" hostent* gethostbyname(const char* name) {
 }
 
 extern "C" servent* getservbyname(const char* name, const char* protocol) {
-  HARNESS_REAL(getservbyname);
+  KIT_REAL(getservbyname);
   if (Stage::current() == nullptr) return real(name, protocol);
   static servent service{};
   service.s_port = htons(80);

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "harness/real_libc.h"
+#include "kit/real_libc.h"
 #include "support/invariant.h"
 #include "support/send_check.h"
 #include "support/stage.h"
@@ -15,7 +15,7 @@ using fuzz::require;
 using fuzz::Stage;
 
 extern "C" int socket(int domain, int type, int protocol) noexcept {
-  HARNESS_REAL(socket);
+  KIT_REAL(socket);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(domain, type, protocol);
   require(domain == AF_INET && type == SOCK_DGRAM, "the socket is a UDP socket");
@@ -23,7 +23,7 @@ extern "C" int socket(int domain, int type, int protocol) noexcept {
 }
 
 extern "C" int setsockopt(int descriptor, int level, int option, const void* value, socklen_t length) noexcept {
-  HARNESS_REAL(setsockopt);
+  KIT_REAL(setsockopt);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(descriptor, level, option, value, length);
   require(level == SOL_SOCKET, "options are the socket's");
@@ -37,7 +37,7 @@ extern "C" int setsockopt(int descriptor, int level, int option, const void* val
 }
 
 extern "C" int bind(int descriptor, const sockaddr* address, socklen_t length) noexcept {
-  HARNESS_REAL(bind);
+  KIT_REAL(bind);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(descriptor, address, length);
   require(descriptor != 0, "descriptor 0 means closed");
@@ -49,7 +49,7 @@ extern "C" int bind(int descriptor, const sockaddr* address, socklen_t length) n
 
 extern "C" ssize_t sendto(int descriptor, const void* datagram, std::size_t length, int flags, const sockaddr* address,
                           socklen_t addressLength) {
-  HARNESS_REAL(sendto);
+  KIT_REAL(sendto);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(descriptor, datagram, length, flags, address, addressLength);
   fuzz::Send send{datagram, length, {}};
@@ -65,7 +65,7 @@ extern "C" ssize_t sendto(int descriptor, const void* datagram, std::size_t leng
 
 extern "C" ssize_t recvfrom(int descriptor, void* buffer, std::size_t size, int flags, sockaddr* sender,
                             socklen_t* senderLength) {
-  HARNESS_REAL(recvfrom);
+  KIT_REAL(recvfrom);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(descriptor, buffer, size, flags, sender, senderLength);
   require(size == fuzz::kReceiveBufferSize && flags == 0, "receives have the whole buffer and no flags");
@@ -77,7 +77,7 @@ extern "C" ssize_t recvfrom(int descriptor, void* buffer, std::size_t size, int 
 }
 
 extern "C" int close(int descriptor) {
-  HARNESS_REAL(close);
+  KIT_REAL(close);
   if (Stage* stage = Stage::current(); stage != nullptr) stage->closing(descriptor);
   return real(descriptor);
 }

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <string>
 
-#include "harness/datagram_text.h"
-#include "harness/router.h"
+#include "kit/datagram_text.h"
+#include "kit/router.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ std::string resolve(const std::string& text, const char* protocol = "udp") {
   EXPECT_EQ(address.sin_family, AF_INET);
   const unsigned char zero[8] = {};
   EXPECT_EQ(std::memcmp(address.sin_zero, zero, sizeof zero), 0);
-  return std::to_string(result) + " " + harness::addressText(reinterpret_cast<sockaddr*>(&address));
+  return std::to_string(result) + " " + kit::addressText(reinterpret_cast<sockaddr*>(&address));
 }
 
 }  // namespace

@@ -8,10 +8,10 @@
 #include <thread>
 #include <vector>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Node;
-using harness::Router;
+using kit::Node;
+using kit::Router;
 
 namespace {
 
@@ -58,7 +58,7 @@ TEST(GlobalsTest, HaveTheSizesThatFrontEndsDeclare) {
 
 TEST(CreationTest, OpensNothingAndSendsNothing) {
   Router router;
-  router.watch(harness::kWatchConnection | harness::kWatchDatabase);
+  router.watch(kit::kWatchConnection | kit::kWatchDatabase);
   const TembraAssociation& assoc = *TembraAssociation::getInstance();
   EXPECT_EQ(router.takeTrace(), "");
   EXPECT_EQ(assoc.sock, 0);
@@ -170,7 +170,7 @@ TEST(CallbackTest, RunsOnTheReceiveThread) {
 TEST(CopyTest, CarriesNoFieldAndItsDestructionClosesNothing) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   constexpr unsigned char kUntouched = 0x5A;
   alignas(TembraAssociation) unsigned char storage[sizeof(TembraAssociation)];
   std::memset(storage, kUntouched, sizeof storage);

@@ -1,11 +1,11 @@
 // Cancelling an operation on one radio or both.
 #include <gtest/gtest.h>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <atomic>
 #include <thread>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 namespace {
 
@@ -31,7 +31,7 @@ TEST(ClosingTest, StepsInOrder) {
   TembraAssociation& assoc = router.connect();
   const int sock = assoc.sock;
   assoc_meshID = 3;
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   router.onLog([&assoc](const std::string& text) {
     if (text.find("closing") == std::string::npos) return;
     EXPECT_EQ(assoc.running, 1) << "the line is the first thing";
@@ -51,7 +51,7 @@ TEST(ClosingTest, StepsInOrder) {
 TEST(ClosingTest, AClosedConnectionLogsAndMarksAgain) {
   Router router;
   TembraAssociation& assoc = router.assoc();
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   assoc_meshID = 3;
   router.close();
   EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:closing the Assoc Connection"}));
@@ -151,7 +151,7 @@ TEST(ClosingTest, ByTwoThreadsAtOnceTheSocketIsClosedOnce) {
   Router router;
   TembraAssociation& assoc = router.connect();
   for (int round = 0; round < 20; ++round) {
-    router.watch(harness::kWatchConnection);
+    router.watch(kit::kWatchConnection);
     std::thread other([&assoc] { assoc.closeAssocConnection(); });
     assoc.closeAssocConnection();
     other.join();

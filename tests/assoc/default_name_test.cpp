@@ -5,9 +5,9 @@
 #include <cstring>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Router;
+using kit::Router;
 
 TEST(DefaultNameTest, IsTheTypesNameAndTheId) {
   Router router;

@@ -5,11 +5,11 @@
 #include <cerrno>
 #include <string>
 
-#include "harness/datagram_text.h"
-#include "harness/router.h"
+#include "kit/datagram_text.h"
+#include "kit/router.h"
 
-using harness::lines;
-using harness::Router;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -34,7 +34,7 @@ const Endpoint kEndpoints[] = {
 
 std::string resolved(const Endpoint& endpoint, const TembraAssociation& assoc) {
   const sockaddr_in* address = endpoint.address == nullptr ? &assoc.localAddr : endpoint.address;
-  return harness::addressText(reinterpret_cast<const sockaddr*>(address));
+  return kit::addressText(reinterpret_cast<const sockaddr*>(address));
 }
 
 char badHost[] = "256.1.1.1:8888";

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::lines;
-using harness::Router;
+using kit::lines;
+using kit::Router;
 
 namespace {
 

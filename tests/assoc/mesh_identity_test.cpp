@@ -5,12 +5,12 @@
 #include <cerrno>
 #include <cstring>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Bytes;
-using harness::Call;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::Call;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -77,7 +77,7 @@ TEST(MeshIdTest, ACommandThatCannotBeStartedIsNoId) {
 
 TEST(MeshIdTest, TheCommandIsRunOnce) {
   Router router;
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   GetMeshId();
   EXPECT_EQ(router.takeTrace(), lines({"popen r nvram_get 2860 MeshSlaveID"}));
 }
@@ -91,8 +91,8 @@ TEST(MeshIdTest, IsUnknownAtFirst) {
 TEST(MeshIdTest, OwnsTheAssociationFromTheFirstAnswerToTheClosing) {
   Router router;
   router.connect(&TembraAssociation::LCDAssocInit);
-  harness::Peer* const servers[] = {&router.zwave(), &router.zigbee(), &router.hue(), &router.nest()};
-  for (harness::Peer* server : servers) {
+  kit::Peer* const servers[] = {&router.zwave(), &router.zigbee(), &router.hue(), &router.nest()};
+  for (kit::Peer* server : servers) {
     EXPECT_EQ(local_meshID, 3);
     EXPECT_EQ(assoc_meshID, -1);
     router.ha().send(Bytes(4, 1));

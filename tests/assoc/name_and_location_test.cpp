@@ -4,10 +4,10 @@
 #include <cstring>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::lines;
-using harness::Router;
+using kit::lines;
+using kit::Router;
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <cerrno>
 #include <cstring>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Call;
-using harness::lines;
-using harness::Router;
+using kit::Call;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -23,7 +23,7 @@ void expectClosed(const TembraAssociation& assoc) {
 TEST(OpeningFaultsTest, NoSocket) {
   Router router;
   const TembraAssociation& assoc = router.assoc();
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   router.fail(Call::Socket, EMFILE);
   EXPECT_EQ(router.open(), -1);
   EXPECT_EQ(router.takeTrace(),
@@ -34,7 +34,7 @@ TEST(OpeningFaultsTest, NoSocket) {
 TEST(OpeningFaultsTest, NoPriority) {
   Router router;
   const TembraAssociation& assoc = router.assoc();
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   router.fail(Call::SetPriority, EPERM);
   EXPECT_EQ(router.open(), -1);
   EXPECT_EQ(router.takeTrace(), lines({
@@ -49,7 +49,7 @@ TEST(OpeningFaultsTest, NoPriority) {
 TEST(OpeningFaultsTest, NoAddress) {
   Router router;
   const TembraAssociation& assoc = router.assoc();
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   router.fail(Call::Bind, EACCES);
   EXPECT_EQ(router.open(), -1);
   EXPECT_EQ(router.takeTrace(), lines({
@@ -76,7 +76,7 @@ TEST(OpeningFaultsTest, EachLeavesRoomForTheNextTry) {
 TEST(OpeningFaultsTest, WithoutAThreadTheConnectionIsOpenAllTheSame) {
   Router router;
   const TembraAssociation& assoc = router.assoc();
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   std::memset(cmdtype, 'x', sizeof cmdtype);
   router.fail(Call::CreateThread, EAGAIN);
   EXPECT_EQ(router.open(), 0);

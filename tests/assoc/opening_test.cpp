@@ -8,16 +8,16 @@
 #include <cstring>
 #include <thread>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 TEST(OpeningTest, StepsInOrder) {
   Router router;
   router.assoc();
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   EXPECT_EQ(router.open(), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "socket 2 2 17",
@@ -55,7 +55,7 @@ TEST(OpeningTest, ASecondOpeningFailsAndLeavesTheFirst) {
   const std::string state = router.state();
   router.forget();
   router.nvram().answerWith("echo 9");
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   EXPECT_EQ(router.open(), -1);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "socket 2 2 17",
@@ -77,7 +77,7 @@ TEST(OpeningTest, FailsWhileAnotherProgramHoldsTheAddress) {
   Router router;
   TembraAssociation& assoc = router.assoc();
   {
-    const harness::Peer other = router.from("127.255.255.4", 8888);
+    const kit::Peer other = router.from("127.255.255.4", 8888);
     EXPECT_EQ(router.open(), -1);
     EXPECT_EQ(assoc.sock, 0);
     EXPECT_EQ(assoc.running, 0);

@@ -6,12 +6,12 @@
 #include <cstring>
 #include <thread>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Call;
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::Call;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 namespace {
 

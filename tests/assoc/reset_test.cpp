@@ -4,11 +4,11 @@
 #include <cerrno>
 #include <thread>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 namespace {
 
@@ -72,7 +72,7 @@ TEST(ResetTest, AnInterruptedSleepIsResumed) {
 TEST(ResetTest, TheSecondDatagramIsTriedWhenTheFirstFails) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  router.fail(harness::Call::Sendto, ENOBUFS);
+  router.fail(kit::Call::Sendto, ENOBUFS);
   assoc.cmdToZigbee(zigbee_cmd_reset);
   EXPECT_EQ(router.takeTrace(),
             lines({R"(send zigbee 320 "n l" @180 "" -> ENOBUFS)", "stderr sendto error: No buffer space available",

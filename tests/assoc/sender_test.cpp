@@ -2,10 +2,10 @@
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::lines;
-using harness::Router;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -64,9 +64,9 @@ TEST(SenderTest, IsNotToldByTheEndpointTable) {
 TEST(SenderTest, ItsPortDoesNotCount) {
   Router router;
   router.connect();
-  router.from("127.255.255.1", 8888).send(harness::Bytes{1});
+  router.from("127.255.255.1", 8888).send(kit::Bytes{1});
   const std::string homeServer = router.takeTrace();
   EXPECT_EQ(homeServer, lines({"log 1 libTembraAssoc:\\n*** Got data from HA_Server. Not implemented ***\\n"}));
-  router.from("127.255.255.1", 12345).send(harness::Bytes{1});
+  router.from("127.255.255.1", 12345).send(kit::Bytes{1});
   EXPECT_EQ(router.takeTrace(), homeServer);
 }

@@ -5,16 +5,16 @@
 #include <cstring>
 #include <thread>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::lines;
-using harness::Router;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
 constexpr DevType kContact = DEVTYPE_CONTACT_SWITCH;  // 12
 
-void expectReport(const harness::RecordedEvent& event, const char* name, int type) {
+void expectReport(const kit::RecordedEvent& event, const char* name, int type) {
   DeviceReport expected{};
   std::strcpy(expected.name, name);
   std::strcpy(expected.location, "Default");

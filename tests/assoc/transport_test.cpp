@@ -4,12 +4,12 @@
 #include <cerrno>
 #include <numeric>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Bytes;
-using harness::Call;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::Call;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -28,7 +28,7 @@ TEST(TransportTest, EachDaemonGetsItsLengthOfTheBuffer) {
     ServerType type;
     const char* destination;
     std::size_t length;
-    harness::Peer& peer;
+    kit::Peer& peer;
   } kRows[] = {
       {SERVER_ZIGBEE, "zigbee", 320, router.zigbee()},
       {SERVER_ZWAVE, "zwave", 236, router.zwave()},

@@ -7,13 +7,13 @@
 #include <numeric>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "texts.h"
 
-using harness::Bytes;
-using harness::Call;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::Call;
+using kit::lines;
+using kit::Router;
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <mutex>
 
-#include "harness/real_libc.h"
+#include "kit/real_libc.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ std::recursive_mutex& databaseUse() {
 }  // namespace
 
 extern "C" DEPOT* dpopen(const char* name, int mode, int buckets) {
-  HARNESS_REAL(dpopen);
+  KIT_REAL(dpopen);
   databaseUse().lock();
   DEPOT* const depot = real(name, mode, buckets);
   if (depot == nullptr) databaseUse().unlock();
@@ -24,14 +24,14 @@ extern "C" DEPOT* dpopen(const char* name, int mode, int buckets) {
 }
 
 extern "C" int dpclose(DEPOT* depot) {
-  HARNESS_REAL(dpclose);
+  KIT_REAL(dpclose);
   const int result = real(depot);
   databaseUse().unlock();
   return result;
 }
 
 extern "C" int dprepair(const char* name) {
-  HARNESS_REAL(dprepair);
+  KIT_REAL(dprepair);
   const std::lock_guard lock(databaseUse());
   return real(name);
 }

@@ -14,7 +14,7 @@
 
 #include "campaign/real_poll.h"
 #include "campaign/world_clock.h"
-#include "harness/real_libc.h"
+#include "kit/real_libc.h"
 
 using campaign::Awaited;
 using campaign::fromTimespec;
@@ -77,12 +77,12 @@ long waitForWord(WorldClock& clock, const int* word, int value, const timespec* 
 }  // namespace
 
 int campaign::realPoll(std::span<pollfd> entries, int milliseconds) {
-  HARNESS_REAL(poll);
+  KIT_REAL(poll);
   return real(entries.data(), entries.size(), milliseconds);
 }
 
 extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
-  HARNESS_REAL(clock_gettime);
+  KIT_REAL(clock_gettime);
   WorldClock* const world = worldClock();
   if (world == nullptr || !tellsTheTimeOfDay(clock)) return real(clock, time);
   *time = campaign::toTimespec(world->now());
@@ -100,21 +100,21 @@ extern "C" int poll(pollfd* entries, nfds_t count, int milliseconds) {
 }
 
 extern "C" ssize_t recvfrom(int socket, void* buffer, size_t size, int flags, sockaddr* from, socklen_t* length) {
-  HARNESS_REAL(recvfrom);
+  KIT_REAL(recvfrom);
   WorldClock* const world = worldClock();
   if (world != nullptr && mayBlock(socket, flags) && !awaitDatagram(*world, socket)) return -1;
   return real(socket, buffer, size, flags, from, length);
 }
 
 extern "C" ssize_t recv(int socket, void* buffer, size_t size, int flags) {
-  HARNESS_REAL(recv);
+  KIT_REAL(recv);
   WorldClock* const world = worldClock();
   if (world != nullptr && mayBlock(socket, flags) && !awaitDatagram(*world, socket)) return -1;
   return real(socket, buffer, size, flags);
 }
 
 extern "C" unsigned sleep(unsigned seconds) {
-  HARNESS_REAL(sleep);
+  KIT_REAL(sleep);
   WorldClock* const world = worldClock();
   if (world == nullptr) return real(seconds);
   world->sleepUntil(world->now() + seconds * kSecond);
@@ -122,7 +122,7 @@ extern "C" unsigned sleep(unsigned seconds) {
 }
 
 extern "C" int nanosleep(const timespec* time, timespec* left) {
-  HARNESS_REAL(nanosleep);
+  KIT_REAL(nanosleep);
   WorldClock* const world = worldClock();
   if (world == nullptr) return real(time, left);
   world->sleepUntil(world->now() + fromTimespec(*time));
@@ -130,7 +130,7 @@ extern "C" int nanosleep(const timespec* time, timespec* left) {
 }
 
 extern "C" int clock_nanosleep(clockid_t clock, int flags, const timespec* time, timespec* left) {
-  HARNESS_REAL(clock_nanosleep);
+  KIT_REAL(clock_nanosleep);
   WorldClock* const world = worldClock();
   if (world == nullptr) return real(clock, flags, time, left);
   world->sleepUntil(fromTimespec(*time) + ((flags & TIMER_ABSTIME) != 0 ? 0 : world->now()));
@@ -139,7 +139,7 @@ extern "C" int clock_nanosleep(clockid_t clock, int flags, const timespec* time,
 
 extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex, clockid_t clock,
                                       const timespec* deadline) {
-  HARNESS_REAL(pthread_cond_clockwait);
+  KIT_REAL(pthread_cond_clockwait);
   WorldClock* const world = worldClock();
   if (world == nullptr) return real(condition, mutex, clock, deadline);
   const Awaited awaited{.deadline = fromTimespec(*deadline), .descriptors = {}, .condition = condition};
@@ -149,14 +149,14 @@ extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t
 }
 
 extern "C" int pthread_cond_broadcast(pthread_cond_t* condition) noexcept {
-  HARNESS_REAL(pthread_cond_broadcast);
+  KIT_REAL(pthread_cond_broadcast);
   if (worldClock() != nullptr) worldClock()->announce(condition);
   return real(condition);
 }
 
 extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*function)(void*),
                               void* argument) noexcept {
-  HARNESS_REAL(pthread_create);
+  KIT_REAL(pthread_create);
   WorldClock* const world = worldClock();
   if (world == nullptr) return real(thread, attributes, function, argument);
   auto start = std::make_unique<ThreadStart>(ThreadStart{function, argument});
@@ -177,7 +177,7 @@ extern "C" long interposedSyscall(long number, const int* word, long operation, 
 
 extern "C" long interposedSyscall(long number, const int* word, long operation, long value, const timespec* deadline,
                                   long e, long f) noexcept {
-  HARNESS_REAL(syscall);
+  KIT_REAL(syscall);
   WorldClock* const world = worldClock();
   const bool waits = number == SYS_futex && (operation & FUTEX_CMD_MASK) == FUTEX_WAIT_BITSET;
   if (!waits || world == nullptr) return real(number, word, operation, value, deadline, e, f);

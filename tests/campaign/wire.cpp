@@ -6,7 +6,7 @@
 
 #include <cerrno>
 
-#include "harness/real_libc.h"
+#include "kit/real_libc.h"
 
 namespace campaign {
 namespace {
@@ -50,7 +50,7 @@ Wire& wire() {
 }  // namespace campaign
 
 extern "C" ssize_t sendto(int socket, const void* data, size_t size, int flags, const sockaddr* to, socklen_t length) {
-  HARNESS_REAL(sendto);
+  KIT_REAL(sendto);
   campaign::WorldClock* const world = campaign::worldClock();
   if (world == nullptr) return real(socket, data, size, flags, to, length);
   const auto* bytes = static_cast<const unsigned char*>(data);

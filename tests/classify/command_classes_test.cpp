@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "node_reading.h"
 
 using classify::Outcome;
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 namespace {
 

@@ -10,14 +10,14 @@
 #include <fstream>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Bytes;
-using harness::Call;
-using harness::Database;
-using harness::Device;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::Call;
+using kit::Database;
+using kit::Device;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -86,7 +86,7 @@ TEST_P(DamagedDatabase, IsOpenedRepairedOrDeleted) {
   Router router;
   fill(router.database());
   GetParam().cause(router.database());
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   EXPECT_EQ(findNode(router, 99), 0);
   EXPECT_EQ(router.takeTrace(), GetParam().trace);
   EXPECT_EQ(router.database().exists(), GetParam().exists);
@@ -121,7 +121,7 @@ const std::string kNotOpened = lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr 
 TEST(UnopenableDatabase, AnEmptyDirectoryIsDeleted) {
   Router router;
   router.database().makeDirectory();
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   EXPECT_EQ(router.assoc().ZW_removeNode(), 0);
   EXPECT_EQ(router.takeTrace(), kNotOpened);
   EXPECT_FALSE(router.database().exists());
@@ -131,7 +131,7 @@ TEST(UnopenableDatabase, ADirectoryWithAFileStays) {
   Router router;
   router.database().makeDirectory();
   std::ofstream("/tmp/ddb/file") << "x";
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   EXPECT_EQ(router.assoc().ZW_removeNode(), -1) << "what deleting it gave";
   EXPECT_EQ(router.takeTrace(), kNotOpened);
   EXPECT_EQ(findNode(router, 1), 0);
@@ -150,7 +150,7 @@ TEST(UnopenableDatabase, APathThatIsNotThereHasNothingToDelete) {
 TEST(UnopenableDatabase, OnlyTheFirstFailureIsTold) {
   Router router;
   fill(router.database());
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   router.fail(Call::OpenDatabase, DP_ELOCK, 2);
   EXPECT_EQ(findNode(router, 1), 0);
   EXPECT_EQ(router.takeTrace(), lines({
@@ -165,7 +165,7 @@ TEST(UnopenableDatabase, OnlyTheFirstFailureIsTold) {
 TEST(UnopenableDatabase, WhatRepairSaysDoesNotCount) {
   Router router;
   fill(router.database());
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   router.fail(Call::OpenDatabase, DP_ECLOSE);
   router.fail(Call::RepairDatabase, DP_EMISC);
   EXPECT_EQ(findNode(router, 20), 1);
@@ -217,7 +217,7 @@ TEST(BrokenRecord, DoesNotKeepTheWalkGoingRound) {
   Router router;
   fill(router.database());
   const auto mostKeys = static_cast<long>(router.database().file().size() / 28);
-  router.watch(harness::kWatchRecords);
+  router.watch(kit::kWatchRecords);
   int ended = 0;
   for (const std::size_t word : kWords) {
     for (const unsigned value : kValues) ended += keysOfAWalk(router, word, value) <= mostKeys + 1 ? 1 : 0;
@@ -229,7 +229,7 @@ TEST(BrokenRecord, IsTheLastOneThatTheWalkSees) {
   Router router;
   fill(router.database());
   router.database().breakRecord("8");
-  router.watch(harness::kWatchDatabase | harness::kWatchRecords);
+  router.watch(kit::kWatchDatabase | kit::kWatchRecords);
   EXPECT_EQ(findNode(router, 20), 0);
   const std::string trace = router.takeTrace();
   EXPECT_NE(trace.find("dpiternext 7\n"), std::string::npos);
@@ -242,7 +242,7 @@ TEST(BrokenRecord, AValueThatCannotBeFetchedEndsTheWalkEvenIfItsKeyIsNoDevices) 
   Router router;
   router.database().put(Device(1, "Lamp").zwave(1)).put(std::string("1.2\0x", 5), std::string("y"));
   router.database().put(Device(2, "Lamp").zwave(2));
-  router.watch(harness::kWatchDatabase | harness::kWatchRecords);
+  router.watch(kit::kWatchDatabase | kit::kWatchRecords);
   EXPECT_EQ(findNode(router, 2), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1",

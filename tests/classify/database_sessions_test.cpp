@@ -15,19 +15,19 @@
 #include <string>
 #include <thread>
 
-#include "harness/interposed_database.h"
-#include "harness/router.h"
+#include "kit/interposed_database.h"
+#include "kit/router.h"
 
-using harness::Device;
-using harness::lines;
-using harness::Router;
+using kit::Device;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
 // Another process that opens the database, and holds it until it is told to put a record and to let go.
 class Holder {
  public:
-  Holder(const std::string& key, const harness::Bytes& value) {
+  Holder(const std::string& key, const kit::Bytes& value) {
     EXPECT_EQ(pipe(held_), 0);
     EXPECT_EQ(pipe(letGo_), 0);
     child_ = fork();
@@ -53,8 +53,8 @@ class Holder {
     EXPECT_EQ(read(end, &byte, 1), 1);
   }
 
-  [[nodiscard]] int hold(const std::string& key, const harness::Bytes& value) const {
-    const harness::UnwatchedDatabaseUse own;
+  [[nodiscard]] int hold(const std::string& key, const kit::Bytes& value) const {
+    const kit::UnwatchedDatabaseUse own;
     DEPOT* depot = dpopen(DBName, DP_OWRITER | DP_OCREAT, -1);
     if (depot == nullptr || write(held_[1], "x", 1) != 1) return 1;
     char byte = 0;
@@ -124,10 +124,10 @@ TEST(DatabaseSessionsTest, ADatagramWaitsForTheDatabaseAndACallerDoesNot) {
   TembraAssociation& assoc = router.connect();
   router.database().create();
   assoc.addDevZigbeeZwave();
-  router.zwave().send(harness::Node(5));
+  router.zwave().send(kit::Node(5));
   router.forget();
   Holder server("3", Device(3, "Lamp").zwave(5).bytes());
-  router.zwave().post(harness::Node(5).bytes());
+  router.zwave().post(kit::Node(5).bytes());
   awaitAWaiter();
   assoc.setDevName(const_cast<char*>("Plug"));
   EXPECT_STREQ(assoc.devName, "Plug");
@@ -172,7 +172,7 @@ TEST(DatabaseSessionsTest, TwoThreadsNeverHaveTwoSessions) {
   router.database().nextId("17").put(Device(3, "Lamp").zwave(5));
   assoc.zwNodeRx.nodeId = 5;
   router.onLog([](const std::string&) { std::this_thread::yield(); });  // while a session is open
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   std::thread other([&] {
     repeat(
         kRounds, [&] { return assoc.ZW_checkNodeExists(); }, 1);
@@ -189,7 +189,7 @@ TEST(DatabaseSessionsTest, RepairingIsPartOfTheSession) {
   Router router;
   TembraAssociation& assoc = router.assoc();
   router.database().nextId("17");
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   for (int i = 0; i < 30; ++i) {
     router.database().makeRepairable();
     callTwice([&] { return assoc.calculateDevId(); }, 17);
@@ -204,7 +204,7 @@ TEST(DatabaseSessionsTest, ALoggerThatCallsTheLibraryBackGetsNoSecondSession) {
   assoc.zwNodeRx.nodeId = 5;
   int id = 0;
   router.onLog([&](const std::string&) { id = assoc.calculateDevId(); });
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   EXPECT_EQ(assoc.ZW_checkNodeExists(), 1);
   EXPECT_EQ(withoutLogLines(router.takeTrace()), kSession);
   EXPECT_EQ(id, -1);
@@ -246,12 +246,12 @@ TEST(DatabaseSessionsTest, NoDescriptorStaysOpen) {
     return descriptor;
   };
   const int before = nextDescriptor();
-  void (*const damages[])(harness::Database&) = {
-      [](harness::Database& database) { database.create(); },
-      [](harness::Database& database) { database.makeRepairable(); },
-      [](harness::Database& database) { database.breakRecord("3"); },
-      [](harness::Database& database) { database.makeUnopenable(); },
-      [](harness::Database& database) { database.makeDirectory(); },
+  void (*const damages[])(kit::Database&) = {
+      [](kit::Database& database) { database.create(); },
+      [](kit::Database& database) { database.makeRepairable(); },
+      [](kit::Database& database) { database.breakRecord("3"); },
+      [](kit::Database& database) { database.makeUnopenable(); },
+      [](kit::Database& database) { database.makeDirectory(); },
   };
   for (const auto damage : damages) {
     damage(router.database());

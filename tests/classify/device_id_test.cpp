@@ -6,11 +6,11 @@
 #include <cstring>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Call;
-using harness::lines;
-using harness::Router;
+using kit::Call;
+using kit::lines;
+using kit::Router;
 
 TEST(DeviceIdTest, IsTheNumberThatTheTextBeginsWith) {
   const struct {
@@ -45,7 +45,7 @@ TEST(DeviceIdTest, IsTheNumberThatTheTextBeginsWith) {
 TEST(DeviceIdTest, IsReadAndNotTaken) {
   Router router;
   router.database().nextId("17");
-  const harness::Bytes before = router.database().file();
+  const kit::Bytes before = router.database().file();
   EXPECT_EQ(router.assoc().calculateDevId(), 17);
   EXPECT_EQ(router.assoc().calculateDevId(), 17);
   EXPECT_EQ(router.database().file(), before);
@@ -72,7 +72,7 @@ TEST(DeviceIdTest, IsMinusOneWithoutADatabaseAndStoredByNobody) {
 TEST(DeviceIdTest, IsReadInOneShortSession) {
   Router router;
   router.database().nextId("17");
-  router.watch(harness::kWatchDatabase | harness::kWatchRecords);
+  router.watch(kit::kWatchDatabase | kit::kWatchRecords);
   router.assoc().calculateDevId();
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1",
@@ -95,7 +95,7 @@ TEST(DeviceIdTest, TheDatabaseMayBeElsewhere) {
   std::strcpy(DBName, "/tmp/else");
   router.database().nextId("18");
   router.database().makeRepairable();
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   EXPECT_EQ(router.assoc().calculateDevId(), 18);
   router.database().makeUnopenable();
   EXPECT_EQ(router.assoc().calculateDevId(), -1);

@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "node_reading.h"
 
 using classify::Outcome;
-using harness::Call;
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::Call;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 namespace {
 
@@ -34,7 +34,7 @@ void putDatabaseOutOfReach() { std::strcpy(DBName, "/tmp/no/d"); }
 TEST(DeviceTypeTest, ThePlugIsClassifiedStepByStep) {
   Router router;
   router.database().nextId("17");
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   const Outcome actual = classify::classifyBy(router.assoc(), meteringPlug().block(), classify::marked());
   EXPECT_EQ(actual.trace, lines({
                               "dpopen /tmp/ddb 6 -1",

@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "harness/router.h"
 #include "index_rows.h"
+#include "kit/router.h"
 #include "node_reading.h"
 
 using classify::Outcome;
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 namespace {
 

@@ -10,16 +10,16 @@
 #include <vector>
 
 #include "class_rows.h"
-#include "harness/faults.h"
-#include "harness/router.h"
+#include "kit/faults.h"
+#include "kit/router.h"
 #include "node_reading.h"
 
 using classify::ClassRow;
 using classify::classRow;
 using classify::classRows;
 using classify::Outcome;
-using harness::Node;
-using harness::Router;
+using kit::Node;
+using kit::Router;
 
 TEST(NodeClassRows, AreWhole) {
   std::set<std::pair<int, int>> pairs;
@@ -63,7 +63,7 @@ ZwNodeInfo nodeOf(const std::vector<unsigned char>& classes) {
 
 TEST_P(NodeClassSweep, EveryPairIsClassifiedByItsRow) {
   Router router;
-  router.fail(harness::Call::OpenDatabase, harness::depotError(DP_EOPEN, EMFILE), 0x10000);  // no time for files
+  router.fail(kit::Call::OpenDatabase, kit::depotError(DP_EOPEN, EMFILE), 0x10000);  // no time for files
   TembraAssociation& assoc = router.assoc();
   const Outcome before = classify::marked();
   ZwNodeInfo node = nodeOf(GetParam().classes);

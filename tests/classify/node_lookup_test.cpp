@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Bytes;
-using harness::Call;
-using harness::Device;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::Call;
+using kit::Device;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -195,7 +195,7 @@ TEST(NodeLookupTest, ANameIsNoFormat) {
 TEST(NodeLookupTest, EveryValueIsFetchedWholeAndInFileOrder) {
   Router router;
   router.database().nextId("4").put("Version", std::string("1")).put(Device(3, "Lamp").zwave(5)).index(3, 1, "on");
-  router.watch(harness::kWatchDatabase | harness::kWatchRecords);
+  router.watch(kit::kWatchDatabase | kit::kWatchRecords);
   EXPECT_EQ(lookUp(router, 5), 1);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1",
@@ -217,7 +217,7 @@ TEST(NodeLookupTest, EveryValueIsFetchedWholeAndInFileOrder) {
 TEST(NodeLookupTest, AFailedStartOfTheWalkIsToldAndTheWalkGoesOn) {
   Router router;
   router.database().create();
-  router.watch(harness::kWatchDatabase | harness::kWatchRecords);
+  router.watch(kit::kWatchDatabase | kit::kWatchRecords);
   router.fail(Call::IterateDatabase, DP_EMISC);
   router.fail(Call::CloseDatabase, DP_ECLOSE);
   EXPECT_EQ(lookUp(router, 5), 0);

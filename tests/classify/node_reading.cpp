@@ -8,8 +8,8 @@
 #include <cstring>
 
 #include "class_rows.h"
-#include "harness/trace.h"
 #include "index_rows.h"
+#include "kit/trace.h"
 
 namespace classify {
 namespace {
@@ -95,7 +95,7 @@ void keepText(Text& field, const std::string& text) {
 
 Outcome take(TembraAssociation& assoc, const ZwNodeInfo& received, int result) {
   EXPECT_EQ(std::memcmp(&assoc.zwNodeRx, &received, sizeof received), 0) << "the received block was changed";
-  return {result,           harness::trace().takeLines(),
+  return {result,           kit::trace().takeLines(),
           assoc.zwNodeWork, assoc.classifiedType,
           assoc.devName,    {BasicFlag, MultilevelFlag, SensorBinaryFlag, ZwAcExtFlag}};
 }
@@ -109,7 +109,7 @@ void prepare(TembraAssociation& assoc, const ZwNodeInfo& received, const Outcome
   MultilevelFlag = static_cast<unsigned char>(before.raised.multilevel);
   SensorBinaryFlag = static_cast<unsigned char>(before.raised.binarySensor);
   ZwAcExtFlag = static_cast<unsigned char>(before.raised.acExtender);
-  harness::trace().forget();
+  kit::trace().forget();
 }
 
 std::string firstDifference(const ZwNodeInfo& actual, const ZwNodeInfo& expected) {

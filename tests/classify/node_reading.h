@@ -20,7 +20,7 @@ struct Capabilities {
 /// What a classification leaves behind.
 struct Outcome {
   int result = 0;
-  std::string trace;  // as harness::Router::takeTrace gives it
+  std::string trace;  // as kit::Router::takeTrace gives it
   ZwNodeInfo work{};  // the working copy
   int classifiedType = 0;
   std::string name;  // devName

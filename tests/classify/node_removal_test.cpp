@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Bytes;
-using harness::Call;
-using harness::Datagram;
-using harness::Device;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::Call;
+using kit::Datagram;
+using kit::Device;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -59,7 +59,7 @@ TEST(NodeRemovalTest, TheNoticeIsSentWhileTheDatabaseIsOpen) {
   router.database().put(Device(3, "Lamp").zwave(261));
   TembraAssociation& assoc = connectedWith(router, 5);
   assoc.zwNodeWork = {};
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   assoc.ZW_removeNode();
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1",

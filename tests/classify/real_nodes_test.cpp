@@ -7,12 +7,12 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "node_reading.h"
 
 using classify::Outcome;
-using harness::Node;
-using harness::Router;
+using kit::Node;
+using kit::Router;
 using nlohmann::json;
 
 namespace {

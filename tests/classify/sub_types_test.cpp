@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Router;
+using kit::Router;
 
 namespace {
 

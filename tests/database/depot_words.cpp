@@ -5,7 +5,7 @@
 
 namespace depot {
 
-Words::Words(harness::Bytes file) : file_(std::move(file)), buckets_(get(kBuckets)) {
+Words::Words(kit::Bytes file) : file_(std::move(file)), buckets_(get(kBuckets)) {
   std::size_t offset = kFirstBucket + static_cast<std::size_t>(buckets_) * sizeof(int);
   while (offset + kRecordHeader <= file_.size()) {
     records_.push_back(offset);

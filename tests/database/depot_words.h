@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "harness/database.h"
+#include "kit/database.h"
 
 namespace depot {
 
@@ -15,9 +15,9 @@ constexpr std::size_t kKeySize = 8, kValueSize = 12, kPadding = 16, kLeft = 20, 
 
 class Words {
  public:
-  explicit Words(harness::Bytes file);
+  explicit Words(kit::Bytes file);
 
-  [[nodiscard]] const harness::Bytes& file() const { return file_; }
+  [[nodiscard]] const kit::Bytes& file() const { return file_; }
   // As they were before any damage.
   [[nodiscard]] int buckets() const { return buckets_; }
   [[nodiscard]] std::size_t records() const { return records_.size(); }
@@ -28,7 +28,7 @@ class Words {
   void setIn(std::size_t record, std::size_t offset, int value) { set(records_.at(record) + offset, value); }
 
  private:
-  harness::Bytes file_;
+  kit::Bytes file_;
   int buckets_;
   std::vector<std::size_t> records_;
 };

@@ -14,13 +14,13 @@
 #include <vector>
 
 #include "database/depot_words.h"
-#include "harness/faults.h"
 #include "house.h"
+#include "kit/faults.h"
 #include "readers.h"
 
-using harness::Bytes;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -69,10 +69,10 @@ const FailedRepair kFailedRepairs[] = {
 };
 
 /// One byte too many, so that the file does not open.
-void damage(harness::Database& database, int valueSize) {
+void damage(kit::Database& database, int valueSize) {
   depot::Words words(database.file());
   words.setIn(kRecord, depot::kValueSize, valueSize);
-  harness::Bytes content = words.file();
+  kit::Bytes content = words.file();
   content.push_back(0);
   database.replaceWith(content);
 }
@@ -85,7 +85,7 @@ TEST(WithoutADescriptor, TheDeviceListIsNeitherRepairedNorDeleted) {
   const Bytes healthy = router.database().file();
   router.assoc();
   router.forget();
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   for (const house::Reader& reader : house::kReaders) {
     SCOPED_TRACE(reader.name);
     {
@@ -151,7 +151,7 @@ TEST(AFailedRepair, CostsTheFileUnlessItWasForWantOfSomethingElse) {
     router.database().remove();
     house::fill(router.database());
     damage(router.database(), repair.valueSize);
-    harness::faults().order(harness::Call::RepairDatabase, harness::depotError(DP_EWRITE, repair.error));
+    kit::faults().order(kit::Call::RepairDatabase, kit::depotError(DP_EWRITE, repair.error));
     EXPECT_EQ(house::findNode(router, 5), 0);
     EXPECT_EQ(router.database().exists(), !repair.costsTheFile);
   }

@@ -18,8 +18,8 @@
 #include "readers.h"
 
 using depot::Words;
-using harness::Bytes;
-using harness::Router;
+using kit::Bytes;
+using kit::Router;
 
 namespace {
 

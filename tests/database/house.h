@@ -7,30 +7,30 @@
 
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
 namespace house {
 
 constexpr int kDevices = 40;
 
-inline void fill(harness::Database& database) {
+inline void fill(kit::Database& database) {
   database.nextId("77");
   for (int id = 1; id <= kDevices; ++id) {
-    database.put(harness::Device(id, "Lamp").cutTo(400).zwave(static_cast<unsigned>(id)));
+    database.put(kit::Device(id, "Lamp").cutTo(400).zwave(static_cast<unsigned>(id)));
     database.index(id, 1, "some value");
   }
   for (int id = 3; id <= kDevices; id += 9) database.drop(std::to_string(id) + ".1");
   for (int id = 1; id <= kDevices; ++id) {
-    database.put(harness::Device(id, "Lamp " + std::to_string(id)).zwave(static_cast<unsigned>(id)));
+    database.put(kit::Device(id, "Lamp " + std::to_string(id)).zwave(static_cast<unsigned>(id)));
   }
 }
 
-inline int findNode(harness::Router& router, int node) {
+inline int findNode(kit::Router& router, int node) {
   router.assoc().zwNodeRx.nodeId = static_cast<unsigned char>(node);
   return router.assoc().ZW_checkNodeExists();
 }
 
-inline int countFound(harness::Router& router) {
+inline int countFound(kit::Router& router) {
   int found = 0;
   for (int node = 1; node <= kDevices; ++node) found += findNode(router, node);
   return found;

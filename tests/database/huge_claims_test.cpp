@@ -10,8 +10,8 @@
 #include "peak_memory.h"
 
 using depot::Words;
-using harness::Bytes;
-using harness::Router;
+using kit::Bytes;
+using kit::Router;
 
 namespace {
 
@@ -41,10 +41,10 @@ const Claim kClaims[] = {
 };
 
 /// One device behind the other, in the order of their nodes.
-Bytes fillInOrder(harness::Database& database) {
+Bytes fillInOrder(kit::Database& database) {
   database.remove();
   for (int id = 1; id <= house::kDevices; ++id) {
-    database.put(harness::Device(id, "Lamp").zwave(static_cast<unsigned>(id)));
+    database.put(kit::Device(id, "Lamp").zwave(static_cast<unsigned>(id)));
   }
   return database.file();
 }
@@ -56,7 +56,7 @@ int lastFound(Router& router) {
   return last;
 }
 
-void spoil(harness::Database& database, const Words& words, bool opens) {
+void spoil(kit::Database& database, const Words& words, bool opens) {
   Bytes file = words.file();
   if (!opens) file.push_back(0);
   database.replaceWith(file);

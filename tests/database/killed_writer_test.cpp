@@ -17,8 +17,8 @@
 
 #include "house.h"
 
-using harness::Bytes;
-using harness::Router;
+using kit::Bytes;
+using kit::Router;
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include "house.h"
 
 using depot::Words;
-using harness::lines;
-using harness::Router;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -52,7 +52,7 @@ TEST(NextId, IsReadUnlessItsOwnSearchWouldNeverEnd) {
     router.database().replaceWith(words.file());
     router.assoc();
     router.forget();
-    router.watch(harness::kWatchDatabase);
+    router.watch(kit::kWatchDatabase);
     EXPECT_EQ(router.assoc().calculateDevId(), kNextId);
     EXPECT_EQ(router.takeTrace(), link.trace);
   }
@@ -66,7 +66,7 @@ TEST(NextId, IsFoundInABucketOfAnySize) {
     fillOneBucket(router, records);
     router.assoc();
     router.forget();
-    router.watch(harness::kWatchDatabase);
+    router.watch(kit::kWatchDatabase);
     EXPECT_EQ(router.assoc().calculateDevId(), kNextId);
     EXPECT_EQ(router.takeTrace(), kNothingWrong);
   }
@@ -80,7 +80,7 @@ TEST(NextId, IsNotSearchedInALargeBucketWhoseLinksRunInACircle) {
   router.database().replaceWith(words.file());
   router.assoc();
   router.forget();
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   EXPECT_EQ(router.assoc().calculateDevId(), kNextId);
   EXPECT_EQ(router.takeTrace(), kRepaired);
 }

@@ -11,8 +11,8 @@
 #include "house.h"
 
 using depot::Words;
-using harness::lines;
-using harness::Router;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -31,7 +31,7 @@ void damageHouse(Router& router, const DamagedFile& damaged) {
   Words words(router.database().file());
   damaged.damage(words);
   router.database().replaceWith(words.file());
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
 }
 
 // Gives a record sizes whose sum, computed as int, leads so many bytes forward or back.
@@ -159,7 +159,7 @@ TEST_P(OrdinaryDamageTest, IsLeftToTheDepotLibrary) {
 // doing.
 TEST(AFileOfTooManyBuckets, IsRepaired) {
   Router router;
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   for (const int buckets : {0x20000000, 0x30000000, 0x3fffff00}) {
     SCOPED_TRACE(buckets);
     router.database().remove();
@@ -209,7 +209,7 @@ TEST(UnrepairableFile, IsNotRepaired) {
     SCOPED_TRACE(file.name);
     router.database().remove();
     damageHouse(router, file);
-    harness::Bytes longer = router.database().file();
+    kit::Bytes longer = router.database().file();
     longer.push_back(0);
     router.database().replaceWith(longer);
     expectDeletion(router, lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: broken database file",
@@ -231,7 +231,7 @@ TEST(ADeletedRecordOfNoLength, CostsTheFile) {
 // Opening it for reading would wait for somebody who writes.
 TEST(APipeInPlaceOfTheFile, IsDeletedWithoutAWait) {
   Router router;
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   ASSERT_EQ(mkfifo(DBName, S_IRUSR | S_IWUSR), 0);
   expectDeletion(router, lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: stat error",
                                 "dprepair /tmp/ddb -> failed", "dpopen /tmp/ddb 70 1 -> failed"}));

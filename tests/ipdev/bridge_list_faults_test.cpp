@@ -6,12 +6,12 @@
 #include <cstring>
 #include <thread>
 
-#include "harness/memory.h"
 #include "hue_devices.h"
+#include "kit/memory.h"
 
-using harness::Call;
-using harness::lines;
-using harness::Router;
+using kit::Call;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -38,7 +38,7 @@ TEST(BridgeListFaultsTest, ADatabaseThatCanBeRepairedIsListed) {
   Router router;
   putTwoLamps(router);
   router.database().makeRepairable();
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   TembraAssociation& assoc = router.assoc();
   router.forget();
   EXPECT_EQ(bridgeListOf(assoc), kBoth);
@@ -52,7 +52,7 @@ TEST(BridgeListFaultsTest, ADatabaseThatCannotBeOpenedIsDeleted) {
   putTwoLamps(router);
   std::strcpy(username1[0], "kept");
   router.database().makeUnopenable();
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   router.forget();
   EXPECT_EQ(bridgeListOf(assoc), "null");
   EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: broken database file",
@@ -113,10 +113,10 @@ TEST(BridgeListFaultsTest, WithoutMemoryThereIsNoList) {
   Router router;
   TembraAssociation& assoc = router.assoc();
   for (int n = 1; n <= kBridges; ++n) putLamp(router.database(), n, bridgeIdOf(n), "user" + std::to_string(n));
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   router.forget();
   {
-    const harness::FailingAllocation shortage(kBridges * 100 + 200);
+    const kit::FailingAllocation shortage(kBridges * 100 + 200);
     EXPECT_EQ(assoc.Hue_getBridgeList(), nullptr);
     EXPECT_EQ(shortage.strikes(), 1U);
   }
@@ -130,7 +130,7 @@ TEST(BridgeListFaultsTest, TwoWhoAskAtOnceGetTheSameList) {
   Router router;
   TembraAssociation& assoc = router.assoc();
   putTwoLamps(router);
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   router.forget();
   const auto ask = [&assoc] {
     for (int i = 0; i < kRounds; ++i) EXPECT_EQ(bridgeListOf(assoc), kBoth);

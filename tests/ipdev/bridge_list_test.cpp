@@ -6,11 +6,11 @@
 
 #include "hue_devices.h"
 
-using harness::Bytes;
-using harness::Database;
-using harness::Device;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::Database;
+using kit::Device;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -280,7 +280,7 @@ TEST(BridgeListTest, NothingElseIsTouched) {
   const std::string state = router.state();
   const Bytes file = router.database().file();
   std::strcpy(tempStr, "untouched");
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   EXPECT_EQ(bridgeListOf(assoc), listOf({{kMacA, "ann"}}));
   EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1", "dpclose"}));
   EXPECT_EQ(router.state(), state);

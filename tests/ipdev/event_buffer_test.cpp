@@ -3,13 +3,13 @@
 
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "wire.h"
 
-using harness::Bytes;
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::Bytes;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 namespace {
 

@@ -5,12 +5,12 @@
 #include <cstring>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "wire.h"
 
-using harness::Bytes;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -152,7 +152,7 @@ TEST(HueAnswerTest, AnUnaskedAnswerEndsTheWaitOfAnAdd) {
   Router router;
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
-  router.zwave().send(harness::Node(5));
+  router.zwave().send(kit::Node(5));
   EXPECT_EQ(router.state(), "state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor");
   router.forget();
   router.hue().send(hueAnswer(9));

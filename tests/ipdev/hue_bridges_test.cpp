@@ -6,12 +6,12 @@
 #include <cstring>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "wire.h"
 
-using harness::Bytes;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::lines;
+using kit::Router;
 
 namespace {
 

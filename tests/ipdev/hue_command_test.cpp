@@ -6,12 +6,12 @@
 #include <functional>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "wire.h"
 
-using harness::Bytes;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::lines;
+using kit::Router;
 
 namespace {
 
@@ -82,7 +82,7 @@ TEST(HueCommandTest, AFailedSendIsToldNobody) {
   for (const Command& command : kCommands) {
     SCOPED_TRACE(command.name);
     pretendAnOperation(assoc);
-    router.fail(harness::Call::Sendto, EPERM);
+    router.fail(kit::Call::Sendto, EPERM);
     EXPECT_EQ(command.call(assoc), &idle);
     EXPECT_EQ(router.takeTrace(), lines({"send hue 304 -> EPERM", "stderr sendto error: Operation not permitted"}));
     EXPECT_EQ(router.state(), std::string("state 5 idle 0 last 5 cancel 2 radio 3 cmdtype ") + command.commandType);

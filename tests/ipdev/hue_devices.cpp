@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <memory>
 
-using harness::Database;
-using harness::Device;
+using kit::Database;
+using kit::Device;
 
 namespace {
 

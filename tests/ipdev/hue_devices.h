@@ -7,18 +7,18 @@
 #include <utility>
 #include <vector>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
 using OptionalText = std::optional<std::string>;
 
 /// A lamp and its two index records; nullopt for one that is missing.
-void putLamp(harness::Database& database, int id, const OptionalText& bridgeId, const OptionalText& user);
+void putLamp(kit::Database& database, int id, const OptionalText& bridgeId, const OptionalText& user);
 
 /// A wall switch, which keeps the two at other indexes.
-void putWallSwitch(harness::Database& database, int id, const OptionalText& bridgeId, const OptionalText& user);
+void putWallSwitch(kit::Database& database, int id, const OptionalText& bridgeId, const OptionalText& user);
 
 /// Another IP device.
-void putSpeaker(harness::Database& database, int id);
+void putSpeaker(kit::Database& database, int id);
 
 /// Bridge number n: its id as the database has it, and its MAC text.
 std::string bridgeIdOf(int n);

@@ -8,12 +8,12 @@
 #include <string>
 
 #include "capabilities.h"
-#include "harness/router.h"
+#include "kit/router.h"
 #include "wire.h"
 
-using harness::Bytes;
-using harness::lines;
-using harness::Router;
+using kit::Bytes;
+using kit::lines;
+using kit::Router;
 
 namespace fs = std::filesystem;
 
@@ -85,7 +85,7 @@ TEST(NestCommandTest, AFailedSendIsToldNobody) {
   Router router;
   TembraAssociation& assoc = router.connect();
   pretendAnOperationBefore(assoc);
-  router.fail(harness::Call::Sendto, ENOBUFS);
+  router.fail(kit::Call::Sendto, ENOBUFS);
   EXPECT_EQ(assoc.Nest_remove(), &idle);
   EXPECT_EQ(router.takeTrace(), lines({"send nest 256 -> ENOBUFS", "stderr sendto error: No buffer space available"}));
   EXPECT_EQ(router.state(), "state 5 idle 0 last 5 cancel 2 radio 4 cmdtype RemoveIPDevice");

@@ -5,10 +5,10 @@
 #include <string>
 #include <thread>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "wire.h"
 
-using harness::Router;
+using kit::Router;
 
 namespace {
 

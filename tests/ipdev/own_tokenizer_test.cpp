@@ -8,10 +8,10 @@
 #include <map>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "wire.h"
 
-using harness::Router;
+using kit::Router;
 
 namespace {
 

@@ -5,14 +5,14 @@
 #include <string>
 #include <thread>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "wire.h"
 
-using harness::Bytes;
-using harness::lines;
-using harness::Node;
-using harness::Peer;
-using harness::Router;
+using kit::Bytes;
+using kit::lines;
+using kit::Node;
+using kit::Peer;
+using kit::Router;
 
 namespace {
 
@@ -99,7 +99,7 @@ class ClosingState {
 
 TEST(WebServerTest, EveryAnswerEndsTheConnection) {
   Router router;
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   const auto answers = everyAnswer();
   EXPECT_EQ(answers.size(), kAnswers);
   for (const Answer& answer : answers) {
@@ -120,7 +120,7 @@ TEST(WebServerTest, EveryAnswerEndsTheConnection) {
 
 TEST(WebServerTest, NoOtherRolesConnectionEnds) {
   Router router;
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   constexpr Router::Role roles[] = {&TembraAssociation::LCDAssocInit, &TembraAssociation::cloudappsAssocInit,
                                     &TembraAssociation::meshServerAssocInit, &TembraAssociation::FreeUsr1AssocInit,
                                     &TembraAssociation::FreeUsr2AssocInit};
@@ -197,7 +197,7 @@ TEST(WebServerTest, AnAnswerThatWaitsBehindIsNotHandled) {
 TEST(WebServerTest, ACallbackThatClosesHasItClosedAgain) {
   Router router;
   TembraAssociation& assoc = router.connect(&TembraAssociation::webServerAssocInit);
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   pretendAnAdd(assoc);
   router.onEvent([&assoc](AssocEvent*) { assoc.closeAssocConnection(); });
   router.hue().send(hueAnswer(2));
@@ -224,7 +224,7 @@ TEST(WebServerTest, EachOperationOpensAConnectionOfItsOwn) {
 
 // The kernel's own shutdown wakes the thread, long before the time-out.
 TEST(WebServerTest, OnTheRealKernelTheThreadEndsAtOnce) {
-  Router router(harness::Clock::Real);
+  Router router(kit::Clock::Real);
   router.connect(&TembraAssociation::webServerAssocInit);
   router.hue().post(hueAnswer(8));
   std::string trace;

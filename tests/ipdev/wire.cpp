@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-using harness::Bytes;
+using kit::Bytes;
 
 Wire& Wire::number(std::size_t at, int value) {
   const auto word = static_cast<unsigned>(value);
@@ -38,7 +38,7 @@ Bytes bridgeList(const std::vector<Slot>& slots) {
   return list.number(3252, static_cast<int>(slots.size())).all();
 }
 
-Bytes payloadOf(const harness::RecordedEvent& recorded) {
+Bytes payloadOf(const kit::RecordedEvent& recorded) {
   return {std::begin(recorded.event.payload), std::end(recorded.event.payload)};
 }
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "harness/trace.h"
+#include "kit/trace.h"
 
 /// Zeros, and what is written into them.
 class Wire {
@@ -20,19 +20,19 @@ class Wire {
   /// The characters of a text; no NUL.
   Wire& text(std::size_t at, std::string_view characters);
 
-  Wire& bytes(std::size_t at, const harness::Bytes& some);
+  Wire& bytes(std::size_t at, const kit::Bytes& some);
 
-  [[nodiscard]] const harness::Bytes& all() const { return bytes_; }
+  [[nodiscard]] const kit::Bytes& all() const { return bytes_; }
 
  private:
-  harness::Bytes bytes_;
+  kit::Bytes bytes_;
 };
 
 /// Answer of the Hue server: 3260 bytes, the result type at 0, the entry count at 4, entries of 65 bytes from 8.
-harness::Bytes hueAnswer(int type, int count = 0, const std::vector<std::string>& entries = {});
+kit::Bytes hueAnswer(int type, int count = 0, const std::vector<std::string>& entries = {});
 
 /// Answer of the Nest server: 12 bytes.
-harness::Bytes nestAnswer(int command, int status = 0, int value = 0);
+kit::Bytes nestAnswer(int command, int status = 0, int value = 0);
 
 /// A bridge of a bridge list.
 struct Slot {
@@ -41,12 +41,12 @@ struct Slot {
 };
 
 /// Payload of the bridge-list event: 3256 bytes, MAC texts of 30 bytes at 0, addresses of 50 at 750, the count at 3252.
-harness::Bytes bridgeList(const std::vector<Slot>& slots);
+kit::Bytes bridgeList(const std::vector<Slot>& slots);
 
 /// The whole payload of an event, 4096 bytes.
-harness::Bytes payloadOf(const harness::RecordedEvent& recorded);
+kit::Bytes payloadOf(const kit::RecordedEvent& recorded);
 
 /// The payload from its start; zeros behind.
-harness::Bytes payloadOf(const harness::Bytes& start);
+kit::Bytes payloadOf(const kit::Bytes& start);
 
 #endif

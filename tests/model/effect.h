@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "harness/trace.h"
+#include "kit/trace.h"
 
 namespace model {
 
-using harness::Bytes;
+using kit::Bytes;
 
 /// One line of the common order: a log line, a datagram sent, an event, a sleep, a time-out set, a result.
 struct Effect {

@@ -10,7 +10,7 @@
 #include <sstream>
 #include <utility>
 
-#include "harness/interposed_database.h"
+#include "kit/interposed_database.h"
 #include "operations.h"
 
 namespace model {
@@ -31,7 +31,7 @@ void occupyDescriptorZero() {
 }
 
 void writeRows(const std::vector<Row>& rows) {
-  const harness::UnwatchedDatabaseUse own;
+  const kit::UnwatchedDatabaseUse own;
   DEPOT* depot = dpopen(DBName, DP_OWRITER | DP_OCREAT, -1);
   for (const Row& row : rows) {
     dpput(depot, row.key.data(), static_cast<int>(row.key.size()), reinterpret_cast<const char*>(row.value.data()),
@@ -59,8 +59,8 @@ Bytes bytesOf(const AssocEvent& event) {
 
 Library::Library() {
   occupyDescriptorZero();
-  router_.watch(harness::kWatchTimeouts);
-  router_.onLog([this](const std::string&) { logStates_.push_back(harness::stateText()); });
+  router_.watch(kit::kWatchTimeouts);
+  router_.onLog([this](const std::string&) { logStates_.push_back(kit::stateText()); });
   router_.onEvent([this](AssocEvent* event) { runInCallback(event); });
 }
 
@@ -69,7 +69,7 @@ void Library::begin() {
   TembraAssociation::LCDAssocInit();
   clearFields();
   inCallback_.clear();
-  router_.fail(harness::Call::Sendto, 0, 0);
+  router_.fail(kit::Call::Sendto, 0, 0);
   setDatabase({}, Health::Missing);
   setAuthorised(false);
   router_.registerCallback();
@@ -141,14 +141,14 @@ std::vector<Effect> Library::takeEffects() {
   return effects;
 }
 
-void Library::result(const std::string& text) { harness::trace().add("result " + text); }
+void Library::result(const std::string& text) { kit::trace().add("result " + text); }
 
 void Library::receive(const std::string& sender, const Bytes& datagram) {
-  const std::pair<const char*, harness::Peer&> daemons[] = {{"127.255.255.254", router_.zwave()},
-                                                            {"127.255.255.253", router_.zigbee()},
-                                                            {"127.255.255.252", router_.hue()},
-                                                            {"127.255.255.251", router_.nest()},
-                                                            {"127.255.255.1", router_.ha()}};
+  const std::pair<const char*, kit::Peer&> daemons[] = {{"127.255.255.254", router_.zwave()},
+                                                        {"127.255.255.253", router_.zigbee()},
+                                                        {"127.255.255.252", router_.hue()},
+                                                        {"127.255.255.251", router_.nest()},
+                                                        {"127.255.255.1", router_.ha()}};
   for (const auto& [address, peer] : daemons) {
     if (sender == address) return peer.send(datagram);
   }

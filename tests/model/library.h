@@ -3,7 +3,7 @@
 #define TEMBRA_TESTS_MODEL_LIBRARY_H
 
 #include "effect.h"
-#include "harness/router.h"
+#include "kit/router.h"
 #include "step.h"
 
 namespace model {
@@ -22,7 +22,7 @@ class Library {
 
   // What operations need.
   TembraAssociation& assoc() { return *TembraAssociation::singleton; }
-  harness::Router& router() { return router_; }
+  kit::Router& router() { return router_; }
   void receive(const std::string& sender, const Bytes& datagram);
   void setDatabase(const std::vector<Row>& rows, Health health);
   void setAuthorised(bool authorised);
@@ -35,7 +35,7 @@ class Library {
   void runInCallback(AssocEvent* event);
   std::vector<Effect> takeEffects();
 
-  harness::Router router_;
+  kit::Router router_;
   std::vector<std::string> logStates_;
   std::vector<Step> inCallback_;
   bool isInCallback_ = false;

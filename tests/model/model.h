@@ -151,7 +151,7 @@ struct Model {
   // ------------------------------------------------------------------------------------
   void log(int level, const std::string& text);
   void line(const std::string& text);
-  void result(const std::string& text) { line("result " + harness::visible(text)); }
+  void result(const std::string& text) { line("result " + kit::visible(text)); }
   bool send(int server, const Bytes& datagram);
   bool sendToHa(int kind, const Bytes& record);
   void deliver(Record<4104>& event);

@@ -161,7 +161,7 @@ const Operation kSurroundings[] = {
     {"authorised", Shown::Number, [](M& m, const S& s) { m.authorised = s.number != 0; },
      [](L& l, const S& s) { l.setAuthorised(s.number != 0); }},
     {"sends fail", Shown::Number, [](M& m, const S& s) { m.sendsToFail = s.number; },
-     [](L& l, const S& s) { l.router().fail(harness::Call::Sendto, EPERM, s.number); }},
+     [](L& l, const S& s) { l.router().fail(kit::Call::Sendto, EPERM, s.number); }},
     {"assocState =", Shown::Number, [](M& m, const S& s) { m.state = s.number; },
      [](L& l, const S& s) { l.assoc().assocState = s.number; }},
     {"registerAssocEventCB", Shown::Number, [](M& m, const S& s) { m.callback = s.number != 0; },

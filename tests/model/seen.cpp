@@ -21,7 +21,7 @@ Bytes eventBytes(const Record<4104>& event) { return {event.bytes.begin(), event
 }  // namespace
 
 void Model::log(int level, const std::string& text) {
-  effects.push_back({"log " + std::to_string(level) + " " + harness::visible(text), {}, stateText()});
+  effects.push_back({"log " + std::to_string(level) + " " + kit::visible(text), {}, stateText()});
 }
 
 void Model::line(const std::string& text) { effects.push_back({text, {}, {}}); }
@@ -29,7 +29,7 @@ void Model::line(const std::string& text) { effects.push_back({text, {}, {}}); }
 std::string Model::stateText() const {
   return "state " + std::to_string(state) + " idle " + std::to_string(idle) + " last " + std::to_string(lastEventCode) +
          " cancel " + std::to_string(cancelTarget) + " radio " + std::to_string(activeRadio) + " cmdtype " +
-         harness::visible(cmdtype.text());
+         kit::visible(cmdtype.text());
 }
 
 // A connection that is closed has descriptor 0, which is no socket.

@@ -5,7 +5,7 @@
 namespace model {
 namespace {
 
-std::string quoted(const std::string& text) { return '"' + harness::visible(text) + '"'; }
+std::string quoted(const std::string& text) { return '"' + kit::visible(text) + '"'; }
 
 std::string argumentsOf(const Step& step) {
   switch (step.operation->shown) {

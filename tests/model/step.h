@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "harness/trace.h"
+#include "kit/trace.h"
 
 namespace model {
 
-using harness::Bytes;
+using kit::Bytes;
 struct Operation;
 
 /// A record of the device database.

@@ -8,11 +8,11 @@
 #include <string>
 #include <utility>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
 class Callback : public testing::Test {
  protected:
-  harness::Router router;
+  kit::Router router;
   TembraAssociation& assoc = router.connect();
 
   /// Runs once, in the callback of the next event.

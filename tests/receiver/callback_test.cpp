@@ -6,9 +6,9 @@
 
 #include "callback_stage.h"
 
-using harness::Device;
-using harness::lines;
-using harness::Node;
+using kit::Device;
+using kit::lines;
+using kit::Node;
 
 namespace {
 

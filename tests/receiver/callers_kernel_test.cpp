@@ -10,8 +10,8 @@
 #include "background.h"
 #include "kernel_stage.h"
 
-using harness::Device;
-using harness::Node;
+using kit::Device;
+using kit::Node;
 
 namespace {
 

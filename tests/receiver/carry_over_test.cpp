@@ -5,14 +5,14 @@
 #include <algorithm>
 #include <cstring>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "nodes.h"
 
-using harness::Bytes;
-using harness::Device;
-using harness::Node;
-using harness::RecordedEvent;
-using harness::Router;
+using kit::Bytes;
+using kit::Device;
+using kit::Node;
+using kit::RecordedEvent;
+using kit::Router;
 
 namespace {
 

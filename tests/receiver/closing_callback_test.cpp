@@ -6,15 +6,15 @@
 #include "callback_stage.h"
 #include "occurrences.h"
 
-using harness::Device;
-using harness::lines;
-using harness::Node;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Device;
+using kit::lines;
+using kit::Node;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 TEST_F(Callback, MayClose) {
   inCallback([this] { assoc.closeAssocConnection(); });
-  router.watch(harness::kWatchConnection);
+  router.watch(kit::kWatchConnection);
   assoc.addDevZigbeeZwave();
   router.zwave().send(Node(5));
   const std::string trace = router.takeTrace();
@@ -44,8 +44,8 @@ constexpr unsigned short kDoor = 0x1234, kNobodysAddress = 0x4321;
 // An answer that tells an event, and the state of the association when the callback runs.
 struct Told {
   int state;
-  harness::Peer& (Router::*from)();
-  harness::Bytes datagram;
+  kit::Peer& (Router::*from)();
+  kit::Bytes datagram;
   int code;
   int stateInCallback;
 };
@@ -59,8 +59,8 @@ Told byZigbee(int state, int status, ZigbeeDevice device, int code, int stateInC
 }
 
 // A Hue or a Nest answer begins with two numbers; the state of the association plays no part.
-Told byIpServer(harness::Peer& (Router::*server)(), int first, int second, int code) {
-  harness::Bytes datagram(sizeof(HueAnswer));
+Told byIpServer(kit::Peer& (Router::*server)(), int first, int second, int code) {
+  kit::Bytes datagram(sizeof(HueAnswer));
   std::memcpy(datagram.data(), &first, sizeof first);
   std::memcpy(datagram.data() + sizeof first, &second, sizeof second);
   return {ZW_ASSOC_QUERY, server, datagram, code, ZW_ASSOC_QUERY};
@@ -127,7 +127,7 @@ class Reopening : public Callback {
   void expectTheOldFlowEndsWith(const Told& told) {
     assoc.assocState = told.state;
     idle = 0;
-    router.watch(harness::kWatchTimeouts);
+    router.watch(kit::kWatchTimeouts);
     reopenInCallback();
     (router.*told.from)().send(told.datagram);
     const auto events = router.takeEvents();

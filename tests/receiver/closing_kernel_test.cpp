@@ -5,7 +5,7 @@
 #include "background.h"
 #include "kernel_stage.h"
 
-using harness::Node;
+using kit::Node;
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Bytes;
-using harness::Node;
-using harness::Router;
+using kit::Bytes;
+using kit::Node;
+using kit::Router;
 
 namespace {
 
@@ -58,7 +58,7 @@ TEST_F(DatagramLength, AnEmptyFirstAnswerIsNodeZero) {
 }
 
 TEST_F(DatagramLength, EveryLengthOfAStrangerIsDropped) {
-  const std::string dropped = harness::lines({"log 2 libTembraAssoc:received command from unknown server\\n"});
+  const std::string dropped = kit::lines({"log 2 libTembraAssoc:received command from unknown server\\n"});
   for (const std::size_t length : kLengths) {
     router.from("127.9.9.9").send(Bytes(length, 0xFF));
     EXPECT_EQ(router.takeTrace(), dropped) << length;

@@ -3,12 +3,12 @@
 
 #include <cstring>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Bytes;
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::Bytes;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 namespace {
 
@@ -114,7 +114,7 @@ TEST_F(Dispatch, TheMeshIdIsTheLocalOneOfNow) {
 TEST(ReceiveLoop, BeginsAndEndsInThisOrder) {
   Router router;
   router.assoc().cancelTarget = cancel_both;
-  router.watch(harness::kWatchTimeouts);
+  router.watch(kit::kWatchTimeouts);
   router.open();
   EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:entered receive thread",
                                        "log 0 libTembraAssoc:Thread created successfully", "timeout 180"}));
@@ -127,7 +127,7 @@ TEST(ReceiveLoop, BeginsAndEndsInThisOrder) {
 TEST(ReceiveLoop, DoesNotReceiveWhenItIsClosed) {
   Router router;
   router.assoc();
-  router.watch(harness::kWatchTimeouts);
+  router.watch(kit::kWatchTimeouts);
   idle = 0;
   EXPECT_EQ(TembraAssociation::receiverHelper(&router.assoc()), nullptr);
   EXPECT_EQ(router.takeTrace(),

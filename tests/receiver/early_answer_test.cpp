@@ -5,10 +5,10 @@
 #include <chrono>
 #include <thread>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Node;
-using harness::Router;
+using kit::Node;
+using kit::Router;
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
 /// The service's fields belong to its threads here: a test sees the trace, which needs no lock, and the events that
 /// the callback counted.
@@ -27,7 +27,7 @@ class KernelStage : public testing::Test {
 
   const std::string& trace();
 
-  harness::Router router{harness::Clock::Real};
+  kit::Router router{kit::Clock::Real};
   TembraAssociation& assoc = router.assoc();
 
  private:

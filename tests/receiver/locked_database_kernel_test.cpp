@@ -13,9 +13,9 @@
 
 #include "kernel_stage.h"
 
-using harness::Device;
-using harness::Node;
-using harness::ZigbeeDevice;
+using kit::Device;
+using kit::Node;
+using kit::ZigbeeDevice;
 
 namespace {
 
@@ -109,8 +109,8 @@ class LockedDatabase : public KernelStage {
     EXPECT_TRUE(everything() == left) << router.state();
     const std::string all = trace().substr(said);
     EXPECT_EQ(all.substr(all.find("log 0 libTembraAssoc:closing")),
-              harness::lines({"log 0 libTembraAssoc:closing the Assoc Connection",
-                              "log 0 libTembraAssoc:exited receive thread\\n"}));
+              kit::lines({"log 0 libTembraAssoc:closing the Assoc Connection",
+                          "log 0 libTembraAssoc:exited receive thread\\n"}));
   }
 
   static int eventsOfAnyCode() {

@@ -1,9 +1,9 @@
 // The router's Logger is called with the service busy, and may itself be a front end.
 #include "callback_stage.h"
 
-using harness::Device;
-using harness::lines;
-using harness::Node;
+using kit::Device;
+using kit::lines;
+using kit::Node;
 
 using LoggerCalls = Callback;
 

@@ -3,13 +3,13 @@
 
 #include <cstring>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "nodes.h"
 
-using harness::Device;
-using harness::Node;
-using harness::RecordedEvent;
-using harness::Router;
+using kit::Device;
+using kit::Node;
+using kit::RecordedEvent;
+using kit::Router;
 
 namespace {
 

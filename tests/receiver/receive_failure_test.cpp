@@ -8,14 +8,14 @@
 #include <chrono>
 #include <thread>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "occurrences.h"
 
-using harness::Call;
-using harness::Clock;
-using harness::lines;
-using harness::Node;
-using harness::Router;
+using kit::Call;
+using kit::Clock;
+using kit::lines;
+using kit::Node;
+using kit::Router;
 
 namespace {
 
@@ -35,7 +35,7 @@ constexpr std::size_t kMostPasses = 50;
 TEST(ReceiveFailure, ATimeOutThatCannotBeSetIsReportedAndTheOldOneHolds) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  router.watch(harness::kWatchTimeouts);
+  router.watch(kit::kWatchTimeouts);
   assoc.assocState = ASSOC;
   router.fail(Call::SetTimeout, EINVAL);
   router.zwave().send(Node(5));

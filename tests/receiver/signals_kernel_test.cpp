@@ -8,7 +8,7 @@
 #include "kernel_stage.h"
 #include "signal_storm.h"
 
-using harness::Node;
+using kit::Node;
 
 namespace {
 

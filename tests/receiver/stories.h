@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "story.h"
 
 using Byte = unsigned char;
@@ -12,11 +12,11 @@ using Byte = unsigned char;
 /// An open connection, and the story of it.
 class Stories : public testing::Test {
  protected:
-  harness::Router router;
+  kit::Router router;
   TembraAssociation& assoc = router.connect();
   Story story{router};
 
-  std::string answer(const harness::Node& node) {
+  std::string answer(const kit::Node& node) {
     story.skip();
     router.zwave().send(node);
     return story.take();
@@ -32,11 +32,11 @@ class Stories : public testing::Test {
   void add() { assoc.addDevZigbeeZwave(); }
   void addJoined(unsigned char node) {
     add();
-    answer(harness::Node(node));
+    answer(kit::Node(node));
   }
   void addIdentified(unsigned char node) {
     addJoined(node);
-    answer(harness::Node(node));
+    answer(kit::Node(node));
   }
 };
 

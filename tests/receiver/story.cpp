@@ -1,10 +1,10 @@
 #include "story.h"
 
-#include "harness/state_text.h"
-#include "harness/trace.h"
+#include "kit/state_text.h"
+#include "kit/trace.h"
 
-Story::Story(harness::Router& router) : router_(router), state_(router.state()) {
-  router.watch(harness::kWatchTimeouts);
+Story::Story(kit::Router& router) : router_(router), state_(router.state()) {
+  router.watch(kit::kWatchTimeouts);
   router.onLog([this](const std::string&) { noteState(); });
   router.onEvent([this](AssocEvent*) { noteState(); });
 }
@@ -21,8 +21,8 @@ std::string Story::take() {
 
 void Story::noteState() {
   const std::lock_guard<std::mutex> lock(mutex_);
-  const std::string now = harness::stateText();
+  const std::string now = kit::stateText();
   if (now == state_) return;
   state_ = now;
-  harness::trace().add("  " + now);
+  kit::trace().add("  " + now);
 }

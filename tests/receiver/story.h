@@ -5,13 +5,13 @@
 #include <mutex>
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
 /// While it lives, a line "  state 4 idle 0 ..." follows each log line and each event at which the service's state
 /// differs from the last such line; and the time-out of every wait stands in the trace.
 class Story {
  public:
-  explicit Story(harness::Router& router);
+  explicit Story(kit::Router& router);
   ~Story();
   Story(const Story&) = delete;
   Story& operator=(const Story&) = delete;
@@ -24,7 +24,7 @@ class Story {
  private:
   void noteState();
 
-  harness::Router& router_;
+  kit::Router& router_;
   std::mutex mutex_;
   std::string state_;
 };

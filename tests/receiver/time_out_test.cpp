@@ -6,8 +6,8 @@
 #include "nodes.h"
 #include "stories.h"
 
-using harness::lines;
-using harness::Node;
+using kit::lines;
+using kit::Node;
 
 namespace {
 
@@ -101,7 +101,7 @@ TEST_F(TimeOut, BeginsAnewWithEveryDatagram) {
   addJoined(5);
   for (const char* sender : {"127.0.0.1", "127.255.255.1", "127.255.255.253"}) {
     EXPECT_EQ(wait(59), "");
-    router.from(sender, 7000).send(harness::Bytes(1));
+    router.from(sender, 7000).send(kit::Bytes(1));
   }
   EXPECT_EQ(wait(59), "");
   EXPECT_NE(wait(1).find("event 2 source 2\n"), std::string::npos);

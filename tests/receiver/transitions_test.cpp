@@ -6,12 +6,12 @@
 #include <functional>
 #include <map>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "transition_page.h"
 
-using harness::Device;
-using harness::Node;
-using harness::Router;
+using kit::Device;
+using kit::Node;
+using kit::Router;
 
 namespace {
 
@@ -162,7 +162,7 @@ TEST(TransitionsTest, EveryRowOfThePageHolds) {
   Router router;
   router.connect();
   router.database().put(Device(12, "Lamp").zwave(kKnown));
-  router.watch(harness::kWatchTimeouts);
+  router.watch(kit::kWatchTimeouts);
   const auto rows = readTransitionPage().rows;
   EXPECT_EQ(rows.size(), 20U);
   for (const Transition& row : rows) tryRow(router, row);

@@ -4,9 +4,9 @@
 #include "nodes.h"
 #include "stories.h"
 
-using harness::Device;
-using harness::lines;
-using harness::Node;
+using kit::Device;
+using kit::lines;
+using kit::Node;
 
 namespace {
 

@@ -4,10 +4,10 @@
 
 #include "stories.h"
 
-using harness::Call;
-using harness::Device;
-using harness::lines;
-using harness::Node;
+using kit::Call;
+using kit::Device;
+using kit::lines;
+using kit::Node;
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include "stories.h"
 
-using harness::lines;
-using harness::Node;
+using kit::lines;
+using kit::Node;
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "endurance.h"
 #include "operations.h"
 
-using harness::Node;
+using kit::Node;
 
 namespace {
 
@@ -60,7 +60,7 @@ TEST_F(Callbacks, AreTriedWithEveryOperation) {
 
 // Each leaves a library that can be closed at once, opened again, and that hears the next answer.
 TEST_F(Callbacks, MayCallEveryOperation) {
-  router.database().nextId("17").put(harness::Device(12, "Lamp").zwave(5));
+  router.database().nextId("17").put(kit::Device(12, "Lamp").zwave(5));
   router.hurry(kHaste);
   int calls = 0;
   for (const Operation& operation : operations()) {

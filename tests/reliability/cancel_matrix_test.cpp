@@ -7,12 +7,12 @@
 #include <map>
 
 #include "cancel_rules.h"
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Device;
-using harness::Node;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Device;
+using kit::Node;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 
@@ -156,7 +156,7 @@ class Machine {
   Machine() {
     router_.connect();
     router_.database().put(Device(12, "Lamp").zwave(kKnownNode)).put(Device(13, "Door").zigbee(kKnownAddress));
-    router_.watch(harness::kWatchTimeouts);
+    router_.watch(kit::kWatchTimeouts);
   }
 
   /// At rest, whatever was before.

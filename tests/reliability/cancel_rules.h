@@ -16,7 +16,7 @@ struct Situation {
   std::string command;
   int wait = 180;
 
-  /// As harness::stateText writes it.
+  /// As kit::stateText writes it.
   [[nodiscard]] std::string text() const;
 };
 

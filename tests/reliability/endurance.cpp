@@ -97,7 +97,7 @@ void Endurance::close() {
 }
 
 void Endurance::awaitEnd(steady_clock::time_point closed) {
-  harness::stage()->kernel.awaitEnd();
+  kit::stage()->kernel.awaitEnd();
   ends_.push_back(steady_clock::now() - closed);
 }
 

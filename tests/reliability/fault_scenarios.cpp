@@ -12,11 +12,11 @@
 #include <new>
 #include <ostream>
 
-using harness::Call;
-using harness::Device;
-using harness::Node;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Call;
+using kit::Device;
+using kit::Node;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
 /// How the database is before.
 enum class File { Healthy, Missing, Repairable, Hopeless };
@@ -15,9 +15,9 @@ enum class File { Healthy, Missing, Repairable, Hopeless };
 struct Scenario {
   const char* name;
   File file;
-  bool connected;                        // it begins with an open connection
-  std::string (*run)(harness::Router&);  // its results, as words
-  std::optional<harness::Call> failing;  // what fails in it anyway, once: so that what follows may fail, too
+  bool connected;                    // it begins with an open connection
+  std::string (*run)(kit::Router&);  // its results, as words
+  std::optional<kit::Call> failing;  // what fails in it anyway, once: so that what follows may fail, too
 };
 
 std::ostream& operator<<(std::ostream& stream, const Scenario& scenario);
@@ -28,12 +28,12 @@ const std::vector<Scenario>& faultScenarios();
 inline constexpr int kRecordsOfAHealthyFile = 7;
 
 /// Puts the database and the service where every scenario begins.
-void prepare(harness::Router& router, const Scenario& scenario);
+void prepare(kit::Router& router, const Scenario& scenario);
 
 /// Runs it; the outcome is its results and then the codes of the events.
-std::string outcomeOf(harness::Router& router, const Scenario& scenario);
+std::string outcomeOf(kit::Router& router, const Scenario& scenario);
 
 /// A whole add on a healthy database: opens, hands over, closes. The words of its outcome.
-std::string addOneNode(harness::Router& router);
+std::string addOneNode(kit::Router& router);
 
 #endif

@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <stdexcept>
 
-using harness::Call;
-using harness::depotError;
+using kit::Call;
+using kit::depotError;
 
 namespace {
 
@@ -43,7 +43,7 @@ const std::vector<FaultKind> kKinds = {
     {Call::FindHost, "gethostbyname", {0}},
     {Call::FindService, "getservbyname", {0}},
     {Call::CopyText, "strdup", {ENOMEM}},
-    {Call::MakeObject, "_Znwm", {ENOMEM}, harness::kReplacesOperatorNew},
+    {Call::MakeObject, "_Znwm", {ENOMEM}, kit::kReplacesOperatorNew},
     {Call::Print, "printf", {EIO, EPIPE}},
     {Call::Complain, "fprintf", {EBADF, EIO}},
     {Call::ComplainOfErrno, "perror", {EBADF}},

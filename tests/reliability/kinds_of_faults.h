@@ -6,17 +6,17 @@
 #include <string>
 #include <vector>
 
-#include "harness/faults.h"
+#include "kit/faults.h"
 
 struct FaultKind {
-  harness::Call call;
+  kit::Call call;
   const char* function;     // as the linker knows it
   std::vector<int> errors;  // errno, or Depot's code, or what else the function says
   bool isCertain = true;    // false: a wait that does not come about when the other thread is faster
 };
 
 const std::vector<FaultKind>& faultKinds();
-const FaultKind& kindOf(harness::Call call);
+const FaultKind& kindOf(kit::Call call);
 
 /// What the library imports and what cannot fail with the arguments that it gives; and what other tests make fail: the
 /// router's own libraries.

@@ -9,15 +9,15 @@
 
 #include "fault_outcomes.h"
 #include "fault_scenarios.h"
-#include "harness/memory.h"
 #include "kinds_of_faults.h"
+#include "kit/memory.h"
 #include "library_imports.h"
 #include "receiver/kernel_stage.h"
 
-using harness::Call;
-using harness::CountedCall;
-using harness::Router;
-namespace allocations = harness::library_allocations;
+using kit::Call;
+using kit::CountedCall;
+using kit::Router;
+namespace allocations = kit::library_allocations;
 
 namespace {
 
@@ -53,20 +53,20 @@ class SystemFaults : public testing::TestWithParam<Scenario> {
 
   std::vector<CountedCall> callsOfTheScenario() {
     prepare(router, GetParam());
-    harness::faults().count();
+    kit::faults().count();
     outcomeOf(router, GetParam());
-    std::vector<CountedCall> calls = harness::faults().stop();
+    std::vector<CountedCall> calls = kit::faults().stop();
     router.close();
     return calls;
   }
 
   void failCall(const FaultKind& kind, int ordinal, int error) {
     prepare(router, GetParam());
-    harness::faults().count();
+    kit::faults().count();
     router.fail(kind.call, error, 1, ordinal);
     const std::string outcome = finish(outcomeOf(router, GetParam()));
-    EXPECT_TRUE(harness::faults().strikes() == (GetParam().failing.has_value() ? 2 : 1) || !kind.isCertain);
-    harness::faults().stop();
+    EXPECT_TRUE(kit::faults().strikes() == (GetParam().failing.has_value() ? 2 : 1) || !kind.isCertain);
+    kit::faults().stop();
     take(kind.function, outcome);
   }
 
@@ -92,7 +92,7 @@ class SystemFaults : public testing::TestWithParam<Scenario> {
   /// What was found for these functions is what is expected, and what is expected was found.
   void expectOutcomes(bool ofAllocations) {
     FaultOutcomes expected = expectedOutcomes(GetParam().name);
-    if (!harness::kReplacesOperatorNew) expected.erase("_Znwm");
+    if (!kit::kReplacesOperatorNew) expected.erase("_Znwm");
     std::erase_if(expected,
                   [=](const auto& row) { return !row.first.empty() && (row.first == "malloc") != ofAllocations; });
     EXPECT_EQ(outcomes_, expected);
@@ -185,9 +185,9 @@ TEST(SystemFaultsAre, AllMetInTheScenarios) {
   std::set<std::string> met;
   for (const Scenario& scenario : faultScenarios()) {
     prepare(router, scenario);
-    harness::faults().count();
+    kit::faults().count();
     outcomeOf(router, scenario);
-    for (const CountedCall& call : harness::faults().stop()) met.insert(kindOf(call.call).function);
+    for (const CountedCall& call : kit::faults().stop()) met.insert(kindOf(call.call).function);
     router.close();
   }
   for (const FaultKind& kind : faultKinds()) {

@@ -6,7 +6,7 @@
 #include "operations.h"
 #include "receiver/signal_storm.h"
 
-using harness::Node;
+using kit::Node;
 
 namespace {
 
@@ -15,13 +15,13 @@ using Rounds = Endurance;
 /// Answers of every daemon, and two front-end threads that call everything but opening and closing.
 class Commotion {
  public:
-  Commotion(harness::Router& router, TembraAssociation& assoc)
+  Commotion(kit::Router& router, TembraAssociation& assoc)
       : traffic_([&router](int turn) { sendTraffic(router, turn); }),
         upwards_([&assoc](int turn) { call(assoc, turn); }),
         downwards_([&assoc](int turn) { call(assoc, -1 - turn); }) {}
 
  private:
-  static void sendTraffic(harness::Router& router, int turn) {
+  static void sendTraffic(kit::Router& router, int turn) {
     const auto number = static_cast<unsigned char>(turn);
     router.zwave().post(Node(number).generic(0x10).specific(1).bytes());
     ZbDeviceInfo device{};
@@ -35,7 +35,7 @@ class Commotion {
   }
 
   template <typename Record>
-  static void postRecord(harness::Peer& peer, const Record& record) {
+  static void postRecord(kit::Peer& peer, const Record& record) {
     const auto* first = reinterpret_cast<const unsigned char*>(&record);
     peer.post({first, first + sizeof record});
   }
@@ -54,7 +54,7 @@ class Commotion {
 }  // namespace
 
 TEST_F(Rounds, OfOpeningAndClosingUnderTrafficAndCommands) {
-  router.database().nextId("17").put(harness::Device(12, "Lamp").zwave(5));
+  router.database().nextId("17").put(kit::Device(12, "Lamp").zwave(5));
   router.hurry(kHaste);
   std::unique_ptr<Commotion> commotion;
   repeat(

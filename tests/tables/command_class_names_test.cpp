@@ -8,7 +8,7 @@
 #include <set>
 #include <string>
 
-#include "harness/memory.h"
+#include "kit/memory.h"
 
 namespace {
 
@@ -201,7 +201,7 @@ TEST(CommandClassNamesTest, WholeTextsAreCompared) {
 }
 
 TEST(CommandClassNamesTest, NothingIsAllocated) {
-  const harness::AllocationCount allocations;
+  const kit::AllocationCount allocations;
   unsigned sum = 0;
   for (unsigned number = 0; number < 256; ++number) {
     const char* name = cclassStr(static_cast<unsigned char>(number));

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "harness/memory.h"
+#include "kit/memory.h"
 
 namespace {
 
@@ -124,7 +124,7 @@ TEST(DriverNamesTest, EveryOtherValueHasTheFallback) {
 }
 
 TEST(DriverNamesTest, NothingIsAllocatedAndATextIsAlwaysTheSame) {
-  const harness::AllocationCount allocations;
+  const kit::AllocationCount allocations;
   bool same = true;
   for (const Enumeration& enumeration : kEnumerations) {
     for (int value = -1; value < 40; ++value) same = same && enumeration.nameOf(value) == enumeration.nameOf(value);

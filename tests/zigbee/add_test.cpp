@@ -4,13 +4,13 @@
 #include <cstring>
 
 #include "devices.h"
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Device;
-using harness::lines;
-using harness::RecordedEvent;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Device;
+using kit::lines;
+using kit::RecordedEvent;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 
@@ -244,7 +244,7 @@ TEST(ZigbeeAddTest, TheFinishedDeviceIsHandedOver) {
   HaNotice notice{};
   std::memcpy(notice.record, &expected, sizeof expected);
   const auto* bytes = reinterpret_cast<const unsigned char*>(&notice);
-  EXPECT_EQ(router.takeSends().at(0).bytes, harness::Bytes(bytes, bytes + sizeof notice));
+  EXPECT_EQ(router.takeSends().at(0).bytes, kit::Bytes(bytes, bytes + sizeof notice));
   EXPECT_EQ(std::memcmp(&assoc.zbDevice, &expected, sizeof expected), 0);
   EXPECT_EQ(router.state(), "state 8 idle 1 last 7 cancel 1 radio 1 cmdtype EditNameLocation");
 }

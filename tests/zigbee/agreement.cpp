@@ -47,7 +47,7 @@ std::vector<unsigned char> otherBytesOf(const TembraAssociation& assoc) {
 
 template <std::size_t Size>
 std::string quoted(const char (&field)[Size]) {
-  return '"' + harness::visible({field, strnlen(field, Size)}) + '"';
+  return '"' + kit::visible({field, strnlen(field, Size)}) + '"';
 }
 
 struct Hex {
@@ -70,13 +70,12 @@ std::string differences(const PlainDevice& found, const PlainDevice& plain) {
 
 std::string describeOutcome(const PlainDevice& device, const PlainOutcome& outcome) {
   return "result " + std::to_string(outcome.result) + " classified type " + std::to_string(device.classifiedType) +
-         " name " + harness::visible({device.name.data(), device.name.size()}) + "\n" + outcome.log;
+         " name " + kit::visible({device.name.data(), device.name.size()}) + "\n" + outcome.log;
 }
 
 }  // namespace
 
-Agreement::Agreement(harness::Router& router)
-    : router_(router), assoc_(router.assoc()), before_(otherBytesOf(assoc_)) {}
+Agreement::Agreement(kit::Router& router) : router_(router), assoc_(router.assoc()), before_(otherBytesOf(assoc_)) {}
 
 void Agreement::check(const ZbDeviceInfo& device, int deviceId) {
   prepare(assoc_, device);

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "harness/router.h"
+#include "kit/router.h"
 #include "plain_reading.h"
 
 class Agreement {
  public:
-  explicit Agreement(harness::Router& router);
+  explicit Agreement(kit::Router& router);
 
   /// Classifies the device both ways, as the device of this id. Compared are all bytes of its record and its name, the
   /// classified type, the log and the result. A difference fails the test and shows the device; after some more nothing
@@ -26,7 +26,7 @@ class Agreement {
   void show(const ZbDeviceInfo& device, const PlainDevice& plain, const PlainOutcome& expected,
             const PlainOutcome& found);
 
-  harness::Router& router_;
+  kit::Router& router_;
   TembraAssociation& assoc_;
   const std::vector<unsigned char> before_;
   int checked_ = 0;

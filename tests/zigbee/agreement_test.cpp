@@ -7,8 +7,8 @@
 
 #include "plain_reading.h"
 
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 

@@ -6,13 +6,13 @@
 
 #include "both_radios_page.h"
 #include "devices.h"
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Device;
-using harness::lines;
-using harness::Node;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Device;
+using kit::lines;
+using kit::Node;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 
@@ -53,7 +53,7 @@ std::string describe(const std::vector<Answer>& answers) {
 class Orders {
  public:
   Orders(Router& router, std::vector<Answer> alphabet) : router_(router), alphabet_(std::move(alphabet)) {
-    router_.watch(harness::kWatchTimeouts);
+    router_.watch(kit::kWatchTimeouts);
   }
 
   void tryAll(std::size_t length, int state) {

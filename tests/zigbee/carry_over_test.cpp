@@ -4,12 +4,12 @@
 #include <cstring>
 
 #include "devices.h"
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Device;
-using harness::Node;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Device;
+using kit::Node;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 
@@ -152,15 +152,15 @@ TEST(CarryOverTest, ARemovalOfNobodyShowsTheBufferAsItWas) {
 TEST(CarryOverTest, AShortAnswerIsCompletedByTheOneBefore) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  harness::Bytes received(4096, 0);
+  kit::Bytes received(4096, 0);
   for (std::size_t length = 0; length <= 450; ++length) {
-    const harness::Bytes datagram(length, static_cast<unsigned char>(length));
+    const kit::Bytes datagram(length, static_cast<unsigned char>(length));
     std::copy(datagram.begin(), datagram.end(), received.begin());
     router.zigbee().send(datagram);
     ASSERT_EQ(std::memcmp(&assoc.zbDevice, received.data(), sizeof assoc.zbDevice), 0) << length;
   }
-  router.zwave().send(harness::Bytes(1036, 0x33));
-  router.zigbee().send(harness::Bytes(11, 0x44));
+  router.zwave().send(kit::Bytes(1036, 0x33));
+  router.zigbee().send(kit::Bytes(11, 0x44));
   std::fill(received.begin(), received.begin() + 1036, static_cast<unsigned char>(0x33));
   std::fill(received.begin(), received.begin() + 11, static_cast<unsigned char>(0x44));
   EXPECT_EQ(std::memcmp(&assoc.zbDevice, received.data(), sizeof assoc.zbDevice), 0) << "also by another server's";
@@ -172,7 +172,7 @@ TEST(CarryOverTest, AnEmptyAnswerRepeatsTheStatusBefore) {
   assoc.addDevZigbeeZwave();
   router.zigbee().send(ZigbeeDevice(kLamp).status(3));
   router.zigbee().send(ZigbeeDevice(kLamp).status(1).cutTo(11));
-  router.zigbee().send(harness::Bytes{});
+  router.zigbee().send(kit::Bytes{});
   const auto events = router.takeEvents();
   ASSERT_EQ(events.size(), 2U);
   EXPECT_EQ(events[0].event.code, 3);
@@ -182,8 +182,8 @@ TEST(CarryOverTest, AnEmptyAnswerRepeatsTheStatusBefore) {
 TEST(CarryOverTest, AnOversizedAnswerIsCut) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  router.zigbee().send(harness::Bytes(6000, 0x55));
-  const harness::Bytes expected(sizeof assoc.zbDevice, 0x55);
+  router.zigbee().send(kit::Bytes(6000, 0x55));
+  const kit::Bytes expected(sizeof assoc.zbDevice, 0x55);
   EXPECT_EQ(std::memcmp(&assoc.zbDevice, expected.data(), expected.size()), 0);
 }
 

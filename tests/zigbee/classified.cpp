@@ -6,7 +6,7 @@ constexpr char kSummary[] = "libTembraAssoc:No. of clusters found:";
 
 }  // namespace
 
-Classified classify(harness::Router& router, const harness::ZigbeeDevice& device) {
+Classified classify(kit::Router& router, const kit::ZigbeeDevice& device) {
   TembraAssociation& assoc = router.assoc();
   assoc.zbDevice = device.info();
   DevId = 17;

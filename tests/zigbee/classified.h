@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
 struct Classified {
   int result = 0;
@@ -18,7 +18,7 @@ struct Classified {
 };
 
 /// Classifies the device as number 17.
-Classified classify(harness::Router& router, const harness::ZigbeeDevice& device);
+Classified classify(kit::Router& router, const kit::ZigbeeDevice& device);
 
 /// The entries of the device's record.
 std::string entriesOf(const ZbDeviceInfo& device);

@@ -7,8 +7,8 @@
 
 #include "classified.h"
 
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 

@@ -5,9 +5,9 @@
 
 #include "classified.h"
 
-using harness::lines;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::lines;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "harness/trace.h"
+#include "kit/trace.h"
 
 namespace {
 
@@ -51,7 +51,7 @@ class Walk {
 
   void say(std::initializer_list<std::string_view> parts) {
     log_ += "log 0 ";
-    for (const std::string_view part : parts) harness::appendVisible(log_, part);
+    for (const std::string_view part : parts) kit::appendVisible(log_, part);
     log_ += '\n';
   }
 

@@ -8,8 +8,8 @@
 
 #include "agreement.h"
 
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Router;
+using kit::ZigbeeDevice;
 using nlohmann::json;
 
 namespace {

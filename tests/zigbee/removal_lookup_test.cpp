@@ -3,14 +3,14 @@
 
 #include <cstring>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Bytes;
-using harness::Call;
-using harness::Device;
-using harness::lines;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Bytes;
+using kit::Call;
+using kit::Device;
+using kit::lines;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 
@@ -151,7 +151,7 @@ TEST(RemovalLookupTest, ARepairedDatabaseIsAsked) {
 TEST(RemovalLookupTest, ADatabaseBeyondRepairIsDeleted) {
   Router router;
   router.database().makeUnopenable();
-  router.watch(harness::kWatchDatabase);
+  router.watch(kit::kWatchDatabase);
   TembraAssociation& assoc = prepared(router);
   EXPECT_EQ(assoc.zb_removeNode(7), 0) << "the result of deleting it";
   EXPECT_EQ(assoc.zbDevice.msgCode, kAsReceived);

@@ -5,14 +5,14 @@
 #include <cstring>
 
 #include "devices.h"
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Bytes;
-using harness::Call;
-using harness::Device;
-using harness::lines;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Bytes;
+using kit::Call;
+using kit::Device;
+using kit::lines;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 

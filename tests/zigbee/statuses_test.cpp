@@ -3,12 +3,12 @@
 
 #include <cstring>
 
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::Device;
-using harness::lines;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::Device;
+using kit::lines;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 
@@ -104,7 +104,7 @@ class Statuses {
   Statuses() {
     router_.connect();
     router_.database().nextId("41").put(Device(7, "Lamp").zigbee(kKnown));
-    router_.watch(harness::kWatchTimeouts);
+    router_.watch(kit::kWatchTimeouts);
   }
 
   void check(int state, int status, bool known) {

@@ -2,11 +2,11 @@
 #include <gtest/gtest.h>
 
 #include "devices.h"
-#include "harness/router.h"
+#include "kit/router.h"
 
-using harness::lines;
-using harness::Router;
-using harness::ZigbeeDevice;
+using kit::lines;
+using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 

@@ -1,0 +1,133 @@
+// Failures that a test orders for the library's next system calls.
+#ifndef TEMBRA_TESTS_KIT_FAULTS_H
+#define TEMBRA_TESTS_KIT_FAULTS_H
+
+#include <map>
+#include <mutex>
+#include <vector>
+
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define KIT_KEEPS_OPERATOR_NEW 1
+#endif
+#elif defined(__SANITIZE_THREAD__)
+#define KIT_KEEPS_OPERATOR_NEW 1
+#endif
+
+namespace kit {
+
+enum class Call {
+  Socket,
+  SetPriority,  // setsockopt(SO_PRIORITY)
+  SetTimeout,   // setsockopt(SO_RCVTIMEO)
+  Bind,
+  Sendto,
+  CreateThread,  // pthread_create; returns the error, errno holds another one
+  Popen,
+  OpenDatabase,     // dpopen
+  RepairDatabase,   // dprepair
+  CloseDatabase,    // dpclose; the database is closed all the same
+  IterateDatabase,  // dpiterinit
+  NextKey,          // dpiternext
+  ReadValue,        // dpget
+  Recvfrom,         // with virtual time
+  Sleep,            // the "error" is what is left of the time; with virtual time
+  Shutdown,         // the socket is shut down all the same
+  Close,            // the descriptor is closed all the same
+  DetachThread,     // returns the error
+  // The rest needs tembra-test-every-call.
+  ChangeDescriptor,  // fcntl
+  BlockSignals,      // pthread_sigmask; returns the error
+  AwaitStart,        // pthread_cond_wait; wakes for no reason
+  AwaitEnd,          // pthread_cond_clockwait; returns the error
+  Pause,             // nanosleep
+  ReadLine,          // fgets
+  EndCommand,        // pclose; the command has ended all the same
+  OpenDescriptor,    // open
+  AskForStatus,      // fstat
+  AskForRoom,        // fstatvfs
+  ReadAt,            // pread
+  MapMemory,         // mmap
+  UnmapMemory,       // munmap; the memory is given back all the same
+  OpenFile,          // fopen
+  CloseFile,         // fclose; the file is closed all the same
+  DeleteFile,        // remove
+  FindHost,          // gethostbyname
+  FindService,       // getservbyname
+  CopyText,          // strdup
+  Print,             // printf
+  Complain,          // fprintf
+  ComplainOfErrno,   // perror; says nothing
+  DatabaseSize,      // dpfsiz
+  DatabaseFile,      // dpfdesc
+  MakeObject         // operator new
+};
+
+/// The thread sanitizer lets nobody replace its operator new.
+#ifdef KIT_KEEPS_OPERATOR_NEW
+constexpr bool kReplacesOperatorNew = false;
+#else
+constexpr bool kReplacesOperatorNew = true;
+#endif
+
+/// For the Depot calls: its own code, and the errno that it leaves.
+constexpr int depotError(int code, int error) { return code | error << 16; }
+
+/// A call that the library made.
+struct CountedCall {
+  Call call;
+  const void* site;  // where it returns to
+};
+
+/// The library's code, and whether an address lies in it.
+bool isInLibrary(const void* address);
+
+/// While it lives, this thread is inside a call that the library made of the C library.
+class LibraryCall {
+ public:
+  explicit LibraryCall(bool isOne) : isOne_(isOne) { depth() += isOne_ ? 1 : 0; }
+  ~LibraryCall() { depth() -= isOne_ ? 1 : 0; }
+  LibraryCall(const LibraryCall&) = delete;
+  LibraryCall& operator=(const LibraryCall&) = delete;
+  static bool isOn() { return depth() > 0; }
+
+ private:
+  static int& depth();
+  const bool isOne_;
+};
+
+class Faults {
+ public:
+  /// The next `times` calls fail with this errno (or Depot error, see depotError), after `spared` calls that do not.
+  void order(Call call, int error, int times = 1, int spared = 0);
+
+  /// Whether this call must fail; if so, errno is set.
+  bool strike(Call call, const void* site = nullptr);
+
+  /// Begins to list the calls that could have been made to fail.
+  void count();
+
+  /// The calls since then, in order; no more are listed, and no order is left.
+  std::vector<CountedCall> stop();
+
+  /// How many calls failed by order since `count`.
+  int strikes();
+
+ private:
+  struct Order {
+    int error = 0;
+    int times = 0;
+    int spared = 0;
+  };
+  std::mutex mutex_;
+  std::map<Call, Order> orders_;
+  std::vector<CountedCall> counted_;
+  bool counting_ = false;
+  int strikes_ = 0;
+};
+
+Faults& faults();
+
+}  // namespace kit
+
+#endif

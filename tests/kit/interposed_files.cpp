@@ -1,0 +1,150 @@
+// Files, pipes and descriptors: what the library does with them through the C library.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+
+#include "kit/faults.h"
+#include "kit/library_sockets.h"
+#include "kit/real_libc.h"
+#include "kit/stage.h"
+
+using kit::Call;
+using kit::LibraryCall;
+
+namespace {
+
+bool isWatched(const void* site) { return kit::stage() != nullptr && kit::isInLibrary(site); }
+
+bool strikes(Call call, const void* site) { return isWatched(site) && kit::faults().strike(call, site); }
+
+}  // namespace
+
+extern "C" int fcntl(int descriptor, int command, ...) {
+  KIT_REAL(fcntl);
+  va_list arguments;
+  va_start(arguments, command);
+  void* const argument = va_arg(arguments, void*);  // an int is passed the same way
+  va_end(arguments);
+  if (strikes(Call::ChangeDescriptor, __builtin_return_address(0))) return -1;
+  const int result = real(descriptor, command, argument);
+  const bool isCopy = command == F_DUPFD_CLOEXEC && result >= 0 && isWatched(__builtin_return_address(0));
+  if (isCopy && kit::librarySockets().owns(descriptor)) kit::librarySockets().opened(result);
+  return result;
+}
+
+extern "C" char* fgets(char* text, int size, FILE* file) {
+  KIT_REAL(fgets);
+  if (strikes(Call::ReadLine, __builtin_return_address(0))) return nullptr;
+  const LibraryCall inside(isWatched(__builtin_return_address(0)));
+  return real(text, size, file);
+}
+
+extern "C" int pclose(FILE* file) {
+  KIT_REAL(pclose);
+  const int status = real(file);
+  return strikes(Call::EndCommand, __builtin_return_address(0)) ? -1 : status;
+}
+
+extern "C" FILE* fopen(const char* name, const char* mode) {
+  KIT_REAL(fopen);
+  if (strikes(Call::OpenFile, __builtin_return_address(0))) return nullptr;
+  const LibraryCall inside(isWatched(__builtin_return_address(0)));
+  return real(name, mode);
+}
+
+extern "C" int fclose(FILE* file) {
+  KIT_REAL(fclose);
+  const int result = real(file);
+  return strikes(Call::CloseFile, __builtin_return_address(0)) ? EOF : result;
+}
+
+extern "C" int remove(const char* name) noexcept {
+  KIT_REAL(remove);
+  return strikes(Call::DeleteFile, __builtin_return_address(0)) ? -1 : real(name);
+}
+
+extern "C" int open(const char* name, int flags, ...) {
+  KIT_REAL(open);
+  va_list arguments;
+  va_start(arguments, flags);
+  const auto mode = va_arg(arguments, mode_t);  // of no meaning unless a file may be created
+  va_end(arguments);
+  return strikes(Call::OpenDescriptor, __builtin_return_address(0)) ? -1 : real(name, flags, mode);
+}
+
+extern "C" int fstat(int descriptor, struct stat* status) noexcept {
+  KIT_REAL(fstat);
+  return strikes(Call::AskForStatus, __builtin_return_address(0)) ? -1 : real(descriptor, status);
+}
+
+extern "C" int fstatvfs(int descriptor, struct statvfs* status) noexcept {
+  KIT_REAL(fstatvfs);
+  return strikes(Call::AskForRoom, __builtin_return_address(0)) ? -1 : real(descriptor, status);
+}
+
+extern "C" ssize_t pread(int descriptor, void* buffer, size_t size, off_t offset) {
+  KIT_REAL(pread);
+  return strikes(Call::ReadAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
+}
+
+namespace {
+
+int print(const void* site, const char* format, va_list arguments) {
+  KIT_REAL(vprintf);
+  return strikes(Call::Print, site) ? -1 : real(format, arguments);
+}
+
+int complain(const void* site, FILE* file, const char* format, va_list arguments) {
+  KIT_REAL(vfprintf);
+  return strikes(Call::Complain, site) ? -1 : real(file, format, arguments);
+}
+
+}  // namespace
+
+// A compiler that hardens calls the checked form of each.
+extern "C" {
+int printfChecked(int flag, const char* format, ...) __asm__("__printf_chk");
+int fprintfChecked(FILE* file, int flag, const char* format, ...) __asm__("__fprintf_chk");
+}
+
+extern "C" int printf(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const int length = print(__builtin_return_address(0), format, arguments);
+  va_end(arguments);
+  return length;
+}
+
+int printfChecked(int /*flag*/, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const int length = print(__builtin_return_address(0), format, arguments);
+  va_end(arguments);
+  return length;
+}
+
+extern "C" int fprintf(FILE* file, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const int length = complain(__builtin_return_address(0), file, format, arguments);
+  va_end(arguments);
+  return length;
+}
+
+int fprintfChecked(FILE* file, int /*flag*/, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const int length = complain(__builtin_return_address(0), file, format, arguments);
+  va_end(arguments);
+  return length;
+}
+
+extern "C" void perror(const char* text) {
+  KIT_REAL(perror);
+  if (!strikes(Call::ComplainOfErrno, __builtin_return_address(0))) real(text);
+}
