@@ -8,7 +8,7 @@
 #include "generator.h"
 #include "operations.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr std::size_t kAlteredSteps = 60;
@@ -123,4 +123,4 @@ TEST(AlteredModelTest, IsReportedReadably) {
             "  the model says    log 1 libTembraAssoc:Unknown cancel type");
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -2,10 +2,11 @@
 
 #include <utility>
 
+#include "difference.h"
 #include "operations.h"
 #include "shrink.h"
 
-namespace model {
+namespace oracle {
 
 std::optional<Difference> compare(Library& library, const std::vector<Step>& steps, Alteration alteration,
                                   Coverage* coverage) {
@@ -41,4 +42,4 @@ std::string report(Library& library, const std::vector<Step>& steps, Alteration 
   return "after\n" + describe(least) + (found ? found->what : "no difference");
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -8,9 +8,9 @@
 
 #include "coverage.h"
 #include "library.h"
-#include "model.h"
+#include "oracle/model.h"
 
-namespace model {
+namespace oracle {
 
 struct Difference {
   std::size_t steps;  // up to and including the one that shows it
@@ -30,6 +30,6 @@ std::vector<Step> shortest(Library& library, std::vector<Step> steps, Alteration
 /// Both of them, told to a human.
 std::string report(Library& library, const std::vector<Step>& steps, Alteration alteration = nullptr);
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

@@ -5,7 +5,7 @@
 
 #include "operations.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr int kEvents[] = {2, 3, 4, 5, 6, 7, 9, 11, 12, 21, 22, 23, 25, 26, 27, 28, 29, 30, 41, 42, 43, 44, 45, 46};
@@ -94,7 +94,7 @@ void Coverage::note(const Model& before, const Step& step, const std::vector<Eff
   ++times_[step.operation->name];
   for (const Step& inner : step.inner) ++times_[inner.operation->name];
   for (const int code : eventsIn(seen)) ++times_[kEventHead + std::to_string(code)];
-  if (!before.callback || !before.inCallback.empty()) return;  // a callback may change what the page says
+  if (!before.callback || before.inCallback) return;  // a callback may change what the page says
   for (const Transition& row : page_.rows) {
     if (holds(row, {before, after, seen})) ++times_[row.edge()];
   }
@@ -115,4 +115,4 @@ std::string Coverage::text() const {
   return text;
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "model.h"
+#include "oracle/model.h"
 #include "receiver/transition_page.h"
+#include "step.h"
 
-namespace model {
+namespace oracle {
 
 class Coverage {
  public:
@@ -32,6 +33,6 @@ class Coverage {
   unsigned long steps_ = 0;
 };
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

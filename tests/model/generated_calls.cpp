@@ -1,7 +1,7 @@
 #include "generator.h"
 #include "operations.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 const char* const kMacs[] = {"a1:b2:c3:0a:1b:2c", "02:a1:b2:7A:0c:2f"};
@@ -98,4 +98,4 @@ int Generator::anyRadioNumber() {
   return oneOf(kNumbers);
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -1,10 +1,10 @@
 #include <algorithm>
 
 #include "generator.h"
-#include "offsets.h"
 #include "operations.h"
+#include "oracle/offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr std::size_t kMostRecords = 9;
@@ -81,4 +81,4 @@ Step Generator::anyDatabase() {
   return step;
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -1,9 +1,9 @@
-#include "devices.h"
 #include "generator.h"
-#include "offsets.h"
 #include "operations.h"
+#include "oracle/devices.h"
+#include "oracle/offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr char kZwaveServer[] = "127.255.255.254";
@@ -104,4 +104,4 @@ Step Generator::cutOrPadded(Step step) {
   return step;
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -1,7 +1,7 @@
 #include "generator.h"
 #include "operations.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr int kStates[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 1000, -1};
@@ -66,4 +66,4 @@ Step Generator::anyCallbackPlan() {
   return plan;
 }
 
-}  // namespace model
+}  // namespace oracle

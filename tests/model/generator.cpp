@@ -2,7 +2,7 @@
 
 #include "operations.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr int kAnyNodes[] = {5, 5, 5, 6, 6, 7, 77, 1, 200, 254};
@@ -108,4 +108,4 @@ int Generator::anyNode() {
   return oneOf(kAnyNodes);
 }
 
-}  // namespace model
+}  // namespace oracle

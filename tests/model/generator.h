@@ -6,9 +6,10 @@
 #include <random>
 #include <vector>
 
-#include "model.h"
+#include "oracle/model.h"
+#include "step.h"
 
-namespace model {
+namespace oracle {
 
 class Generator {
  public:
@@ -74,6 +75,6 @@ class Generator {
   Model model_;
 };
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

@@ -13,7 +13,7 @@
 #include "kit/interposed_database.h"
 #include "operations.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr char kAuthorisation[] = "/tmp/Authcode";
@@ -200,4 +200,4 @@ std::vector<Field> Library::fields() {
           fieldOf("username1", username1)};
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -2,11 +2,11 @@
 #ifndef TEMBRA_TESTS_MODEL_LIBRARY_H
 #define TEMBRA_TESTS_MODEL_LIBRARY_H
 
-#include "effect.h"
 #include "kit/router.h"
+#include "oracle/effect.h"
 #include "step.h"
 
-namespace model {
+namespace oracle {
 
 class Library {
  public:
@@ -43,6 +43,6 @@ class Library {
   int hasSocket_ = 0;
 };
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

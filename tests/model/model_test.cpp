@@ -7,7 +7,7 @@
 #include "comparison.h"
 #include "generator.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr std::size_t kSteps = 60;
@@ -45,4 +45,4 @@ TEST(ModelTest, TheLibraryDoesWhatTheModelSays) {
   }
 }
 
-}  // namespace model
+}  // namespace oracle

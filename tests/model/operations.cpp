@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <functional>
 #include <stdexcept>
 
 #include "library.h"
-#include "model.h"
+#include "oracle/model.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 // The library takes texts that it does not change as plain pointers.
@@ -45,6 +46,11 @@ void takeRole(int role) {
       &TembraAssociation::cloudappsAssocInit, &TembraAssociation::meshServerAssocInit,
       &TembraAssociation::FreeUsr1AssocInit,  &TembraAssociation::FreeUsr2AssocInit};
   kRoles[role - 1]();
+}
+
+std::function<void(Model&)> planned(const Step& step) {
+  if (step.inner.empty()) return {};
+  return [inner = step.inner.front()](Model& model) { inner.operation->onModel(model, inner); };
 }
 
 void switchCallback(Library& library, bool on) {
@@ -166,7 +172,7 @@ const Operation kSurroundings[] = {
      [](L& l, const S& s) { l.assoc().assocState = s.number; }},
     {"registerAssocEventCB", Shown::Number, [](M& m, const S& s) { m.callback = s.number != 0; },
      [](L& l, const S& s) { switchCallback(l, s.number != 0); }},
-    {"the callback calls", Shown::Inner, [](M& m, const S& s) { m.inCallback = s.inner; },
+    {"the callback calls", Shown::Inner, [](M& m, const S& s) { m.inCallback = planned(s); },
      [](L& l, const S& s) { l.setInCallback(s.inner); }},
     {"overwriteEvent", Shown::Number, [](M& m, const S& s) { m.overwriteEvent(s.number); },
      [](L& l, const S& s) { l.overwriteEvent(s.number); }},
@@ -217,4 +223,4 @@ Step call(const std::string& name, const std::string& text, const std::string& o
   return step;
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -4,7 +4,7 @@
 
 #include "step.h"
 
-namespace model {
+namespace oracle {
 
 struct Model;
 class Library;
@@ -27,6 +27,6 @@ const Operation& operation(const std::string& name);
 Step call(const std::string& name, int number = 0, int second = 0);
 Step call(const std::string& name, const std::string& text, const std::string& other = "");
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr std::size_t kFewEnoughForEveryPart = 8;
@@ -64,4 +64,4 @@ std::vector<Step> shrink(std::vector<Step> steps, const Shows& shows) {
   return steps.size() <= kFewEnoughForEveryPart ? leastPart(steps, shows) : steps;
 }
 
-}  // namespace model
+}  // namespace oracle

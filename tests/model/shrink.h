@@ -8,7 +8,7 @@
 
 #include "step.h"
 
-namespace model {
+namespace oracle {
 
 /// How many of the steps it takes to show it; 0: they do not.
 using Shows = std::function<std::size_t(const std::vector<Step>&)>;
@@ -16,6 +16,6 @@ using Shows = std::function<std::size_t(const std::vector<Step>&)>;
 /// Leaves out what can be left out, in ever smaller pieces; of what is then left, tries every part if that is little.
 std::vector<Step> shrink(std::vector<Step> steps, const Shows& shows);
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

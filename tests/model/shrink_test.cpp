@@ -6,7 +6,7 @@
 #include "generator.h"
 #include "operations.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 std::vector<Step> numbered(int count) {
@@ -64,4 +64,4 @@ TEST(GeneratorTest, TheSameSeedGivesTheSameRun) {
   EXPECT_NE(once, describe(Generator(6).run(kSteps)));
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -1,8 +1,9 @@
 #include "step.h"
 
+#include "kit/visible_text.h"
 #include "operations.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 std::string quoted(const std::string& text) { return '"' + kit::visible(text) + '"'; }
@@ -40,4 +41,4 @@ std::string describe(const std::vector<Step>& steps) {
   return text;
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -5,20 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "kit/trace.h"
+#include "oracle/database.h"
 
-namespace model {
+namespace oracle {
 
-using kit::Bytes;
 struct Operation;
-
-/// A record of the device database.
-struct Row {
-  std::string key;
-  Bytes value;
-};
-
-enum class Health { Good, NeedsRepair, CannotBeOpened, Missing };
 
 struct Step {
   const Operation* operation = nullptr;
@@ -35,6 +26,6 @@ struct Step {
 std::string describe(const Step& step);
 std::string describe(const std::vector<Step>& steps);
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

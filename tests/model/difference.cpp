@@ -1,8 +1,10 @@
-#include "effect.h"
+#include "difference.h"
 
 #include <algorithm>
 
-namespace model {
+#include "kit/visible_text.h"
+
+namespace oracle {
 namespace {
 
 std::string byteText(const unsigned char* bytes, std::size_t size, std::size_t at) {
@@ -19,13 +21,15 @@ std::string firstByteThatDiffers(const unsigned char* library, std::size_t libra
 }
 
 std::optional<std::string> difference(const Effect& library, const Effect& model) {
-  if (library.line != model.line) return "the library says  " + library.line + "\n  the model says    " + model.line;
+  const std::string line = kit::visible(model.line);
+  const std::string state = kit::visible(model.state);
+  if (library.line != line) return "the library says  " + library.line + "\n  the model says    " + line;
   if (library.bytes != model.bytes) {
     return "in \"" + library.line + "\" " +
            firstByteThatDiffers(library.bytes.data(), library.bytes.size(), model.bytes.data(), model.bytes.size());
   }
-  if (library.state != model.state) {
-    return "at \"" + library.line + "\"\n  the library is in " + library.state + "\n  the model is in   " + model.state;
+  if (library.state != state) {
+    return "at \"" + library.line + "\"\n  the library is in " + library.state + "\n  the model is in   " + state;
   }
   return {};
 }
@@ -51,4 +55,4 @@ std::optional<std::string> difference(const std::vector<Field>& library, const s
   return {};
 }
 
-}  // namespace model
+}  // namespace oracle

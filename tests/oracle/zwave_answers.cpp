@@ -1,7 +1,7 @@
 #include "model.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr int kFailedNode = 255;
@@ -153,4 +153,4 @@ void Model::zwaveLeft() {
   state = 0;
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -1,8 +1,9 @@
 // The association service, told a second time and as plainly as possible: plain data, and one function for each thing
 // that can happen. It knows nothing of the library's code; record bytes are named by their offset on purpose.
-#ifndef TEMBRA_TESTS_MODEL_MODEL_H
-#define TEMBRA_TESTS_MODEL_MODEL_H
+#ifndef TEMBRA_TESTS_ORACLE_MODEL_H
+#define TEMBRA_TESTS_ORACLE_MODEL_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,7 +11,7 @@
 #include "effect.h"
 #include "record.h"
 
-namespace model {
+namespace oracle {
 
 struct ZwaveDevice;
 struct ZigbeeDevice;
@@ -59,7 +60,7 @@ struct Model {
   bool authorised = false;
   int sendsToFail = 0;
   bool callback = true;
-  std::vector<Step> inCallback;
+  std::function<void(Model&)> inCallback;  // what the callback does from now on
   bool isInCallback = false;
   Record<4104>* delivered = nullptr;  // what the callback under way got
 
@@ -151,7 +152,7 @@ struct Model {
   // ------------------------------------------------------------------------------------
   void log(int level, const std::string& text);
   void line(const std::string& text);
-  void result(const std::string& text) { line("result " + kit::visible(text)); }
+  void result(const std::string& text) { line("result " + text); }
   bool send(int server, const Bytes& datagram);
   bool sendToHa(int kind, const Bytes& record);
   void deliver(Record<4104>& event);
@@ -166,6 +167,6 @@ std::string typeName(int type);
 std::string macOf(const std::string& bridgeId);
 std::string bridgeIdOf(const std::string& mac);
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

@@ -2,7 +2,7 @@
 #include "model.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr int kWebServer = 1;
@@ -105,4 +105,4 @@ void Model::nestAnswer() {
   if (role == kWebServer) closeSilently();
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -1,7 +1,7 @@
 #include "model.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 void Model::zigbeeAnswer() {
   std::copy_n(buffer.bytes.begin(), zbDevice.bytes.size(), zbDevice.bytes.begin());
   if (state == 1) zigbeeAdding(zbDevice.byte(kZigbeeMessage));
@@ -114,4 +114,4 @@ void Model::zigbeeLeaving() {
   state = 0;
 }
 
-}  // namespace model
+}  // namespace oracle

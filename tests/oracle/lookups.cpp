@@ -2,7 +2,7 @@
 #include "model.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr int kZwaveRecord = 2;
@@ -80,4 +80,4 @@ void Model::findZigbeeDevice() {
   if (!found) zbDevice.setByte(kZigbeeMessage, 12);
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -3,7 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-namespace model {
+namespace oracle {
 
 std::string formatted(const char* format, ...) {
   char line[200] = {};
@@ -14,4 +14,4 @@ std::string formatted(const char* format, ...) {
   return line;
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -1,16 +1,14 @@
-// What can be seen of a step, and how two accounts of it are told apart.
-#ifndef TEMBRA_TESTS_MODEL_EFFECT_H
-#define TEMBRA_TESTS_MODEL_EFFECT_H
+// What can be seen of the service: one line for each thing that it does, and its fields afterwards.
+#ifndef TEMBRA_TESTS_ORACLE_EFFECT_H
+#define TEMBRA_TESTS_ORACLE_EFFECT_H
 
-#include <optional>
+#include <cstddef>
 #include <string>
 #include <vector>
 
-#include "kit/trace.h"
+namespace oracle {
 
-namespace model {
-
-using kit::Bytes;
+using Bytes = std::vector<unsigned char>;
 
 /// One line of the common order: a log line, a datagram sent, an event, a sleep, a time-out set, a result.
 struct Effect {
@@ -19,7 +17,7 @@ struct Effect {
   std::string state;  // the service's state at that moment, for log lines, datagrams and events
 };
 
-/// A field of the service after a step.
+/// A field of the service.
 struct Field {
   const char* name;
   const unsigned char* bytes;
@@ -31,10 +29,6 @@ Field fieldOf(const char* name, const Plain& value) {
   return {name, reinterpret_cast<const unsigned char*>(&value), sizeof value};
 }
 
-/// The first difference, in words.
-std::optional<std::string> difference(const std::vector<Effect>& library, const std::vector<Effect>& model);
-std::optional<std::string> difference(const std::vector<Field>& library, const std::vector<Field>& model);
-
-}  // namespace model
+}  // namespace oracle
 
 #endif

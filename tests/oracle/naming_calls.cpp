@@ -1,7 +1,7 @@
 #include "model.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 struct Rewrite {
@@ -97,4 +97,4 @@ int Model::finish() {
   return sent ? 0 : -1;
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -1,6 +1,6 @@
 #include "model.h"
 
-namespace model {
+namespace oracle {
 
 int Model::open() {
   if (running != 0) {
@@ -38,4 +38,4 @@ void Model::close() {
   if (wasOpen) beginPass();
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -3,7 +3,7 @@
 #include "model.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr std::size_t kReasonLength = 1024;
@@ -86,4 +86,4 @@ void Model::setTimeout(int seconds, const char* line) {
   log(0, line);
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -1,6 +1,6 @@
 // Records as bytes with offsets: nothing here is shared with the library's own structs.
-#ifndef TEMBRA_TESTS_MODEL_RECORD_H
-#define TEMBRA_TESTS_MODEL_RECORD_H
+#ifndef TEMBRA_TESTS_ORACLE_RECORD_H
+#define TEMBRA_TESTS_ORACLE_RECORD_H
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string>
 
-namespace model {
+namespace oracle {
 
 template <std::size_t Size>
 struct Record {
@@ -49,6 +49,6 @@ struct Record {
   }
 };
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

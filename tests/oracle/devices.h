@@ -1,13 +1,13 @@
 // The devices that take part in the runs, and what becomes of each, written out by hand.
-#ifndef TEMBRA_TESTS_MODEL_DEVICES_H
-#define TEMBRA_TESTS_MODEL_DEVICES_H
+#ifndef TEMBRA_TESTS_ORACLE_DEVICES_H
+#define TEMBRA_TESTS_ORACLE_DEVICES_H
 
 #include <string>
 #include <vector>
 
 #include "record.h"
 
-namespace model {
+namespace oracle {
 
 struct ZwaveValue {
   int commandClass, index, instance;
@@ -76,6 +76,6 @@ const ZwaveDevice* find(const Record<1036>& block);
 const ZigbeeDevice* find(const Record<444>& description);
 const HueEntry* findHueEntry(const std::string& json);
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

@@ -1,13 +1,22 @@
 // The device database as a plain list of records in the order of the file.
-#ifndef TEMBRA_TESTS_MODEL_DATABASE_H
-#define TEMBRA_TESTS_MODEL_DATABASE_H
+#ifndef TEMBRA_TESTS_ORACLE_DATABASE_H
+#define TEMBRA_TESTS_ORACLE_DATABASE_H
 
-#include <functional>
 #include <optional>
+#include <string>
+#include <vector>
 
-#include "step.h"
+#include "effect.h"
 
-namespace model {
+namespace oracle {
+
+/// A record of the device database.
+struct Row {
+  std::string key;
+  Bytes value;
+};
+
+enum class Health { Good, NeedsRepair, CannotBeOpened, Missing };
 
 struct Database {
   std::vector<Row> rows;
@@ -26,6 +35,6 @@ std::string textAt(const Row& row, std::size_t offset);
 bool isZwaveNode(const Row& row, int node);
 bool isZigbeeAddress(const Row& row, int address);
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

@@ -1,13 +1,13 @@
-#ifndef TEMBRA_TESTS_MODEL_FORMATTED_H
-#define TEMBRA_TESTS_MODEL_FORMATTED_H
+#ifndef TEMBRA_TESTS_ORACLE_FORMATTED_H
+#define TEMBRA_TESTS_ORACLE_FORMATTED_H
 
 #include <string>
 
-namespace model {
+namespace oracle {
 
 /// A short line, printf-like.
 [[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...);
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

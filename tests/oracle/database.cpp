@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr std::size_t kMostOfADevice = 512;
@@ -47,4 +47,4 @@ bool isZwaveNode(const Row& row, int node) {
 
 bool isZigbeeAddress(const Row& row, int address) { return wordAt(row, kDeviceAddress) == address; }
 
-}  // namespace model
+}  // namespace oracle

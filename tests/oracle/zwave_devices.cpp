@@ -1,7 +1,7 @@
 #include "devices.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr int kEndOfClasses = 255;
@@ -162,4 +162,4 @@ const ZwaveDevice* find(const Record<1036>& block) {
   return nullptr;
 }
 
-}  // namespace model
+}  // namespace oracle

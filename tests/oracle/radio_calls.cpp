@@ -1,7 +1,7 @@
 #include "model.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr int kBothRadios = 3;
@@ -97,4 +97,4 @@ void Model::reset(int type) {
   wait(7);
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -3,7 +3,7 @@
 #include "model.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr std::size_t kMostIndexes = 31;
@@ -144,4 +144,4 @@ bool Model::listSubTypes(int type) {
   return !list.empty();
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -2,9 +2,8 @@
 
 #include "model.h"
 #include "offsets.h"
-#include "operations.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 struct Destination {
@@ -21,7 +20,7 @@ Bytes eventBytes(const Record<4104>& event) { return {event.bytes.begin(), event
 }  // namespace
 
 void Model::log(int level, const std::string& text) {
-  effects.push_back({"log " + std::to_string(level) + " " + kit::visible(text), {}, stateText()});
+  effects.push_back({"log " + std::to_string(level) + " " + text, {}, stateText()});
 }
 
 void Model::line(const std::string& text) { effects.push_back({text, {}, {}}); }
@@ -29,7 +28,7 @@ void Model::line(const std::string& text) { effects.push_back({text, {}, {}}); }
 std::string Model::stateText() const {
   return "state " + std::to_string(state) + " idle " + std::to_string(idle) + " last " + std::to_string(lastEventCode) +
          " cancel " + std::to_string(cancelTarget) + " radio " + std::to_string(activeRadio) + " cmdtype " +
-         kit::visible(cmdtype.text());
+         cmdtype.text();
 }
 
 // A connection that is closed has descriptor 0, which is no socket.
@@ -62,11 +61,11 @@ void Model::deliver(Record<4104>& event) {
   effects.push_back(
       {"event " + std::to_string(event.number(kEventCode)) + " source " + std::to_string(event.number(kEventSource)),
        eventBytes(event), stateText()});
-  if (isInCallback || inCallback.empty()) return;
+  if (isInCallback || !inCallback) return;
   isInCallback = true;
   delivered = &event;
-  const Step step = inCallback.front();
-  step.operation->onModel(*this, step);
+  const auto plan = inCallback;
+  plan(*this);
   delivered = nullptr;
   isInCallback = false;
 }
@@ -119,4 +118,4 @@ std::string typeName(int type) {
   return name;
 }
 
-}  // namespace model
+}  // namespace oracle

@@ -1,10 +1,10 @@
 // Where things stand in the records, and the numbers of the servers.
-#ifndef TEMBRA_TESTS_MODEL_OFFSETS_H
-#define TEMBRA_TESTS_MODEL_OFFSETS_H
+#ifndef TEMBRA_TESTS_ORACLE_OFFSETS_H
+#define TEMBRA_TESTS_ORACLE_OFFSETS_H
 
 #include <cstddef>
 
-namespace model {
+namespace oracle {
 
 /// As destinations of datagrams and as sources of events.
 enum Server : int { kZigbee = 1, kZwave = 2, kHue = 3, kNest = 4, kHa = 5 };
@@ -65,6 +65,6 @@ inline constexpr std::size_t kDeviceKind = 400;
 inline constexpr std::size_t kDeviceTypeName = 440;
 inline constexpr std::size_t kIndexValue = 34;
 
-}  // namespace model
+}  // namespace oracle
 
 #endif

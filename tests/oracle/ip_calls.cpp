@@ -1,7 +1,7 @@
 #include "model.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr int kDiscover = 114;
@@ -101,4 +101,4 @@ std::string Model::bridgeList() {
   return list + "]}";
 }
 
-}  // namespace model
+}  // namespace oracle

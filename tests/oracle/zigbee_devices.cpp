@@ -1,7 +1,7 @@
 #include "devices.h"
 #include "offsets.h"
 
-namespace model {
+namespace oracle {
 namespace {
 
 constexpr int kEndOfClusters = 0xFFFF;
@@ -182,4 +182,4 @@ const ZigbeeDevice* find(const Record<444>& description) {
   return nullptr;
 }
 
-}  // namespace model
+}  // namespace oracle

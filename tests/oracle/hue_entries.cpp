@@ -1,6 +1,6 @@
 #include "devices.h"
 
-namespace model {
+namespace oracle {
 
 const std::vector<HueEntry>& hueEntries() {
   static const std::vector<HueEntry> entries = {
@@ -25,4 +25,4 @@ const HueEntry* findHueEntry(const std::string& json) {
   return nullptr;
 }
 
-}  // namespace model
+}  // namespace oracle
