@@ -43,7 +43,7 @@ struct ZwNodeInfo {
   char location[180];                ///< device location
   unsigned char requestMark;         ///< 255: the block announces an added device, 254: a removed one
   ZwIndexEntry indexes[31];          ///< value slots of the device, up to one of type 0
-  unsigned char indexesEnd;          ///< type byte of an entry 31 that has no room for more: only ever an end mark
+  unsigned char indexesEnd;          ///< type byte of entry 31, whose instance has no room: an end mark
 };
 static_assert(sizeof(ZwNodeInfo) == 1036, "a Z-Wave node block is 1036 bytes");
 TEMBRA_FIELD_AT(ZwNodeInfo, nodeId, 0);

@@ -122,20 +122,22 @@ TEST(ChangeIndexTest, StopsAtTheFirstEmptySlot) {
   EXPECT_EQ(router.takeTrace(), "");
 }
 
-TEST(ChangeIndexTest, ATableWithoutEndIsWalkedFor31Slots) {
+TEST(ChangeIndexTest, ATableWithoutEndIsWalkedToTheLastByteOfTheRecord) {
   Router router;
   TembraAssociation& assoc = router.connect();
   ZwNodeInfo& node = assoc.zwNodeWork;
   std::fill(std::begin(node.indexes), std::end(node.indexes), ZwIndexEntry{5, 5});
   node.indexes[30].type = 6;
-  node.indexesEnd = 77;
+  node.indexesEnd = 14;
   std::memset(&assoc.zwNodeRx, 77, sizeof assoc.zwNodeRx);
   assoc.ChangeIndexType(index(77), index(99));
-  EXPECT_EQ(node.indexesEnd, 77);
-  EXPECT_EQ(assoc.zwNodeRx.nodeId, 77);
+  EXPECT_EQ(assoc.zwNodeRx.nodeId, 77) << "stands behind the record";
   EXPECT_EQ(router.takeTrace(), "");
   assoc.ChangeIndexType(index(6), index(99));
   EXPECT_EQ(node.indexes[30].type, 99);
+  assoc.GenericIndexType(DEVTYPE_ZWAVE_SMOKE_SENSOR);
+  EXPECT_EQ(node.indexesEnd, 15);
+  EXPECT_EQ(router.takeTrace(), foundTimes(2));
 }
 
 TEST(ChangeIndexTest, LeavesTheZigbeeRecordAlone) {

@@ -63,7 +63,7 @@ void Model::rewriteIndexes(int type) {
 }
 
 void Model::rewriteIndex(int from, int to) {
-  for (std::size_t at = kNodeIndexes; at + 1 < zwWork.bytes.size(); at += 2) {
+  for (std::size_t at = kNodeIndexes; at < zwWork.bytes.size(); at += 2) {
     if (zwWork.byte(at) == 0) return;
     if (zwWork.byte(at) != from) continue;
     zwWork.setByte(at, to);

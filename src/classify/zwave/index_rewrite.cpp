@@ -1,6 +1,8 @@
 // Index slots of a generic Z-Wave device, renamed for the type that the user chose.
 #include <tembra/association.h>
 
+#include <cstddef>
+
 #include "support/log.h"
 #include "support/state_lock.h"
 
@@ -41,12 +43,14 @@ void TembraAssociation::GenericIndexType(DevType type) {
   }
 }
 
+// The record's last byte is the type of an entry, too, whose instance has no room.
 void TembraAssociation::ChangeIndexType(IndexType from, IndexType to) {
   const StateLock lock;
-  for (ZwIndexEntry& entry : zwNodeWork.indexes) {
-    if (entry.type == INDEX_NONE) return;
-    if (entry.type != from) continue;
-    entry.type = static_cast<unsigned char>(to);
+  auto* record = reinterpret_cast<unsigned char*>(&zwNodeWork);
+  for (std::size_t at = offsetof(ZwNodeInfo, indexes); at < sizeof zwNodeWork; at += sizeof(ZwIndexEntry)) {
+    if (record[at] == INDEX_NONE) return;
+    if (record[at] != from) continue;
+    record[at] = static_cast<unsigned char>(to);
     tembra::log(*this, Level::Detail, "ChangeIndexType:: IndexType Found");  // [sic] no prefix
     return;
   }
