@@ -32,6 +32,7 @@ struct FullTable {
   ZigbeeDevice device;
   int indexes;
   int lastEntry;  // type of entry `indexes`
+  char nameAt1 = '*';
 };
 
 const FullTable kFullTables[] = {
@@ -39,7 +40,7 @@ const FullTable kFullTables[] = {
     {"29 entries", repeated(0x0006, 29), 29, 1},
     {"30 entries", repeated(0x0006, 30), 29, 1},
     {"150 entries", repeated(0x0201, 30), 29, 38},
-    {"30 measurements", repeated(0x0B04, 30), 29, 86},
+    {"30 measurements", repeated(0x0B04, 30), 29, 86, 1},
     {"30 meters", repeated(0x0702, 30), 29, 108},
     {"30 zones", repeated(0x0500, 30).zone(0x0015), 29, 12},
     {"a camera in the last place", repeated(0x0006, 27).clusters({0x0500, 0x0503}), 29, 12},
@@ -60,12 +61,58 @@ TEST(OddRecordsTest, EntriesBeyondTheTableAreDropped) {
     EXPECT_EQ(record.indexes[row.indexes - 1].type, row.lastEntry) << row.title;
     EXPECT_EQ(found.entries.substr(found.entries.size() - 4), " end") << row.title;
     EXPECT_EQ(record.name[0], row.indexes == 29 ? '\xFF' : '*') << "the end mark behind entry 29: " << row.title;
-    EXPECT_EQ(record.name[1], '*') << row.title;
+    EXPECT_EQ(record.name[1], row.nameAt1) << row.title;
     EXPECT_NE(found.log.find(" and indexes:" + std::to_string(row.indexes) + " "), std::string::npos) << row.title;
     expectAgreement(router, device.info());
     ++checked;
   }
   EXPECT_EQ(checked, 9);
+}
+
+namespace {
+
+constexpr unsigned char kMeasured = 7;
+
+struct Measurement {
+  ZigbeeDevice before;
+  std::size_t behind;  // offset of the first endpoint behind the table
+  std::size_t count;   // endpoints behind the table
+};
+
+const Measurement kMeasurements[] = {
+    {repeated(0x0006, 16), 379, 0},  {repeated(0x0006, 17), 379, 1},  {repeated(0x0006, 28), 379, 12},
+    {repeated(0x0006, 29), 379, 13}, {repeated(0x0201, 10), 421, 12},
+};
+
+}  // namespace
+
+TEST(OddRecordsTest, TheMeasurementsEndpointsRunOnBehindTheTableUpToTheRecordsEnd) {
+  Router router;
+  Agreement agreement(router);
+  std::size_t checked = 0;
+  for (const Measurement& row : kMeasurements) {
+    ZigbeeDevice device = row.before;
+    device.cluster(0x0B04, kMeasured);
+    router.assoc().zbDevice = device.info();
+    agreement.check(device.info(), 17);
+    const auto* bytes = reinterpret_cast<const unsigned char*>(&router.assoc().zbDevice);
+    for (std::size_t at = 379; at < sizeof(ZbDeviceInfo); at += 2) {
+      const bool written = at >= row.behind && at < row.behind + 2 * row.count;
+      EXPECT_EQ(bytes[at], written ? kMeasured : 0) << at;
+    }
+    ++checked;
+  }
+  EXPECT_EQ(checked, 5U);
+  agreement.expectNothingElseTouched();
+}
+
+TEST(OddRecordsTest, ANameIsWrittenOverTheEndpointsBehindTheTable) {
+  Router router;
+  classify(router, repeated(0x0006, 29).cluster(0x0B04, kMeasured));
+  char name[] = "abc";
+  router.assoc().setDevName(name);
+  router.assoc().addingDone();
+  EXPECT_EQ(std::memcmp(router.assoc().zbDevice.name, "abc\0\0\7\0\7", 8), 0);
 }
 
 TEST(OddRecordsTest, AListWithoutEndMarkHasThirtyClusters) {

@@ -67,6 +67,7 @@ class Walk {
 
   // Entries behind the last place are dropped.
   void addType(unsigned type) {
+    ++asked_;
     if (slot_ > kMostIndexEntries) return;
     setByte(318 + 2 * slot_, type);
     ++slot_;
@@ -117,6 +118,7 @@ class Walk {
   const std::string manufacturer_ = text(132, 80);
   const std::string model_ = text(296, 22);
   int slot_ = 1;
+  int asked_ = 1;  // the slot, had the table no end
   int found_ = 0;
   unsigned endpoint_ = 0;
   bool failed_ = false;
@@ -302,7 +304,7 @@ void Walk::unsettleZone() {
 }
 
 void Walk::electricalMeasurement() {
-  for (int at = slot_; at < slot_ + 13 && at <= kMostIndexEntries; ++at) setByte(319 + 2 * at, endpoint_);
+  for (int at = asked_; at < asked_ + 13 && 319 + 2 * at < 444; ++at) setByte(319 + 2 * at, endpoint_);
   for (const unsigned type : {86U, 52U, 53U, 54U}) addType(type);
   ++found_;
   if (type() == 1) meteringSwitch();

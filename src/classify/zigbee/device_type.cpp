@@ -67,7 +67,7 @@ bool Classifier::visit(std::size_t position) {
   }
   if (rule->cluster == ZB_ELECTRICAL_MEASUREMENT) {
     // The endpoint goes into thirteen entries of which four are used [sic]; later entries overwrite their own.
-    for (std::size_t i = 0; i < kMeasurementEndpoints; ++i) table_.setEndpoint(table_.slot() + i, endpoint);
+    table_.setEndpoints(kMeasurementEndpoints, endpoint);
   }
   for (const unsigned char entry : rule->entries) {
     if (entry != 0) table_.add(entry, endpoint);
