@@ -49,7 +49,6 @@ OUTSIDE(ssize_t, pread, (int descriptor, void* data, size_t size, off_t offset),
 OUTSIDE(hostent*, gethostbyname, (const char* name), (name))
 OUTSIDE(servent*, getservbyname, (const char* name, const char* protocol), (name, protocol))
 OUTSIDE(FILE*, popen, (const char* command, const char* mode), (command, mode))
-OUTSIDE(FILE*, fopen, (const char* name, const char* mode), (name, mode))
 OUTSIDE(char*, fgets, (char* text, int size, FILE* file), (text, size, file))
 OUTSIDE(int, pclose, (FILE * file), (file))
 OUTSIDE_NOEXCEPT(int, pthread_create,

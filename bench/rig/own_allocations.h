@@ -1,5 +1,5 @@
 // Heap allocations of the library's own code: not those of the Depot library, of the router's libraries or of the C
-// library's popen, fopen and name look-ups, which the library has to call.
+// library's popen and name look-ups, which the library has to call.
 #ifndef TEMBRA_BENCH_RIG_OWN_ALLOCATIONS_H
 #define TEMBRA_BENCH_RIG_OWN_ALLOCATIONS_H
 

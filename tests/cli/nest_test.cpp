@@ -1,5 +1,6 @@
 // The Nest account: linked, unlinked, and whether it is.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "support/database.h"
 #include "support/sim_router.h"
@@ -30,6 +31,11 @@ TEST(Nest, StatusNeedsNoServer) {
   EXPECT_EQ(before.output, "{\"linked\":false}\n");
   writeFile("/tmp/Authcode", "");
   EXPECT_EQ(runAssoc({"nest", "status", "--json"}).output, "{\"linked\":true}\n");
+}
+
+TEST(Nest, APipeInTheCodesPlaceHoldsNobody) {
+  ASSERT_EQ(mkfifo("/tmp/Authcode", 0666), 0);
+  EXPECT_EQ(runAssoc({"nest", "status"}).status, 0);
 }
 
 TEST(Nest, FailsWithoutItsServer) {

@@ -1,5 +1,8 @@
 // Commands to the Nest server, and whether an account is linked.
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
@@ -116,6 +119,32 @@ TEST(NestCheckTest, ACodeIsThereWhenItsFileCanBeRead) {
   EXPECT_EQ(router.takeTrace(), "") << "nothing is sent, logged or printed";
 }
 
+// Any user can make one. An alarm ends a test that waits for a writer.
+TEST(NestCheckTest, APipeHoldsNobody) {
+  Router router;
+  ASSERT_EQ(mkfifo(kAuthcode, 0666), 0);
+  alarm(10);
+  EXPECT_EQ(router.assoc().Nest_checkExist(), 1);
+  fs::remove(kAuthcode);
+  ASSERT_EQ(mkfifo("/tmp/pipe", 0666), 0);
+  fs::create_symlink("/tmp/pipe", kAuthcode);
+  EXPECT_EQ(router.assoc().Nest_checkExist(), 1);
+  alarm(0);
+}
+
+// Opening a device sets it to work: a watchdog would restart the router. This folder stands for one: any opening shows.
+TEST(NestCheckTest, WhatALinkLeadsToIsNotOpened) {
+  Router router;
+  fs::create_directory("/tmp/device");
+  const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  ASSERT_GE(inotify_add_watch(watch, "/tmp/device", IN_OPEN), 0);
+  fs::create_symlink("/tmp/device", kAuthcode);
+  EXPECT_EQ(router.assoc().Nest_checkExist(), 1);
+  inotify_event opened{};
+  EXPECT_EQ(read(watch, &opened, sizeof opened), -1);
+  close(watch);
+}
+
 TEST(NestCheckTest, AFileThatCannotBeReadIsNoCode) {
   Router router;
   std::ofstream(kAuthcode) << "c.AbCd1234";
@@ -126,7 +155,7 @@ TEST(NestCheckTest, AFileThatCannotBeReadIsNoCode) {
   EXPECT_EQ(router.assoc().Nest_checkExist(), 1);
 }
 
-TEST(NestCheckTest, TheFileIsClosedAtOnce) {
+TEST(NestCheckTest, NoDescriptorStaysOpen) {
   Router router;
   std::ofstream(kAuthcode).close();
   const auto before = openDescriptors();

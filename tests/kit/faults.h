@@ -49,8 +49,7 @@ enum class Call {
   ReadAt,            // pread
   MapMemory,         // mmap
   UnmapMemory,       // munmap; the memory is given back all the same
-  OpenFile,          // fopen
-  CloseFile,         // fclose; the file is closed all the same
+  AskForAccess,      // faccessat
   DeleteFile,        // remove
   FindHost,          // gethostbyname
   FindService,       // getservbyname

@@ -50,17 +50,9 @@ extern "C" int pclose(FILE* file) {
   return strikes(Call::EndCommand, __builtin_return_address(0)) ? -1 : status;
 }
 
-extern "C" FILE* fopen(const char* name, const char* mode) {
-  KIT_REAL(fopen);
-  if (strikes(Call::OpenFile, __builtin_return_address(0))) return nullptr;
-  const LibraryCall inside(isWatched(__builtin_return_address(0)));
-  return real(name, mode);
-}
-
-extern "C" int fclose(FILE* file) {
-  KIT_REAL(fclose);
-  const int result = real(file);
-  return strikes(Call::CloseFile, __builtin_return_address(0)) ? EOF : result;
+extern "C" int faccessat(int folder, const char* name, int rights, int flags) noexcept {
+  KIT_REAL(faccessat);
+  return strikes(Call::AskForAccess, __builtin_return_address(0)) ? -1 : real(folder, name, rights, flags);
 }
 
 extern "C" int remove(const char* name) noexcept {

@@ -79,7 +79,7 @@ constexpr Row kRows[] = {
     {"Hue", "", "bridge 10.0.0.2 25"},
     {"Hue", "malloc", "bridge empty 25"},
     {"Nest", "", "linked 1 44"},
-    {"Nest", "fopen malloc", "linked 0 44"},
+    {"Nest", "faccessat", "linked 0 44"},
 
     // A damaged file that cannot be repaired is deleted, unless there was no descriptor, memory or disk space for it.
     // Depot's repair does without a record that it has no memory for.
