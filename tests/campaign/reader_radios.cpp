@@ -105,10 +105,10 @@ void Reader::zigbeeJoins(Time now, int status) {
 }
 
 void Reader::zigbeeLeft(Time now, int status) {
+  if (status != 2 && status != 12) return;
   const unsigned address = received<ZbDeviceInfo>().shortAddress;
   const auto hasAddress = [address](const StoredDevice& device) { return device.zigbeeAddress == address; };
   const bool known = std::any_of(record_.before.devices.begin(), record_.before.devices.end(), hasAddress);
-  if (known && status != 2 && status != 12) return;
   awaits_ = Awaits::kNothing;
   cancelOther(now, Server::kZigbee);
   const bool leaves = known && status == 2;

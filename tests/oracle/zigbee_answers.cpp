@@ -90,9 +90,10 @@ void Model::zigbeeDescribed() {
 }
 
 void Model::zigbeeLeaving() {
+  int status = zbDevice.byte(kZigbeeMessage);
   findZigbeeDevice();
-  const int status = zbDevice.byte(kZigbeeMessage);
   if (status != 2 && status != 12) return;
+  if (zbDevice.byte(kZigbeeMessage) == 12) status = 12;
   activeRadio = kZigbee;
   cancel(2);
   if (status == 2) {

@@ -67,10 +67,10 @@ constexpr Rule kRules[] = {
     {"1", "zb3", "", K, K, K, K, T, K},
     {"1", "zb5 zb12 zb12stranger", "", 0, K, K, K, T, K},
 
-    // While a remove waits, every answer about a stranger says "unknown"; in all other states there is nothing to say.
+    // While a remove waits, a stranger that left is "unknown"; in all other states there is nothing to say.
     {"2", "zb2", "cancel-zwave drop-zigbee 11/1", 0, 1, 0, 1, T, K},
-    {"2", "zb12 zb1stranger zb2stranger zb12stranger", "cancel-zwave 12/1", 0, 1, 0, 1, T, K},
-    {"2", "zb1 zb3 zb5 zb6 zb10plain zb10types zb10refused zb11", "", K, K, K, K, T, K},
+    {"2", "zb12 zb2stranger zb12stranger", "cancel-zwave 12/1", 0, 1, 0, 1, T, K},
+    {"2", "zb1 zb1stranger zb3 zb5 zb6 zb10plain zb10types zb10refused zb11", "", K, K, K, K, T, K},
     {"0 4 5 6 8", kEveryZigbee, "", K, K, K, K, T, K},
 
     // The Hue and the Nest server are heard in every state and change none.

@@ -65,10 +65,10 @@ TEST(ZigbeeRemoveTest, TheNoticeIsTheReceivedRecord) {
   EXPECT_TRUE(router.ha().receive().empty());
 }
 
-TEST(ZigbeeRemoveTest, AnUnknownDeviceIsReportedWhateverTheStatus) {
+TEST(ZigbeeRemoveTest, AnUnknownDeviceThatLeftIsReported) {
   Router router;
   TembraAssociation& assoc = removing(router);
-  for (const int status : {2, 5, 12}) {
+  for (const int status : {2, 12}) {
     assoc.removeDevZigbeeZwave();
     router.forget();
     router.zigbee().send(leaveAnswer(status, 0x4321));
@@ -83,6 +83,15 @@ TEST(ZigbeeRemoveTest, AnUnknownDeviceIsReportedWhateverTheStatus) {
     EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 1 cmdtype RemoveDevice");
     EXPECT_EQ(assoc.zbDevice.msgCode, 12) << status;
   }
+}
+
+TEST(ZigbeeRemoveTest, ProgressOfAnUnknownDeviceChangesTheRecordOnly) {
+  Router router;
+  removing(router);
+  router.zigbee().send(leaveAnswer(5, 0x4321));
+  EXPECT_EQ(router.takeTrace(), "");
+  EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
+  EXPECT_EQ(router.assoc().zbDevice.msgCode, 12);
 }
 
 TEST(ZigbeeRemoveTest, ProgressOfAKnownDeviceIsLookedUpEachTime) {

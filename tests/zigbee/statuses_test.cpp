@@ -63,9 +63,9 @@ Effect unknownRemoved() {
 }
 
 Effect whileRemoving(int status, bool known) {
-  if (!known) return unknownRemoved();
   Effect effect{"", untouched(2)};
-  if (status == 12) effect = unknownRemoved();
+  if (status == 12 || (status == 2 && !known)) effect = unknownRemoved();
+  if (!known) return effect;
   if (status == 2) {
     effect = {lines({kCancelling, kCancel, R"(send ha 4100 zigbee address 4660 message 2 type 0 name "" location "")",
                      "log 0 libTembraAssoc:Sensor name Lamp is removed (Zigbee)", "event 11 source 1"}),

@@ -173,13 +173,16 @@ bool ZigbeeFlow::announceCreated() {
   return true;
 }
 
-// The look-up comes first, whatever the status, and makes it "unknown" when the device is not in the database.
+// The look-up comes first, whatever the status, and makes the stored one "unknown" when the device is not in the
+// database. Whether the answer ends the removal is decided by the received one.
 void ZigbeeFlow::removeAnswered() {
+  const unsigned char received = assoc_.zbDevice.msgCode;
   const ZigbeeLookup lookup = findZigbeeDevice(assoc_, assoc_.zbDevice.shortAddress);
   if (!flow_.connection.isOpen()) return;
   if (lookup.unknown) assoc_.zbDevice.msgCode = kRemovedUnknown;
-  if (assoc_.zbDevice.msgCode == kRemoved) return deviceRemoved();
-  if (assoc_.zbDevice.msgCode == kRemovedUnknown) return unknownDeviceRemoved();
+  if (received != kRemoved && received != kRemovedUnknown) return;
+  const bool unknown = received == kRemovedUnknown || assoc_.zbDevice.msgCode == kRemovedUnknown;
+  unknown ? unknownDeviceRemoved() : deviceRemoved();
 }
 
 void ZigbeeFlow::deviceRemoved() {
