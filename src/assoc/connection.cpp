@@ -82,13 +82,13 @@ int openBoundSocket(const TembraAssociation& assoc) {
 
 // Runs the router's command without the lock; its text ends up in tempStr. False when the connection was closed or
 // replaced meanwhile.
-bool readMeshId(const TembraAssociation& assoc, tembra::ConnectionNumber number) {
+bool readMeshId(const TembraAssociation& assoc, int descriptor, tembra::ConnectionNumber number) {
   char text[tembra::kMeshIdTextSize] = {};
   {
     const tembra::StateUnlocked unlocked;
     GetMeshId(text);
   }
-  if (assoc.running == 0 || currentNumber != number) return false;
+  if (assoc.sock != descriptor || currentNumber != number) return false;
   tembra::copyText(tempStr, text);
   local_meshID = std::atoi(text);
   return true;
@@ -138,7 +138,7 @@ int TembraAssociation::checkAssocConnection() {
   running = 1;
   const tembra::ConnectionNumber number = ++currentNumber;
   tembra::setAssociationMeshId(tembra::kMeshIdUnknown);
-  if (!readMeshId(*this, number)) return -1;
+  if (!readMeshId(*this, descriptor, number)) return -1;
   Start start{*this, {}, {}};
   const int error = startReceiver(start);
   if (currentNumber == number) tembra::clearCommandType();
@@ -173,7 +173,7 @@ void ReceiverLease::started() { std::exchange(awaitedStart, nullptr)->gate.endLa
 ReceiverLease::ReceiverLease(TembraAssociation& assoc)
     : assoc_(assoc), number_(currentNumber), descriptor_(assoc.sock) {}
 
-bool ReceiverLease::isOpen() const { return assoc_.running != 0 && !isSuperseded(); }
+bool ReceiverLease::isOpen() const { return assoc_.sock == descriptor_ && !isSuperseded(); }
 
 bool ReceiverLease::isSuperseded() const { return currentNumber != number_; }
 

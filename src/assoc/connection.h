@@ -24,7 +24,8 @@ class ReceiverLease {
 
   [[nodiscard]] int descriptor() const { return descriptor_; }
 
-  /// Whether this connection is open; call with the state lock held.
+  /// Whether this connection has neither been closed nor replaced; call with the state lock held. `running` plays no
+  /// part: where it is 0 without a closing, the step that is under way goes on.
   [[nodiscard]] bool isOpen() const;
 
   /// Whether another connection was opened since; call with the state lock held.

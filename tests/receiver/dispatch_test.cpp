@@ -146,3 +146,48 @@ TEST(ReceiveLoop, ClosingDuringAnAddTellsNothing) {
   EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:closing the Assoc Connection",
                                        "log 0 libTembraAssoc:exited receive thread\\n"}));
 }
+
+// `running` is looked at before the first receive and after each pass: what was received in between still counts.
+TEST(ReceiveLoop, HandlesWhatItReceivesAfterRunningBecameZero) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  assoc.addDevZigbeeZwave();
+  router.forget();
+  assoc.running = 0;
+  router.zwave().send(Node(5));
+  EXPECT_EQ(router.state(), "state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor");
+  EXPECT_EQ(router.takeEvents().size(), 1U);
+  const std::string trace = router.takeTrace();
+  EXPECT_NE(trace.find("timeout set to 60 sec...\nlog 0 libTembraAssoc:exited receive thread"), std::string::npos)
+      << trace;
+}
+
+TEST(ReceiveLoop, TimesOutOnceMoreAfterRunningBecameZero) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  assoc.addDevZigbeeZwave();
+  router.forget();
+  assoc.running = 0;
+  router.advance(180);
+  EXPECT_EQ(router.state(), "state 1 idle 1 last 0 cancel 0 radio 0 cmdtype AddDevice");
+  EXPECT_EQ(router.takeEvents().at(0).event.code, EVENT_TIMEOUT);
+  const std::string trace = router.takeTrace();
+  EXPECT_NE(trace.find("event 2 source 0\nlog 0 libTembraAssoc:exited receive thread"), std::string::npos) << trace;
+  router.advance(1000);
+  EXPECT_EQ(router.takeTrace(), "");
+}
+
+// Also behind a wait for the database, where a closed connection ends the flow.
+TEST(ReceiveLoop, EndsTheFlowInWhichRunningBecameZero) {
+  Router router;
+  router.database().put(kit::Device(12, "Lamp").zwave(5));
+  TembraAssociation& assoc = router.connect();
+  assoc.removeDevZigbeeZwave();
+  router.forget();
+  router.onLog([&assoc](const std::string& line) {
+    if (line == "libTembraAssoc:Removing Zwave device 5") assoc.running = 0;
+  });
+  router.zwave().send(Node(5));
+  EXPECT_EQ(router.state(), "state 6 idle 0 last 0 cancel 2 radio 2 cmdtype RemoveDevice");
+  EXPECT_EQ(router.takeEvents().at(0).event.code, EVENT_REMOVED);
+}

@@ -79,12 +79,12 @@ void pauseIfDescriptorIsLost(int error) {
 // The lock is held from one receive to the next.
 void Receiver::serve() {
   const StateLock lock;
-  while (receiveOnce()) {
+  while (assoc_.running != 0 && receiveOnce()) {
   }
 }
 
-// One pass of the loop. False when the connection is closed or replaced: then neither the datagram nor the end of the
-// wait means anything any more.
+// One pass of the loop. False when the connection was closed or replaced: then neither the datagram nor the end of the
+// wait means anything any more. Where `running` alone became 0 both are handled, and the loop ends afterwards.
 bool Receiver::receiveOnce() {
   if (!connection_.isOpen()) return false;
   ReceiverLease::beginReceive();
