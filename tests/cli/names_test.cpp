@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
+#include "kit/text.h"
 #include "support/program.h"
 
 namespace tembra::test {
@@ -37,18 +37,11 @@ constexpr Table kTables[] = {
     {"type", 10, "0  bool", "9  raw", "9", "raw", "241  unknown"},
 };
 
-std::vector<std::string> linesOf(const std::string& output) {
-  std::vector<std::string> lines;
-  std::istringstream stream(output);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
-
 TEST(Names, PrintsWholeTables) {
   for (const Table& table : kTables) {
     const Ended ended = runAssoc({"names", table.kind});
     EXPECT_EQ(ended.status, 0) << ended.errors;
-    const std::vector<std::string> lines = linesOf(ended.output);
+    const std::vector<std::string> lines = kit::linesOf(ended.output);
     ASSERT_EQ(lines.size(), table.rows) << table.kind;
     EXPECT_EQ(lines.front(), table.first);
     EXPECT_EQ(lines.back(), table.last);
@@ -66,7 +59,7 @@ TEST(Names, TranslatesInBothDirections) {
 TEST(Names, FindsEveryNameOfATable) {
   std::size_t found = 0;
   for (const char* kind : {"state", "error"}) {
-    for (const std::string& line : linesOf(runAssoc({"names", kind}).output)) {
+    for (const std::string& line : kit::linesOf(runAssoc({"names", kind}).output)) {
       found += runAssoc({"names", kind, line.substr(line.find("  ") + 2)}).output == line + "\n" ? 1 : 0;
     }
   }
@@ -76,7 +69,7 @@ TEST(Names, FindsEveryNameOfATable) {
 TEST(Names, WritesJson) {
   EXPECT_EQ(Json::parse(runAssoc({"names", "state", "3", "--json"}).output),
             Json::parse(R"({"value": 3, "name": ": command returned an error: "})"));
-  const std::vector<std::string> lines = linesOf(runAssoc({"--json", "names", "genre"}).output);
+  const std::vector<std::string> lines = kit::linesOf(runAssoc({"--json", "names", "genre"}).output);
   ASSERT_EQ(lines.size(), 5U);
   EXPECT_EQ(Json::parse(lines[2]), Json::parse(R"({"value": 2, "name": "config"})"));
 }

@@ -4,29 +4,23 @@
 #include <algorithm>
 #include <cctype>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "run_program.h"
+#include "kit/program.h"
+#include "kit/text.h"
 
 namespace {
 
-using tembra::test::freshPath;
-using tembra::test::linesOf;
-using tembra::test::Outcome;
-using tembra::test::runProgram;
+using kit::Ended;
+using kit::linesOf;
+using kit::Program;
+using kit::Settings;
 using Lines = std::vector<std::string>;
-using Settings = std::map<std::string, std::string>;
 
-Outcome logLines(const std::string& what, const Settings& settings) { return runProgram({LOG_LINES, what}, settings); }
-
-std::string contentOf(const std::string& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+Ended logLines(const std::string& what, const Settings& settings) { return Program({LOG_LINES, what}, settings).end(); }
 
 // "2026-01-31 12:00:00.000 [<process>:<thread>] " with any digits.
 bool isStamped(const std::string& line) {
@@ -62,86 +56,86 @@ const std::vector<LevelCase> kLevels = {
 TEST(Logger, WritesTheLinesOfTheLevelAndAboveToStandardError) {
   for (const char* target : {"", "stderr"}) {
     for (const LevelCase& row : kLevels) {
-      const Outcome outcome = logLines("every-level", {{"TEMBRA_LOG", target}, {"TEMBRA_LOG_LEVEL", row.level}});
-      EXPECT_EQ(messages(outcome.err), row.written) << target << " " << row.level;
-      EXPECT_EQ(outcome.out, "");
+      const Ended outcome = logLines("every-level", {{"TEMBRA_LOG", target}, {"TEMBRA_LOG_LEVEL", row.level}});
+      EXPECT_EQ(messages(outcome.errors), row.written) << target << " " << row.level;
+      EXPECT_EQ(outcome.output, "");
     }
   }
 }
 
 TEST(Logger, WithoutSettingsWritesWarningsAndErrorsToStandardError) {
-  const Outcome outcome = logLines("every-level", {});
-  EXPECT_EQ(messages(outcome.err), (Lines{"warning: said at 1", "error: said at 2"}));
-  EXPECT_EQ(outcome.out, "");
+  const Ended outcome = logLines("every-level", {});
+  EXPECT_EQ(messages(outcome.errors), (Lines{"warning: said at 1", "error: said at 2"}));
+  EXPECT_EQ(outcome.output, "");
 }
 
 TEST(Logger, AppendsTheSameLinesToAFile) {
-  const std::string path = freshPath("log");
+  const std::string path = "/tmp/log";
   Lines expected;
   for (const LevelCase& row : kLevels) {
-    const Outcome outcome = logLines("every-level", {{"TEMBRA_LOG", path}, {"TEMBRA_LOG_LEVEL", row.level}});
-    EXPECT_EQ(outcome.err, "");
+    const Ended outcome = logLines("every-level", {{"TEMBRA_LOG", path}, {"TEMBRA_LOG_LEVEL", row.level}});
+    EXPECT_EQ(outcome.errors, "");
     expected.insert(expected.end(), row.written.begin(), row.written.end());
-    EXPECT_EQ(messages(contentOf(path)), expected) << row.level;
+    EXPECT_EQ(messages(kit::readFile(path)), expected) << row.level;
   }
 }
 
 TEST(Logger, GivesTheSystemLogThePriorityAndThePlainText) {
-  const Outcome outcome = logLines("every-level", {{"TEMBRA_LOG", "syslog"}, {"TEMBRA_LOG_LEVEL", "detail"}});
-  EXPECT_EQ(linesOf(outcome.out),
+  const Ended outcome = logLines("every-level", {{"TEMBRA_LOG", "syslog"}, {"TEMBRA_LOG_LEVEL", "detail"}});
+  EXPECT_EQ(linesOf(outcome.output),
             (Lines{"syslog 6 said at 0", "syslog 4 said at 1", "syslog 3 said at 2", "syslog 7 said at 3"}));
-  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.errors, "");
 }
 
 TEST(Logger, SwitchedOffWritesNothing) {
   for (const LevelCase& row : kLevels) {
-    const Outcome outcome = logLines("every-level", {{"TEMBRA_LOG", "off"}, {"TEMBRA_LOG_LEVEL", row.level}});
-    EXPECT_EQ(outcome.err + outcome.out, "") << row.level;
+    const Ended outcome = logLines("every-level", {{"TEMBRA_LOG", "off"}, {"TEMBRA_LOG_LEVEL", row.level}});
+    EXPECT_EQ(outcome.errors + outcome.output, "") << row.level;
     EXPECT_EQ(outcome.status, 0);
   }
 }
 
 TEST(Logger, SaysOnceThatALevelIsUnknownAndTakesWarning) {
-  const Outcome outcome = logLines("every-level", {{"TEMBRA_LOG_LEVEL", "Loud"}});
-  EXPECT_EQ(messages(outcome.err),
+  const Ended outcome = logLines("every-level", {{"TEMBRA_LOG_LEVEL", "Loud"}});
+  EXPECT_EQ(messages(outcome.errors),
             (Lines{"tembra log: TEMBRA_LOG_LEVEL must be detail, progress, warning or error, not \"Loud\"",
                    "warning: said at 1", "error: said at 2"}));
 }
 
 TEST(Logger, SaysOnceThatAFileCannotBeWrittenAndTakesStandardError) {
   const std::string folder = testing::TempDir();
-  const Outcome outcome = logLines("every-level", {{"TEMBRA_LOG", folder}});
-  EXPECT_EQ(messages(outcome.err),
+  const Ended outcome = logLines("every-level", {{"TEMBRA_LOG", folder}});
+  EXPECT_EQ(messages(outcome.errors),
             (Lines{"tembra log: cannot write to " + folder + ": Is a directory; logging to standard error instead",
                    "warning: said at 1", "error: said at 2"}));
   EXPECT_EQ(outcome.status, 0);
 }
 
 TEST(Logger, MakesNoFolderForAFile) {
-  const std::string folder = freshPath("no-folder");
-  const Outcome outcome = logLines("every-level", {{"TEMBRA_LOG", folder + "/log"}});
-  EXPECT_EQ(messages(outcome.err).size(), 3U);
+  const std::string folder = "/tmp/no-folder";
+  const Ended outcome = logLines("every-level", {{"TEMBRA_LOG", folder + "/log"}});
+  EXPECT_EQ(messages(outcome.errors).size(), 3U);
   EXPECT_FALSE(std::ifstream(folder).good());
 }
 
 TEST(Logger, WritesOneLineWhateverTheTextHolds) {
-  const Outcome outcome = logLines("odd-texts", {});
-  EXPECT_EQ(messages(outcome.err),
+  const Ended outcome = logLines("odd-texts", {});
+  EXPECT_EQ(messages(outcome.errors),
             (Lines{"error: ", "error: ", "error: ends", "error: begins", "error: one two  three", "error: %s %n {} {0}",
                    "error: [31mred tab", "error:  blanks stay ", "error: caf\xc3\xa9", "error: (no text)",
                    "error: " + std::string(5000, 'x')}));
 }
 
 TEST(Logger, TakesUnknownLevelsForErrors) {
-  const Outcome outcome = logLines("odd-levels", {{"TEMBRA_LOG_LEVEL", "error"}});
-  EXPECT_EQ(messages(outcome.err), (Lines{"error: -2147483648", "error: -1", "error: 4", "error: 2147483647"}));
+  const Ended outcome = logLines("odd-levels", {{"TEMBRA_LOG_LEVEL", "error"}});
+  EXPECT_EQ(messages(outcome.errors), (Lines{"error: -2147483648", "error: -1", "error: 4", "error: 2147483647"}));
 }
 
 TEST(Logger, KeepsTheLinesOfManyThreadsWholeAndInEachThreadsOrder) {
-  const std::string path = freshPath("threads");
-  const Outcome outcome = logLines("threads", {{"TEMBRA_LOG", path}});
-  EXPECT_EQ(outcome.status, 0) << outcome.err;
-  const Lines lines = messages(contentOf(path));
+  const std::string path = "/tmp/threads";
+  const Ended outcome = logLines("threads", {{"TEMBRA_LOG", path}});
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  const Lines lines = messages(kit::readFile(path));
   EXPECT_EQ(lines.size(), 8U * 250U);
   std::map<std::string, int> next;
   for (const std::string& line : lines) {
@@ -153,8 +147,8 @@ TEST(Logger, KeepsTheLinesOfManyThreadsWholeAndInEachThreadsOrder) {
 
 TEST(Logger, LetsTheProcessEndWhileThreadsAreLogging) {
   for (int round = 0; round < 10; ++round) {
-    const Outcome outcome = logLines("outlive-main", {{"TEMBRA_LOG", "/dev/null"}});
-    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    const Ended outcome = logLines("outlive-main", {{"TEMBRA_LOG", "/dev/null"}});
+    ASSERT_EQ(outcome.status, 0) << outcome.errors;
   }
 }
 

@@ -1,25 +1,24 @@
 // The settings command of the stand-ins.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <string>
 #include <vector>
 
-#include "run_program.h"
+#include "kit/program.h"
+#include "kit/text.h"
 
 namespace {
 
-using tembra::test::freshPath;
-using tembra::test::Outcome;
-using tembra::test::runProgram;
+using kit::Ended;
+using kit::Program;
 
-Outcome nvramGet(const std::string& settingsFile, const std::string& key) {
-  return runProgram({NVRAM_GET, "2860", key}, {{"TEMBRA_NVRAM", settingsFile}});
+Ended nvramGet(const std::string& settingsFile, const std::string& key) {
+  return Program({NVRAM_GET, "2860", key}, {{"TEMBRA_NVRAM", settingsFile}}).end();
 }
 
 std::string settingsFile(const std::string& content) {
-  std::string path = freshPath("settings");
-  std::ofstream(path) << content;
+  std::string path = "/tmp/settings";
+  kit::writeFile(path, content);
   return path;
 }
 
@@ -41,9 +40,9 @@ TEST(NvramGet, PrintsTheValueOfTheKey) {
       {"MeshSlaveID=$(echo 9) `echo 9` $HOME ; echo 9 \\n %s *\n", "$(echo 9) `echo 9` $HOME ; echo 9 \\n %s *\n"},
   };
   for (const Found& row : cases) {
-    const Outcome outcome = nvramGet(settingsFile(row.content), "MeshSlaveID");
-    EXPECT_EQ(outcome.out, row.printed) << row.content;
-    EXPECT_EQ(outcome.err, "");
+    const Ended outcome = nvramGet(settingsFile(row.content), "MeshSlaveID");
+    EXPECT_EQ(outcome.output, row.printed) << row.content;
+    EXPECT_EQ(outcome.errors, "");
     EXPECT_EQ(outcome.status, 0);
   }
 }
@@ -51,19 +50,19 @@ TEST(NvramGet, PrintsTheValueOfTheKey) {
 TEST(NvramGet, PrintsNothingAndFailsWithoutTheKey) {
   const std::string file = settingsFile("MeshSlaveIDs=1\nXMeshSlaveID=2\n MeshSlaveID=3\n#MeshSlaveID=4\nA=B=5\n=6\n");
   for (const char* key : {"MeshSlaveID", "meshslaveids", "Mesh*", "MeshSlaveID?", "MeshSlaveIDs=", "A=B", "", "."}) {
-    const Outcome outcome = nvramGet(file, key);
-    EXPECT_EQ(outcome.out + outcome.err, "") << key;
+    const Ended outcome = nvramGet(file, key);
+    EXPECT_EQ(outcome.output + outcome.errors, "") << key;
     EXPECT_EQ(outcome.status, 1) << key;
   }
 }
 
 TEST(NvramGet, PrintsNothingAndFailsWithoutTheFile) {
-  for (const std::string& file : {freshPath("missing"), testing::TempDir(), std::string(), settingsFile("")}) {
-    const Outcome outcome = nvramGet(file, "MeshSlaveID");
-    EXPECT_EQ(outcome.out + outcome.err, "") << file;
+  for (const std::string& file : {std::string("/tmp/missing"), testing::TempDir(), std::string(), settingsFile("")}) {
+    const Ended outcome = nvramGet(file, "MeshSlaveID");
+    EXPECT_EQ(outcome.output + outcome.errors, "") << file;
     EXPECT_EQ(outcome.status, 1) << file;
   }
-  EXPECT_EQ(runProgram({NVRAM_GET, "2860", "MeshSlaveID"}, {}).status, 1);
+  EXPECT_EQ(Program({NVRAM_GET, "2860", "MeshSlaveID"}).end().status, 1);
 }
 
 TEST(NvramGet, ExplainsItselfWhenCalledInAnotherWay) {
@@ -71,9 +70,9 @@ TEST(NvramGet, ExplainsItselfWhenCalledInAnotherWay) {
   const std::vector<std::vector<std::string>> calls = {
       {NVRAM_GET}, {NVRAM_GET, "2860"}, {NVRAM_GET, "rt", "MeshSlaveID"}, {NVRAM_GET, "2860", "MeshSlaveID", "more"}};
   for (const std::vector<std::string>& call : calls) {
-    const Outcome outcome = runProgram(call, {{"TEMBRA_NVRAM", file}});
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err, "usage: nvram_get 2860 KEY\n");
+    const Ended outcome = Program(call, {{"TEMBRA_NVRAM", file}}).end();
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.errors, "usage: nvram_get 2860 KEY\n");
     EXPECT_EQ(outcome.status, 2);
   }
 }

@@ -2,27 +2,21 @@
 #include <algorithm>
 #include <chrono>
 #include <iterator>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "background.h"
 #include "kernel_stage.h"
+#include "kit/text.h"
 
 using kit::Device;
+using kit::linesOf;
 using kit::Node;
 
 namespace {
 
 using Callers = KernelStage;
-
-std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
 
 bool isWhole(const std::string& line) {
   const char* const kBeginnings[] = {

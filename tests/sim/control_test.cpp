@@ -14,16 +14,11 @@
 namespace tembra::sim::test {
 namespace {
 
-Result simulator(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), TEMBRA_SIM_PROGRAM);
-  return runToEnd(arguments);
-}
-
 TEST(Program, EndsCleanlyOnSignals) {
   for (const int number : {SIGINT, SIGTERM}) {
     RunningSim sim;
     sim.program().signal(number);
-    EXPECT_EQ(sim.program().wait(), 0);
+    EXPECT_EQ(sim.program().end().status, 0);
     EXPECT_FALSE(std::filesystem::exists(kControl));
     EXPECT_EQ(sim.program().output(), "tembra-sim: ready\n");
     EXPECT_EQ(sim.program().errors(), "");
@@ -31,7 +26,7 @@ TEST(Program, EndsCleanlyOnSignals) {
 }
 
 TEST(Program, ListsTheCatalogueWithoutRunning) {
-  const Result result = simulator({"devices"});
+  const kit::Ended result = simulator({"devices"});
   EXPECT_EQ(result.status, 0);
   for (const char* name : {"metering-plug", "zb-colour-lamp", "hue-button"}) {
     EXPECT_NE(result.output.find(name), std::string::npos) << name;
@@ -54,7 +49,7 @@ TEST(Program, WrongUsageIsStatus2) {
       {"run", "--nonsense"},
   };
   for (const auto& usage : usages) {
-    const Result result = simulator(usage);
+    const kit::Ended result = simulator(usage);
     EXPECT_EQ(result.status, 2) << result.errors;
     EXPECT_FALSE(result.errors.empty());
   }
@@ -63,7 +58,7 @@ TEST(Program, WrongUsageIsStatus2) {
 
 TEST(Program, ASecondSimulatorFindsTheAddressTaken) {
   const RunningSim first;
-  const Result second = simulator({"run", "--control", "/tmp/other.sock", "--db", "/tmp/other"});
+  const kit::Ended second = simulator({"run", "--control", "/tmp/other.sock", "--db", "/tmp/other"});
   EXPECT_EQ(second.status, 1);
   EXPECT_EQ(second.errors, "tembra-sim: the Z-Wave server cannot be at 127.255.255.254:8888: Address already in use\n");
 }
@@ -79,7 +74,7 @@ TEST(ControlSocket, OfAKilledSimulatorIsTakenOver) {
   {
     RunningSim killed;
     killed.program().signal(SIGKILL);
-    killed.program().wait();
+    killed.program().end().status;
   }
   ASSERT_TRUE(std::filesystem::exists(kControl));
   RunningSim sim;
@@ -90,12 +85,12 @@ TEST(ControlSocket, OfAKilledSimulatorIsTakenOver) {
 TEST(ControlSocket, NeverReplacesAnotherFile) {
   std::ofstream(kControl) << "precious";
   RunningSim sim;
-  EXPECT_EQ(sim.program().wait(), 1);
+  EXPECT_EQ(sim.program().end().status, 1);
   EXPECT_TRUE(std::filesystem::is_regular_file(kControl));
 }
 
 TEST(Requests, WithoutASimulatorAreRefusedInOneSentence) {
-  const Result result = simulator({"status"});
+  const kit::Ended result = simulator({"status"});
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(result.errors, "tembra-sim: no simulator listens at /tmp/tembra-sim.sock: No such file or directory\n");
 }
@@ -105,11 +100,11 @@ TEST(Requests, TellTheirOutcomeByExitStatusAndText) {
   const RunningSim sim;
   EXPECT_EQ(simulator({"press", "siren"}).status, 1);
   caller.add();
-  const Result press = simulator({"press", "siren"});
+  const kit::Ended press = simulator({"press", "siren"});
   EXPECT_EQ(press.status, 0) << press.errors;
   EXPECT_EQ(press.output, "siren joins as node 2\n");
   sim.awaitIdle();
-  const Result status = simulator({"status"});
+  const kit::Ended status = simulator({"status"});
   EXPECT_NE(status.output.find("node 2  siren"), std::string::npos);
   EXPECT_NE(status.output.find("1 received, 3 sent"), std::string::npos);
   EXPECT_EQ(simulator({"fault", "joined:lost"}).status, 0);

@@ -236,7 +236,7 @@ TEST(HaServerStart, ADatabaseThatCannotBeOpenedIsOneSentence) {
   std::ofstream("/tmp/rubbish") << "no database";
   for (const char* path : {"/tmp", "/tmp/nowhere/ddb", "/tmp/rubbish"}) {
     RunningSim sim({"--db", path});
-    EXPECT_EQ(sim.program().wait(), 1);
+    EXPECT_EQ(sim.program().end().status, 1);
     EXPECT_NE(sim.program().errors().find("tembra-sim: the database " + std::string(path) + " cannot be opened: "),
               std::string::npos)
         << sim.program().errors();

@@ -23,7 +23,7 @@ enum : unsigned { kAddBridge = 100, kAddBulb = 105, kRefresh = 106, kRemove = 10
 
 class HueServerTest : public testing::Test {
  protected:
-  // Result type of the answer.
+  // kit::Ended type of the answer.
   int answerTo(unsigned command, const char* bridge, const char* argument = "") {
     caller.hue(command, bridge, argument);
     return hear().type;

@@ -82,10 +82,10 @@ TEST(KilledServer, IsOneOfFourAndRunsOrNot) {
 
 TEST(KilledServer, IsKilledAndStartedFromTheCommandLine) {
   const RunningSim sim;
-  EXPECT_EQ(runToEnd({TEMBRA_SIM_PROGRAM, "kill", "hue"}).output, "the Hue server is dead\n");
-  EXPECT_EQ(runToEnd({TEMBRA_SIM_PROGRAM, "kill", "hue"}).errors, "tembra-sim: the Hue server is not running\n");
-  EXPECT_EQ(runToEnd({TEMBRA_SIM_PROGRAM, "start", "hue"}).output, "the Hue server is running again\n");
-  EXPECT_EQ(runToEnd({TEMBRA_SIM_PROGRAM, "kill"}).status, 2);
+  EXPECT_EQ(simulator({"kill", "hue"}).output, "the Hue server is dead\n");
+  EXPECT_EQ(simulator({"kill", "hue"}).errors, "tembra-sim: the Hue server is not running\n");
+  EXPECT_EQ(simulator({"start", "hue"}).output, "the Hue server is running again\n");
+  EXPECT_EQ(simulator({"kill"}).status, 2);
 }
 
 }  // namespace

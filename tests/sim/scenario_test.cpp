@@ -25,7 +25,7 @@ TEST(Scenario, PressesWhenTheLibraryAsks) {
   for (int answer = 0; answer < 3; ++answer) EXPECT_EQ(caller.hear().block.nodeId, 2);
   caller.remove();
   for (int answer = 0; answer < 2; ++answer) EXPECT_EQ(caller.hear().block.nodeId, 2);
-  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+  EXPECT_EQ(sim.program().end().status, 0) << sim.program().errors();
 }
 
 void awaitStatus(const RunningSim& sim, const char* line) {
@@ -44,7 +44,7 @@ TEST(Scenario, KillsAndStartsServers) {
   caller.add();
   EXPECT_EQ(caller.hear().as<NestAnswer>().command, 122);
   EXPECT_EQ(caller.hear().block.nodeId, 2);
-  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+  EXPECT_EQ(sim.program().end().status, 0) << sim.program().errors();
 }
 
 TEST(Scenario, AfterAnAddBothRadiosListen) {
@@ -56,7 +56,7 @@ TEST(Scenario, AfterAnAddBothRadiosListen) {
   for (const int status : {1, 6, 10}) EXPECT_EQ(caller.hear().as<ZbDeviceInfo>().msgCode, status);
   caller.zigbeeRemove();
   EXPECT_EQ(caller.hear().as<ZbDeviceInfo>().msgCode, 12);
-  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+  EXPECT_EQ(sim.program().end().status, 0) << sim.program().errors();
 }
 
 struct EventRow {
@@ -83,7 +83,7 @@ TEST(Scenario, WaitsForEveryEventOfTheServers) {
     Caller caller;
     RunningSim sim(scenario(R"({"on": ")" + std::string(row.event) + R"(", "stop": true})"));
     row.cause(caller);
-    EXPECT_EQ(sim.program().wait(), 0) << row.event << ": " << sim.program().errors();
+    EXPECT_EQ(sim.program().end().status, 0) << row.event << ": " << sim.program().errors();
   }
 }
 
@@ -94,7 +94,7 @@ TEST(Scenario, AnswersOnDemandAndChangesTheBridges) {
   caller.hue(114);
   EXPECT_EQ(caller.hear().as<HueAnswer>().count, 3);
   EXPECT_EQ(caller.hear().as<NestAnswer>().status, -1);
-  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+  EXPECT_EQ(sim.program().end().status, 0) << sim.program().errors();
 }
 
 TEST(Scenario, StepsWaitForEachOther) {
@@ -108,17 +108,17 @@ TEST(Scenario, StepsWaitForEachOther) {
   EXPECT_EQ(caller.hear().block.nodeId, 7);
   EXPECT_TRUE(sim.program().running());
   caller.cancel();
-  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+  EXPECT_EQ(sim.program().end().status, 0) << sim.program().errors();
 }
 
 TEST(Scenario, CountsFromTheStartWithAt) {
   RunningSim sim(scenario(R"({"at": 2, "fault": "joined:lost"}, {"at": 1, "stop": true})"));
-  EXPECT_EQ(sim.program().wait(), 0) << sim.program().errors();
+  EXPECT_EQ(sim.program().end().status, 0) << sim.program().errors();
 }
 
 TEST(Scenario, AStepThatIsRefusedIsTrouble) {
   RunningSim sim(scenario(R"({"press": "siren"}, {"stop": true})"));
-  EXPECT_EQ(sim.program().wait(), 1);
+  EXPECT_EQ(sim.program().end().status, 1);
   EXPECT_NE(sim.program().errors().find("the scenario's \"press siren\" failed: nobody listens"), std::string::npos);
 }
 
@@ -142,7 +142,7 @@ TEST(Scenario, MistakesInAFileAreOneSentence) {
   };
   for (const auto& mistake : mistakes) {
     RunningSim sim(scenario(mistake[0]));
-    EXPECT_EQ(sim.program().wait(), 1) << mistake[0];
+    EXPECT_EQ(sim.program().end().status, 1) << mistake[0];
     const std::string errors = sim.program().errors();
     EXPECT_TRUE(errors.starts_with("tembra-sim: the scenario /tmp/scenario.json")) << errors;
     EXPECT_NE(errors.find(mistake[1]), std::string::npos) << errors;

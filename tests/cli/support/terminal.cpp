@@ -25,13 +25,13 @@ Terminal::Terminal(const std::vector<std::string>& command, Clock clock)
     : pid_(forkpty(&terminal_, nullptr, nullptr, nullptr)) {
   if (pid_ != 0) return;
   keepOutputAtInterrupts();
-  becomeProgram(command, clock);
+  kit::becomeProgram(command, routerSettings(clock));
 }
 
 Terminal::~Terminal() {
   if (pid_ > 0) {
     kill(pid_, SIGKILL);
-    static_cast<void>(waitForExit(pid_));
+    static_cast<void>(kit::waitForExit(pid_));
   }
   close(terminal_);
 }
@@ -60,7 +60,7 @@ void Terminal::type(const std::string& keys) const {
 int Terminal::end() {
   while (readMore()) {
   }
-  const int status = waitForExit(pid_);
+  const int status = kit::waitForExit(pid_);
   pid_ = 0;
   return status;
 }

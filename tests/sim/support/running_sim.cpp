@@ -20,11 +20,13 @@ void aMoment() { std::this_thread::sleep_for(std::chrono::milliseconds(2)); }
 
 }  // namespace
 
-RunningSim::RunningSim(const std::vector<std::string>& options) : program_(runCommand(options)) {
-  while (!ready() && program_.running()) aMoment();
+kit::Ended simulator(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), TEMBRA_SIM_PROGRAM);
+  return kit::Program(arguments).end();
 }
 
-bool RunningSim::ready() const { return program_.output().find("tembra-sim: ready\n") != std::string::npos; }
+RunningSim::RunningSim(const std::vector<std::string>& options)
+    : program_(runCommand(options)), ready_(program_.says("tembra-sim: ready\n")) {}
 
 Outcome RunningSim::ask(const std::string& request) const { return sim::ask(kControl, request); }
 
@@ -46,7 +48,7 @@ void RunningSim::awaitIdle() const {
 
 int RunningSim::stop() {
   tell("stop");
-  return program_.wait();
+  return program_.end().status;
 }
 
 }  // namespace tembra::sim::test

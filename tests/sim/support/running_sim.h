@@ -5,12 +5,15 @@
 #include <string>
 #include <vector>
 
+#include "kit/program.h"
 #include "sim/core/outcome.h"
-#include "support/program.h"
 
 namespace tembra::sim::test {
 
 inline constexpr const char* kControl = "/tmp/tembra-sim.sock";
+
+/// How tembra-sim ends with these arguments.
+[[nodiscard]] kit::Ended simulator(std::vector<std::string> arguments);
 
 class RunningSim {
  public:
@@ -25,13 +28,14 @@ class RunningSim {
 
   /// Stops the simulator. @return its exit status
   int stop();
-  Program& program() { return program_; }
-  bool ready() const;
+  kit::Program& program() { return program_; }
+  [[nodiscard]] bool ready() const { return ready_; }
 
  private:
   bool idle() const;
 
-  Program program_;
+  kit::Program program_;
+  bool ready_;
 };
 
 }  // namespace tembra::sim::test
