@@ -23,13 +23,22 @@ enum class Payload {
   kNest       ///< three words of the Nest server's answer
 };
 
+/// Whether an event ends the operation, so that `idle` is 1 once its callback has returned.
+enum class Ends {
+  kNo,  ///< the library waits for more, or the front end has to go on
+  kYes,
+  kLaterFromZwave  ///< from ZigBee yes; from Z-Wave `idle` becomes 1 at once or at most 20 s later, without an event
+};
+
 struct EventRow {
   AssocEventCode code;
   std::string_view name;
   std::string_view sources;  ///< the servers it comes from
   bool tellsSource;          ///< whether the event's source word is written
   Payload payload;
-  std::string_view meaning;
+  Ends ends;
+  std::string_view meaning;   ///< for developers, to follow a name
+  std::string_view sentence;  ///< for users
 };
 
 /// Every event, in the order of its code.

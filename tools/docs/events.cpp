@@ -6,6 +6,7 @@
 
 namespace {
 
+using tembra::frontend::Ends;
 using tembra::frontend::EventRow;
 using tembra::frontend::Payload;
 
@@ -33,21 +34,51 @@ const char* payloadText(Payload payload) {
   return "";
 }
 
+const char* endsText(Ends ends) {
+  switch (ends) {
+    case Ends::kNo:
+      return "no";
+    case Ends::kYes:
+      return "yes";
+    case Ends::kLaterFromZwave:
+      return "ZigBee: yes; Z-Wave: when `idle` is 1 again, at most 20 s later";
+  }
+  return "";
+}
+
+constexpr char kIntroduction[] = R"(# Events
+
+Made by `make-docs` from the front ends' event table; do not edit.
+
+What leads to each event stands in [state-machine.md](state-machine.md).
+
+| Code | Name | From | Ends the operation | Meaning | For users |
+|---|---|---|---|---|---|
+)";
+
+constexpr char kPayloads[] = R"(
+## Payloads
+
+A payload that is not defined, and bytes that an event does not define, hold what the library's buffer held before. An
+event whose source word is not written keeps the source of the event before it in the same buffer.
+
+| Code | Name | Source word | Payload |
+|---|---|---|---|
+)";
+
 }  // namespace
 
 bool docs::writeEvents(const std::filesystem::path& path) {
   std::ofstream out(path);
-  out << "# Events\n\n"
-         "Made by `make-docs` from the front ends' event table; do not edit.\n\n"
-         "Where the payload is not defined, and in bytes that an event does not define, it holds what the library's\n"
-         "buffer held before. An event whose source is not written keeps the source of the event before it in the "
-         "same\n"
-         "buffer.\n\n"
-         "| Code | Name | From | Source word | Payload | Meaning |\n|---|---|---|---|---|---|\n";
+  out << kIntroduction;
   for (const EventRow& row : tembra::frontend::eventTable()) {
-    out << "| " << row.code << " | " << row.name << " | " << row.sources << " | "
-        << (row.tellsSource ? "written" : "not written") << " | " << payloadText(row.payload) << " | " << row.meaning
-        << " |\n";
+    out << "| " << row.code << " | " << row.name << " | " << row.sources << " | " << endsText(row.ends) << " | "
+        << row.meaning << " | " << row.sentence << " |\n";
+  }
+  out << kPayloads;
+  for (const EventRow& row : tembra::frontend::eventTable()) {
+    out << "| " << row.code << " | " << row.name << " | " << (row.tellsSource ? "written" : "not written") << " | "
+        << payloadText(row.payload) << " |\n";
   }
   return static_cast<bool>(out.flush());
 }
