@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "oracle/model.h"
-#include "receiver/transition_page.h"
+#include "receiver/state_page.h"
 #include "step.h"
 
 namespace oracle {
@@ -28,7 +28,7 @@ class Coverage {
   [[nodiscard]] std::string text() const;
 
  private:
-  TransitionPage page_;
+  std::vector<Transition> rows_;
   std::map<std::string, unsigned long> times_;
   unsigned long steps_ = 0;
 };

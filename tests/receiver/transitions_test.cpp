@@ -1,79 +1,39 @@
-// Every row of docs/state-machine.md, and that its diagram says the same.
+// Every row of the transition tables of docs/state-machine.md, and that its diagrams and the event list say the same.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <climits>
-#include <functional>
-#include <map>
+#include <set>
 
-#include "kit/router.h"
-#include "transition_page.h"
+#include "frontend/event_names.h"
+#include "page_inputs.h"
+#include "state_page.h"
 
-using kit::Device;
 using kit::Node;
 using kit::Router;
+using tembra::frontend::Ends;
 
 namespace {
 
-constexpr unsigned char kKnown = 5;
-constexpr unsigned char kUnknown = 77;
+struct Section {
+  const char* title;
+  std::size_t rows;
+};
+
+void PrintTo(const Section& section, std::ostream* stream) { *stream << section.title; }
+
+constexpr Section kSections[] = {
+    {"Z-Wave answers", 16}, {"ZigBee answers", 13},         {"Hue answers", 10},
+    {"Nest answers", 8},    {"Time-outs and strangers", 4},
+};
+
 constexpr int kStates[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 1000, INT_MAX, -1, INT_MIN};
+constexpr int kNeitherAddingNorRemoving[] = {0, 3, 4, 5, 6, 7, 8, 9, INT_MAX, INT_MIN};
 constexpr int kUnassigned[] = {7, 9, 1000, INT_MAX, -1, INT_MIN};
-
-/// What happens while the library waits with this time-out.
-using Input = std::function<void(Router&, int timeout)>;
-
-Input answer(const Node& node) {
-  return [node](Router& router, int) { router.zwave().send(node); };
-}
-
-Input datagramOf(const char* sender) {
-  return [sender](Router& router, int) { router.from(sender, 12345).send(Node(kKnown)); };
-}
-
-void waitInVain(Router& router, int timeout) { router.advance(timeout); }
-
-const Node kUnknownSwitch = Node(kUnknown).generic(0x10).specific(1);   // has sub-types
-const Node kUnknownGateway = Node(kUnknown).generic(0x02).specific(7);  // has none
-
-// Each condition of the table, and inputs that meet it. The database holds the node kKnown.
-const std::map<std::string, std::vector<Input>> kInputs = {
-    {"any answer", {answer(Node(0)), answer(Node(kKnown)), answer(Node(kUnknown)), answer(Node(255))}},
-    {"node 255", {answer(Node(255))}},
-    {"any other node, also 0", {answer(Node(0)), answer(Node(kKnown)), answer(Node(1)), answer(Node(254))}},
-    {"node 0 or 255", {answer(Node(0)), answer(Node(255))}},
-    {"known node", {answer(Node(kKnown))}},
-    {"any other node", {answer(Node(1)), answer(Node(kUnknown)), answer(Node(254))}},
-    {"not classified", {answer(Node(kUnknown).basic(0)), answer(Node(kKnown).basic(0))}},
-    {"classified, with sub-types", {answer(kUnknownSwitch)}},
-    {"classified, without sub-types",
-     {answer(kUnknownGateway), answer(Node(0).generic(0)), answer(Node(255).generic(0x02))}},
-    {"time-out, idle 0", {waitInVain}},
-    {"time-out, idle 1", {waitInVain}},
-    {"datagram of the HA server", {datagramOf("127.255.255.1")}},
-    {"datagram of a stranger", {datagramOf("127.0.0.1")}},
-};
-
-// Known, although the node byte says none or failure.
-const Input kKnownZero = [](Router& router, int) {
-  router.database().put(Device(40, "Zero").zwave(0x100));
-  router.zwave().send(Node(0));
-  router.database().drop("40");
-};
-const Input kKnownFailed = [](Router& router, int) {
-  router.database().put(Device(41, "Failed").zwave(0xFF));
-  router.zwave().send(Node(255));
-  router.database().drop("41");
-};
-
-std::vector<Input> inputsOf(const Transition& row) {
-  if (row.condition == "known node, also 0 or 255") return {answer(Node(kKnown)), kKnownZero, kKnownFailed};
-  const auto found = kInputs.find(row.condition);
-  return found == kInputs.end() ? std::vector<Input>{} : found->second;
-}
 
 std::vector<int> statesOf(const std::string& cell) {
   if (cell == "any state") return {std::begin(kStates), std::end(kStates)};
+  if (cell == "any other state") return {std::begin(kNeitherAddingNorRemoving), std::end(kNeitherAddingNorRemoving)};
   if (cell == "unassigned") return {std::begin(kUnassigned), std::end(kUnassigned)};
   return {std::stoi(cell)};
 }
@@ -97,7 +57,7 @@ std::vector<Start> startsOf(const Transition& row) {
     for (const int idleBefore : {0, 1}) {
       if (row.condition == "time-out, idle " + std::to_string(1 - idleBefore)) continue;
       for (const int timeout : {20, 60}) {
-        for (const int cancelTarget : {0, 1, 2, 3, 4}) starts.push_back({state, idleBefore, timeout, cancelTarget});
+        for (const int cancelTarget : {0, 3}) starts.push_back({state, idleBefore, timeout, cancelTarget});
       }
     }
   }
@@ -108,7 +68,7 @@ std::vector<Start> startsOf(const Transition& row) {
 void begin(Router& router, const Start& start) {
   TembraAssociation& assoc = router.assoc();
   assoc.assocState = start.timeout == 60 ? ASSOC : DEASSOC;
-  router.zwave().send(Node(kUnknown));
+  router.zwave().send(Node(kUnknownNode));
   assoc.assocState = start.state;
   assoc.cancelTarget = start.cancelTarget;
   idle = static_cast<unsigned char>(start.idle);
@@ -144,36 +104,67 @@ std::string found(Router& router) {
          std::to_string(idle) + " time-out " + timeoutOf(router.takeTrace());
 }
 
-void tryRow(Router& router, const Transition& row) {
-  const auto inputs = inputsOf(row);
-  EXPECT_FALSE(inputs.empty()) << "no input is known for the condition of this row";
+void tryRow(Router& router, const Section& section, const Transition& row) {
+  const auto inputs = inputsOf(section.title, row.condition);
+  EXPECT_FALSE(inputs.empty()) << "no input is known for the condition of this row: " << row;
   for (const Start& start : startsOf(row)) {
     for (const Input& input : inputs) {
       begin(router, start);
       input(router, start.timeout);
-      EXPECT_EQ(found(router), expectedAfter(row, start)) << row << "\n  from " << start;
+      ASSERT_EQ(found(router), expectedAfter(row, start)) << row << "\n  from " << start;
     }
   }
 }
 
-}  // namespace
-
-TEST(TransitionsTest, EveryRowOfThePageHolds) {
-  Router router;
-  router.connect();
-  router.database().put(Device(12, "Lamp").zwave(kKnown));
-  router.watch(kit::kWatchTimeouts);
-  const auto rows = readTransitionPage().rows;
-  EXPECT_EQ(rows.size(), 20U);
-  for (const Transition& row : rows) tryRow(router, row);
+// Whether the event list says of the row's event what the row's `idle` says.
+bool agrees(Ends ends, const Section& section, const Transition& row) {
+  const bool over = row.idle == "1";
+  if (ends == Ends::kLaterFromZwave) return over || std::string(section.title) == "Z-Wave answers";
+  return over == (ends == Ends::kYes);
 }
 
-TEST(TransitionsTest, TheDiagramShowsExactlyTheRows) {
+class TransitionsTest : public testing::TestWithParam<Section> {};
+
+}  // namespace
+
+TEST_P(TransitionsTest, EveryRowOfThePageHolds) {
+  Router router;
+  router.connect();
+  fillHome(router);
+  router.watch(kit::kWatchTimeouts);
+  const auto rows = transitionsOf(readSection(GetParam().title));
+  EXPECT_EQ(rows.size(), GetParam().rows);
+  for (const Transition& row : rows) tryRow(router, GetParam(), row);
+}
+
+TEST_P(TransitionsTest, TheDiagramShowsExactlyTheRows) {
   const Router router;
-  TransitionPage page = readTransitionPage();
+  PageSection section = readSection(GetParam().title);
   std::vector<std::string> expected;
-  for (const Transition& row : page.rows) expected.push_back(row.edge());
+  for (const Transition& row : transitionsOf(section)) expected.push_back(row.edge);
   std::sort(expected.begin(), expected.end());
-  std::sort(page.edges.begin(), page.edges.end());
-  EXPECT_EQ(page.edges, expected);
+  std::sort(section.edges.begin(), section.edges.end());
+  EXPECT_EQ(section.edges, expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Page, TransitionsTest, testing::ValuesIn(kSections), [](const auto& info) {
+  std::string name = info.param.title;
+  name.erase(std::remove_if(name.begin(), name.end(), [](char letter) { return letter == ' ' || letter == '-'; }),
+             name.end());
+  return name;
+});
+
+TEST(EventListTest, SaysOfEveryEventWhetherItEndsTheOperation) {
+  const Router router;
+  std::set<int> onThePage;
+  for (const Section& section : kSections) {
+    for (const Transition& row : transitionsOf(readSection(section.title))) {
+      if (row.event == "—") continue;
+      const auto* event = tembra::frontend::findEvent(std::stoi(row.event));
+      ASSERT_NE(event, nullptr) << row;
+      EXPECT_TRUE(agrees(event->ends, section, row)) << row;
+      onThePage.insert(event->code);
+    }
+  }
+  EXPECT_EQ(onThePage.size(), tembra::frontend::eventTable().size()) << "every event stands on the page";
 }
