@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "kit/router.h"
-#include "node_reading.h"
+#include "node_agreement.h"
 
 using classify::Outcome;
-using kit::lines;
 using kit::Node;
 using kit::Router;
+using oracle::Lines;
 
 namespace {
 
@@ -34,7 +34,7 @@ TEST(CommandClassesTest, ListsOfEveryLength) {
   for (std::size_t length = 0; length <= kRoom; ++length, ++lengths) {
     const ZwNodeInfo node = nodeWithList(length);
     const Outcome before = classify::marked();
-    const Outcome expected = classify::readNode(node, before, 17);
+    const Outcome expected = oracle::readNode(node, before, 17);
     classify::expectSame(classify::classifyBy(router.assoc(), node, before), expected, std::to_string(length));
   }
   EXPECT_EQ(lengths, 54);
@@ -44,7 +44,7 @@ TEST(CommandClassesTest, AnEmptyListIsSaidAndNothingIsWritten) {
   Router router;
   const Outcome before = classify::marked();
   const Outcome actual = classify::classifyBy(router.assoc(), nodeWithList(0), before);
-  EXPECT_EQ(actual.trace.substr(0, actual.trace.find('\n')), "log 0 node 5 Supported Command Classes:");
+  EXPECT_EQ(actual.log.at(0), "log 0 node 5 Supported Command Classes:");
   EXPECT_TRUE(std::equal(std::begin(actual.work.commandClasses), std::end(actual.work.commandClasses),
                          std::begin(before.work.commandClasses)));
 }
@@ -71,7 +71,7 @@ TEST(CommandClassesTest, AZeroDoesNotEndTheReceivedList) {
   const ZwNodeInfo node = Node(5).generic(0x10).specific(1).classes({0x25, 0x00, 0x32}).block();
   const Outcome actual = classify::classifyBy(router.assoc(), node, classify::marked());
   EXPECT_EQ(actual.classifiedType, 45);
-  EXPECT_EQ(actual.trace.substr(0, actual.trace.find('\n')), "log 0 node 5 Supported Command Classes:0x25 0x00 0x32 ");
+  EXPECT_EQ(actual.log.at(0), "log 0 node 5 Supported Command Classes:0x25 0x00 0x32 ");
 }
 
 TEST(CommandClassesTest, AreFoundByTheFirstOfTheirKind) {
@@ -94,7 +94,7 @@ TEST(CommandClassesTest, AreFoundByTheFirstOfTheirKind) {
   for (const auto& row : rows) {
     std::vector<unsigned char> list = row.list;
     EXPECT_EQ(assoc.CommandExists(list.data(), row.wanted), row.found) << checked;
-    EXPECT_EQ(router.takeTrace(), row.found == 1 ? lines({"log 0 libTembraAssoc:cmd matched"}) : "") << checked;
+    EXPECT_EQ(router.takeTrace(), row.found == 1 ? "log 0 libTembraAssoc:cmd matched\n" : "") << checked;
     ++checked;
   }
   EXPECT_EQ(checked, 7);

@@ -2,18 +2,19 @@
 #include <gtest/gtest.h>
 #include <tembra/globals.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "kit/router.h"
-#include "node_reading.h"
+#include "node_agreement.h"
 
 using classify::Outcome;
 using kit::Call;
-using kit::lines;
 using kit::Node;
 using kit::Router;
+using oracle::Lines;
 
 namespace {
 
@@ -36,14 +37,14 @@ TEST(DeviceTypeTest, ThePlugIsClassifiedStepByStep) {
   router.database().nextId("17");
   router.watch(kit::kWatchDatabase);
   const Outcome actual = classify::classifyBy(router.assoc(), meteringPlug().block(), classify::marked());
-  EXPECT_EQ(actual.trace, lines({
-                              "dpopen /tmp/ddb 6 -1",
-                              "dpclose",
-                              "log 0 node 5 Supported Command Classes:0x25 0x32 ",
-                              "log 0 libTembraAssoc:cmd matched",
-                              "log 0 libTembraAssoc:Generic:zw_Binary_Switch , Specific:BS_Binary_Power_Switch",
-                              kPlugSummary,
-                          }));
+  EXPECT_EQ(actual.log, Lines({
+                            "dpopen /tmp/ddb 6 -1",
+                            "dpclose",
+                            "log 0 node 5 Supported Command Classes:0x25 0x32 ",
+                            "log 0 libTembraAssoc:cmd matched",
+                            "log 0 libTembraAssoc:Generic:zw_Binary_Switch , Specific:BS_Binary_Power_Switch",
+                            kPlugSummary,
+                        }));
   EXPECT_EQ(actual.result, 1);
   EXPECT_EQ(actual.classifiedType, 45);
   EXPECT_EQ(actual.name, "MeterSwitch #17");
@@ -86,15 +87,15 @@ TEST(DeviceTypeTest, AGenericDeviceGetsItsIndexTableBetweenItsRowAndItsName) {
   router.database().nextId("8");
   const Node node = Node(7).classes({0x71, 0x26}).basic(3).generic(0x11).specific(1).values({{0x26, 0, 2}});
   const Outcome actual = classify::classifyBy(router.assoc(), Node(node).block(), classify::marked());
-  EXPECT_EQ(actual.trace, lines({
-                              "log 0 node 7 Supported Command Classes:0x71 0x26 ",
-                              "log 0 libTembraAssoc:cmd matched",
-                              "log 0 libTembraAssoc:cmd matched",
-                              kLevelSwitchRow,
-                              "log 3 libTembraAssoc:GenericDevice: command class: 38 command index 0",
-                              "log 3 libTembraAssoc:GenericDevice: cmdclass 38 index 0 instance : 2 Enum: 17 ",
-                              kLevelSwitchSummary,
-                          }));
+  EXPECT_EQ(actual.log, Lines({
+                            "log 0 node 7 Supported Command Classes:0x71 0x26 ",
+                            "log 0 libTembraAssoc:cmd matched",
+                            "log 0 libTembraAssoc:cmd matched",
+                            kLevelSwitchRow,
+                            "log 3 libTembraAssoc:GenericDevice: command class: 38 command index 0",
+                            "log 3 libTembraAssoc:GenericDevice: cmdclass 38 index 0 instance : 2 Enum: 17 ",
+                            kLevelSwitchSummary,
+                        }));
   EXPECT_EQ(actual.name, "GenericDevice #8");
   EXPECT_EQ(actual.work.indexes[0].type, 17);
   EXPECT_EQ(actual.work.indexes[0].instance, 2);
@@ -106,17 +107,17 @@ TEST(DeviceTypeTest, OddLogLinesAreKept) {
     unsigned char generic, specific;
     const char* line;
   } rows[] = {
-      {0x05, 9, "log 0 libTembraAssoc:Genericzw_Network_Extender , Specific:GenericDevice\n"},
-      {0x11, 0, "log 0 Generic:zw_Multilevel_Switch , Specific:MS_Unknown\n"},
-      {0x02, 4, "log 0 libTembraAssoc:Generic:zw_Static_Controller_v2 , SC_Set_Top_Box\n"},
-      {0x12, 0, "log 0 libTembraAssoc:Generic:zw_Remote_Switch , Specific:RTS_Unknown\n"},
-      {0x06, 3, "log 0 libTembraAssoc:Generic:zw_Appliance , Specific:AT_General_Appliance\n"},
+      {0x05, 9, "log 0 libTembraAssoc:Genericzw_Network_Extender , Specific:GenericDevice"},
+      {0x11, 0, "log 0 Generic:zw_Multilevel_Switch , Specific:MS_Unknown"},
+      {0x02, 4, "log 0 libTembraAssoc:Generic:zw_Static_Controller_v2 , SC_Set_Top_Box"},
+      {0x12, 0, "log 0 libTembraAssoc:Generic:zw_Remote_Switch , Specific:RTS_Unknown"},
+      {0x06, 3, "log 0 libTembraAssoc:Generic:zw_Appliance , Specific:AT_General_Appliance"},
   };
   Router router;
   for (const auto& row : rows) {
     const ZwNodeInfo node = Node(1).generic(row.generic).specific(row.specific).block();
-    const std::string trace = classify::classifyBy(router.assoc(), node, classify::marked()).trace;
-    EXPECT_NE(trace.find(row.line), std::string::npos) << trace;
+    const Lines log = classify::classifyBy(router.assoc(), node, classify::marked()).log;
+    EXPECT_EQ(std::count(log.begin(), log.end(), row.line), 1) << row.line;
   }
 }
 
@@ -127,7 +128,7 @@ TEST(DeviceTypeTest, ANodeWithoutBasicClassIsRefused) {
   const Outcome before = classify::marked();
   const Outcome actual = classify::classifyBy(router.assoc(), node, before);
   Outcome expected = before;
-  expected.trace = lines({
+  expected.log = Lines({
       "log 0 node 5 Supported Command Classes:0x25 0x32 ",
       "log 2 libTembraAssoc:BasicType is 0,so skipping Device addition",
   });
@@ -145,7 +146,7 @@ TEST(DeviceTypeTest, EveryBasicClassButZeroWillDo) {
     const ZwNodeInfo node = meteringPlug().basic(static_cast<unsigned char>(basic)).block();
     const Outcome before = classify::marked();
     const Outcome actual = classify::classifyBy(router.assoc(), node, before);
-    classify::expectSame(actual, classify::readNode(node, before, 17), std::to_string(basic));
+    classify::expectSame(actual, oracle::readNode(node, before, 17), std::to_string(basic));
     classified += actual.result;
   }
   EXPECT_EQ(classified, 255);
@@ -176,8 +177,8 @@ TEST(DeviceTypeTest, WithoutADatabaseTheIdIsMinusOne) {
   DevId = 4;
   const Outcome before = classify::marked();
   const ZwNodeInfo node = meteringPlug().block();
-  Outcome expected = classify::readNode(node, before, -1);
-  expected.trace = "stderr dpopen: open error\n" + expected.trace;
+  Outcome expected = oracle::readNode(node, before, -1);
+  expected.log.insert(expected.log.begin(), "stderr dpopen: open error");
   const Outcome actual = classify::classifyBy(router.assoc(), node, before);
   classify::expectSame(actual, expected, "no database");
   EXPECT_EQ(actual.name, "MeterSwitch #-1");

@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "index_rows.h"
 #include "kit/router.h"
-#include "node_reading.h"
+#include "node_agreement.h"
+#include "oracle/index_rows.h"
 
 using classify::Outcome;
-using kit::lines;
 using kit::Node;
 using kit::Router;
+using oracle::Lines;
 
 namespace {
 
@@ -30,7 +30,7 @@ ZwNodeInfo nodeOf(const std::vector<ZwValueTriple>& values) {
 bool expectAsRead(TembraAssociation& assoc, const ZwNodeInfo& node, const std::string& what) {
   const Outcome before = classify::marked();
   Outcome expected = before;
-  classify::readValues(node, expected);
+  oracle::readValues(node, expected);
   return classify::expectSame(classify::deriveIndexesBy(assoc, node, before), expected, what);
 }
 
@@ -47,7 +47,7 @@ Entries entriesOf(const ZwNodeInfo& node, std::size_t count) {
 
 TEST(IndexTableTest, EveryPairOfACommandClassAndAnIndex) {
   Router router;
-  EXPECT_EQ(classify::indexRows().size(), 32U);
+  EXPECT_EQ(oracle::indexRows().size(), 32U);
   int same = 0;
   for (int pair = 0; pair < 0x10000 && same == pair; ++pair) {
     const auto commandClass = static_cast<unsigned char>(pair >> 8);
@@ -74,16 +74,16 @@ TEST(IndexTableTest, APlugWithAMeterAndABattery) {
   Router router;
   const ZwNodeInfo node = nodeOf({{0x25, 0, 1}, {0x32, 0, 1}, {0x32, 2, 1}, {0x80, 0, 0}});
   const Outcome actual = classify::deriveIndexesBy(router.assoc(), node, classify::marked());
-  EXPECT_EQ(actual.trace, lines({
-                              "log 3 libTembraAssoc:GenericDevice: command class: 37 command index 0",
-                              "log 3 libTembraAssoc:GenericDevice: cmdclass 37 index 0 instance : 1 Enum: 1 ",
-                              "log 3 libTembraAssoc:GenericDevice: command class: 50 command index 0",
-                              "log 3 libTembraAssoc:GenericDevice: cmdclass 50 index 0 instance : 1 Enum: 80 ",
-                              "log 3 libTembraAssoc:GenericDevice: command class: 50 command index 2",
-                              "log 3 libTembraAssoc:GenericDevice: Enum is not defined for : cmdclass 50 ind 2",
-                              "log 3 libTembraAssoc:GenericDevice: command class: 128 command index 0",
-                              "log 3 libTembraAssoc:GenericDevice: cmdclass 128 index 0 instance : 0 Enum: 50 ",
-                          }));
+  EXPECT_EQ(actual.log, Lines({
+                            "log 3 libTembraAssoc:GenericDevice: command class: 37 command index 0",
+                            "log 3 libTembraAssoc:GenericDevice: cmdclass 37 index 0 instance : 1 Enum: 1 ",
+                            "log 3 libTembraAssoc:GenericDevice: command class: 50 command index 0",
+                            "log 3 libTembraAssoc:GenericDevice: cmdclass 50 index 0 instance : 1 Enum: 80 ",
+                            "log 3 libTembraAssoc:GenericDevice: command class: 50 command index 2",
+                            "log 3 libTembraAssoc:GenericDevice: Enum is not defined for : cmdclass 50 ind 2",
+                            "log 3 libTembraAssoc:GenericDevice: command class: 128 command index 0",
+                            "log 3 libTembraAssoc:GenericDevice: cmdclass 128 index 0 instance : 0 Enum: 50 ",
+                        }));
   EXPECT_EQ(entriesOf(actual.work, 3), (Entries{{1, 1}, {80, 1}, {50, 0}}));
   EXPECT_EQ(actual.work.indexes[3].type, 0);
 }
@@ -143,7 +143,7 @@ TEST(IndexTableTest, ThirtyOneEntriesFitAndTheOthersAreOnlySaid) {
   const Outcome actual = classify::deriveIndexesBy(router.assoc(), nodeOf(values), classify::marked());
   EXPECT_EQ(entriesOf(actual.work, 31), Entries(31, {1, 1}));
   EXPECT_EQ(actual.work.indexesEnd, 0);
-  EXPECT_NE(actual.trace.find("cmdclass 48 index 0 instance : 1 Enum: 2 \n"), std::string::npos);
+  EXPECT_EQ(actual.log.back(), "log 3 libTembraAssoc:GenericDevice: cmdclass 48 index 0 instance : 1 Enum: 2 ");
   EXPECT_EQ(actual.raised.binarySensor, 1);
 }
 
@@ -152,14 +152,14 @@ TEST(IndexTableTest, AListWithoutEndIsReadUpToTheEndOfItsField) {
   ZwNodeInfo node = nodeOf(std::vector<ZwValueTriple>(std::size(ZwNodeInfo{}.values), kUnknown));
   node.deviceKind = 0x25252525;  // would go on as values
   const Outcome actual = classify::deriveIndexesBy(router.assoc(), node, classify::marked());
-  EXPECT_EQ(std::count(actual.trace.begin(), actual.trace.end(), '\n'), 2 * 181);
-  EXPECT_EQ(actual.trace.find("command class: 37"), std::string::npos);
+  EXPECT_EQ(actual.log.size(), 2U * 181);
+  EXPECT_EQ(actual.log.back(), "log 3 libTembraAssoc:GenericDevice: Enum is not defined for : cmdclass 134 ind 3");
 }
 
 TEST(IndexTableTest, CapabilitiesAreRaisedAndNeverLowered) {
   const struct {
     ZwValueTriple value;
-    classify::Capabilities raised;
+    oracle::Capabilities raised;
   } rows[] = {
       {{0x20, 0, 1}, {.basic = 1}},
       {{0x26, 0, 1}, {.multilevel = 1}},
@@ -174,7 +174,7 @@ TEST(IndexTableTest, CapabilitiesAreRaisedAndNeverLowered) {
       {{0x25, 0, 1}, {}},
   };
   Router router;
-  const classify::Capabilities all{1, 1, 1, 1};
+  const oracle::Capabilities all{1, 1, 1, 1};
   for (const auto& row : rows) {
     Outcome before = classify::marked();
     EXPECT_TRUE(classify::deriveIndexesBy(router.assoc(), nodeOf({row.value}), before).raised == row.raised)

@@ -9,24 +9,24 @@
 #include <utility>
 #include <vector>
 
-#include "class_rows.h"
 #include "kit/faults.h"
 #include "kit/router.h"
-#include "node_reading.h"
+#include "node_agreement.h"
+#include "oracle/class_rows.h"
 
-using classify::ClassRow;
-using classify::classRow;
-using classify::classRows;
 using classify::Outcome;
 using kit::Node;
 using kit::Router;
+using oracle::ClassRow;
+using oracle::classRow;
+using oracle::classRows;
 
 TEST(NodeClassRows, AreWhole) {
   std::set<std::pair<int, int>> pairs;
   std::set<int> closed;
   for (const ClassRow& row : classRows()) {
     pairs.emplace(row.generic, row.specific);
-    if (row.specific == classify::kOther) closed.insert(row.generic);
+    if (row.specific == oracle::kOther) closed.insert(row.generic);
   }
   EXPECT_EQ(classRows().size(), 131U);
   EXPECT_EQ(pairs.size(), classRows().size()) << "a pair has two rows";
@@ -73,8 +73,8 @@ TEST_P(NodeClassSweep, EveryPairIsClassifiedByItsRow) {
     node.genericClass = static_cast<unsigned char>(pair >> 8);
     node.specificClass = static_cast<unsigned char>(pair & 0xFF);
     used.insert(&classRow(node.genericClass, node.specificClass));
-    Outcome expected = classify::readNode(node, before, -1);
-    expected.trace.insert(0, "stderr dpopen: open error\n");
+    Outcome expected = oracle::readNode(node, before, -1);
+    expected.log.insert(expected.log.begin(), "stderr dpopen: open error");
     same += classify::expectSame(classify::classifyBy(assoc, node, before), expected, std::to_string(pair)) ? 1 : 0;
   }
   EXPECT_EQ(same, 0x10000);

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "kit/router.h"
-#include "node_reading.h"
+#include "node_agreement.h"
 
 using classify::Outcome;
 using kit::Node;
@@ -54,7 +54,7 @@ TEST(RealNodesTest, AreClassifiedAsTheRulesSay) {
   for (const json& node : nodes) {
     const ZwNodeInfo block = blockOf(node);
     const Outcome before = classify::marked();
-    const Outcome expected = classify::readNode(block, before, 17);
+    const Outcome expected = oracle::readNode(block, before, 17);
     const auto label = node.at("label").get<std::string>();
     same += classify::expectSame(classify::classifyBy(router.assoc(), block, before), expected, label) ? 1U : 0U;
   }

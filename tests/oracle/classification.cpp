@@ -2,24 +2,10 @@
 #include "formatted.h"
 #include "model.h"
 #include "offsets.h"
+#include "sub_types.h"
 
 namespace oracle {
 namespace {
-
-constexpr std::size_t kMostIndexes = 31;
-
-struct SubTypes {
-  int type;
-  std::vector<int> list;
-};
-
-const std::vector<SubTypes>& subTypeRows() {
-  static const std::vector<SubTypes> rows = {{1, {42, 1, 43}},           {44, {42, 1, 43}}, {2, {2, 52, 55}},
-                                             {3, {39, 41, 38, 37, 49}},  {6, {37, 49, 36}}, {10, {21, 19, 10}},
-                                             {35, {25, 40, 27, 56, 49}}, {45, {43, 45}},    {47, {7, 46, 54}},
-                                             {59, {39, 49, 36, 37, 41}}};
-  return rows;
-}
 
 std::string hex(int value) { return formatted("0x%.2x", static_cast<unsigned>(value)); }
 
@@ -123,25 +109,12 @@ void Model::writeIndexes(const ZigbeeDevice& device) {
   zbDevice.setByte(kZigbeeIndexCount, static_cast<int>(device.entries.size()));
 }
 
-std::vector<int> Model::subTypes(int type) const {
-  if (type == kGenericDevice) {
-    if (basicFlag != 0 && multilevelFlag != 0) return {55, 52, 41};
-    if (acExtenderFlag != 0) return {54, 46};
-    const bool isShort = zwWork.text(kNodeIndexes, 2 * kMostIndexes + 1).size() < 10;
-    if (sensorBinaryFlag != 0 || (basicFlag != 0 && isShort)) return {39, 11, 37, 36, 55, 42};
-    return {};
-  }
-  for (const SubTypes& row : subTypeRows()) {
-    if (row.type == type) return row.list;
-  }
-  return {};
-}
-
 bool Model::listSubTypes(int type) {
   report.clear(kReportList, kReportListLength);
-  const std::vector<int> list = subTypes(type);
+  const Capabilities raised{basicFlag, multilevelFlag, sensorBinaryFlag, acExtenderFlag};
+  const Types list = subTypesOf(type, raised, zwWork.text(kNodeIndexes).size());
   for (std::size_t i = 0; i < list.size(); ++i) report.setNumber(kReportList + 4 * i, list[i]);
-  return !list.empty();
+  return report.number(kReportList) != 0;
 }
 
 }  // namespace oracle

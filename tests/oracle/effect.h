@@ -9,6 +9,7 @@
 namespace oracle {
 
 using Bytes = std::vector<unsigned char>;
+using Lines = std::vector<std::string>;  // "log 0 text" and the like, each as it is
 
 /// One line of the common order: a log line, a datagram sent, an event, a sleep, a time-out set, a result.
 struct Effect {

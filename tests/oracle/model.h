@@ -145,7 +145,6 @@ struct Model {
   void deriveIndexes(const std::vector<ZwaveValue>& values);
   int classifyZigbee();
   void writeIndexes(const ZigbeeDevice& device);
-  [[nodiscard]] std::vector<int> subTypes(int type) const;
   bool listSubTypes(int type);
 
   // ---- What can be seen (seen.cpp)

@@ -6,6 +6,10 @@
 #include <iomanip>
 #include <sstream>
 
+#include "oracle/zigbee_reading.h"
+
+using oracle::DescribedDevice;
+
 namespace {
 
 constexpr int kMostShown = 5;
@@ -17,17 +21,17 @@ void prepare(TembraAssociation& assoc, const ZbDeviceInfo& device) {
   std::memset(assoc.devName, '~', sizeof assoc.devName);
 }
 
-PlainDevice deviceOf(const TembraAssociation& assoc) {
-  PlainDevice device;
-  std::memcpy(device.record.data(), &assoc.zbDevice, device.record.size());
-  std::memcpy(device.name.data(), assoc.devName, device.name.size());
+DescribedDevice deviceOf(const TembraAssociation& assoc) {
+  DescribedDevice device;
+  std::memcpy(device.record.bytes.data(), &assoc.zbDevice, sizeof device.record);
+  std::memcpy(device.name.bytes.data(), assoc.devName, sizeof device.name);
   device.classifiedType = assoc.classifiedType;
   return device;
 }
 
-bool holds(const TembraAssociation& assoc, const PlainDevice& plain) {
-  return std::memcmp(&assoc.zbDevice, plain.record.data(), plain.record.size()) == 0 &&
-         std::memcmp(assoc.devName, plain.name.data(), plain.name.size()) == 0 &&
+bool holds(const TembraAssociation& assoc, const DescribedDevice& plain) {
+  return std::memcmp(&assoc.zbDevice, &plain.record, sizeof plain.record) == 0 &&
+         std::memcmp(assoc.devName, &plain.name, sizeof plain.name) == 0 &&
          assoc.classifiedType == plain.classifiedType;
 }
 
@@ -58,19 +62,28 @@ std::ostream& operator<<(std::ostream& stream, Hex number) {
   return stream << "0x" << std::hex << std::setw(4) << std::setfill('0') << number.value << std::dec;
 }
 
-// "at 212: 60, 7 in the plain reading;"
-std::string differences(const PlainDevice& found, const PlainDevice& plain) {
+// "at 212: 60, 7 by the oracle;"
+std::string differences(const DescribedDevice& found, const DescribedDevice& plain) {
   std::ostringstream text;
-  for (std::size_t at = 0; at < found.record.size(); ++at) {
-    if (found.record[at] == plain.record[at]) continue;
-    text << " at " << at << ": " << int{found.record[at]} << ", " << int{plain.record[at]} << " in the plain reading;";
+  for (std::size_t at = 0; at < found.record.bytes.size(); ++at) {
+    if (found.record.byte(at) == plain.record.byte(at)) continue;
+    text << " at " << at << ": " << found.record.byte(at) << ", " << plain.record.byte(at) << " by the oracle;";
   }
   return text.str();
 }
 
-std::string describeOutcome(const PlainDevice& device, const PlainOutcome& outcome) {
-  return "result " + std::to_string(outcome.result) + " classified type " + std::to_string(device.classifiedType) +
-         " name " + kit::visible({device.name.data(), device.name.size()}) + "\n" + outcome.log;
+std::string describeOutcome(const DescribedDevice& device, int result, const std::string& trace) {
+  return "result " + std::to_string(result) + " classified type " + std::to_string(device.classifiedType) + " name " +
+         kit::visible(device.name.text()) + "\n" + trace;
+}
+
+std::string traceOf(const oracle::Lines& log) {
+  std::string trace;
+  for (const std::string& line : log) {
+    kit::appendVisible(trace, line);
+    trace += '\n';
+  }
+  return trace;
 }
 
 }  // namespace
@@ -80,21 +93,19 @@ Agreement::Agreement(kit::Router& router) : router_(router), assoc_(router.assoc
 void Agreement::check(const ZbDeviceInfo& device, int deviceId) {
   prepare(assoc_, device);
   DevId = deviceId;
-  PlainDevice plain = deviceOf(assoc_);
-  const PlainOutcome expected = readPlainly(plain, deviceId);
+  DescribedDevice plain = deviceOf(assoc_);
+  const oracle::ZigbeeOutcome outcome = readDescription(plain, deviceId);
+  const std::string expected = traceOf(outcome.log);
 
   const int result = assoc_.validate_DeviceType();
-  const PlainOutcome found{result, router_.takeTrace()};
+  const std::string trace = router_.takeTrace();
   ++checked_;
-  if (found == expected && holds(assoc_, plain) && DevId == deviceId) return;
-  if (++shown_ <= kMostShown) show(device, plain, expected, found);
-}
-
-void Agreement::show(const ZbDeviceInfo& device, const PlainDevice& plain, const PlainOutcome& expected,
-                     const PlainOutcome& found) {
-  ADD_FAILURE() << describe(device) << "\nrecord" << differences(deviceOf(assoc_), plain)
-                << "\nlibrary: " << describeOutcome(deviceOf(assoc_), found)
-                << "plain reading: " << describeOutcome(plain, expected);
+  if (result == outcome.result && trace == expected && holds(assoc_, plain) && DevId == deviceId) return;
+  if (++shown_ > kMostShown) return;
+  const DescribedDevice found = deviceOf(assoc_);
+  ADD_FAILURE() << describe(device) << "\nrecord" << differences(found, plain)
+                << "\nlibrary: " << describeOutcome(found, result, trace)
+                << "oracle: " << describeOutcome(plain, outcome.result, expected);
 }
 
 void Agreement::expectNothingElseTouched() const {

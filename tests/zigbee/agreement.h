@@ -1,4 +1,4 @@
-// The library's classification against the plain reading of the same device.
+// The library's classification against the oracle's reading of the same device.
 #ifndef TEMBRA_TESTS_ZIGBEE_AGREEMENT_H
 #define TEMBRA_TESTS_ZIGBEE_AGREEMENT_H
 
@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "kit/router.h"
-#include "plain_reading.h"
 
 class Agreement {
  public:
@@ -23,9 +22,6 @@ class Agreement {
   [[nodiscard]] int checked() const { return checked_; }
 
  private:
-  void show(const ZbDeviceInfo& device, const PlainDevice& plain, const PlainOutcome& expected,
-            const PlainOutcome& found);
-
   kit::Router& router_;
   TembraAssociation& assoc_;
   const std::vector<unsigned char> before_;

@@ -1,11 +1,11 @@
-// Every pair and every triple of clusters in every order, in many circumstances, against the plain reading.
+// Every pair and every triple of clusters in every order, in many circumstances, against the oracle.
 #include "agreement.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 
-#include "plain_reading.h"
+#include "oracle/zigbee_reading.h"
 
 using kit::Router;
 using kit::ZigbeeDevice;
@@ -193,7 +193,7 @@ void checkEveryZoneType(const Circumstances& all) {
     device.zoneType = static_cast<unsigned short>(zone);
     agreement.check(device, all.id);
     const std::string name = assoc.GetDeviceTypeInStringFormat(device.zoneType);
-    if (name != plainZoneName(zone, all.maker, all.model)) ADD_FAILURE() << describe(device) << " is a " << name;
+    if (name != oracle::zoneName(zone, all.maker, all.model)) ADD_FAILURE() << describe(device) << " is a " << name;
     if (name != "UnknownDevice") ++known;
   }
   agreement.expectNothingElseTouched();

@@ -20,7 +20,7 @@ ZigbeeDevice repeated(unsigned short cluster, int times) {
 
 std::string filled(std::size_t size, const std::string& end) { return std::string(size - end.size(), 'x') + end; }
 
-// The device as a whole agrees with the plain reading, the rest of the service object is untouched.
+// The device as a whole agrees with the oracle, the rest of the service object is untouched.
 void expectAgreement(Router& router, const ZbDeviceInfo& device) {
   Agreement agreement(router);
   agreement.check(device, 17);

@@ -32,7 +32,7 @@ ZbDeviceInfo recordOf(const json& device) {
 
 }  // namespace
 
-TEST(RealDevicesTest, AreClassifiedAsThePlainReadingSays) {
+TEST(RealDevicesTest, AreClassifiedAsTheOracleSays) {
   Router router;
   const json devices = realDevices();
   ASSERT_TRUE(devices.is_array());

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace classify {
+namespace oracle {
 namespace {
 
 constexpr IndexRow kIndexRows[] = {
@@ -51,4 +51,4 @@ const IndexRow& indexRow(int commandClass, int index) {
   });
 }
 
-}  // namespace classify
+}  // namespace oracle

@@ -1,6 +1,6 @@
 #include "class_rows.h"
 
-namespace classify {
+namespace oracle {
 namespace {
 
 constexpr ClassRow kClassRows[] = {
@@ -154,4 +154,4 @@ const ClassRow& classRow(int generic, int specific) {
   return row == nullptr ? *find(kOther, kOther) : *row;
 }
 
-}  // namespace classify
+}  // namespace oracle

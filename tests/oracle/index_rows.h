@@ -1,10 +1,10 @@
 // What a value of a Z-Wave node means: the list by which the service is judged.
-#ifndef TEMBRA_TESTS_CLASSIFY_INDEX_ROWS_H
-#define TEMBRA_TESTS_CLASSIFY_INDEX_ROWS_H
+#ifndef TEMBRA_TESTS_ORACLE_INDEX_ROWS_H
+#define TEMBRA_TESTS_ORACLE_INDEX_ROWS_H
 
 #include <span>
 
-namespace classify {
+namespace oracle {
 
 /// A value that gets no index entry.
 constexpr int kUndefined = 0;
@@ -23,6 +23,6 @@ std::span<const IndexRow> indexRows();
 
 const IndexRow& indexRow(int commandClass, int index);
 
-}  // namespace classify
+}  // namespace oracle
 
 #endif

@@ -1,13 +1,11 @@
-#include "plain_reading.h"
+#include "zigbee_reading.h"
 
 #include <tembra/platform.h>
 
-#include <cstring>
 #include <initializer_list>
 #include <string_view>
 
-#include "kit/trace.h"
-
+namespace oracle {
 namespace {
 
 constexpr unsigned kNoCluster = 0xFFFF;
@@ -19,9 +17,9 @@ bool contains(const std::string& text, const char* part) { return text.find(part
 /// One walk over the clusters of one device.
 class Walk {
  public:
-  Walk(PlainDevice& device, int deviceId) : device_(device), id_(deviceId) {}
+  Walk(DescribedDevice& device, int deviceId) : device_(device), id_(deviceId) {}
 
-  PlainOutcome run() {
+  ZigbeeOutcome run() {
     device_.classifiedType = 0;
     for (int at = 0; at < kMostClusters && cluster(at) != kNoCluster && !failed_; ++at) visit(at);
     if (failed_) return {-1, log_};
@@ -32,15 +30,11 @@ class Walk {
  private:
   // ---- The record, by offset ---------------------------------------------------------------------------------------
 
-  [[nodiscard]] unsigned char byte(int offset) const { return device_.record[static_cast<std::size_t>(offset)]; }
+  [[nodiscard]] unsigned byte(int offset) const { return device_.record.bytes[static_cast<std::size_t>(offset)]; }
   void setByte(int offset, unsigned value) {
-    device_.record[static_cast<std::size_t>(offset)] = static_cast<unsigned char>(value);
+    device_.record.bytes[static_cast<std::size_t>(offset)] = static_cast<unsigned char>(value);
   }
-  [[nodiscard]] unsigned word(int offset) const { return byte(offset) | static_cast<unsigned>(byte(offset + 1)) << 8U; }
-  [[nodiscard]] std::string text(int offset, std::size_t size) const {
-    const char* first = reinterpret_cast<const char*>(device_.record.data()) + offset;
-    return {first, strnlen(first, size)};
-  }
+  [[nodiscard]] unsigned word(int offset) const { return byte(offset) | byte(offset + 1) << 8U; }
 
   [[nodiscard]] unsigned cluster(int at) const { return at < kMostClusters ? word(12 + 4 * at) : kNoCluster; }
   [[nodiscard]] unsigned endpoint(int at) const { return word(14 + 4 * at); }
@@ -50,14 +44,12 @@ class Walk {
   // ---- What a rule does --------------------------------------------------------------------------------------------
 
   void say(std::initializer_list<std::string_view> parts) {
-    log_ += "log 0 ";
-    for (const std::string_view part : parts) kit::appendVisible(log_, part);
-    log_ += '\n';
+    std::string& line = log_.emplace_back("log 0 ");
+    for (const std::string_view part : parts) line += part;
   }
 
   void setName(const std::string& word) {
-    const std::string whole = std::string(word).append(" #").append(std::to_string(id_));
-    std::memcpy(device_.name.data(), whole.c_str(), whole.size() + 1);
+    device_.name.setText(std::string(word).append(" #").append(std::to_string(id_)));
   }
 
   void become(const std::string& word, unsigned value) {
@@ -95,7 +87,7 @@ class Walk {
   void cameraZone();
   void plainZone();
   void addZoneEntries();
-  void nameZone(const std::string& zoneName);
+  void nameZone(const std::string& name);
   void unsettleZone();
   void electricalMeasurement();
   void meteringSwitch();
@@ -113,16 +105,16 @@ class Walk {
     ++found_;
   }
 
-  PlainDevice& device_;
+  DescribedDevice& device_;
   const int id_;
-  const std::string manufacturer_ = text(132, 80);
-  const std::string model_ = text(296, 22);
+  const std::string manufacturer_ = device_.record.text(132, 80);
+  const std::string model_ = device_.record.text(296, 22);
   int slot_ = 1;
   int asked_ = 1;  // the slot, had the table no end
   int found_ = 0;
   unsigned endpoint_ = 0;
   bool failed_ = false;
-  std::string log_;
+  Lines log_;
 };
 
 void Walk::visit(int at) {
@@ -244,15 +236,15 @@ void Walk::cameraZone() {
 }
 
 void Walk::plainZone() {
-  const std::string zoneName = plainZoneName(word(214), manufacturer_, model_);
-  device_.classifiedType = StrToDevType(zoneName.c_str());
+  const std::string name = zoneName(word(214), manufacturer_, model_);
+  device_.classifiedType = StrToDevType(name.c_str());
   if (contains(model_, "MiniSD")) {
     say({"libTembraAssoc:Mini smoke detector found"});
     if (endpoint_ == 2) device_.classifiedType = 11;
   }
-  say({"libTembraAssoc:Device associated:", zoneName, " "});
+  say({"libTembraAssoc:Device associated:", name, " "});
   addZoneEntries();
-  nameZone(zoneName);
+  nameZone(name);
   setType(static_cast<unsigned>(device_.classifiedType) & 0xFFU);
   unsettleZone();
 }
@@ -286,11 +278,11 @@ void Walk::addZoneEntries() {
   }
 }
 
-void Walk::nameZone(const std::string& zoneName) {
-  if (zoneName == "WaterSensor") return setName("FloodSensor");
-  if (zoneName == "DravotekButton") return setName("Tembra Tap");
+void Walk::nameZone(const std::string& name) {
+  if (name == "WaterSensor") return setName("FloodSensor");
+  if (name == "DravotekButton") return setName("Tembra Tap");
   if (manufacturer_ == "NYCE" && contains(model_, "3014")) return setName("Tilt Sensor");
-  setName(zoneName);
+  setName(name);
 }
 
 void Walk::unsettleZone() {
@@ -338,9 +330,9 @@ void Walk::finish() {
 
 }  // namespace
 
-PlainOutcome readPlainly(PlainDevice& device, int deviceId) { return Walk(device, deviceId).run(); }
+ZigbeeOutcome readDescription(DescribedDevice& device, int deviceId) { return Walk(device, deviceId).run(); }
 
-std::string plainZoneName(unsigned zoneType, const std::string& manufacturer, const std::string& model) {
+std::string zoneName(unsigned zoneType, const std::string& manufacturer, const std::string& model) {
   switch (zoneType) {
     case 0x0000:
       return "StandardCIE";
@@ -370,3 +362,5 @@ std::string plainZoneName(unsigned zoneType, const std::string& manufacturer, co
       return "UnknownDevice";
   }
 }
+
+}  // namespace oracle
