@@ -1,5 +1,5 @@
-// One accessor for each shared global that more than one piece of the library touches. All of them are called with
-// the state lock held, except where a function says otherwise.
+// The shared state whose writing has a rule of its own: each such rule is kept here, in one place. The other globals of
+// <tembra/globals.h> are read and written directly. All of it is done with the state lock held.
 #ifndef TEMBRA_SUPPORT_SHARED_STATE_H
 #define TEMBRA_SUPPORT_SHARED_STATE_H
 
@@ -7,7 +7,7 @@
 
 namespace tembra {
 
-/// `idle` is one byte that front ends poll without the lock: written with release order.
+/// Front ends poll the byte `idle` without the lock, so it is written with release order.
 void setIdle(bool value);
 [[nodiscard]] bool isIdle();
 
