@@ -121,9 +121,8 @@ int startReceiver(Start& start) {
     start.gate.wait();
     tembra::log(start.assoc, Level::Progress, TEMBRA_LOG_PREFIX "Thread created successfully");
   } else {
-    tembra::logLine(start.assoc, Level::Progress,
-                    tembra::line(TEMBRA_LOG_PREFIX "can't create thread :[")
-                        << tembra::ErrnoText(error).c_str() << "]");
+    tembra::LogLine(start.assoc, Level::Progress, TEMBRA_LOG_PREFIX "can't create thread :[")
+        << tembra::ErrnoText(error).c_str() << "]";
   }
   return error;
 }

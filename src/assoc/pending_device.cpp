@@ -131,9 +131,8 @@ int TembraAssociation::addingDone() {
   const StateLock lock;
   tembra::setIdle(true);
   tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside addingDone");
-  tembra::logLine(*this, Level::Progress,
-                  tembra::line(TEMBRA_LOG_PREFIX "Name:") << fieldText(devName, sizeof devName - 1) << " Location:"
-                                                          << fieldText(devLocation, sizeof devLocation - 1));
+  tembra::LogLine(*this, Level::Progress, TEMBRA_LOG_PREFIX "Name:")
+      << fieldText(devName, sizeof devName - 1) << " Location:" << fieldText(devLocation, sizeof devLocation - 1);
   return zwNodeWork.deviceKind == DEVICE_ZWAVE ? handOverZwaveDevice(*this) : handOverZigbeeDevice(*this);
 }
 

@@ -33,7 +33,7 @@ ZigbeeLookup findZigbeeDevice(TembraAssociation& assoc, unsigned short shortAddr
     const StateLock applying;
     copyText(assoc.removedName, device.record().name);
     assoc.removedId = device.record().id;
-    logLine(assoc, Level::Progress, line(TEMBRA_LOG_PREFIX "Removing zigbee device 0x") << Hex{shortAddress, 2});
+    LogLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Removing zigbee device 0x") << Hex{shortAddress, 2};
     found = true;
   });
   return {found ? 0 : kNotFound, !found};

@@ -19,8 +19,8 @@ constexpr unsigned char kRemovedMark = 254;
 void rememberRemoved(TembraAssociation& assoc, const DeviceRecord& device) {
   tembra::copyText(assoc.removedName, device.name);
   assoc.removedId = device.id;
-  tembra::logLine(assoc, Level::Progress,
-                  tembra::line(TEMBRA_LOG_PREFIX "Removing Zwave device ") << static_cast<int>(device.zwaveNode));
+  tembra::LogLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Removing Zwave device ")
+      << static_cast<int>(device.zwaveNode);
 }
 
 // The notice carries the working copy as it stands: what is left of an earlier add travels along.

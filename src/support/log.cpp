@@ -1,34 +1,20 @@
 #include "support/log.h"
 
-#include <tembra/association.h>
-#include <tembra/globals.h>
-
 #include <cstring>
 
 namespace tembra {
-namespace {
-
-// Aside, because a piece of the line may itself stand in tempStr.
-char lineText[sizeof tempStr];
-constinit TextWriter writer(lineText, sizeof lineText);
-
-}  // namespace
 
 void log(const TembraAssociation& assoc, Level level, const char* text) {
   assoc.logger->Log(static_cast<int>(level), text);
 }
 
-TextWriter& line(std::string_view start) {
-  writer = TextWriter(lineText, sizeof lineText);
-  return writer << start;
+LogLine::LogLine(const TembraAssociation& assoc, Level level, const char* start) : assoc_(assoc), level_(level) {
+  line_ << start;
 }
 
-// The Logger gets a copy: it may call the library back, which then begins the next line.
-void logLine(const TembraAssociation& assoc, Level level, const TextWriter& written) {
-  char copy[sizeof tempStr];
-  std::memcpy(copy, written.text(), written.length() + 1);
-  std::memcpy(tempStr, copy, written.length() + 1);
-  log(assoc, level, copy);
+LogLine::~LogLine() {
+  std::memcpy(tempStr, line_.text(), line_.length() + 1);
+  log(assoc_, level_, line_.text());
 }
 
 }  // namespace tembra

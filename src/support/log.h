@@ -2,11 +2,10 @@
 #ifndef TEMBRA_SUPPORT_LOG_H
 #define TEMBRA_SUPPORT_LOG_H
 
-#include <string_view>
+#include <tembra/association.h>
+#include <tembra/globals.h>
 
 #include "support/text_writer.h"
-
-class TembraAssociation;
 
 // Nearly every line begins with it; the lines that do not are marked [sic].
 #define TEMBRA_LOG_PREFIX "libTembraAssoc:"
@@ -18,12 +17,27 @@ enum class Level : int { Progress = 0, Warning = 1, Error = 2, Detail = 3 };
 /// Logs a fixed text.
 void log(const TembraAssociation& assoc, Level level, const char* text);
 
-/// Begins a line of several pieces, cut at 511 characters. Call it with the state lock held: there is one such line at
-/// a time, which `logLine` ends. No piece may come from a call that logs by itself, as the router's libraries may.
-TextWriter& line(std::string_view start);
+/// A line of several pieces, cut at 511 characters. When the object ends, the line is logged and stands in `tempStr`;
+/// call with the state lock held.
+class LogLine {
+ public:
+  LogLine(const TembraAssociation& assoc, Level level, const char* start);
+  ~LogLine();
+  LogLine(const LogLine&) = delete;
+  LogLine& operator=(const LogLine&) = delete;
 
-/// Logs a line that was put together, and leaves it in `tempStr`.
-void logLine(const TembraAssociation& assoc, Level level, const TextWriter& written);
+  template <typename Piece>
+  LogLine& operator<<(Piece piece) {
+    line_ << piece;
+    return *this;
+  }
+
+ private:
+  const TembraAssociation& assoc_;
+  Level level_;
+  char text_[sizeof tempStr];  // not in tempStr itself, where a piece may stand, and where the Logger may write
+  TextWriter line_{text_, sizeof text_};
+};
 
 }  // namespace tembra
 

@@ -1,35 +1,15 @@
 #include "support/text_writer.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
-#include <limits>
 
 namespace tembra {
 namespace {
 
-// The digits of a number, right-aligned in a field; a base that is known here is divided by without a division.
-template <unsigned Base>
-class Digits {
- public:
-  Digits(unsigned number, int least) {
-    for (; number != 0 || least > 0; number /= Base, --least) *--first_ = "0123456789abcdef"[number % Base];
-  }
-  [[nodiscard]] const char* begin() const { return first_; }
-  [[nodiscard]] const char* end() const { return std::end(text_); }
-
- private:
-  char text_[std::numeric_limits<unsigned>::digits10 + 1];
-  char* first_ = std::end(text_);
-};
+constexpr std::size_t kMostDigits = 11;  // of "-2147483648"
 
 }  // namespace
-
-// For too few characters to make a call of memcpy worth it.
-TextWriter& TextWriter::put(const char* first, const char* last) {
-  for (; first != last && next_ != end_; ++first) *next_++ = *first;
-  *next_ = '\0';
-  return *this;
-}
 
 TextWriter& TextWriter::operator<<(std::string_view piece) {
   const std::size_t length = std::min(piece.size(), static_cast<std::size_t>(end_ - next_));
@@ -40,15 +20,15 @@ TextWriter& TextWriter::operator<<(std::string_view piece) {
 }
 
 TextWriter& TextWriter::operator<<(int number) {
-  if (number < 0) *this << "-";
-  const unsigned magnitude = number < 0 ? 0U - static_cast<unsigned>(number) : static_cast<unsigned>(number);
-  const Digits<10> digits(magnitude, 1);
-  return put(digits.begin(), digits.end());
+  char digits[kMostDigits];
+  return *this << std::string_view(digits, std::to_chars(digits, std::end(digits), number).ptr);
 }
 
 TextWriter& TextWriter::operator<<(Hex hex) {
-  const Digits<16> digits(hex.number, hex.digits);
-  return put(digits.begin(), digits.end());
+  char digits[kMostDigits];
+  const std::string_view text(digits, std::to_chars(digits, std::end(digits), hex.number, 16).ptr);
+  for (int missing = hex.digits - static_cast<int>(text.size()); missing > 0; --missing) *this << "0";
+  return *this << text;
 }
 
 }  // namespace tembra

@@ -1,4 +1,5 @@
-// Texts put together in fixed fields. printf takes longer over a log line than the classification it tells of.
+// Texts put together in fixed fields. printf takes longer to format a log line than a classification
+// takes.
 #ifndef TEMBRA_SUPPORT_TEXT_WRITER_H
 #define TEMBRA_SUPPORT_TEXT_WRITER_H
 
@@ -15,8 +16,8 @@ struct Hex {
   int digits;
 };
 
-/// Writes pieces one behind the other, cut so that a NUL fits behind them; from the first piece on there always is one.
-/// Bytes behind that NUL keep their value.
+/// Writes pieces one behind the other, cut so that a NUL fits behind them. From the first piece on there is one; the
+/// bytes behind it keep their value.
 class TextWriter {
  public:
   constexpr TextWriter(char* out, std::size_t size) : start_(out), next_(out), end_(out + size - 1) {}
@@ -30,8 +31,6 @@ class TextWriter {
   [[nodiscard]] std::size_t length() const { return static_cast<std::size_t>(next_ - start_); }
 
  private:
-  TextWriter& put(const char* first, const char* last);
-
   char* start_;
   char* next_;
   char* end_;

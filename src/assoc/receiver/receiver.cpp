@@ -119,7 +119,7 @@ ssize_t Receiver::receive() {
 // An operation that timed out keeps its time-out and its state: the next wait is as long, and an answer that comes
 // late is handled as if it had come in time.
 void Receiver::timedOut() {
-  logLine(assoc_, Level::Progress, line(TEMBRA_LOG_PREFIX "Didn't get packet for ") << timeoutSeconds_ << " secs");
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Didn't get packet for ") << timeoutSeconds_ << " secs";
   if (!isIdle()) {
     reportTimeout();
   } else {

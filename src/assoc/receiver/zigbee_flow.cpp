@@ -138,9 +138,8 @@ void ZigbeeFlow::infoComplete() {
   if (!flow_.connection.isOpen()) return;
   const bool created = classifyZigbeeDevice(assoc_) == 0;
   if (created && !deviceCreated()) return;
-  logLine(assoc_, Level::Progress,
-          line(TEMBRA_LOG_PREFIX "Sensor got Associated ")
-              << DevId << " name " << fieldText(assoc_.devName, sizeof assoc_.devName - 1) << " (Zigbee)");
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Sensor got Associated ")
+      << DevId << " name " << fieldText(assoc_.devName, sizeof assoc_.devName - 1) << " (Zigbee)";
   setState(assoc_, ZB_ADDED);
 }
 
@@ -188,9 +187,8 @@ void ZigbeeFlow::removeAnswered() {
 void ZigbeeFlow::deviceRemoved() {
   takeOver();
   notifyHaServer();
-  logLine(assoc_, Level::Progress,
-          line(TEMBRA_LOG_PREFIX "Sensor name ")
-              << fieldText(assoc_.removedName, sizeof assoc_.removedName - 1) << " is removed (Zigbee)");
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Sensor name ")
+      << fieldText(assoc_.removedName, sizeof assoc_.removedName - 1) << " is removed (Zigbee)";
   copyText(report_.removedName, assoc_.removedName);
   report_.removedId = assoc_.removedId;
   if (tellReport(EVENT_REMOVED)) finishRemoval();

@@ -194,7 +194,7 @@ void ZwaveFlow::removeAnswered() {
 void ZwaveFlow::nothingRemoved() {
   if (!tell(flow_.events.b, EVENT_REMOVED_UNKNOWN)) return;
   setState(assoc_, ASSOC_IDLE);
-  logLine(assoc_, Level::Progress, line(TEMBRA_LOG_PREFIX "111 Unknown Sensor Removed (Z-wave) and Node:") << node_);
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "111 Unknown Sensor Removed (Z-wave) and Node:") << node_;
   setIdle(true);
 }
 
@@ -207,16 +207,15 @@ void ZwaveFlow::knownNodeRemoved() {
   report.removedId = assoc_.removedId;
   flow_.events.reportIntoB();
   if (!tell(flow_.events.b, EVENT_REMOVED)) return;
-  logLine(assoc_, Level::Progress,
-          line(TEMBRA_LOG_PREFIX) << fieldText(assoc_.removedName, sizeof assoc_.removedName - 1)
-                                  << " is Removing (Z-wave)");
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX)
+      << fieldText(assoc_.removedName, sizeof assoc_.removedName - 1) << " is Removing (Z-wave)";
   awaitRemovalDone();
 }
 
 void ZwaveFlow::unknownNodeRemoved() {
   if (!tell(flow_.events.b, EVENT_REMOVED_UNKNOWN)) return;
   setState(assoc_, ZW_REMOVING);
-  logLine(assoc_, Level::Progress, line(TEMBRA_LOG_PREFIX "222 Unknown Sensor Removed (Z-wave) and Node:") << node_);
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "222 Unknown Sensor Removed (Z-wave) and Node:") << node_;
   awaitRemovalDone();
 }
 

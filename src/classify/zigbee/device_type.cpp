@@ -85,8 +85,8 @@ bool Classifier::decide(int cluster) {
     case ZB_NO_EFFECT:
       return true;
     case ZB_LOG_MANUFACTURER:
-      tembra::logLine(assoc_, Level::Progress,
-                      tembra::line(TEMBRA_LOG_PREFIX "Manu name ") << tembra::fieldText(device_.manufacturer) << " \n");
+      tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Manu name ")
+          << tembra::fieldText(device_.manufacturer) << " \n";
       return true;
     case ZB_LOG_OSRAM:
       say(TEMBRA_LOG_PREFIX "Manufacturer Name: Osram");
@@ -99,9 +99,8 @@ bool Classifier::decide(int cluster) {
 
 void Classifier::visitZone(unsigned short endpoint, int next) {
   say(TEMBRA_LOG_PREFIX "ias zone cluster");
-  tembra::logLine(assoc_, Level::Progress,
-                  tembra::line(TEMBRA_LOG_PREFIX "Manufacturer name received:")
-                      << tembra::fieldText(device_.manufacturer));
+  tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Manufacturer name received:")
+      << tembra::fieldText(device_.manufacturer);
   const ZbZoneCase& zone = zbFindZoneCase(next, device_);
   if (zone.counted) ++found_;
   switch (zone.outcome) {
@@ -115,14 +114,12 @@ void Classifier::visitZone(unsigned short endpoint, int next) {
 }
 
 void Classifier::visitCamera(unsigned short endpoint) {
-  tembra::logLine(assoc_, Level::Progress,
-                  tembra::line(TEMBRA_LOG_PREFIX "Found 503 cluster ") << static_cast<int>(table_.slot()));
+  tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Found 503 cluster ") << static_cast<int>(table_.slot());
   std::size_t added = 0;
   for (const unsigned char entry : zbCameraEntries) {
     added++ < ZB_CAMERA_ENDPOINTS ? table_.add(entry, endpoint) : table_.addType(entry);
   }
-  tembra::logLine(assoc_, Level::Progress,
-                  tembra::line(TEMBRA_LOG_PREFIX "Found 503 device ") << static_cast<int>(table_.slot()));
+  tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Found 503 device ") << static_cast<int>(table_.slot());
   name("ZigbeeCamImage");
   setType(DEVTYPE_ZIGBEE_CAM_IMAGE);
 }
@@ -134,7 +131,7 @@ void Classifier::classifyZone(unsigned short endpoint) {
     say(exception->log);
     if (zbChangesZoneOn(*exception, endpoint)) assoc_.classifiedType = exception->type;
   }
-  tembra::logLine(assoc_, Level::Progress, tembra::line(TEMBRA_LOG_PREFIX "Device associated:") << zone << " ");
+  tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Device associated:") << zone << " ";
   addZoneEntries(endpoint);
   name(zbFindDisplayName(zone, device_));
   setType(assoc_.classifiedType);
@@ -167,10 +164,8 @@ void Classifier::settleAs(const ZbZoneAfterwards& afterwards) {
 void Classifier::finish() {
   table_.end();
   device_.indexCount = static_cast<unsigned char>(table_.slot() - 1);
-  tembra::logLine(assoc_, Level::Progress,
-                  tembra::line(TEMBRA_LOG_PREFIX "No. of clusters found:")
-                      << found_ << " and indexes:" << device_.indexCount
-                      << " zonetype:" << tembra::Hex{device_.zoneType, 1});
+  tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "No. of clusters found:")
+      << found_ << " and indexes:" << device_.indexCount << " zonetype:" << tembra::Hex{device_.zoneType, 1};
   if (device_.devType != DEVTYPE_UNKNOWN) return;
   name("GenericDevice");
   setType(DEVTYPE_GENERIC_DEVICE);

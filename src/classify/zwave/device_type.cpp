@@ -19,18 +19,17 @@ constexpr unsigned char kAddedMark = 255;
 constexpr unsigned char kListEnd = 0xFF;  // of a received list of command classes; the working copy's ends with 0
 constexpr std::size_t kListRoom = sizeof ZwNodeInfo::commandClasses;
 
-// Copies the list into the working copy, and formats it. A received list without an end fills the field; then there
+// Copies the list into the working copy, and logs it. A received list without an end fills the field; then there
 // is no room for the working copy's end, and the basic class behind the field is left alone.
 void copyCommandClasses(TembraAssociation& assoc) {
-  tembra::TextWriter& text = tembra::line("node ");  // [sic] no prefix
-  text << assoc.zwNodeRx.nodeId << " Supported Command Classes:";
+  tembra::LogLine line(assoc, Level::Progress, "node ");  // [sic] no prefix
+  line << assoc.zwNodeRx.nodeId << " Supported Command Classes:";
   for (std::size_t i = 0; i < kListRoom && assoc.zwNodeRx.commandClasses[i] != kListEnd; ++i) {
     const unsigned char commandClass = assoc.zwNodeRx.commandClasses[i];
     assoc.zwNodeWork.commandClasses[i] = commandClass;
     if (i + 1 < kListRoom) assoc.zwNodeWork.commandClasses[i + 1] = 0;
-    text << "0x" << Hex{commandClass, 2} << " ";
+    line << "0x" << Hex{commandClass, 2} << " ";
   }
-  tembra::logLine(assoc, Level::Progress, text);
 }
 
 bool hasAll(TembraAssociation& assoc, const unsigned char (&required)[tembra::NodeClass::kMostRequired]) {
@@ -82,9 +81,8 @@ bool tembra::classifyNode(TembraAssociation& assoc) {
   setNumberedName(assoc.devName, DeviceTypeName(type).text(), DevId);
   copyText(assoc.zwNodeWork.name, assoc.devName);
   assoc.zwNodeWork.requestMark = kAddedMark;
-  logLine(assoc, Level::Progress,
-          line(TEMBRA_LOG_PREFIX "Device Basic Type:0x")
-              << Hex{received.basicClass, 2} << ", Generic Type:0x" << Hex{received.genericClass, 2}
-              << ", Specific Type:0x" << Hex{received.specificClass, 2} << ",Nodeid:" << received.nodeId);
+  LogLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Device Basic Type:0x")
+      << Hex{received.basicClass, 2} << ", Generic Type:0x" << Hex{received.genericClass, 2} << ", Specific Type:0x"
+      << Hex{received.specificClass, 2} << ",Nodeid:" << received.nodeId;
   return true;
 }

@@ -106,22 +106,19 @@ void TembraAssociation::ZW_indexToEnum(unsigned char* triples) {
     ZwValueTriple value;
     std::memcpy(&value, triples + i * sizeof value, sizeof value);
     if (value.commandClass == 0) return;
-    tembra::logLine(*this, Level::Detail,
-                    tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: command class: ")
-                        << value.commandClass << " command index " << value.index);
+    tembra::LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: command class: ")
+        << value.commandClass << " command index " << value.index;
     const IndexType type = meaningOf(value);
     table.setType(entry, type);
     if (type != INDEX_NONE) {
       table.setInstance(entry, value.instance);
       raiseCapability(type);
-      tembra::logLine(*this, Level::Detail,
-                      tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: cmdclass ")
-                          << value.commandClass << " index " << value.index << " instance : " << value.instance
-                          << " Enum: " << type << " ");
+      tembra::LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: cmdclass ")
+          << value.commandClass << " index " << value.index << " instance : " << value.instance << " Enum: " << type
+          << " ";
     } else {
-      tembra::logLine(*this, Level::Detail,
-                      tembra::line(TEMBRA_LOG_PREFIX "GenericDevice: Enum is not defined for : cmdclass ")
-                          << value.commandClass << " ind " << value.index);
+      tembra::LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: Enum is not defined for : cmdclass ")
+          << value.commandClass << " ind " << value.index;
       if (entry > 0) --entry;
     }
     table.end(++entry);
