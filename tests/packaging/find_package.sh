@@ -11,7 +11,7 @@ shift 4
 
 rm -rf "$work"
 "$cmake" -S "$source/cmake_front_end" -B "$work" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$compiler" \
-  -DCMAKE_CXX_FLAGS="$*"
+  -DCMAKE_CXX_FLAGS="$*" -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
 "$cmake" --build "$work"
 for standard in 11 14 17 20; do
   "$work/front-end-$standard"

@@ -86,14 +86,19 @@ void writeZoneDisplayNames(std::ostream& out) {
   }
 }
 
+std::string lineText(const char* line) {
+  if (line == nullptr) return "none";
+  std::string text = "`";
+  return text.append(line).append("`");
+}
+
 void writeZoneAfterwards(std::ostream& out) {
   out << "\nAfterwards, by the first row that applies; the entries are those from the next one to be written down to "
          "entry 0,\nand those two hold what was received.\n\n| When | For each entry | Type | Line "
          "|\n|---|---|---|---|\n";
   for (const ZbZoneAfterwards& row : zbZoneAfterwards) {
-    const std::string line = row.log == nullptr ? "none" : "`" + std::string(row.log) + "`";
     out << "| " << testsText(row.test) << " | " << (row.entry == 0 ? "once" : std::to_string(row.entry)) << " | "
-        << row.type << " | " << line << " |\n";
+        << row.type << " | " << lineText(row.log) << " |\n";
   }
 }
 
