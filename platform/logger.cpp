@@ -1,12 +1,10 @@
 // Stand-in for the router's log, set by the environment:
 //   TEMBRA_LOG        stderr (default), syslog, off, or the path of a file to append to
 //   TEMBRA_LOG_LEVEL  detail, progress, warning (default) or error: the least severe lines that are written
-#include <spdlog/logger.h>
-#include <spdlog/pattern_formatter.h>
-#include <spdlog/sinks/stdout_sinks.h>
-#include <spdlog/sinks/syslog_sink.h>
+#include <fcntl.h>
 #include <syslog.h>
 #include <tembra/platform.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -14,64 +12,51 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
+#include <ctime>
+#include <mutex>
+#include <new>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 namespace {
 
-using spdlog::level::level_enum;
-
-struct Severity {
+/// A level and the system log's priority for it: the more severe, the smaller.
+struct Level {
   std::string_view word;
-  level_enum severity;
+  int priority;
 };
 
 // In the order of Logger::Log's numbers, which is not the order of severity.
-constexpr std::array kSeverities = {
-    Severity{"progress", level_enum::info},
-    Severity{"warning", level_enum::warn},
-    Severity{"error", level_enum::err},
-    Severity{"detail", level_enum::debug},
+constexpr std::array kLevels = {
+    Level{"progress", LOG_INFO},
+    Level{"warning", LOG_WARNING},
+    Level{"error", LOG_ERR},
+    Level{"detail", LOG_DEBUG},
 };
+constexpr const Level& kWarning = kLevels[1];
+constexpr const Level& kError = kLevels[2];
 
 // An unknown number is unexpected input, and that is an error.
-level_enum severityOf(int number) {
+const Level& levelOf(int number) {
   const auto row = static_cast<std::size_t>(number);
-  return row < kSeverities.size() ? kSeverities[row].severity : level_enum::err;
+  return row < kLevels.size() ? kLevels[row] : kError;
 }
 
-class LevelWord : public spdlog::custom_flag_formatter {
- public:
-  void format(const spdlog::details::log_msg& line, const std::tm& /*time*/, spdlog::memory_buf_t& out) override {
-    for (const Severity& row : kSeverities) {
-      if (row.severity == line.level) out.append(row.word.data(), row.word.data() + row.word.size());
-    }
-  }
-  [[nodiscard]] std::unique_ptr<custom_flag_formatter> clone() const override { return std::make_unique<LevelWord>(); }
+/// Where lines go, and which.
+struct Target {
+  int leastPriority;  ///< negative: no line at all
+  bool isSystemLog = false;
+  int descriptor = STDERR_FILENO;
 };
 
-std::unique_ptr<spdlog::formatter> lineFormat() {
-  auto format = std::make_unique<spdlog::pattern_formatter>();
-  format->add_flag<LevelWord>('w').set_pattern("%Y-%m-%d %H:%M:%S.%e [%P:%t] %w: %v");
-  return format;
-}
-
-// Standard error, or the file that is appended to; children of the process get no copy of its descriptor.
-FILE* openStream(const std::string& target) {
-  if (target == "stderr") return stderr;
-  FILE* file = std::fopen(target.c_str(), "ae");
-  if (file != nullptr) return file;
-  std::fprintf(stderr, "tembra log: cannot write to %s: %s; logging to standard error instead\n", target.c_str(),
+// The file that is appended to, or standard error; children of the process get no copy of the file's descriptor.
+int openFile(const std::string& path) {
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+  if (file >= 0) return file;
+  std::fprintf(stderr, "tembra log: cannot write to %s: %s; logging to standard error instead\n", path.c_str(),
                std::generic_category().message(errno).c_str());
-  return stderr;
-}
-
-spdlog::sink_ptr openSink(const std::string& target) {
-  using Stream = spdlog::sinks::stdout_sink_base<spdlog::details::console_mutex>;  // any stream, in spite of its name
-  if (target == "syslog") return std::make_shared<spdlog::sinks::syslog_sink_mt>("", LOG_PID, LOG_DAEMON, false);
-  return std::make_shared<Stream>(openStream(target));
+  return STDERR_FILENO;
 }
 
 std::string setting(const char* variable, const char* otherwise) {
@@ -79,30 +64,59 @@ std::string setting(const char* variable, const char* otherwise) {
   return value != nullptr && *value != '\0' ? value : otherwise;
 }
 
-level_enum leastSeverity() {
+int leastPriority() {
   const std::string wanted = setting("TEMBRA_LOG_LEVEL", "warning");
-  const auto* row = std::find_if(kSeverities.begin(), kSeverities.end(),
-                                 [&wanted](const Severity& candidate) { return candidate.word == wanted; });
-  if (row != kSeverities.end()) return row->severity;
+  const auto* row = std::find_if(kLevels.begin(), kLevels.end(),
+                                 [&wanted](const Level& candidate) { return candidate.word == wanted; });
+  if (row != kLevels.end()) return row->priority;
   std::fprintf(stderr, "tembra log: TEMBRA_LOG_LEVEL must be detail, progress, warning or error, not \"%s\"\n",
                wanted.c_str());
-  return level_enum::warn;
+  return kWarning.priority;
 }
 
-std::unique_ptr<spdlog::logger> openLog() {
-  const std::string target = setting("TEMBRA_LOG", "stderr");
-  auto log = std::make_unique<spdlog::logger>("tembra");
-  log->set_level(target == "off" ? level_enum::off : leastSeverity());
-  if (target == "off") return log;
-  log->sinks().push_back(openSink(target));
-  log->set_formatter(lineFormat());
-  return log;
+Target openTarget() {
+  const std::string wanted = setting("TEMBRA_LOG", "stderr");
+  if (wanted == "off") return {-1};
+  Target target{leastPriority()};
+  target.isSystemLog = wanted == "syslog";
+  if (target.isSystemLog) {
+    openlog(nullptr, LOG_PID, LOG_DAEMON);
+  } else if (wanted != "stderr") {
+    target.descriptor = openFile(wanted);
+  }
+  return target;
 }
 
-// Never destroyed: a detached thread may log until the very end of the process.
-spdlog::logger& theLog() {
-  static spdlog::logger* const log = openLog().release();
-  return *log;
+// The file stays open: a detached thread may log until the very end of the process.
+const Target& theTarget() {
+  static const Target target = openTarget();
+  return target;
+}
+
+// "2026-01-31 12:00:00.000 [<process>:<thread>] "
+std::string stamp() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  tm local{};
+  localtime_r(&now.tv_sec, &local);
+  std::array<char, 32> seconds{};
+  std::strftime(seconds.data(), seconds.size(), "%Y-%m-%d %H:%M:%S", &local);
+  std::array<char, 96> text{};
+  std::snprintf(text.data(), text.size(), "%s.%03d [%d:%d] ", seconds.data(), static_cast<int>(now.tv_nsec / 1000000),
+                getpid(), gettid());
+  return text.data();
+}
+
+// The lock keeps lines whole when the system takes one in pieces. A line that cannot be written is lost.
+void writeWhole(int descriptor, std::string_view line) {
+  static constinit std::mutex writing;
+  const std::lock_guard lock(writing);
+  while (!line.empty()) {
+    const ssize_t written = write(descriptor, line.data(), line.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return;
+    line.remove_prefix(static_cast<std::size_t>(written));
+  }
 }
 
 bool isControl(char character) {
@@ -123,12 +137,17 @@ std::string oneLine(std::string_view text) {
 
 Logger* Logger::getInstance() {
   static Logger logger;
-  theLog();  // settings and the log file are dealt with now, not at the first line
+  theTarget();  // settings and the log file are dealt with now, not at the first line
   return &logger;
 }
 
-void Logger::Log(int level, const char* text) {
-  spdlog::logger& log = theLog();
-  const level_enum severity = severityOf(level);
-  if (log.should_log(severity)) log.log(severity, oneLine(text != nullptr ? text : "(no text)"));
+// No exception leaves the router's log: a line for which there is no memory is lost.
+void Logger::Log(int level, const char* text) try {
+  const Target& target = theTarget();
+  const auto& [word, priority] = levelOf(level);
+  if (priority > target.leastPriority) return;
+  const std::string line = oneLine(text != nullptr ? text : "(no text)");
+  if (target.isSystemLog) return syslog(priority, "%s", line.c_str());
+  writeWhole(target.descriptor, stamp().append(word).append(": ").append(line).append("\n"));
+} catch (const std::bad_alloc&) {
 }

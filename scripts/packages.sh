@@ -2,7 +2,7 @@
 # The Debian packages that the project is built and tested with. To be sourced; then: need_packages PACKAGE...
 
 # What building and demonstrating takes.
-demo_packages=(g++ cmake ninja-build pkgconf libqdbm-dev libspdlog-dev libcli11-dev libjsmn-dev nlohmann-json3-dev)
+demo_packages=(g++ cmake ninja-build pkgconf libqdbm-dev libcli11-dev libjsmn-dev nlohmann-json3-dev)
 
 # What measuring takes: the same as building, the framework, and what draws the curves.
 bench_packages=("${demo_packages[@]}" libbenchmark-dev gnuplot-nox)
