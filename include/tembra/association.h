@@ -117,8 +117,11 @@ class TEMBRA_API TembraAssociation {
   /// Tells a daemon by the address of its datagram; the port does not count.
   ClientType findClientType(in_addr address);
 
-  /// Entry of the receive thread; `self` is the object. Returns null when the connection is closed.
+  /// Entry of the receive thread; `self` is the object.
   static void* receiverHelper(void* self);
+
+  /// The receive thread's loop, on this object; the argument is not looked at. Returns null when `running` has become
+  /// 0, or when the connection was closed.
   void* receiver(void* self);
 
   // ---- Commands to the radios -------------------------------------------------------------------------------------

@@ -1,6 +1,7 @@
 // Whose a datagram is, and what then happens before the server's own flow, or instead of it.
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstring>
 
 #include "kit/router.h"
@@ -190,4 +191,17 @@ TEST(ReceiveLoop, EndsTheFlowInWhichRunningBecameZero) {
   router.zwave().send(Node(5));
   EXPECT_EQ(router.state(), "state 6 idle 0 last 0 cancel 2 radio 2 cmdtype RemoveDevice");
   EXPECT_EQ(router.takeEvents().at(0).event.code, EVENT_REMOVED);
+}
+
+TEST(ReceiveLoop, WorksOnItsOwnObjectWhateverItIsGiven) {
+  Router router;
+  router.fail(kit::Call::CreateThread, EAGAIN);
+  TembraAssociation& assoc = router.connect();
+  router.forget();
+  router.onLog([&assoc](const std::string& line) {
+    if (line == "libTembraAssoc:entered receive thread") assoc.running = 0;
+  });
+  EXPECT_EQ(assoc.receiver(nullptr), nullptr);
+  EXPECT_EQ(router.takeTrace(),
+            lines({"log 0 libTembraAssoc:entered receive thread", "log 0 libTembraAssoc:exited receive thread\\n"}));
 }

@@ -188,14 +188,13 @@ Receiver begin(TembraAssociation& assoc) {
 
 void* TembraAssociation::receiverHelper(void* self) { return static_cast<TembraAssociation*>(self)->receiver(self); }
 
-void* TembraAssociation::receiver(void* self) {
-  auto& assoc = *static_cast<TembraAssociation*>(self);
+void* TembraAssociation::receiver(void* /*self*/) {
   if (tembra::ReceiverLease::openerWaits()) {
-    tembra::Receiver receiver = tembra::begin<tembra::StateBorrowed>(assoc);
+    tembra::Receiver receiver = tembra::begin<tembra::StateBorrowed>(*this);
     tembra::ReceiverLease::started();
     receiver.run();
   } else {
-    tembra::begin<tembra::StateLock>(assoc).run();
+    tembra::begin<tembra::StateLock>(*this).run();
   }
   return nullptr;
 }
