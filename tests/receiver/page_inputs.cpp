@@ -97,7 +97,7 @@ const std::map<std::string, Inputs> kZigbee = {
     {"status 2, known address", from(kKnownAddress, {2})},
     {"status 2, unknown address", from(kUnknownAddress, {2})},
     {"status 12", fromBoth({12})},
-    {"neither 2 nor 12", from(kKnownAddress, {0, 1, 3, 5, 6, 10, 11, 13, 255})},
+    {"neither 2 nor 12", fromBoth({0, 1, 3, 5, 6, 10, 11, 13, 255})},
     {"any status", fromBoth({0, 1, 2, 6, 10, 11, 12, 255})},
 };
 
