@@ -9,7 +9,7 @@ bench_packages=("${demo_packages[@]}" libbenchmark-dev gnuplot-nox)
 
 # What testing takes: all that, the test framework, the second compiler, the checkers, and what counts instructions.
 # shellcheck disable=SC2034
-test_packages=("${bench_packages[@]}" libgtest-dev ccache clang libclang-rt-dev clang-format clang-tidy valgrind)
+test_packages=("${bench_packages[@]}" libgtest-dev ccache clang libclang-rt-dev clang-format clang-tidy python3 valgrind)
 
 # What the coverage of the fuzzers' corpora takes: the same as building, the second compiler, and its readers.
 # shellcheck disable=SC2034
