@@ -40,10 +40,10 @@ void prepare(TembraAssociation& assoc, const ZwNodeInfo& received, const Outcome
   assoc.zwNodeWork = before.work;
   assoc.classifiedType = before.classifiedType;
   keepText(assoc.devName, before.name);
-  BasicFlag = static_cast<unsigned char>(before.raised.basic);
-  MultilevelFlag = static_cast<unsigned char>(before.raised.multilevel);
-  SensorBinaryFlag = static_cast<unsigned char>(before.raised.binarySensor);
-  ZwAcExtFlag = static_cast<unsigned char>(before.raised.acExtender);
+  BasicFlag = before.raised.basic;
+  MultilevelFlag = before.raised.multilevel;
+  SensorBinaryFlag = before.raised.binarySensor;
+  ZwAcExtFlag = before.raised.acExtender;
   kit::trace().forget();
 }
 

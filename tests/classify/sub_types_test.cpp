@@ -22,13 +22,16 @@ constexpr std::size_t kIndexBytes = sizeof(ZwNodeInfo) - kIndexesAt;
 
 constexpr Capabilities kBasicOnly{.basic = 1};
 
-Capabilities capabilitiesOf(int bits) { return {bits & 1, bits >> 1 & 1, bits >> 2 & 1, bits >> 3 & 1}; }
+Capabilities capabilitiesOf(unsigned bits) {
+  const auto bit = [bits](unsigned number) { return static_cast<unsigned char>(bits >> number & 1); };
+  return {bit(0), bit(1), bit(2), bit(3)};
+}
 
 void raise(const Capabilities& raised) {
-  BasicFlag = static_cast<unsigned char>(raised.basic);
-  MultilevelFlag = static_cast<unsigned char>(raised.multilevel);
-  SensorBinaryFlag = static_cast<unsigned char>(raised.binarySensor);
-  ZwAcExtFlag = static_cast<unsigned char>(raised.acExtender);
+  BasicFlag = raised.basic;
+  MultilevelFlag = raised.multilevel;
+  SensorBinaryFlag = raised.binarySensor;
+  ZwAcExtFlag = raised.acExtender;
 }
 
 // Types and instances read as one text; one that fills the block has no end.
@@ -56,7 +59,7 @@ TEST(SubTypesTest, OfEveryTypeButTheGenericDevice) {
   int typesWithAChoice = 0;
   for (int type = -1; type <= 300; ++type) {
     if (type == 60) continue;
-    for (int bits = 0; bits < 16; ++bits) {
+    for (unsigned bits = 0; bits < 16; ++bits) {
       raise(capabilitiesOf(bits));
       expectList(router.assoc(), type, oracle::subTypesOf(type, capabilitiesOf(bits), 0), std::to_string(type));
     }
@@ -72,7 +75,7 @@ TEST(SubTypesTest, OfTheGenericDeviceByItsCapabilities) {
   Router router;
   TembraAssociation& assoc = router.assoc();
   int checked = 0;
-  for (int bits = 0; bits < 16; ++bits) {
+  for (unsigned bits = 0; bits < 16; ++bits) {
     for (std::size_t length = 0; length <= kIndexBytes; ++length, ++checked) {
       raise(capabilitiesOf(bits));
       setIndexText(assoc.zwNodeWork, length);

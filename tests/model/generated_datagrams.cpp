@@ -1,6 +1,6 @@
 #include "generator.h"
 #include "operations.h"
-#include "oracle/devices.h"
+#include "oracle/hue_entries.h"
 #include "oracle/offsets.h"
 
 namespace oracle {
@@ -19,8 +19,6 @@ Step datagram(const char* sender, const Record<Size>& record, const std::string&
   return step;
 }
 
-const char* leftovers(bool has) { return has ? ", and leftovers" : ""; }
-
 }  // namespace
 
 Step Generator::anyDatagram() {
@@ -35,30 +33,23 @@ Step Generator::zwaveDatagram() { return cutOrPadded(zwaveAnswer(anyNode())); }
 
 Step Generator::zigbeeDatagram() { return cutOrPadded(zigbeeAnswer(below(chance(80) ? 14 : 256))); }
 
-// What a server sends behind the description is taken as it stands.
 Step Generator::zwaveAnswer(int node) {
-  const ZwaveDevice& device = oneOf(zwaveDevices());
-  Record<1036> block = device.block();
+  std::string words = "node " + std::to_string(node);
+  Record<1036> block = anyBlock(words);
   block.setByte(0, node);
-  const bool hasLeftovers = chance(25);
-  for (std::size_t at = kNodeKind; hasLeftovers && at < block.bytes.size(); ++at) block.setByte(at, below(60));
+  leaveSomething(block, kNodeKind, words);
   if (chance(10)) block.setNumber(kNodeProposedType, kGenericDevice);
-  return datagram(kZwaveServer, block, "node " + std::to_string(node) + ", " + device.name + leftovers(hasLeftovers));
+  return datagram(kZwaveServer, block, words);
 }
 
 Step Generator::zigbeeAnswer(int status) {
-  const ZigbeeDevice& device = oneOf(zigbeeDevices());
-  Record<444> description = device.description();
   const int address = oneOf(kAddresses);
-  description.setByte(0, address & 0xFF);
-  description.setByte(1, address >> 8);
+  std::string words = "address " + std::to_string(address) + ", status " + std::to_string(status);
+  Record<444> description = anyDescription(words);
+  description.setWord(0, address);
   description.setByte(kZigbeeMessage, status);
-  const bool hasLeftovers = chance(25);
-  for (std::size_t at = kZigbeeIndexCount; hasLeftovers && at < description.bytes.size(); ++at)
-    description.setByte(at, below(256));
-  return datagram(kZigbeeServer, description,
-                  "address " + std::to_string(address) + ", status " + std::to_string(status) + ", " + device.name +
-                      leftovers(hasLeftovers));
+  leaveSomething(description, kZigbeeIndexCount, words);
+  return datagram(kZigbeeServer, description, words);
 }
 
 Step Generator::hueDatagram() {

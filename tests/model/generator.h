@@ -58,6 +58,16 @@ class Generator {
   Step cutOrPadded(Step step);
   Step zwaveAnswer(int node);
   Step zigbeeAnswer(int status);
+  Record<1036> anyBlock(std::string& words);
+  Record<444> anyDescription(std::string& words);
+
+  // What a server sends behind a description is taken as it stands.
+  template <std::size_t Size>
+  void leaveSomething(Record<Size>& record, std::size_t from, std::string& words) {
+    if (!chance(25)) return;
+    for (std::size_t at = from; at < Size; ++at) record.setByte(at, below(256));
+    words += ", and leftovers";
+  }
 
   Step anyWait();
   Step anyDatabase();

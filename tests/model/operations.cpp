@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "library.h"
+#include "oracle/formatted.h"
 #include "oracle/model.h"
 
 namespace oracle {

@@ -1,5 +1,7 @@
 #include "formatted.h"
 
+#include <tembra/platform.h>
+
 #include <cstdarg>
 #include <cstdio>
 
@@ -12,6 +14,12 @@ std::string formatted(const char* format, ...) {
   vsnprintf(line, sizeof line, format, numbers);
   va_end(numbers);
   return line;
+}
+
+std::string typeName(int type) {
+  char name[512] = {};
+  DevtypeEnumToStr(static_cast<DevType>(type), name);
+  return name;
 }
 
 }  // namespace oracle

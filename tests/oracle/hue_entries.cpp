@@ -1,4 +1,4 @@
-#include "devices.h"
+#include "hue_entries.h"
 
 namespace oracle {
 

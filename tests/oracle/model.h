@@ -10,12 +10,9 @@
 #include "database.h"
 #include "effect.h"
 #include "record.h"
+#include "sub_types.h"
 
 namespace oracle {
-
-struct ZwaveDevice;
-struct ZigbeeDevice;
-struct ZwaveValue;
 
 struct Model {
   // ---- The service object -------------------------------------------------------------------------------------------
@@ -40,10 +37,7 @@ struct Model {
   unsigned char idle = 1;
   Record<60> cmdtype;
   int deviceId = 0;
-  unsigned char basicFlag = 0;
-  unsigned char multilevelFlag = 0;
-  unsigned char sensorBinaryFlag = 0;
-  unsigned char acExtenderFlag = 0;
+  Capabilities raised;
   int localMesh = -1;
   int assocMesh = -1;
   std::array<Record<50>, 50> users{};
@@ -66,7 +60,7 @@ struct Model {
 
   // ---- What comes of it ---------------------------------------------------------------------------------------------
   std::vector<Effect> effects;
-  bool unforeseen = false;  // it met a device that is not one of devices.h, and cannot tell what becomes of it
+  bool unforeseen = false;  // it met a bridge that is not one of hue_entries.h, and cannot tell what becomes of it
 
   [[nodiscard]] std::vector<Field> fields() const;
 
@@ -142,14 +136,13 @@ struct Model {
   // ---- Classification (classification.cpp)
   // ----------------------------------------------------------------------------
   bool classifyZwave();
-  void deriveIndexes(const std::vector<ZwaveValue>& values);
   int classifyZigbee();
-  void writeIndexes(const ZigbeeDevice& device);
   bool listSubTypes(int type);
 
   // ---- What can be seen (seen.cpp)
   // ------------------------------------------------------------------------------------
   void log(int level, const std::string& text);
+  void logged(const std::string& line);
   void line(const std::string& text);
   void result(const std::string& text) { line("result " + text); }
   bool send(int server, const Bytes& datagram);
@@ -159,9 +152,6 @@ struct Model {
   void event(Record<4104>& buffer, int code, int source);
   [[nodiscard]] std::string stateText() const;
 };
-
-/// A device-type name of the router's library.
-std::string typeName(int type);
 
 std::string macOf(const std::string& bridgeId);
 std::string bridgeIdOf(const std::string& mac);

@@ -1,3 +1,4 @@
+#include "formatted.h"
 #include "model.h"
 #include "offsets.h"
 
@@ -93,7 +94,7 @@ int Model::finish() {
     log(2, "libTembraAssoc:Sending Packet to Haserver Failed");
   }
   zwWork.clear();
-  sensorBinaryFlag = acExtenderFlag = basicFlag = multilevelFlag = 0;
+  raised = {};
   return sent ? 0 : -1;
 }
 

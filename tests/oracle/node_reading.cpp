@@ -1,7 +1,5 @@
 #include "node_reading.h"
 
-#include <tembra/platform.h>
-
 #include <algorithm>
 #include <cstring>
 
@@ -126,9 +124,7 @@ NodeOutcome readNode(const ZwNodeInfo& received, const NodeOutcome& before, int 
   if (outcome.classifiedType == kGenericDevice) readValues(received, outcome);
   outcome.work.deviceKind = 2;
   outcome.work.nodeId = received.nodeId;
-  char typeName[512] = {};
-  DevtypeEnumToStr(static_cast<DevType>(outcome.classifiedType), typeName);
-  outcome.name.assign(typeName).append(" #").append(std::to_string(id));
+  outcome.name = typeName(outcome.classifiedType) + " #" + std::to_string(id);
   keepText(outcome.work.name, outcome.name);
   outcome.work.requestMark = 255;
   addLogLine(outcome.log, 0,

@@ -21,6 +21,11 @@ struct Record {
   }
   void setNumber(std::size_t offset, int value) { std::memcpy(bytes.data() + offset, &value, sizeof value); }
 
+  void setWord(std::size_t offset, int value) {
+    setByte(offset, value & 0xFF);
+    setByte(offset + 1, value >> 8 & 0xFF);
+  }
+
   [[nodiscard]] int byte(std::size_t offset) const { return bytes[offset]; }
   void setByte(std::size_t offset, int value) { bytes[offset] = static_cast<unsigned char>(value); }
 

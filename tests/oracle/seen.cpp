@@ -1,5 +1,3 @@
-#include <tembra/platform.h>
-
 #include "model.h"
 #include "offsets.h"
 
@@ -19,9 +17,9 @@ Bytes eventBytes(const Record<4104>& event) { return {event.bytes.begin(), event
 
 }  // namespace
 
-void Model::log(int level, const std::string& text) {
-  effects.push_back({"log " + std::to_string(level) + " " + text, {}, stateText()});
-}
+void Model::log(int level, const std::string& text) { logged("log " + std::to_string(level) + " " + text); }
+
+void Model::logged(const std::string& line) { effects.push_back({line, {}, stateText()}); }
 
 void Model::line(const std::string& text) { effects.push_back({text, {}, {}}); }
 
@@ -103,19 +101,13 @@ std::vector<Field> Model::fields() const {
           fieldOf("idle", idle),
           fieldOf("cmdtype", cmdtype),
           fieldOf("DevId", deviceId),
-          fieldOf("BasicFlag", basicFlag),
-          fieldOf("MultilevelFlag", multilevelFlag),
-          fieldOf("SensorBinaryFlag", sensorBinaryFlag),
-          fieldOf("ZwAcExtFlag", acExtenderFlag),
+          fieldOf("BasicFlag", raised.basic),
+          fieldOf("MultilevelFlag", raised.multilevel),
+          fieldOf("SensorBinaryFlag", raised.binarySensor),
+          fieldOf("ZwAcExtFlag", raised.acExtender),
           fieldOf("local_meshID", localMesh),
           fieldOf("assoc_meshID", assocMesh),
           fieldOf("username1", users)};
-}
-
-std::string typeName(int type) {
-  char name[512] = {};
-  DevtypeEnumToStr(static_cast<DevType>(type), name);
-  return name;
 }
 
 }  // namespace oracle

@@ -11,10 +11,10 @@ using Types = std::vector<int>;
 
 /// The capabilities that the values of a generic device raise.
 struct Capabilities {
-  int basic = 0;
-  int multilevel = 0;
-  int binarySensor = 0;
-  int acExtender = 0;
+  unsigned char basic = 0;
+  unsigned char multilevel = 0;
+  unsigned char binarySensor = 0;
+  unsigned char acExtender = 0;
   bool operator==(const Capabilities&) const = default;
 };
 
