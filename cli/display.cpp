@@ -7,8 +7,8 @@
 
 #include "attention.h"
 #include "event_report.h"
-#include "frontend/event_names.h"
-#include "frontend/timeline.h"
+#include "words/event_names.h"
+#include "words/timeline.h"
 
 namespace tembra::cli {
 namespace {
@@ -66,14 +66,14 @@ class JsonDisplay : public Display {
 /// For a demonstration: who said what to whom, and every second that passes.
 class TimelineDisplay : public Display {
  public:
-  void note(const std::string& sentence) override { frontend::say(kProgram, kUser, sentence); }
-  void command(const std::string& call) override { frontend::say(kProgram, kLibrary, call); }
+  void note(const std::string& sentence) override { words::say(kProgram, kUser, sentence); }
+  void command(const std::string& call) override { words::say(kProgram, kLibrary, call); }
   void event(const HeardEvent& heard) override {
-    frontend::say(kLibrary, kProgram, "event " + std::to_string(heard.event.code) + " " + describeEvent(heard));
+    words::say(kLibrary, kProgram, "event " + std::to_string(heard.event.code) + " " + describeEvent(heard));
   }
   void waiting(const std::string& what, int secondsLeft) override {
     const std::string line = timeLeft(what, secondsLeft);
-    if (line != lastWait_) frontend::say(kProgram, kUser, line);
+    if (line != lastWait_) words::say(kProgram, kUser, line);
     lastWait_ = line;
   }
 

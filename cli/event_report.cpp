@@ -6,13 +6,13 @@
 #include <nlohmann/json.hpp>
 
 #include "device_types.h"
-#include "frontend/event_names.h"
 #include "texts.h"
+#include "words/event_names.h"
 
 namespace tembra::cli {
 namespace {
 
-using frontend::Payload;
+using words::Payload;
 using Json = nlohmann::ordered_json;
 
 template <class Record>
@@ -33,7 +33,7 @@ Json parsed(const std::string& text) {
 
 void addTimeout(Json& object, const HeardEvent& heard) {
   const auto report = payloadAs<TimeoutReport>(heard.event);
-  object["lastEvent"] = report.lastEventCode == 0 ? Json() : Json(frontend::eventName(report.lastEventCode));
+  object["lastEvent"] = report.lastEventCode == 0 ? Json() : Json(words::eventName(report.lastEventCode));
   object["report"] = parsed(fieldText(report.json));
 }
 
@@ -96,7 +96,7 @@ std::string choiceText(const HeardEvent& heard) {
 }
 
 std::string timeoutText(const TimeoutReport& report) {
-  return report.lastEventCode == 0 ? "" : " after " + frontend::eventName(report.lastEventCode);
+  return report.lastEventCode == 0 ? "" : " after " + words::eventName(report.lastEventCode);
 }
 
 std::string bridgesText(std::size_t count) {
@@ -110,7 +110,7 @@ std::string nestText(const NestAnswer& answer) {
 // The few words that tell one event from another of its code.
 std::string particulars(const HeardEvent& heard) {
   const DeviceReport report = deviceReport(heard);
-  switch (frontend::payloadOf(heard.event)) {
+  switch (words::payloadOf(heard.event)) {
     case Payload::kChoice:
       return choiceText(heard);
     case Payload::kCreated:
@@ -156,17 +156,17 @@ DevType createdType(const HeardEvent& heard) {
 }
 
 std::string describeEvent(const HeardEvent& heard) {
-  const frontend::EventRow* row = frontend::findEvent(heard.event.code);
+  const words::EventRow* row = words::findEvent(heard.event.code);
   const bool sourceKnown = row == nullptr || row->tellsSource;
-  const std::string source = sourceKnown ? " from " + frontend::sourceName(heard.event.source) : "";
-  return printable(frontend::eventName(heard.event.code) + source + particulars(heard));
+  const std::string source = sourceKnown ? " from " + words::sourceName(heard.event.source) : "";
+  return printable(words::eventName(heard.event.code) + source + particulars(heard));
 }
 
 Json eventJson(const HeardEvent& heard) {
-  Json object = {{"event", frontend::eventName(heard.event.code)}, {"code", heard.event.code}};
-  const frontend::EventRow* row = frontend::findEvent(heard.event.code);
-  if (row == nullptr || row->tellsSource) object["source"] = frontend::sourceName(heard.event.source);
-  const Payload payload = frontend::payloadOf(heard.event);
+  Json object = {{"event", words::eventName(heard.event.code)}, {"code", heard.event.code}};
+  const words::EventRow* row = words::findEvent(heard.event.code);
+  if (row == nullptr || row->tellsSource) object["source"] = words::sourceName(heard.event.source);
+  const Payload payload = words::payloadOf(heard.event);
   for (const Details& details : kDetails) {
     if (details.payload == payload) details.add(object, heard);
   }

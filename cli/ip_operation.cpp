@@ -6,9 +6,9 @@
 #include <optional>
 
 #include "failure.h"
-#include "frontend/event_names.h"
 #include "operation.h"
 #include "servers.h"
+#include "words/event_names.h"
 
 namespace tembra::cli {
 namespace {
@@ -20,11 +20,11 @@ constexpr milliseconds kBetweenLooks{50};
 constexpr milliseconds kLongestClosing{2000};
 constexpr int kLongestSilenceSeconds = 60;  // after the moment when the library should have reported a time-out
 
-std::string serverName(ServerType server) { return "the " + frontend::sourceName(server) + " server"; }
+std::string serverName(ServerType server) { return "the " + words::sourceName(server) + " server"; }
 
 bool concerns(const AssocEvent& event, ServerType server) {
-  const frontend::EventRow* row = frontend::findEvent(event.code);
-  return event.code == EVENT_TIMEOUT || (row != nullptr && row->sources == frontend::sourceName(server));
+  const words::EventRow* row = words::findEvent(event.code);
+  return event.code == EVENT_TIMEOUT || (row != nullptr && row->sources == words::sourceName(server));
 }
 
 /// The command while it runs. No event tells that the library does not know an answer, nor that it closes the
@@ -85,7 +85,7 @@ std::optional<HeardEvent> giveAndWait(const Context& context, IpOperation& opera
 }
 
 std::string meaningOf(const AssocEvent& event) {
-  const frontend::EventRow* row = frontend::findEvent(event.code);
+  const words::EventRow* row = words::findEvent(event.code);
   std::string text(row->name);
   return text.append(" (").append(row->meaning).append(")");
 }

@@ -7,17 +7,17 @@
 #include <iterator>
 
 #include "classification.h"
-#include "frontend/zigbee_rule_texts.h"
 #include "log_capture.h"
 #include "texts.h"
+#include "words/zigbee_rule_texts.h"
 
 namespace tembra::cli {
 namespace {
 
-using frontend::entriesText;
-using frontend::hex4;
-using frontend::outcomeText;
-using frontend::testsText;
+using words::entriesText;
+using words::hex4;
+using words::outcomeText;
+using words::testsText;
 
 constexpr std::size_t kMostClusters = std::size(ZbDeviceInfo{}.clusters);
 constexpr char kGenericName[] = "GenericDevice";

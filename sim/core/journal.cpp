@@ -2,14 +2,14 @@
 
 #include <iostream>
 
-#include "frontend/timeline.h"
+#include "words/timeline.h"
 
 namespace tembra::sim {
 
 Journal::Journal(bool timeline) : timeline_(timeline) {}
 
 void Journal::said(std::string_view from, std::string_view to, std::string_view what) const {
-  if (timeline_) frontend::say(from, to, what);
+  if (timeline_) words::say(from, to, what);
 }
 
 void Journal::found(std::string_view where, std::string_view mistake) {

@@ -5,13 +5,13 @@
 #include <climits>
 #include <set>
 
-#include "frontend/event_names.h"
 #include "page_inputs.h"
 #include "state_page.h"
+#include "words/event_names.h"
 
 using kit::Node;
 using kit::Router;
-using tembra::frontend::Ends;
+using tembra::words::Ends;
 
 namespace {
 
@@ -160,11 +160,11 @@ TEST(EventListTest, SaysOfEveryEventWhetherItEndsTheOperation) {
   for (const Section& section : kSections) {
     for (const Transition& row : transitionsOf(readSection(section.title))) {
       if (row.event == "—") continue;
-      const auto* event = tembra::frontend::findEvent(std::stoi(row.event));
+      const auto* event = tembra::words::findEvent(std::stoi(row.event));
       ASSERT_NE(event, nullptr) << row;
       EXPECT_TRUE(agrees(event->ends, section, row)) << row;
       onThePage.insert(event->code);
     }
   }
-  EXPECT_EQ(onThePage.size(), tembra::frontend::eventTable().size()) << "every event stands on the page";
+  EXPECT_EQ(onThePage.size(), tembra::words::eventTable().size()) << "every event stands on the page";
 }

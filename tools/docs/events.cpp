@@ -2,13 +2,13 @@
 #include <fstream>
 
 #include "docs/pages.h"
-#include "frontend/event_names.h"
+#include "words/event_names.h"
 
 namespace {
 
-using tembra::frontend::Ends;
-using tembra::frontend::EventRow;
-using tembra::frontend::Payload;
+using tembra::words::Ends;
+using tembra::words::EventRow;
+using tembra::words::Payload;
 
 const char* payloadText(Payload payload) {
   switch (payload) {
@@ -71,12 +71,12 @@ event whose source word is not written keeps the source of the event before it i
 bool docs::writeEvents(const std::filesystem::path& path) {
   std::ofstream out(path);
   out << kIntroduction;
-  for (const EventRow& row : tembra::frontend::eventTable()) {
+  for (const EventRow& row : tembra::words::eventTable()) {
     out << "| " << row.code << " | " << row.name << " | " << row.sources << " | " << endsText(row.ends) << " | "
         << row.meaning << " | " << row.sentence << " |\n";
   }
   out << kPayloads;
-  for (const EventRow& row : tembra::frontend::eventTable()) {
+  for (const EventRow& row : tembra::words::eventTable()) {
     out << "| " << row.code << " | " << row.name << " | " << (row.tellsSource ? "written" : "not written") << " | "
         << payloadText(row.payload) << " |\n";
   }

@@ -5,14 +5,14 @@
 #include <string>
 
 #include "docs/pages.h"
-#include "frontend/zigbee_rule_texts.h"
+#include "words/zigbee_rule_texts.h"
 
 namespace {
 
-using tembra::frontend::entriesText;
-using tembra::frontend::hex4;
-using tembra::frontend::outcomeText;
-using tembra::frontend::testsText;
+using tembra::words::entriesText;
+using tembra::words::hex4;
+using tembra::words::outcomeText;
+using tembra::words::testsText;
 
 const char* counted(bool is) { return is ? "yes" : "no"; }
 

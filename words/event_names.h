@@ -1,6 +1,6 @@
 // The events in words: one table for front ends, machine-readable output and the documentation.
-#ifndef TEMBRA_FRONTEND_EVENT_NAMES_H
-#define TEMBRA_FRONTEND_EVENT_NAMES_H
+#ifndef TEMBRA_WORDS_EVENT_NAMES_H
+#define TEMBRA_WORDS_EVENT_NAMES_H
 
 #include <tembra/events.h>
 
@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace tembra::frontend {
+namespace tembra::words {
 
 /// What the payload of an event holds.
 enum class Payload {
@@ -56,6 +56,6 @@ struct EventRow {
 /// What the payload of this very event holds: some events carry one from ZigBee only.
 [[nodiscard]] Payload payloadOf(const AssocEvent& event);
 
-}  // namespace tembra::frontend
+}  // namespace tembra::words
 
 #endif

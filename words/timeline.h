@@ -1,16 +1,16 @@
 // The timeline of a demonstration: who said what to whom, one line each, from however many programs.
-#ifndef TEMBRA_FRONTEND_TIMELINE_H
-#define TEMBRA_FRONTEND_TIMELINE_H
+#ifndef TEMBRA_WORDS_TIMELINE_H
+#define TEMBRA_WORDS_TIMELINE_H
 
 #include <string_view>
 
-namespace tembra::frontend {
+namespace tembra::words {
 
 /// Writes one line to standard output and flushes it. The line begins with the seconds since TEMBRA_TIMELINE_START
 /// (the machine's uptime at that moment, as a script reads it from /proc/uptime, so that several programs share one
 /// zero), or since this program's start. Any thread may call it.
 void say(std::string_view from, std::string_view to, std::string_view what);
 
-}  // namespace tembra::frontend
+}  // namespace tembra::words
 
 #endif

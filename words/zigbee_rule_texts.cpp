@@ -1,6 +1,6 @@
-#include "frontend/zigbee_rule_texts.h"
+#include "words/zigbee_rule_texts.h"
 
-namespace tembra::frontend {
+namespace tembra::words {
 namespace {
 
 std::string quoted(const char* text) { return std::string(1, '"').append(text).append(1, '"'); }
@@ -60,4 +60,4 @@ std::string entriesText(const unsigned char* entries, std::size_t count) {
   return text.empty() ? "none" : text;
 }
 
-}  // namespace tembra::frontend
+}  // namespace tembra::words

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-namespace tembra::frontend {
+namespace tembra::words {
 namespace {
 
 constexpr std::string_view kRadios = "ZigBee, Z-Wave";
@@ -92,4 +92,4 @@ Payload payloadOf(const AssocEvent& event) {
   return missing ? Payload::kNone : row->payload;
 }
 
-}  // namespace tembra::frontend
+}  // namespace tembra::words

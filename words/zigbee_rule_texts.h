@@ -1,13 +1,13 @@
 // The rows of <tembra/rules.h> in words, for the documentation and for whoever asks why.
-#ifndef TEMBRA_FRONTEND_ZIGBEE_RULE_TEXTS_H
-#define TEMBRA_FRONTEND_ZIGBEE_RULE_TEXTS_H
+#ifndef TEMBRA_WORDS_ZIGBEE_RULE_TEXTS_H
+#define TEMBRA_WORDS_ZIGBEE_RULE_TEXTS_H
 
 #include <tembra/rules.h>
 
 #include <cstddef>
 #include <string>
 
-namespace tembra::frontend {
+namespace tembra::words {
 
 /// "0x0B04"
 [[nodiscard]] std::string hex4(int number);
@@ -26,6 +26,6 @@ template <std::size_t Count>
   return entriesText(entries, Count);
 }
 
-}  // namespace tembra::frontend
+}  // namespace tembra::words
 
 #endif

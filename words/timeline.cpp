@@ -6,7 +6,7 @@
 #include <ctime>
 #include <string>
 
-namespace tembra::frontend {
+namespace tembra::words {
 namespace {
 
 // The clock of /proc/uptime.
@@ -38,4 +38,4 @@ void say(std::string_view from, std::string_view to, std::string_view what) {
   std::fflush(stdout);
 }
 
-}  // namespace tembra::frontend
+}  // namespace tembra::words
