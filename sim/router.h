@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "sim/answers/fault.h"
 #include "sim/control/commands.h"
 #include "sim/control/control_socket.h"
 #include "sim/core/descriptor.h"
@@ -15,7 +16,6 @@
 #include "sim/home.h"
 #include "sim/hue/hue_server.h"
 #include "sim/nest/nest_server.h"
-#include "sim/radio/fault.h"
 #include "sim/radio/network.h"
 #include "sim/scenario/scenario.h"
 #include "sim/zigbee/zigbee_server.h"

@@ -9,11 +9,11 @@
 #include <string>
 #include <string_view>
 
+#include "sim/answers/answers.h"
 #include "sim/core/daemon.h"
 #include "sim/core/outcome.h"
 #include "sim/hue/bridges.h"
 #include "sim/hue/lamps.h"
-#include "sim/radio/answers.h"
 #include "tembra/records.h"
 
 namespace tembra::sim {

@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "sim/answers/answers.h"
 #include "sim/core/daemon.h"
 #include "sim/core/outcome.h"
 #include "sim/nest/authorisation.h"
-#include "sim/radio/answers.h"
 #include "tembra/records.h"
 
 namespace tembra::sim {

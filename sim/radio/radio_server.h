@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "sim/answers/answers.h"
 #include "sim/core/daemon.h"
 #include "sim/core/outcome.h"
-#include "sim/radio/answers.h"
 
 namespace tembra::sim {
 

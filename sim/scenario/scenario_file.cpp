@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "sim/answers/fault.h"
 #include "sim/hue/bridges.h"
 #include "sim/radio/catalogue_file.h"
-#include "sim/radio/fault.h"
 #include "sim/scenario/scenario.h"
 
 namespace tembra::sim {

@@ -1,4 +1,4 @@
-#include "sim/radio/fault.h"
+#include "sim/answers/fault.h"
 
 #include <gtest/gtest.h>
 

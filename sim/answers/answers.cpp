@@ -1,4 +1,4 @@
-#include "sim/radio/answers.h"
+#include "sim/answers/answers.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 // The answers of the servers, by the names that faults and the timeline use.
-#ifndef TEMBRA_SIM_RADIO_MESSAGES_H
-#define TEMBRA_SIM_RADIO_MESSAGES_H
+#ifndef TEMBRA_SIM_ANSWERS_MESSAGES_H
+#define TEMBRA_SIM_ANSWERS_MESSAGES_H
 
 #include <array>
 #include <string_view>

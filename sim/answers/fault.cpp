@@ -1,12 +1,12 @@
-#include "sim/radio/fault.h"
+#include "sim/answers/fault.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
 #include <stdexcept>
 
+#include "sim/answers/messages.h"
 #include "sim/core/number.h"
-#include "sim/radio/messages.h"
 
 namespace tembra::sim {
 namespace {

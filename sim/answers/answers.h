@@ -1,6 +1,6 @@
 // Plays the answers of one operation of a server, one after the other, as the faults let them through.
-#ifndef TEMBRA_SIM_RADIO_ANSWERS_H
-#define TEMBRA_SIM_RADIO_ANSWERS_H
+#ifndef TEMBRA_SIM_ANSWERS_ANSWERS_H
+#define TEMBRA_SIM_ANSWERS_ANSWERS_H
 
 #include <chrono>
 #include <cstddef>
@@ -11,10 +11,10 @@
 #include <string_view>
 #include <vector>
 
+#include "sim/answers/fault.h"
+#include "sim/answers/messages.h"
 #include "sim/core/daemon.h"
 #include "sim/core/surroundings.h"
-#include "sim/radio/fault.h"
-#include "sim/radio/messages.h"
 
 namespace tembra::sim {
 

@@ -1,7 +1,7 @@
 // Faults of a server's answers: MESSAGE:KIND[=VALUE][:COUNT], for instance "joined:lost", "info:late=500:3",
 // "*:twice:always". COUNT says how many answers are hit (1 when it is left out).
-#ifndef TEMBRA_SIM_RADIO_FAULT_H
-#define TEMBRA_SIM_RADIO_FAULT_H
+#ifndef TEMBRA_SIM_ANSWERS_FAULT_H
+#define TEMBRA_SIM_ANSWERS_FAULT_H
 
 #include <chrono>
 #include <cstddef>
