@@ -11,6 +11,7 @@
 #include <tembra/platform.h>     // what the router provides
 #include <tembra/records.h>      // what travels
 #include <tembra/rules.h>        // how ZigBee devices are classified, as data
+#include <tembra/version.h>      // of the headers and of the library
 #include <tembra/vocabulary.h>   // the numbers
 
 #endif

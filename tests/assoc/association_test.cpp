@@ -183,3 +183,5 @@ TEST(CopyTest, CarriesNoFieldAndItsDestructionClosesNothing) {
   router.zwave().send(Node(5));
   EXPECT_EQ(assoc.assocState, ZW_ASSOC) << "the connection still works";
 }
+
+TEST(VersionTest, HeadersAndLibraryAreOfOneVersion) { EXPECT_EQ(tembra_version(), TEMBRA_VERSION); }

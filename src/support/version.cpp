@@ -1,0 +1,3 @@
+#include <tembra/version.h>
+
+int tembra_version() { return TEMBRA_VERSION; }
