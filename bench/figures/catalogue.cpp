@@ -10,7 +10,7 @@ std::vector<ZbDeviceInfo> zigbeeDevices() {
   const auto catalogue = tembra::sim::ZigbeeCatalogue::load(TEMBRA_CATALOGUE);
   std::vector<ZbDeviceInfo> devices;
   for (const auto& device : catalogue.devices()) {
-    devices.push_back(tembra::sim::describedDevice(0x1a01, tembra::sim::kStatusComplete, device));
+    devices.push_back(tembra::sim::describedDevice(0x1a01, ZIGBEE_INFO_COMPLETE, device));
   }
   return devices;
 }

@@ -1,4 +1,4 @@
-// Start here: the whole public line of libTembraAssoc.
+// Start here: the public line of libTembraAssoc. Only <tembra/rules.h>, how ZigBee devices are classified, is apart.
 #ifndef TEMBRA_ASSOC_H
 #define TEMBRA_ASSOC_H
 
@@ -10,7 +10,6 @@
 #include <tembra/names.h>        // display texts of Z-Wave numbers
 #include <tembra/platform.h>     // what the router provides
 #include <tembra/records.h>      // what travels
-#include <tembra/rules.h>        // how ZigBee devices are classified, as data
 #include <tembra/version.h>      // of the headers and of the library
 #include <tembra/vocabulary.h>   // the numbers
 

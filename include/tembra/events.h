@@ -18,8 +18,8 @@ enum AssocEventCode : int {
   EVENT_REMOVED = 11,          ///< removal done (ZigBee) or started (Z-Wave); DeviceReport with removedName, removedId
   EVENT_REMOVED_UNKNOWN = 12,  ///< removal answered for a device that is not in the database
   EVENT_HUE_BRIDGES = 21,      ///< Hue bridges found; payload HueBridgeList
-  EVENT_HUE_DONE = 22,         ///< Hue result type 8; JSON text
-  EVENT_HUE_DONE_2 = 23,       ///< Hue result type 9; JSON text
+  EVENT_HUE_DONE = 22,         ///< HUE_DONE; JSON text
+  EVENT_HUE_DONE_2 = 23,       ///< HUE_DONE_2; JSON text
   EVENT_HUE_ADDED = 25,        ///< Hue bridge added; JSON text
   EVENT_HUE_BUTTON = 26,       ///< Hue link button not pressed; JSON text
   EVENT_HUE_NO_BRIDGE = 27,    ///< Hue bridge not found; JSON text
@@ -39,9 +39,9 @@ enum AssocEventCode : int {
 /// Where a code carries no payload, and in bytes that a payload does not define, `payload` holds whatever the
 /// library's buffer held before. EVENT_TIMEOUT and EVENT_HUE_FAILED leave `source` as it was, too.
 struct AssocEvent {
-  int code;    ///< AssocEventCode
-  int source;  ///< the server the event concerns, in ServerType numbering
-  unsigned char payload[4096];
+  int code;                     ///< AssocEventCode
+  int source;                   ///< the server the event concerns, in ServerType numbering
+  unsigned char payload[4096];  ///< by event code
 };
 static_assert(sizeof(AssocEvent) == 4104, "an event is 4104 bytes");
 TEMBRA_FIELD_AT(AssocEvent, code, 0);
@@ -91,8 +91,8 @@ TEMBRA_FIELD_AT(DeviceReport, json, 764);
 
 /// Payload of EVENT_HUE_BRIDGES, 3256 bytes: slot i of each table is one bridge.
 struct HueBridgeList {
-  char mac[25][30];
-  char address[25][50];  ///< IP address
+  char mac[25][30];      ///< MAC texts
+  char address[25][50];  ///< IP address texts
   unsigned char at2000[1252];
   int count;  ///< number of slots filled
 };

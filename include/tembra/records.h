@@ -30,7 +30,7 @@ static_assert(sizeof(ZwIndexEntry) == 2, "an index entry is two bytes");
 
 /// The Z-Wave node block, 1036 bytes: from the Z-Wave server as received, to the HA server as finished.
 struct ZwNodeInfo {
-  unsigned char nodeId;              ///< Z-Wave node id; 0: no node, 255: the server reports a failure
+  unsigned char nodeId;              ///< Z-Wave node id, or a NodeNumber
   unsigned char commandClasses[53];  ///< supported command classes; ends with 0xFF when received, with 0 when finished
   unsigned char basicClass;          ///< Z-Wave basic device class; 0: the node has none
   unsigned char genericClass;        ///< Z-Wave generic device class
@@ -41,7 +41,7 @@ struct ZwNodeInfo {
   int proposedType;                  ///< DevType that classification proposes
   char name[180];                    ///< device name
   char location[180];                ///< device location
-  unsigned char requestMark;         ///< 255: the block announces an added device, 254: a removed one
+  unsigned char requestMark;         ///< RequestMark
   ZwIndexEntry indexes[31];          ///< value slots of the device, up to one of type 0
   unsigned char indexesEnd;          ///< type byte of entry 31, whose instance has no room: an end mark
 };
@@ -79,30 +79,30 @@ static_assert(sizeof(ZbIndexEntry) == 2, "an index entry is two bytes");
 struct ZbDeviceInfo {
   unsigned short shortAddress;  ///< ZigBee network address of the device
   unsigned char at2[8];
-  /// The status when received. When a leaving device is not in the database 12 is written here, and stays in the record
-  /// until it is received or handed over anew. Sent to the HA server it is 10: added, or 2: removed.
+  /// ZigbeeStatus when received, ZigbeeNotice when sent. ZIGBEE_REMOVED_UNKNOWN is written when a leaving device is not
+  /// in the database, and stays until the record is received or handed over anew.
   unsigned char msgCode;
   unsigned char at11;
   ZbClusterEntry clusters[30];  ///< the clusters of the device, up to one of id 0xFFFF
-  char manufacturer[80];
-  unsigned char devType;  ///< low byte of the DevType; 0: not decided
+  char manufacturer[80];        ///< manufacturer name
+  unsigned char devType;        ///< low byte of the DevType; 0: not decided
   unsigned char at213;
   unsigned short zoneType;  ///< IAS zone type (ZigBee Cluster Library, IAS Zone cluster)
   unsigned char at216[12];
-  unsigned short acCheckA;
+  unsigned short acCheckA;  ///< 0: a metering switch is no SmartACSwitch
   unsigned char at230[2];
-  unsigned short acCheckB;
+  unsigned short acCheckB;  ///< 0 together with acCheckC: no SmartACSwitch
   unsigned char at234[6];
-  unsigned short acCheckC;
+  unsigned short acCheckC;  ///< see acCheckB
   unsigned char at242[50];
-  unsigned short productWordA;
-  unsigned short productWordB;
-  char model[22];
-  unsigned char indexCount;  ///< number of index entries, which are entries 1 to indexCount
-  unsigned char at319;       ///< endpoint byte of an entry 0 that does not exist
-  ZbIndexEntry indexes[29];  ///< index entries 1 to 29: entry n at offset 318 + 2n
-  char name[32];             ///< device name; a longer one runs into the location
-  char location[34];         ///< device location, up to the end of the record
+  unsigned short productWordA;  ///< 0x1002 for the plug of the router's own maker
+  unsigned short productWordB;  ///< 0x5EC0 for the plug of the router's own maker
+  char model[22];               ///< model identifier
+  unsigned char indexCount;     ///< number of index entries, which are entries 1 to indexCount
+  unsigned char at319;          ///< endpoint byte of an entry 0 that does not exist
+  ZbIndexEntry indexes[29];     ///< index entries 1 to 29: entry n at offset 318 + 2n
+  char name[32];                ///< device name; a longer one runs into the location
+  char location[34];            ///< device location, up to the end of the record
 };
 static_assert(sizeof(ZbDeviceInfo) == 444, "a ZigBee device description is 444 bytes");
 TEMBRA_FIELD_AT(ZbDeviceInfo, shortAddress, 0);
@@ -162,8 +162,8 @@ TEMBRA_FIELD_AT(IndexRecord, value, 34);
 
 /// Command to the ZigBee server, 320 bytes.
 struct ZigbeeCommand {
-  char command[180];
-  char argument[140];
+  char command[180];   ///< command text
+  char argument[140];  ///< argument text
 };
 static_assert(sizeof(ZigbeeCommand) == 320, "a ZigBee command is 320 bytes");
 TEMBRA_FIELD_AT(ZigbeeCommand, command, 0);
@@ -172,9 +172,9 @@ TEMBRA_FIELD_AT(ZigbeeCommand, argument, 180);
 /// Command to the Z-Wave server, 236 bytes; what is not named here is that server's own and zero.
 struct ZwaveCommand {
   unsigned char at0[192];
-  int operation;  ///< 1: controller command, 4: cancel, 5: reset
+  int operation;  ///< ozw_OperationCode
   unsigned char at196[16];
-  int controllerCommand;  ///< 1: add device, 4: remove device, 0: none
+  int controllerCommand;  ///< ozw_ControllerCommand
   unsigned char at216[20];
 };
 static_assert(sizeof(ZwaveCommand) == 236, "a Z-Wave command is 236 bytes");
@@ -198,7 +198,7 @@ struct HueCommand {
   unsigned char at0[120];
   char argument[50];     ///< lamp or user text
   char bridgeId[50];     ///< bridge id, see RevertHueMac
-  unsigned int command;  ///< 100 add bridge, 105 add lamp, 106 refresh, 109 remove, 114 discover
+  unsigned int command;  ///< HueCommandCode
   unsigned char at224[80];
 };
 static_assert(sizeof(HueCommand) == 304, "a Hue command is 304 bytes");
@@ -216,9 +216,9 @@ static_assert(sizeof(HueAnswerEntry) == 65, "an entry is 65 bytes");
 
 /// Answer of the Hue server, 3260 bytes.
 struct HueAnswer {
-  int type;                    ///< result type
+  int type;                    ///< HueResultType
   int count;                   ///< number of entries
-  HueAnswerEntry entries[50];  ///< bridges found, for result type 0
+  HueAnswerEntry entries[50];  ///< bridges, for HUE_BRIDGES_FOUND
   unsigned char at3258[2];
 };
 static_assert(sizeof(HueAnswer) == 3260, "a Hue answer is 3260 bytes");
@@ -230,8 +230,8 @@ TEMBRA_FIELD_AT(HueAnswer, at3258, 3258);
 /// Command to the Nest server, 256 bytes.
 struct NestCommand {
   int at0;
-  unsigned int command;  ///< 100 add, 109 remove
-  char text[248];
+  unsigned int command;  ///< NestCommandCode
+  char text[248];        ///< authorisation code of NEST_LINK
 };
 static_assert(sizeof(NestCommand) == 256, "a Nest command is 256 bytes");
 TEMBRA_FIELD_AT(NestCommand, at0, 0);
@@ -240,9 +240,9 @@ TEMBRA_FIELD_AT(NestCommand, text, 8);
 
 /// Answer of the Nest server, 12 bytes.
 struct NestAnswer {
-  int command;
-  int status;
-  int value;
+  int command;  ///< NestAnswerCode
+  int status;   ///< decides the event of NEST_ANSWER_124: 0 or -1
+  int value;    ///< passed on with the event of NEST_ANSWER_100
 };
 static_assert(sizeof(NestAnswer) == 12, "a Nest answer is 12 bytes");
 TEMBRA_FIELD_AT(NestAnswer, command, 0);

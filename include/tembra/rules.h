@@ -124,24 +124,30 @@ struct ZbClusterRule {
 };
 
 static const ZbClusterRule zbClusterRules[] = {
-    {ZB_ON_OFF, "on/off", {1}, true},
-    {ZB_LEVEL_CONTROL, "level control", {18}, true},
+    {ZB_ON_OFF, "on/off", {INDEX_SWITCH}, true},
+    {ZB_LEVEL_CONTROL, "level control", {INDEX_ZIGBEE_LEVEL}, true},
     {ZB_SHADE_CONFIGURATION, "shade configuration", {}, true},
-    {ZB_DOOR_LOCK, "door lock", {23}, true},
-    {ZB_WINDOW_COVERING, "window covering", {116}, true},
+    {ZB_DOOR_LOCK, "door lock", {INDEX_ZIGBEE_DOOR_LOCK}, true},
+    {ZB_WINDOW_COVERING, "window covering", {INDEX_WINDOW_COVERING}, true},
     {ZB_PUMP_CONFIGURATION, "pump configuration", {}, true},
-    {ZB_THERMOSTAT, "thermostat", {35, 36, 37, 38, 25}, true},
-    {ZB_FAN_CONTROL, "fan control", {39, 40}, false},
-    {ZB_COLOR_CONTROL, "colour control", {31, 32, 33}, true},
-    {ZB_ILLUMINANCE, "illuminance", {28}, true},
-    {ZB_TEMPERATURE, "temperature", {25}, true},
-    {ZB_PRESSURE, "pressure", {26}, true},
+    {ZB_THERMOSTAT,
+     "thermostat",
+     {INDEX_THERMOSTAT_MODE, INDEX_THERMOSTAT_STATE, INDEX_HEATING_SETPOINT, INDEX_COOLING_SETPOINT, INDEX_TEMPERATURE},
+     true},
+    {ZB_FAN_CONTROL, "fan control", {INDEX_FAN_MODE, INDEX_FAN_CONTROL_2}, false},
+    {ZB_COLOR_CONTROL, "colour control", {INDEX_COLOR_1, INDEX_COLOR_2, INDEX_COLOR_3}, true},
+    {ZB_ILLUMINANCE, "illuminance", {INDEX_ILLUMINANCE}, true},
+    {ZB_TEMPERATURE, "temperature", {INDEX_TEMPERATURE}, true},
+    {ZB_PRESSURE, "pressure", {INDEX_PRESSURE}, true},
     {ZB_FLOW, "flow", {}, true},
-    {ZB_HUMIDITY, "humidity", {27}, true},
-    {ZB_OCCUPANCY, "occupancy", {3}, true},
+    {ZB_HUMIDITY, "humidity", {INDEX_HUMIDITY}, true},
+    {ZB_OCCUPANCY, "occupancy", {INDEX_MOTION}, true},
     {ZB_IAS_ZONE, "IAS zone", {}, false},
-    {ZB_METERING, "metering", {108, 109, 110, 111}, true},
-    {ZB_ELECTRICAL_MEASUREMENT, "electrical measurement", {86, 52, 53, 54}, true},
+    {ZB_METERING, "metering", {INDEX_METERING_1, INDEX_METERING_2, INDEX_METERING_3, INDEX_METERING_4}, true},
+    {ZB_ELECTRICAL_MEASUREMENT,
+     "electrical measurement",
+     {INDEX_MEASUREMENT_1, INDEX_MEASUREMENT_2, INDEX_MEASUREMENT_3, INDEX_MEASUREMENT_4},
+     true},
 };
 
 /// The rule of a cluster, null when it has none and is skipped.
@@ -176,43 +182,75 @@ struct ZbDecision {
 };
 
 static const ZbDecision zbDecisions[] = {
-    {ZB_ON_OFF, {{ZB_TYPE_IS_NOT, 1, nullptr}}, "BinarySwitch", 1, ZB_NO_EFFECT},
-    {ZB_ON_OFF, {}, "MultiSwitch", 43, ZB_NO_EFFECT},
-    {ZB_LEVEL_CONTROL, {{ZB_TYPE_IS_NOT, 1, nullptr}}, "MultilevelSwitch", 2, ZB_NO_EFFECT},
-    {ZB_LEVEL_CONTROL, {}, "MultilevelSwitchOnOff", 4, ZB_NO_EFFECT},
-    {ZB_SHADE_CONFIGURATION, {}, nullptr, 0, ZB_NO_EFFECT},
-    {ZB_DOOR_LOCK, {}, "ZigbeeDoorLock", 28, ZB_NO_EFFECT},
-    {ZB_WINDOW_COVERING, {}, "Window Covering", 26, ZB_NO_EFFECT},
-    {ZB_PUMP_CONFIGURATION, {}, nullptr, 0, ZB_NO_EFFECT},
-    {ZB_THERMOSTAT, {{ZB_MANUFACTURER_IS, 0, "Zen Within"}}, "Zen Thermostat", 62, ZB_NO_EFFECT},
-    {ZB_THERMOSTAT, {{ZB_MODEL_HAS, 0, "UPIC"}}, "IR Extender", 65, ZB_NO_EFFECT},
-    {ZB_THERMOSTAT, {}, "Thermostat", 7, ZB_NO_EFFECT},
-    {ZB_COLOR_CONTROL, {{ZB_TYPE_IS, 4, nullptr}}, "ColorDimmableLight", 32, ZB_NO_EFFECT},
-    {ZB_COLOR_CONTROL, {}, nullptr, 0, ZB_NO_EFFECT},
-    {ZB_ILLUMINANCE, {}, nullptr, 0, ZB_NO_EFFECT},
+    {ZB_ON_OFF,
+     {{ZB_TYPE_IS_NOT, DEVTYPE_BINARY_SWITCH, nullptr}},
+     "BinarySwitch",
+     DEVTYPE_BINARY_SWITCH,
+     ZB_NO_EFFECT},
+    {ZB_ON_OFF, {}, "MultiSwitch", DEVTYPE_MULTI_SWITCH, ZB_NO_EFFECT},
+    {ZB_LEVEL_CONTROL,
+     {{ZB_TYPE_IS_NOT, DEVTYPE_BINARY_SWITCH, nullptr}},
+     "MultilevelSwitch",
+     DEVTYPE_MULTILEVEL_SWITCH,
+     ZB_NO_EFFECT},
+    {ZB_LEVEL_CONTROL, {}, "MultilevelSwitchOnOff", DEVTYPE_MULTILEVEL_SWITCH_ON_OFF, ZB_NO_EFFECT},
+    {ZB_SHADE_CONFIGURATION, {}, nullptr, DEVTYPE_UNKNOWN, ZB_NO_EFFECT},
+    {ZB_DOOR_LOCK, {}, "ZigbeeDoorLock", DEVTYPE_ZIGBEE_DOOR_LOCK, ZB_NO_EFFECT},
+    {ZB_WINDOW_COVERING, {}, "Window Covering", DEVTYPE_WINDOW_COVERING, ZB_NO_EFFECT},
+    {ZB_PUMP_CONFIGURATION, {}, nullptr, DEVTYPE_UNKNOWN, ZB_NO_EFFECT},
+    {ZB_THERMOSTAT, {{ZB_MANUFACTURER_IS, 0, "Zen Within"}}, "Zen Thermostat", DEVTYPE_ZEN_THERMOSTAT, ZB_NO_EFFECT},
+    {ZB_THERMOSTAT, {{ZB_MODEL_HAS, 0, "UPIC"}}, "IR Extender", DEVTYPE_IR_EXTENDER, ZB_NO_EFFECT},
+    {ZB_THERMOSTAT, {}, "Thermostat", DEVTYPE_THERMOSTAT, ZB_NO_EFFECT},
+    {ZB_COLOR_CONTROL,
+     {{ZB_TYPE_IS, DEVTYPE_MULTILEVEL_SWITCH_ON_OFF, nullptr}},
+     "ColorDimmableLight",
+     DEVTYPE_COLOR_DIMMABLE_LIGHT,
+     ZB_NO_EFFECT},
+    {ZB_COLOR_CONTROL, {}, nullptr, DEVTYPE_UNKNOWN, ZB_NO_EFFECT},
+    {ZB_ILLUMINANCE, {}, nullptr, DEVTYPE_UNKNOWN, ZB_NO_EFFECT},
     {ZB_TEMPERATURE,
-     {{ZB_MODEL_HAS, 0, "SML0"}, {ZB_TYPE_IS, 0, nullptr}},
+     {{ZB_MODEL_HAS, 0, "SML0"}, {ZB_TYPE_IS, DEVTYPE_UNKNOWN, nullptr}},
      "ZigbeeTempSensor",
-     0,
+     DEVTYPE_UNKNOWN,
      ZB_NO_EFFECT},  // named as a sensor, but undecided
-    {ZB_TEMPERATURE, {{ZB_MODEL_HAS, 0, "SML0"}}, nullptr, 0, ZB_NO_EFFECT},
-    {ZB_TEMPERATURE, {{ZB_TYPE_IS, 0, nullptr}}, "ZigbeeTempSensor", 29, ZB_NO_EFFECT},
-    {ZB_TEMPERATURE, {{ZB_TYPE_IS, 24, nullptr}}, nullptr, ZB_KEEP_TYPE, ZB_NO_EFFECT},
-    {ZB_TEMPERATURE, {}, nullptr, 0, ZB_NO_EFFECT},
-    {ZB_PRESSURE, {}, nullptr, 0, ZB_NO_EFFECT},
-    {ZB_FLOW, {}, nullptr, 0, ZB_NO_EFFECT},
-    {ZB_HUMIDITY, {{ZB_TYPE_IS_NOT, 24, nullptr}}, nullptr, 0, ZB_NO_EFFECT},
-    {ZB_OCCUPANCY, {{ZB_MANUFACTURER_IS, 0, "NYCE"}, {ZB_MODEL_HAS, 0, "3041"}}, "OccupancySensor", 24, ZB_NO_EFFECT},
+    {ZB_TEMPERATURE, {{ZB_MODEL_HAS, 0, "SML0"}}, nullptr, DEVTYPE_UNKNOWN, ZB_NO_EFFECT},
+    {ZB_TEMPERATURE,
+     {{ZB_TYPE_IS, DEVTYPE_UNKNOWN, nullptr}},
+     "ZigbeeTempSensor",
+     DEVTYPE_ZIGBEE_TEMP_SENSOR,
+     ZB_NO_EFFECT},
+    {ZB_TEMPERATURE, {{ZB_TYPE_IS, DEVTYPE_OCCUPANCY_SENSOR, nullptr}}, nullptr, ZB_KEEP_TYPE, ZB_NO_EFFECT},
+    {ZB_TEMPERATURE, {}, nullptr, DEVTYPE_UNKNOWN, ZB_NO_EFFECT},
+    {ZB_PRESSURE, {}, nullptr, DEVTYPE_UNKNOWN, ZB_NO_EFFECT},
+    {ZB_FLOW, {}, nullptr, DEVTYPE_UNKNOWN, ZB_NO_EFFECT},
+    {ZB_HUMIDITY, {{ZB_TYPE_IS_NOT, DEVTYPE_OCCUPANCY_SENSOR, nullptr}}, nullptr, DEVTYPE_UNKNOWN, ZB_NO_EFFECT},
+    {ZB_OCCUPANCY,
+     {{ZB_MANUFACTURER_IS, 0, "NYCE"}, {ZB_MODEL_HAS, 0, "3041"}},
+     "OccupancySensor",
+     DEVTYPE_OCCUPANCY_SENSOR,
+     ZB_NO_EFFECT},
     {ZB_METERING, {{ZB_MODEL_HAS, 0, "ESW"}}, nullptr, ZB_KEEP_TYPE, ZB_NO_EFFECT},
-    {ZB_METERING, {}, nullptr, 0, ZB_NO_EFFECT},
-    {ZB_ELECTRICAL_MEASUREMENT, {{ZB_TYPE_IS_NOT, 1, nullptr}}, nullptr, ZB_KEEP_TYPE, ZB_NO_EFFECT},
-    {ZB_ELECTRICAL_MEASUREMENT, {{ZB_MAKERS_PLUG, 0, nullptr}}, "Tobble Plug", 50, ZB_LOG_MANUFACTURER},
+    {ZB_METERING, {}, nullptr, DEVTYPE_UNKNOWN, ZB_NO_EFFECT},
+    {ZB_ELECTRICAL_MEASUREMENT,
+     {{ZB_TYPE_IS_NOT, DEVTYPE_BINARY_SWITCH, nullptr}},
+     nullptr,
+     ZB_KEEP_TYPE,
+     ZB_NO_EFFECT},
+    {ZB_ELECTRICAL_MEASUREMENT,
+     {{ZB_MAKERS_PLUG, 0, nullptr}},
+     "Tobble Plug",
+     DEVTYPE_TOBBLE_PLUG,
+     ZB_LOG_MANUFACTURER},
     {ZB_ELECTRICAL_MEASUREMENT,
      {{ZB_MANUFACTURER_IS_NOT, 0, "OSRAM"}, {ZB_AC_CHECK_FAILS, 0, nullptr}},
      nullptr,
      ZB_KEEP_TYPE,
      ZB_STOP},
-    {ZB_ELECTRICAL_MEASUREMENT, {{ZB_MANUFACTURER_IS_NOT, 0, "OSRAM"}}, "SmartACSwitch", 22, ZB_NO_EFFECT},
+    {ZB_ELECTRICAL_MEASUREMENT,
+     {{ZB_MANUFACTURER_IS_NOT, 0, "OSRAM"}},
+     "SmartACSwitch",
+     DEVTYPE_SMART_AC_SWITCH,
+     ZB_NO_EFFECT},
     {ZB_ELECTRICAL_MEASUREMENT, {}, nullptr, ZB_KEEP_TYPE, ZB_LOG_OSRAM},
 };
 
@@ -246,7 +284,10 @@ struct ZbZoneCase {
 static const ZbZoneCase zbZoneCases[] = {
     {ZB_IAS_CAMERA, {}, ZB_ZONE_CAMERA, false},
     {ZB_IAS_ATTACHED, {}, ZB_ZONE_IGNORED, false},
-    {ZB_ANY_CLUSTER, {ZB_TYPE_IS, 24, nullptr}, ZB_ZONE_IGNORED, true},  // decided as an occupancy sensor
+    {ZB_ANY_CLUSTER,
+     {ZB_TYPE_IS, DEVTYPE_OCCUPANCY_SENSOR, nullptr},
+     ZB_ZONE_IGNORED,
+     true},  // decided as an occupancy sensor
     {ZB_ANY_CLUSTER, {}, ZB_ZONE_CLASSIFIED, true},
 };
 
@@ -300,7 +341,7 @@ struct ZbZoneTypeException {
 };
 
 static const ZbZoneTypeException zbZoneTypeExceptions[] = {
-    {{ZB_MODEL_HAS, 0, "MiniSD"}, 2, 11, "libTembraAssoc:Mini smoke detector found"},
+    {{ZB_MODEL_HAS, 0, "MiniSD"}, 2, DEVTYPE_MOTION_SENSOR, "libTembraAssoc:Mini smoke detector found"},
 };
 
 /// The exception that a device is of, null for a device that is as its zone type says.
@@ -346,10 +387,18 @@ struct ZbZoneEntries {
 };
 
 static const ZbZoneEntries zbZoneEntries[] = {
-    {10, {}, {2, 12, 9}},  {11, {}, {3, 12, 9}},  {12, {ZB_MODEL_HAS, 0, "XE01S"}, {12}},
-    {12, {}, {4, 12, 9}},  {13, {}, {8, 12, 9}},  {14, {}, {6, 12, 9}},
-    {15, {}, {7, 12, 9}},  {17, {}, {5, 12, 9}},  {19, {}, {24, 10, 11}},
-    {21, {}, {13, 12, 9}}, {61, {}, {91, 12, 9}}, {-1, {}, {12}},
+    {DEVTYPE_STANDARD_CIE, {}, {INDEX_BINARY_SENSOR, INDEX_ZONE, INDEX_ALARM}},
+    {DEVTYPE_MOTION_SENSOR, {}, {INDEX_MOTION, INDEX_ZONE, INDEX_ALARM}},
+    {DEVTYPE_CONTACT_SWITCH, {ZB_MODEL_HAS, 0, "XE01S"}, {INDEX_ZONE}},
+    {DEVTYPE_CONTACT_SWITCH, {}, {INDEX_CONTACT, INDEX_ZONE, INDEX_ALARM}},
+    {DEVTYPE_FIRE_SENSOR, {}, {INDEX_FIRE, INDEX_ZONE, INDEX_ALARM}},
+    {DEVTYPE_WATER_SENSOR, {}, {INDEX_WATER, INDEX_ZONE, INDEX_ALARM}},
+    {DEVTYPE_GAS_SENSOR, {}, {INDEX_GAS, INDEX_ZONE, INDEX_ALARM}},
+    {DEVTYPE_VIBRATION_SENSOR, {}, {INDEX_VIBRATION, INDEX_ZONE, INDEX_ALARM}},
+    {DEVTYPE_KEY_FOB, {}, {INDEX_KEY_FOB_1, INDEX_KEY_FOB_2, INDEX_KEY_FOB_3}},
+    {DEVTYPE_STANDARD_WARNING, {}, {INDEX_SIREN, INDEX_ZONE, INDEX_ALARM}},
+    {DEVTYPE_DRAVOTEK_BUTTON, {}, {INDEX_BUTTON, INDEX_ZONE, INDEX_ALARM}},
+    {-1, {}, {INDEX_ZONE}},
 };
 
 /// The first row that fits; there always is one.
@@ -361,7 +410,8 @@ static inline const ZbZoneEntries& zbFindZoneEntries(int type, const ZbDeviceInf
 
 /// Index entries of a camera (ZB_ZONE_CAMERA). Only the first ZB_CAMERA_ENDPOINTS of them get the zone's endpoint; the
 /// others keep the endpoint byte that stands there [sic].
-static const unsigned char zbCameraEntries[] = {3, 12, 9, 128, 129, 130, 131};
+static const unsigned char zbCameraEntries[] = {INDEX_MOTION,   INDEX_ZONE,     INDEX_ALARM,   INDEX_CAMERA_1,
+                                                INDEX_CAMERA_2, INDEX_CAMERA_3, INDEX_CAMERA_4};
 enum { ZB_CAMERA_ENDPOINTS = 3 };
 
 /// What happens to the device of a classified zone once it has its name and type. The first row whose test holds.
@@ -373,8 +423,11 @@ struct ZbZoneAfterwards {
 };
 
 static const ZbZoneAfterwards zbZoneAfterwards[] = {
-    {{ZB_MODEL_HAS, 0, "MiniSD"}, 0, 0, nullptr},
-    {{ZB_MODEL_HAS, 0, "SZ-PIR04N"}, 28, 0, "libTembraAssoc:Sercomm motion and illuminance found"},
+    {{ZB_MODEL_HAS, 0, "MiniSD"}, INDEX_NONE, DEVTYPE_UNKNOWN, nullptr},
+    {{ZB_MODEL_HAS, 0, "SZ-PIR04N"},
+     INDEX_ILLUMINANCE,
+     DEVTYPE_UNKNOWN,
+     "libTembraAssoc:Sercomm motion and illuminance found"},
 };
 
 /// The row of a device, null when nothing happens afterwards.

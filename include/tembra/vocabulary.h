@@ -46,6 +46,62 @@ enum DeviceKind : int { DEVICE_NONE = 0, DEVICE_ZIGBEE = 1, DEVICE_ZWAVE = 2 };
 /// Radio-kind word of a DeviceRecord (byte offset 400).
 enum RadioKind : int { RADIO_ZWAVE = 2, RADIO_IP = 3 };
 
+/// Node numbers of a ZwNodeInfo that name no node.
+enum NodeNumber : unsigned char { NODE_NONE = 0, NODE_FAILED = 255 };
+
+/// Request mark of a ZwNodeInfo (byte offset 972): what an HA notice announces.
+enum RequestMark : unsigned char { MARK_REMOVED = 254, MARK_ADDED = 255 };
+
+/// Message code of a received ZbDeviceInfo (byte offset 10): how far the ZigBee server has come. 2 means one thing
+/// while adding and another while removing.
+enum ZigbeeStatus : unsigned char {
+  ZIGBEE_FOUND = 1,             ///< adding: a device was found
+  ZIGBEE_ADD_FAILED = 2,        ///< adding: it failed
+  ZIGBEE_REMOVED = 2,           ///< removing: a device left
+  ZIGBEE_STILL_ADDING = 3,      ///< adding: the device is still being added
+  ZIGBEE_GETTING_INFO = 6,      ///< adding: the device is being asked for its description
+  ZIGBEE_INFO_COMPLETE = 10,    ///< adding: the description is complete
+  ZIGBEE_ADD_FAILED_TOO = 11,   ///< adding: it failed
+  ZIGBEE_REMOVED_UNKNOWN = 12,  ///< removing: a device left that nobody knows
+};
+
+/// Message code of a ZbDeviceInfo in an HA notice (byte offset 10).
+enum ZigbeeNotice : unsigned char { ZIGBEE_NOTICE_REMOVED = 2, ZIGBEE_NOTICE_ADDED = 10 };
+
+/// Command word of a HueCommand.
+enum HueCommandCode : unsigned {
+  HUE_ADD_BRIDGE = 100,
+  HUE_ADD_BULB = 105,
+  HUE_REFRESH = 106,
+  HUE_REMOVE = 109,
+  HUE_DISCOVER = 114,
+};
+
+/// Result type of a HueAnswer. 8 and 9 have the same JSON text, and no more is known of them.
+enum HueResultType : int {
+  HUE_BRIDGES_FOUND = 0,
+  HUE_FAILED = 1,
+  HUE_BRIDGE_ADDED = 2,
+  HUE_NO_BRIDGE = 3,       ///< there is no bridge
+  HUE_BUTTON = 4,          ///< the bridge's link button was not pressed
+  HUE_UNKNOWN_BRIDGE = 5,  ///< there is no such bridge
+  HUE_BULB_ADDED = 6,
+  HUE_DONE = 8,
+  HUE_DONE_2 = 9,
+};
+
+/// Command word of a NestCommand.
+enum NestCommandCode : unsigned { NEST_LINK = 100, NEST_UNLINK = 109 };
+
+/// Command word of a NestAnswer. No more is known of these numbers than which event each of them becomes.
+enum NestAnswerCode : int {
+  NEST_ANSWER_100 = 100,
+  NEST_ANSWER_121 = 121,
+  NEST_ANSWER_122 = 122,
+  NEST_ANSWER_123 = 123,
+  NEST_ANSWER_124 = 124,  ///< the status decides: 0 or -1
+};
+
 /// Commands of TembraAssociation::cmdToZigbee. Any other value sends nothing.
 enum zigbee_cmd : int {
   zigbee_cmd_add = 1,     ///< open the network to joining devices
@@ -146,31 +202,46 @@ enum DevType : int {
 };
 
 /// The meaning of one value slot of a device. The numbers are the system's; the names say what the association
-/// service derives the slot from or rewrites it to.
+/// service derives the slot from or rewrites it to. Slots of the same origin are counted in the order of their writing.
 enum IndexType : int {
   INDEX_NONE = 0,  ///< undefined, and the end of a Z-Wave index table
   INDEX_SWITCH = 1,
   INDEX_BINARY_SENSOR = 2,
   INDEX_MOTION = 3,
   INDEX_CONTACT = 4,
+  INDEX_VIBRATION = 5,
+  INDEX_WATER = 6,
+  INDEX_GAS = 7,
+  INDEX_FIRE = 8,
   INDEX_ALARM = 9,
+  INDEX_KEY_FOB_2 = 10,
+  INDEX_KEY_FOB_3 = 11,
+  INDEX_ZONE = 12,  ///< of every IAS zone
   INDEX_SIREN = 13,
   INDEX_BASIC = 14,
   INDEX_SMOKE = 15,
   INDEX_LEAK = 16,
   INDEX_LEVEL = 17,
+  INDEX_ZIGBEE_LEVEL = 18,
   INDEX_DIMMER_LEVEL = 19,
   INDEX_MOTOR_LEVEL = 20,
   INDEX_DOOR_LOCK = 22,
+  INDEX_ZIGBEE_DOOR_LOCK = 23,
+  INDEX_KEY_FOB_1 = 24,
   INDEX_TEMPERATURE = 25,
+  INDEX_PRESSURE = 26,
   INDEX_HUMIDITY = 27,
   INDEX_ILLUMINANCE = 28,
+  INDEX_COLOR_1 = 31,
+  INDEX_COLOR_2 = 32,
+  INDEX_COLOR_3 = 33,
   INDEX_POWER = 34,
   INDEX_THERMOSTAT_MODE = 35,
   INDEX_THERMOSTAT_STATE = 36,
   INDEX_HEATING_SETPOINT = 37,
   INDEX_COOLING_SETPOINT = 38,
   INDEX_FAN_MODE = 39,
+  INDEX_FAN_CONTROL_2 = 40,
   INDEX_MOTOR_BASIC = 42,
   INDEX_MOTOR_SWITCH = 43,
   INDEX_BARRIER = 44,
@@ -181,10 +252,24 @@ enum IndexType : int {
   INDEX_CONFIGURATION_27 = 49,
   INDEX_BATTERY = 50,
   INDEX_CONFIGURATION_33 = 51,
+  INDEX_MEASUREMENT_2 = 52,
+  INDEX_MEASUREMENT_3 = 53,
+  INDEX_MEASUREMENT_4 = 54,
   INDEX_USER_CODE_COUNT = 79,
   INDEX_ENERGY = 80,
   INDEX_USER_CODE = 81,
-  INDEX_CENTRAL_SCENE = 117
+  INDEX_MEASUREMENT_1 = 86,
+  INDEX_BUTTON = 91,
+  INDEX_METERING_1 = 108,
+  INDEX_METERING_2 = 109,
+  INDEX_METERING_3 = 110,
+  INDEX_METERING_4 = 111,
+  INDEX_WINDOW_COVERING = 116,
+  INDEX_CENTRAL_SCENE = 117,
+  INDEX_CAMERA_1 = 128,
+  INDEX_CAMERA_2 = 129,
+  INDEX_CAMERA_3 = 130,
+  INDEX_CAMERA_4 = 131
 };
 
 // ---- Enumerations of the Z-Wave driver ------------------------------------------------------------------------------

@@ -42,10 +42,10 @@ void HaServer::apply(const HaNotice& notice) {
 void HaServer::apply(const ZwNodeInfo& node) {
   const std::string text = "node " + std::to_string(node.nodeId);
   const auto sameNode = [&node](const DeviceRecord& record) { return holdsNode(record, node.nodeId); };
-  if (node.requestMark == kMarkAdded) {
+  if (node.requestMark == MARK_ADDED) {
     heard(text + " is added: " + textIn(node.name) + ", " + textIn(node.location));
     replace(newDeviceFrom(node), notes_.zwave(node.nodeId), sameNode);
-  } else if (node.requestMark == kMarkRemoved) {
+  } else if (node.requestMark == MARK_REMOVED) {
     heard(text + " is removed");
     drop(text, sameNode, Happening::kRemoved);
   }
@@ -56,10 +56,10 @@ void HaServer::apply(const ZbDeviceInfo& device) {
   const auto sameDevice = [&device](const DeviceRecord& record) {
     return record.radioKind == kRadioZigbee && record.zigbeeAddress == device.shortAddress;
   };
-  if (device.msgCode == kCodeAdded) {
+  if (device.msgCode == ZIGBEE_NOTICE_ADDED) {
     heard(text + " is added: " + textIn(device.name) + ", " + textIn(device.location));
     replace(newDeviceFrom(device), notes_.zigbee(device.shortAddress), sameDevice);
-  } else if (device.msgCode == kCodeRemoved) {
+  } else if (device.msgCode == ZIGBEE_NOTICE_REMOVED) {
     heard(text + " is removed");
     drop(text, sameDevice, Happening::kRemoved);
   }

@@ -13,8 +13,8 @@ namespace {
 using Mistakes = std::vector<std::string_view>;
 
 void checkZwave(const ZwNodeInfo& node, Mistakes& mistakes) {
-  const bool added = node.requestMark == kMarkAdded;
-  if (!added && node.requestMark != kMarkRemoved)
+  const bool added = node.requestMark == MARK_ADDED;
+  if (!added && node.requestMark != MARK_REMOVED)
     mistakes.emplace_back("a node block that is neither added nor removed");
   if (node.deviceKind != DEVICE_ZWAVE) mistakes.emplace_back("a node block whose device kind is not Z-Wave");
   if (added && !terminated(node.name)) mistakes.emplace_back("a node block whose name has no end");
@@ -23,10 +23,10 @@ void checkZwave(const ZwNodeInfo& node, Mistakes& mistakes) {
 
 // A name of 32 and more characters runs on into the location: only the end of both is certain.
 void checkZigbee(const ZbDeviceInfo& device, Mistakes& mistakes) {
-  if (device.msgCode != kCodeAdded && device.msgCode != kCodeRemoved) {
+  if (device.msgCode != ZIGBEE_NOTICE_ADDED && device.msgCode != ZIGBEE_NOTICE_REMOVED) {
     mistakes.emplace_back("a ZigBee record that is neither added nor removed");
   }
-  if (device.msgCode == kCodeAdded && !terminated(device.location)) {
+  if (device.msgCode == ZIGBEE_NOTICE_ADDED && !terminated(device.location)) {
     mistakes.emplace_back("a ZigBee record whose location has no end");
   }
 }

@@ -9,10 +9,6 @@
 
 namespace tembra::sim {
 
-inline constexpr int kMarkAdded = 255;  ///< ZwNodeInfo::requestMark
-inline constexpr int kMarkRemoved = 254;
-inline constexpr int kCodeAdded = 10;  ///< ZbDeviceInfo::msgCode
-inline constexpr int kCodeRemoved = 2;
 inline constexpr char kRemoveAllText[] = "removeAllDevices";
 
 bool isRemoveAll(const HaNotice& notice);

@@ -20,18 +20,9 @@ constexpr seconds kPatience(15);      // shorter than the shortest time-out of t
 
 constexpr CodeByte kTypeByte{offsetof(HueAnswer, type), [](unsigned char) { return true; }};
 
-// The library knows these by number only; which of the last two is which is this server's choice.
-enum HueResult : int {
-  kBridgeList = 0,
-  kFailed = 1,
-  kBridgeAdded = 2,
-  kNoSuchBridge = 3,
-  kButtonNotPressed = 4,
-  kBridgeNotAdded = 5,
-  kBulbAdded = 6,
-  kRefreshed = 8,
-  kBridgeRemoved = 9
-};
+// The library knows two of its results by number only; which of them is which is this server's choice.
+constexpr HueResultType kRefreshed = HUE_DONE;
+constexpr HueResultType kBridgeRemoved = HUE_DONE_2;
 
 std::string lowered(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(), [](unsigned char letter) {
@@ -51,11 +42,11 @@ struct HueServer::Command {
 };
 
 const HueServer::Command HueServer::kCommands[5] = {
-    {114, "discover bridges", HueTexts::kNone, Happening::kHueDiscover, &HueServer::discover},
-    {100, "add bridge", HueTexts::kBridge, Happening::kHueAdd, &HueServer::addBridge},
-    {105, "add a bulb of bridge", HueTexts::kBridgeAndArgument, Happening::kHueBulb, &HueServer::addBulb},
-    {106, "refresh bridge", HueTexts::kBridgeAndArgument, Happening::kHueRefresh, &HueServer::refresh},
-    {109, "remove bridge", HueTexts::kBridge, Happening::kHueRemove, &HueServer::removeBridge},
+    {HUE_DISCOVER, "discover bridges", HueTexts::kNone, Happening::kHueDiscover, &HueServer::discover},
+    {HUE_ADD_BRIDGE, "add bridge", HueTexts::kBridge, Happening::kHueAdd, &HueServer::addBridge},
+    {HUE_ADD_BULB, "add a bulb of bridge", HueTexts::kBridgeAndArgument, Happening::kHueBulb, &HueServer::addBulb},
+    {HUE_REFRESH, "refresh bridge", HueTexts::kBridgeAndArgument, Happening::kHueRefresh, &HueServer::refresh},
+    {HUE_REMOVE, "remove bridge", HueTexts::kBridge, Happening::kHueRemove, &HueServer::removeBridge},
 };
 
 HueServer::HueServer(Surroundings surroundings, Answers::Manner manner, HueLamps lamps, int bridges)
@@ -94,7 +85,7 @@ void HueServer::discover(const Request&) {
 }
 
 void HueServer::addBridge(const Request& request) {
-  if (!bridges_.has(request.bridgeId)) return play(kNoSuchBridge, "there is no such bridge");
+  if (!bridges_.has(request.bridgeId)) return play(HUE_NO_BRIDGE, "there is no such bridge");
   if (buttonCounts()) return link(request.bridgeId);
   said(self().name, "people", "press the link button: tembra-sim press hue-button");
   awaited_ = request.bridgeId;
@@ -102,19 +93,19 @@ void HueServer::addBridge(const Request& request) {
 }
 
 void HueServer::addBulb(const Request& request) {
-  if (!lamps_.holds(request.bridgeId)) return play(kBridgeNotAdded, "the bridge has not been added");
-  if (request.argument.empty()) return play(kFailed, "a bulb without a name");
+  if (!lamps_.holds(request.bridgeId)) return play(HUE_UNKNOWN_BRIDGE, "the bridge has not been added");
+  if (request.argument.empty()) return play(HUE_FAILED, "a bulb without a name");
   lamps_.add(request.bridgeId, request.argument);
-  play(kBulbAdded, "bulb added");
+  play(HUE_BULB_ADDED, "bulb added");
 }
 
 void HueServer::refresh(const Request& request) {
-  if (!lamps_.holds(request.bridgeId)) return play(kBridgeNotAdded, "the bridge has not been added");
+  if (!lamps_.holds(request.bridgeId)) return play(HUE_UNKNOWN_BRIDGE, "the bridge has not been added");
   play(kRefreshed, "bridge refreshed");
 }
 
 void HueServer::removeBridge(const Request& request) {
-  if (!lamps_.holds(request.bridgeId)) return play(kBridgeNotAdded, "the bridge has not been added");
+  if (!lamps_.holds(request.bridgeId)) return play(HUE_UNKNOWN_BRIDGE, "the bridge has not been added");
   lamps_.drop(request.bridgeId);
   play(kBridgeRemoved, "bridge removed");
 }
@@ -135,12 +126,12 @@ Outcome HueServer::pressLinkButton() {
 // A bridge comes with one lamp. One that was added before keeps the lamps that it has.
 void HueServer::link(const std::string& bridgeId) {
   if (!lamps_.holds(bridgeId)) lamps_.add(bridgeId, "Hue lamp");
-  play(kBridgeAdded, "bridge added");
+  play(HUE_BRIDGE_ADDED, "bridge added");
 }
 
 void HueServer::giveUp() {
   stopWaiting();
-  play(kButtonNotPressed, "the link button was not pressed");
+  play(HUE_BUTTON, "the link button was not pressed");
 }
 
 void HueServer::stopWaiting() {
@@ -153,7 +144,7 @@ void HueServer::attempt(const std::function<void()>& work) {
     work();
   } catch (const std::exception& failure) {
     surroundings().journal.trouble(failure.what());
-    play(kFailed, "the database fails");
+    play(HUE_FAILED, "the database fails");
   }
 }
 
@@ -173,7 +164,7 @@ Outcome HueServer::say(const std::string& what) {
   const std::size_t end = std::min(what.find(' '), what.size());
   HueAnswer answer{};
   answer.type = parseNumber(std::string_view(what).substr(0, end), Limits::min(), Limits::max());
-  if (answer.type == kBridgeList) bridges_.list(answer);
+  if (answer.type == HUE_BRIDGES_FOUND) bridges_.list(answer);
   if (end < what.size()) answer.count = parseNumber(what.substr(end + 1), Limits::min(), Limits::max());
   stopWaiting();
   answers_.drop();

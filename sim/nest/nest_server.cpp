@@ -16,9 +16,9 @@ namespace {
 constexpr CodeByte kCommandByte{offsetof(NestAnswer, command), [](unsigned char) { return true; }};
 
 // The library tells the answers apart by number only; what each one stands for is this server's choice.
-constexpr NestAnswer kLinked{121, 0, 0};
-constexpr NestAnswer kUnlinked{122, 0, 0};
-constexpr NestAnswer kRefused{124, -1, 0};
+constexpr NestAnswer kLinked{NEST_ANSWER_121, 0, 0};
+constexpr NestAnswer kUnlinked{NEST_ANSWER_122, 0, 0};
+constexpr NestAnswer kRefused{NEST_ANSWER_124, -1, 0};
 
 std::string textOf(const NestAnswer& answer) {
   return "command " + std::to_string(answer.command) + ", status " + std::to_string(answer.status);
@@ -34,8 +34,8 @@ struct NestServer::Command {
 };
 
 const NestServer::Command NestServer::kCommands[2] = {
-    {100, "link the account", Happening::kNestLink, &NestServer::link},
-    {109, "unlink the account", Happening::kNestUnlink, &NestServer::unlink},
+    {NEST_LINK, "link the account", Happening::kNestLink, &NestServer::link},
+    {NEST_UNLINK, "unlink the account", Happening::kNestUnlink, &NestServer::unlink},
 };
 
 NestServer::NestServer(Surroundings surroundings, Answers::Manner manner, Authorisation authorisation)

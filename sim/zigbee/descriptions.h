@@ -6,19 +6,9 @@
 
 #include "sim/zigbee/catalogue.h"
 #include "tembra/records.h"
+#include "tembra/vocabulary.h"
 
 namespace tembra::sim {
-
-/// Status codes of the ZigBee server (ZbDeviceInfo::msgCode).
-enum ZigbeeStatus : unsigned char {
-  kStatusFound = 1,
-  kStatusLeft = 2,  ///< in answer to an add: it failed
-  kStatusGoingOn = 3,
-  kStatusGetting = 6,
-  kStatusComplete = 10,
-  kStatusFailed = 11,
-  kStatusUnknown = 12  ///< a device left that the network does not know
-};
 
 /// The address of a device that has none (ZigBee standard, 16-bit network addresses).
 inline constexpr unsigned short kNoAddress = 0xFFFE;

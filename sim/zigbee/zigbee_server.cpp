@@ -13,7 +13,7 @@ namespace tembra::sim {
 namespace {
 
 bool endsOperation(unsigned char status) {
-  constexpr ZigbeeStatus onTheWay[] = {kStatusFound, kStatusGoingOn, kStatusGetting, kStatusComplete};
+  constexpr ZigbeeStatus onTheWay[] = {ZIGBEE_FOUND, ZIGBEE_STILL_ADDING, ZIGBEE_GETTING_INFO, ZIGBEE_INFO_COMPLETE};
   return std::find(std::begin(onTheWay), std::end(onTheWay), status) == std::end(onTheWay);
 }
 
@@ -78,8 +78,8 @@ void ZigbeeServer::endReset() {
 }
 
 Answer ZigbeeServer::failure(bool adding) const {
-  if (adding) return statusAnswer(kFound, "adding failed", bareDevice(kNoAddress, kStatusFailed));
-  return statusAnswer(kLeft, "an unknown device left", bareDevice(kNoAddress, kStatusUnknown));
+  if (adding) return statusAnswer(kFound, "adding failed", bareDevice(kNoAddress, ZIGBEE_ADD_FAILED_TOO));
+  return statusAnswer(kLeft, "an unknown device left", bareDevice(kNoAddress, ZIGBEE_REMOVED_UNKNOWN));
 }
 
 Outcome ZigbeeServer::add(std::string_view device) {
@@ -89,9 +89,9 @@ Outcome ZigbeeServer::add(std::string_view device) {
     return {true, "adding fails: no address is free"};
   }
   const std::string who = addressText(*address);
-  const ZbDeviceInfo complete = describedDevice(*address, kStatusComplete, *catalogue_.find(device));
-  play({statusAnswer(kFound, who + " found", bareDevice(*address, kStatusFound)),
-        statusAnswer(kGetting, who + " is being asked", bareDevice(*address, kStatusGetting)),
+  const ZbDeviceInfo complete = describedDevice(*address, ZIGBEE_INFO_COMPLETE, *catalogue_.find(device));
+  play({statusAnswer(kFound, who + " found", bareDevice(*address, ZIGBEE_FOUND)),
+        statusAnswer(kGetting, who + " is being asked", bareDevice(*address, ZIGBEE_GETTING_INFO)),
         statusAnswer(kComplete, who + " described in full", complete)});
   return {true, std::string(device) + " joins as " + who};
 }
@@ -104,7 +104,7 @@ Outcome ZigbeeServer::remove(std::string_view device) {
   }
   network_.forget(*address);
   const std::string who = addressText(*address);
-  play({statusAnswer(kLeft, who + " left", bareDevice(*address, kStatusLeft))});
+  play({statusAnswer(kLeft, who + " left", bareDevice(*address, ZIGBEE_REMOVED))});
   return {true, std::string(device) + " leaves, " + who};
 }
 

@@ -18,8 +18,6 @@ using tembra::StateLock;
 
 namespace {
 
-constexpr unsigned char kAddedByFrontEnd = 10;  // message kind of a ZigBee record that finishes an add
-
 void nameGenericDevice(TembraAssociation& assoc, DevType type) {
   tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType GenericDevice");
   assoc.GenericIndexType(type);
@@ -56,7 +54,7 @@ void nameZigbeeRecord(TembraAssociation& assoc) {
 
 int handOverZigbeeDevice(TembraAssociation& assoc) {
   nameZigbeeRecord(assoc);
-  assoc.zbDevice.msgCode = kAddedByFrontEnd;
+  assoc.zbDevice.msgCode = ZIGBEE_NOTICE_ADDED;
   HaNotice notice{};
   notice.recordKind = RECORD_ZIGBEE;
   std::memcpy(notice.record, &assoc.zbDevice, sizeof assoc.zbDevice);

@@ -10,9 +10,7 @@ using tembra::StateLock;
 
 namespace {
 
-enum HueCode : unsigned { kAddBridge = 100, kAddLamp = 105, kRefresh = 106, kRemove = 109, kDiscover = 114 };
-
-HueCommand forBridge(HueCode code, char* mac) {
+HueCommand forBridge(HueCommandCode code, char* mac) {
   HueCommand command{};
   char bridgeId[sizeof command.bridgeId] = {};
   RevertHueMac(mac, bridgeId);
@@ -26,32 +24,32 @@ HueCommand forBridge(HueCode code, char* mac) {
 unsigned char* TembraAssociation::Hue_initiateAdd() {
   const StateLock lock;
   HueCommand command{};
-  command.command = kDiscover;
+  command.command = HUE_DISCOVER;
   return tembra::startIpOperation(*this, SERVER_HUE, command, nullptr);
 }
 
 unsigned char* TembraAssociation::Hue_addBridge(char* mac) {
   const StateLock lock;
-  HueCommand command = forBridge(kAddBridge, mac);
+  HueCommand command = forBridge(HUE_ADD_BRIDGE, mac);
   return tembra::startIpOperation(*this, SERVER_HUE, command, "AddIPDevice");
 }
 
 unsigned char* TembraAssociation::Hue_addDev(char* mac, char* text) {
   const StateLock lock;
-  HueCommand command = forBridge(kAddLamp, mac);
+  HueCommand command = forBridge(HUE_ADD_BULB, mac);
   tembra::copyCallersText(command.argument, text);
   return tembra::startIpOperation(*this, SERVER_HUE, command, "AddHueDevice");
 }
 
 unsigned char* TembraAssociation::Hue_refreshBridge(char* mac, char* text) {
   const StateLock lock;
-  HueCommand command = forBridge(kRefresh, mac);
+  HueCommand command = forBridge(HUE_REFRESH, mac);
   tembra::copyCallersText(command.argument, text);
   return tembra::startIpOperation(*this, SERVER_HUE, command, "RefreshIPDevice");
 }
 
 unsigned char* TembraAssociation::Hue_remove(char* mac) {
   const StateLock lock;
-  HueCommand command = forBridge(kRemove, mac);
+  HueCommand command = forBridge(HUE_REMOVE, mac);
   return tembra::startIpOperation(*this, SERVER_HUE, command, "RemoveIPDevice");
 }

@@ -12,8 +12,6 @@ using tembra::StateLock;
 
 namespace {
 
-enum NestCode : unsigned { kLinkAccount = 100, kUnlinkAccount = 109 };
-
 constexpr const char* kAuthorisationFile = "/tmp/Authcode";
 
 }  // namespace
@@ -27,7 +25,7 @@ int TembraAssociation::Nest_checkExist() {
 unsigned char* TembraAssociation::Nest_add(char* text) {
   const StateLock lock;
   NestCommand command{};
-  command.command = kLinkAccount;
+  command.command = NEST_LINK;
   tembra::copyCallersText(command.text, text);
   return tembra::startIpOperation(*this, SERVER_NEST, command, "AddIPDevice");
 }
@@ -35,6 +33,6 @@ unsigned char* TembraAssociation::Nest_add(char* text) {
 unsigned char* TembraAssociation::Nest_remove() {
   const StateLock lock;
   NestCommand command{};
-  command.command = kUnlinkAccount;
+  command.command = NEST_UNLINK;
   return tembra::startIpOperation(*this, SERVER_NEST, command, "RemoveIPDevice");
 }

@@ -10,7 +10,6 @@ using tembra::StateLock;
 
 namespace {
 
-constexpr unsigned char kNodeNotFound = 12;
 constexpr int kNotFound = -1;
 
 }  // namespace
@@ -18,7 +17,7 @@ constexpr int kNotFound = -1;
 int TembraAssociation::zb_removeNode(unsigned short shortAddress) {
   const StateLock lock;
   const tembra::ZigbeeLookup lookup = tembra::findZigbeeDevice(*this, shortAddress);
-  if (lookup.unknown) zbDevice.msgCode = kNodeNotFound;
+  if (lookup.unknown) zbDevice.msgCode = ZIGBEE_REMOVED_UNKNOWN;
   return lookup.result;
 }
 

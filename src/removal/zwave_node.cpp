@@ -13,8 +13,6 @@ using tembra::StateLock;
 
 namespace {
 
-constexpr unsigned char kRemovedMark = 254;
-
 // [sic] The line says "Removing" also when a node is only looked up.
 void rememberRemoved(TembraAssociation& assoc, const DeviceRecord& device) {
   tembra::copyText(assoc.removedName, device.name);
@@ -27,7 +25,7 @@ void rememberRemoved(TembraAssociation& assoc, const DeviceRecord& device) {
 void sendRemovalNotice(TembraAssociation& assoc, unsigned char node) {
   assoc.zwNodeWork.nodeId = node;
   assoc.zwNodeWork.deviceKind = DEVICE_ZWAVE;
-  assoc.zwNodeWork.requestMark = kRemovedMark;
+  assoc.zwNodeWork.requestMark = MARK_REMOVED;
   HaNotice notice{};
   notice.recordKind = RECORD_ZWAVE;
   std::memcpy(notice.record, &assoc.zwNodeWork, sizeof assoc.zwNodeWork);

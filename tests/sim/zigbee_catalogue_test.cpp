@@ -69,7 +69,7 @@ TEST(ZigbeeCatalogue, HoldsOneDeviceForEveryWayToBeClassified) {
     const ZigbeeDevice* const device = catalogue.find(known.label);
     ASSERT_NE(device, nullptr);
     EXPECT_FALSE(device->description.empty());
-    library->zbDevice = describedDevice(0x1234, kStatusComplete, *device);
+    library->zbDevice = describedDevice(0x1234, ZIGBEE_INFO_COMPLETE, *device);
     EXPECT_EQ(library->validate_DeviceType(), known.result);
     EXPECT_EQ(library->zbDevice.devType, known.type);
     EXPECT_EQ(library->zbDevice.indexCount, known.indexes);

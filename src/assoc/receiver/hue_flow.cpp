@@ -19,10 +19,8 @@
 namespace tembra {
 namespace {
 
-constexpr int kBridgesFound = 0;
-
 struct HueResult {
-  int type;
+  HueResultType type;
   AssocEventCode event;
   bool writesSource;
   const char* json;  // what follows the command type
@@ -30,18 +28,19 @@ struct HueResult {
 
 // [sic] the blank after the first comma of the last three, and the changing order of "Reason" and "Type".
 constexpr HueResult kHueResults[] = {
-    {1, EVENT_HUE_FAILED, false,
+    {HUE_FAILED, EVENT_HUE_FAILED, false,
      R"(,"MobileInternalIndex":"","Success":"false","Reason":"HueFailed","Type":"HueHub"})"},
-    {2, EVENT_HUE_ADDED, true, R"(,"MobileInternalIndex":"","Success":"true","Type":"HueHub","Reason":"HueAdded"})"},
-    {3, EVENT_HUE_NO_BRIDGE, true,
+    {HUE_BRIDGE_ADDED, EVENT_HUE_ADDED, true,
+     R"(,"MobileInternalIndex":"","Success":"true","Type":"HueHub","Reason":"HueAdded"})"},
+    {HUE_NO_BRIDGE, EVENT_HUE_NO_BRIDGE, true,
      R"(,"MobileInternalIndex":"","Success":"false","Reason":"HueBridgeNotFound","Type":"HueHub"})"},
-    {4, EVENT_HUE_BUTTON, true,
+    {HUE_BUTTON, EVENT_HUE_BUTTON, true,
      R"(,"MobileInternalIndex":"","Success":"false","Type":"HueHub","Reason":"HueButtonNotPressed"})"},
-    {5, EVENT_HUE_UNKNOWN_BRIDGE, true,
+    {HUE_UNKNOWN_BRIDGE, EVENT_HUE_UNKNOWN_BRIDGE, true,
      R"(,"MobileInternalIndex":"","Success":"false","Type":"HueHub","Reason":"BridgeNotFound"})"},
-    {6, EVENT_HUE_BULB_ADDED, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueBulb"})"},
-    {8, EVENT_HUE_DONE, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueHub"})"},
-    {9, EVENT_HUE_DONE_2, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueHub"})"},
+    {HUE_BULB_ADDED, EVENT_HUE_BULB_ADDED, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueBulb"})"},
+    {HUE_DONE, EVENT_HUE_DONE, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueHub"})"},
+    {HUE_DONE_2, EVENT_HUE_DONE_2, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueHub"})"},
 };
 
 // The answer is read where it was received: it is a large record, of which most answers need the type only.
@@ -109,7 +108,7 @@ void listBridges(const Flow& flow, HueBridgeList& list) {
 // False when the flow has ended with the connection it belonged to.
 bool handleAnswer(const Flow& flow) {
   const int type = readNumber(flow, offsetof(HueAnswer, type));
-  if (type == kBridgesFound) return tellBridges(flow);
+  if (type == HUE_BRIDGES_FOUND) return tellBridges(flow);
   const HueResult* result = findResult(type);
   if (result == nullptr) {
     log(flow.assoc, Level::Error, TEMBRA_LOG_PREFIX "Got unknown state from HUE");

@@ -11,17 +11,15 @@
 namespace tembra {
 namespace {
 
-constexpr int kStatusCommand = 124;  // the one whose status decides
-
 struct NestResult {
-  int command;
+  NestAnswerCode command;
   std::optional<int> status;  // none: any
   AssocEventCode event;
 };
 
 constexpr NestResult kNestResults[] = {
-    {100, {}, EVENT_NEST_44}, {121, {}, EVENT_NEST_41},           {122, {}, EVENT_NEST_43},
-    {123, {}, EVENT_NEST_42}, {kStatusCommand, 0, EVENT_NEST_45}, {kStatusCommand, -1, EVENT_NEST_46},
+    {NEST_ANSWER_100, {}, EVENT_NEST_44}, {NEST_ANSWER_121, {}, EVENT_NEST_41}, {NEST_ANSWER_122, {}, EVENT_NEST_43},
+    {NEST_ANSWER_123, {}, EVENT_NEST_42}, {NEST_ANSWER_124, 0, EVENT_NEST_45},  {NEST_ANSWER_124, -1, EVENT_NEST_46},
 };
 
 const NestResult* findResult(const NestAnswer& answer) {
@@ -35,7 +33,7 @@ const NestResult* findResult(const NestAnswer& answer) {
 bool handleAnswer(const Flow& flow, const NestAnswer& answer) {
   const NestResult* result = findResult(answer);
   if (result == nullptr) {
-    if (answer.command != kStatusCommand) {
+    if (answer.command != NEST_ANSWER_124) {
       log(flow.assoc, Level::Error, TEMBRA_LOG_PREFIX "Got unknown command from NEST");
     }
     return !flow.connection.isSuperseded();

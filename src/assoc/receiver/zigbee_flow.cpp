@@ -16,20 +16,6 @@
 namespace tembra {
 namespace {
 
-// Statuses of the ZigBee server; the same number may mean another thing while removing.
-enum Status : unsigned char {
-  kDeviceFound = 1,
-  kRemoved = 2,    // while removing
-  kAddFailed = 2,  // while adding
-  kStillAdding = 3,
-  kGettingInfo = 6,
-  kInfoComplete = 10,
-  kAddFailedToo = 11,
-  kRemovedUnknown = 12,
-};
-
-constexpr unsigned char kRemovedByRadio = 2;  // message kind of a ZigBee record in a removal notice
-
 class ZigbeeFlow {
  public:
   explicit ZigbeeFlow(const Flow& flow) : flow_(flow), assoc_(flow.assoc), report_(flow.events.report) {}
@@ -75,16 +61,16 @@ class ZigbeeFlow {
 
 void ZigbeeFlow::addAnswered() {
   switch (assoc_.zbDevice.msgCode) {
-    case kDeviceFound:
+    case ZIGBEE_FOUND:
       return deviceFound();
-    case kGettingInfo:
+    case ZIGBEE_GETTING_INFO:
       return gettingInfo();
-    case kAddFailed:
-    case kAddFailedToo:
+    case ZIGBEE_ADD_FAILED:
+    case ZIGBEE_ADD_FAILED_TOO:
       return addFailed();
-    case kInfoComplete:
+    case ZIGBEE_INFO_COMPLETE:
       return infoComplete();
-    case kStillAdding:
+    case ZIGBEE_STILL_ADDING:
       return;
     default:
       // Any other status abandons the add without a word; `idle` stays 0 until the time-out.
@@ -153,7 +139,7 @@ bool ZigbeeFlow::deviceCreated() {
 }
 
 bool ZigbeeFlow::offerTypes() {
-  report_.status = kInfoComplete;
+  report_.status = ZIGBEE_INFO_COMPLETE;
   if (!tellReport(EVENT_SELECT_TYPE)) return false;
   setCommandType("SelectDeviceType");
   assoc_.zbDevice.devType = static_cast<unsigned char>(assoc_.devType);
@@ -178,9 +164,9 @@ void ZigbeeFlow::removeAnswered() {
   const unsigned char received = assoc_.zbDevice.msgCode;
   const ZigbeeLookup lookup = findZigbeeDevice(assoc_, assoc_.zbDevice.shortAddress);
   if (!flow_.connection.isOpen()) return;
-  if (lookup.unknown) assoc_.zbDevice.msgCode = kRemovedUnknown;
-  if (received != kRemoved && received != kRemovedUnknown) return;
-  const bool unknown = received == kRemovedUnknown || assoc_.zbDevice.msgCode == kRemovedUnknown;
+  if (lookup.unknown) assoc_.zbDevice.msgCode = ZIGBEE_REMOVED_UNKNOWN;
+  if (received != ZIGBEE_REMOVED && received != ZIGBEE_REMOVED_UNKNOWN) return;
+  const bool unknown = received == ZIGBEE_REMOVED_UNKNOWN || assoc_.zbDevice.msgCode == ZIGBEE_REMOVED_UNKNOWN;
   unknown ? unknownDeviceRemoved() : deviceRemoved();
 }
 
@@ -208,7 +194,7 @@ void ZigbeeFlow::finishRemoval() {
 
 // The notice is built over buffer C.
 void ZigbeeFlow::notifyHaServer() {
-  assoc_.zbDevice.msgCode = kRemovedByRadio;
+  assoc_.zbDevice.msgCode = ZIGBEE_NOTICE_REMOVED;
   HaNotice notice{};
   notice.recordKind = RECORD_ZIGBEE;
   std::memcpy(notice.record, &assoc_.zbDevice, sizeof assoc_.zbDevice);

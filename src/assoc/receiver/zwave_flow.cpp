@@ -1,20 +1,4 @@
-// The association state machine as the Z-Wave server's answers drive it.
-//
-//   state           answer           event  next            idle  time-out
-//   ASSOC           node 255         9      ASSOC_IDLE      1     -
-//   ASSOC           any other        3      ZW_ASSOC        0     60 s
-//   ZW_ASSOC        known node       4      ASSOC_IDLE      1     -
-//   ZW_ASSOC        node 0 or 255    9      ASSOC_IDLE      1     -
-//   ZW_ASSOC        any other        5      ZW_ASSOC_QUERY  -     180 s
-//   ZW_ASSOC_QUERY  not classified   9      ASSOC_IDLE      1     -
-//   ZW_ASSOC_QUERY  sub-types        6      ASSOC_IDLE      -     -
-//   ZW_ASSOC_QUERY  no sub-types     7      ASSOC_IDLE      -     -
-//   DEASSOC         node 0 or 255    12     ASSOC_IDLE      1     -
-//   DEASSOC         known node       11     ZW_REMOVING     0     20 s
-//   DEASSOC         any other        12     ZW_REMOVING     0     20 s
-//   ASSOC_RESET     any              -      ASSOC_IDLE      1     -
-//   ZW_REMOVING     any              -      ASSOC_IDLE      1     -
-//   any other       any              -      ASSOC_IDLE      -     -
+// The association state machine as the Z-Wave server's answers drive it. Its table stands in docs/state-machine.md.
 #include <tembra/association.h>
 #include <tembra/globals.h>
 
@@ -30,9 +14,6 @@
 
 namespace tembra {
 namespace {
-
-constexpr unsigned char kNoNode = 0;
-constexpr unsigned char kFailedNode = 255;
 
 class ZwaveFlow {
  public:
@@ -107,7 +88,7 @@ void ZwaveFlow::addFailed() {
 void ZwaveFlow::addAnswered() {
   progress("................. ASSOC ...................");
   takeOver();
-  if (node_ == kFailedNode) return addFailed();
+  if (node_ == NODE_FAILED) return addFailed();
   setState(assoc_, ZW_ASSOC);
   setCommandType("AddingSensor");
   if (!tell(flow_.events.a, EVENT_ADDING)) return;
@@ -127,7 +108,7 @@ void ZwaveFlow::nodeIdentified() {
     finish();
     return progress(TEMBRA_LOG_PREFIX "Z-wave sensor already joined");
   }
-  if (node_ == kFailedNode || node_ == kNoNode) return addFailed();
+  if (node_ == NODE_FAILED || node_ == NODE_NONE) return addFailed();
   setState(assoc_, ZW_ASSOC_QUERY);
   setCommandType("GettingInfo");
   if (!tell(flow_.events.a, EVENT_GETTING_INFO)) return;
@@ -185,7 +166,7 @@ void ZwaveFlow::announceCreated() {
 void ZwaveFlow::removeAnswered() {
   progress("................. DEASSOC ...................");
   takeOver();
-  if (node_ == kNoNode || node_ == kFailedNode) return nothingRemoved();
+  if (node_ == NODE_NONE || node_ == NODE_FAILED) return nothingRemoved();
   const bool known = assoc_.ZW_checkNodeExists() != 0;
   if (!flow_.connection.isOpen()) return;
   known ? knownNodeRemoved() : unknownNodeRemoved();

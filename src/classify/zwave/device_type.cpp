@@ -15,7 +15,6 @@ using tembra::StateLock;
 
 namespace {
 
-constexpr unsigned char kAddedMark = 255;
 constexpr unsigned char kListEnd = 0xFF;  // of a received list of command classes; the working copy's ends with 0
 constexpr std::size_t kListRoom = sizeof ZwNodeInfo::commandClasses;
 
@@ -80,7 +79,7 @@ bool tembra::classifyNode(TembraAssociation& assoc) {
   assoc.classifiedType = type;
   setNumberedName(assoc.devName, DeviceTypeName(type).text(), DevId);
   copyText(assoc.zwNodeWork.name, assoc.devName);
-  assoc.zwNodeWork.requestMark = kAddedMark;
+  assoc.zwNodeWork.requestMark = MARK_ADDED;
   LogLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Device Basic Type:0x")
       << Hex{received.basicClass, 2} << ", Generic Type:0x" << Hex{received.genericClass, 2} << ", Specific Type:0x"
       << Hex{received.specificClass, 2} << ",Nodeid:" << received.nodeId;
