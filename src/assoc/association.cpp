@@ -3,7 +3,7 @@
 
 #include "support/state_lock.h"
 
-using tembra::StateLock;
+using namespace tembra;
 
 TembraAssociation* TembraAssociation::singleton = nullptr;
 
@@ -41,6 +41,7 @@ TembraAssociation* TembraAssociation::getInstance() {
   return singleton;
 }
 
+namespace tembra {
 namespace {
 
 TembraAssociation* inRole(ClientRole role) {
@@ -51,6 +52,7 @@ TembraAssociation* inRole(ClientRole role) {
 }
 
 }  // namespace
+}  // namespace tembra
 
 TembraAssociation* TembraAssociation::webServerAssocInit() { return inRole(ROLE_WEB_SERVER); }
 TembraAssociation* TembraAssociation::LCDAssocInit() { return inRole(ROLE_LCD); }

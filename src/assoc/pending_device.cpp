@@ -12,34 +12,31 @@
 #include "support/state_lock.h"
 #include "support/text.h"
 
-using tembra::fieldText;
-using tembra::Level;
-using tembra::StateLock;
-
+namespace tembra {
 namespace {
 
 void nameGenericDevice(TembraAssociation& assoc, DevType type) {
-  tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType GenericDevice");
+  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType GenericDevice");
   assoc.GenericIndexType(type);
-  tembra::setNumberedName(assoc.devName, "GenericDevice", DevId);
+  setNumberedName(assoc.devName, "GenericDevice", DevId);
   assoc.zwNodeWork.finalType = DEVTYPE_GENERIC_DEVICE;
 }
 
 void nameClassifiedDevice(TembraAssociation& assoc, DevType type) {
-  const tembra::DeviceTypeName name(type);
-  tembra::copyCallersText(tempStr, name.text());
-  tembra::setNumberedName(assoc.devName, name.text(), DevId);
+  const DeviceTypeName name(type);
+  copyCallersText(tempStr, name.text());
+  setNumberedName(assoc.devName, name.text(), DevId);
   assoc.zwNodeWork.finalType = type;
 }
 
 void reportCreated(TembraAssociation& assoc, DevType type) {
   DeviceReport report{};
-  tembra::copyText(report.name, assoc.devName);
-  tembra::copyText(report.location, tembra::kDefaultLocation);
+  copyText(report.name, assoc.devName);
+  copyText(report.location, kDefaultLocation);
   report.type = type;
   AssocEvent event{};
   std::memcpy(event.payload, &report, sizeof report);
-  tembra::deliver(assoc, event, EVENT_CREATED, static_cast<ServerType>(assoc.activeRadio));
+  deliver(assoc, event, EVENT_CREATED, static_cast<ServerType>(assoc.activeRadio));
 }
 
 // A ZigBee record has 32 bytes for the name and 34 for the location. A longer name runs into the location, which is
@@ -48,8 +45,8 @@ void nameZigbeeRecord(TembraAssociation& assoc) {
   ZbDeviceInfo& device = assoc.zbDevice;
   constexpr std::size_t nameOffset = offsetof(ZbDeviceInfo, name);
   char* record = reinterpret_cast<char*>(&device);
-  tembra::copyText(record + nameOffset, sizeof device - nameOffset, assoc.devName, sizeof assoc.devName);
-  tembra::copyText(device.location, assoc.devLocation);
+  copyText(record + nameOffset, sizeof device - nameOffset, assoc.devName, sizeof assoc.devName);
+  copyText(device.location, assoc.devLocation);
 }
 
 int handOverZigbeeDevice(TembraAssociation& assoc) {
@@ -58,7 +55,7 @@ int handOverZigbeeDevice(TembraAssociation& assoc) {
   HaNotice notice{};
   notice.recordKind = RECORD_ZIGBEE;
   std::memcpy(notice.record, &assoc.zbDevice, sizeof assoc.zbDevice);
-  tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending final addingDone packet to HA Server");
+  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending final addingDone packet to HA Server");
   return assoc.sendToServers(SERVER_HA, &notice);
 }
 
@@ -71,26 +68,29 @@ void forgetZwaveDevice(TembraAssociation& assoc) {
 }
 
 int handOverZwaveDevice(TembraAssociation& assoc) {
-  tembra::copyText(assoc.zwNodeWork.name, assoc.devName);
-  tembra::copyText(assoc.zwNodeWork.location, assoc.devLocation);
+  copyText(assoc.zwNodeWork.name, assoc.devName);
+  copyText(assoc.zwNodeWork.location, assoc.devLocation);
   HaNotice notice{};
   notice.recordKind = RECORD_ZWAVE;
   std::memcpy(notice.record, &assoc.zwNodeWork, sizeof assoc.zwNodeWork);
   const int result = assoc.sendToServers(SERVER_HA, &notice);
   if (result == 0) {
-    tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending Packet to Haserver Success");
+    log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending Packet to Haserver Success");
   } else {
-    tembra::log(assoc, Level::Error, TEMBRA_LOG_PREFIX "Sending Packet to Haserver Failed");
+    log(assoc, Level::Error, TEMBRA_LOG_PREFIX "Sending Packet to Haserver Failed");
   }
   forgetZwaveDevice(assoc);
   return result;
 }
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 void TembraAssociation::setDevType(DevType type) {
   const StateLock lock;
-  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType");
+  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType");
   DevId = calculateDevId();
   // Asked of the Z-Wave record even while a ZigBee device is being added [sic].
   if (zwNodeWork.proposedType == DEVTYPE_GENERIC_DEVICE) {
@@ -100,14 +100,14 @@ void TembraAssociation::setDevType(DevType type) {
   }
   devType = type;
   zbDevice.devType = static_cast<unsigned char>(type);
-  tembra::copyText(devLocation, tembra::kDefaultLocation);
+  copyText(devLocation, kDefaultLocation);
   reportCreated(*this, type);
-  tembra::setCommandType("EditNameLocation");
+  setCommandType("EditNameLocation");
 }
 
 void TembraAssociation::setDevType2(DevType type) {
   const StateLock lock;
-  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType2 ***");
+  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType2 ***");
   devType = type;
   zbDevice.devType = static_cast<unsigned char>(type);
   zwNodeWork.finalType = type;
@@ -115,29 +115,29 @@ void TembraAssociation::setDevType2(DevType type) {
 
 void TembraAssociation::setDevName(char* name) {
   const StateLock lock;
-  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevName");
-  tembra::copyCallersText(devName, name);
+  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevName");
+  copyCallersText(devName, name);
 }
 
 void TembraAssociation::setDevLocation(char* location) {
   const StateLock lock;
-  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevLocation");
-  tembra::copyCallersText(devLocation, location);
+  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevLocation");
+  copyCallersText(devLocation, location);
 }
 
 int TembraAssociation::addingDone() {
   const StateLock lock;
-  tembra::setIdle(true);
-  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside addingDone");
-  tembra::LogLine(*this, Level::Progress, TEMBRA_LOG_PREFIX "Name:")
+  setIdle(true);
+  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside addingDone");
+  LogLine(*this, Level::Progress, TEMBRA_LOG_PREFIX "Name:")
       << fieldText(devName, sizeof devName - 1) << " Location:" << fieldText(devLocation, sizeof devLocation - 1);
   return zwNodeWork.deviceKind == DEVICE_ZWAVE ? handOverZwaveDevice(*this) : handOverZigbeeDevice(*this);
 }
 
 int getDefaultDevName(DevType type, int id, char* out) {
   if (out == nullptr) return 0;
-  char name[tembra::kNumberedNameSize];
-  const int length = tembra::formatNumberedName(name, tembra::DeviceTypeName(type).text(), id);
+  char name[kNumberedNameSize];
+  const int length = formatNumberedName(name, DeviceTypeName(type).text(), id);
   std::memcpy(out, name, static_cast<std::size_t>(length) + 1);
   return length;
 }

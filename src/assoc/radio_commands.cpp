@@ -7,9 +7,7 @@
 #include "support/state_lock.h"
 #include "support/text.h"
 
-using tembra::Level;
-using tembra::StateLock;
-
+namespace tembra {
 namespace {
 
 constexpr unsigned kZigbeeResetGapSeconds = 2;
@@ -44,7 +42,7 @@ constexpr ZwaveCodes kZwaveCodes[] = {
 
 // Sleeps the whole time, whatever signals arrive, and keeps no one waiting meanwhile.
 void sleepFully(unsigned seconds) {
-  const tembra::StateUnlocked unlocked;
+  const StateUnlocked unlocked;
   while (seconds > 0) seconds = sleep(seconds);
 }
 
@@ -54,42 +52,45 @@ void startOperation(TembraAssociation& assoc, zigbee_cmd zigbee, zwave_cmd zwave
   assoc.cancelTarget = cancel_both;
   assoc.cmdToZigbee(zigbee);
   assoc.cmdToZwave(zwave);
-  tembra::setCommandType(commandType);
-  tembra::setIdle(false);
-  tembra::setState(assoc, state);
+  setCommandType(commandType);
+  setIdle(false);
+  setState(assoc, state);
 }
 
 void cancelZigbee(TembraAssociation& assoc) {
-  tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending cancel command to zigbee_server");
+  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending cancel command to zigbee_server");
   assoc.cmdToZigbee(zigbee_cmd_cancel);
 }
 
 void cancelZwave(TembraAssociation& assoc) {
-  tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending cancel command to zwave_server");
+  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending cancel command to zwave_server");
   assoc.cmdToZwave(zwave_cmd_cancel);
 }
 
 void resetBoth(TembraAssociation& assoc) {
-  tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "*** Sending reset command to Zigbee_server and Zwave_server");
+  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "*** Sending reset command to Zigbee_server and Zwave_server");
   assoc.cmdToZigbee(zigbee_cmd_reset);
   assoc.cmdToZwave(zwave_cmd_reset);
 }
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 void TembraAssociation::cmdToZigbee(zigbee_cmd command) {
   const StateLock lock;
   for (const ZigbeeTexts& row : kZigbeeTexts) {
     if (row.command != command) continue;
     ZigbeeCommand datagram{};
-    tembra::copyCallersText(datagram.command, row.text);
-    tembra::copyCallersText(datagram.argument, row.argument);
+    copyCallersText(datagram.command, row.text);
+    copyCallersText(datagram.argument, row.argument);
     sendToServers(SERVER_ZIGBEE, &datagram);
     if (command != zigbee_cmd_reset) return;
     sleepFully(kZigbeeResetGapSeconds);
-    tembra::copyCallersText(datagram.command, kZigbeeResetSecondText);
+    copyCallersText(datagram.command, kZigbeeResetSecondText);
     sendToServers(SERVER_ZIGBEE, &datagram);
-    tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "Sending reset command to zigbee_server");
+    log(*this, Level::Progress, TEMBRA_LOG_PREFIX "Sending reset command to zigbee_server");
   }
 }
 
@@ -106,7 +107,7 @@ void TembraAssociation::cmdToZwave(zwave_cmd command) {
 
 void TembraAssociation::addDevZigbeeZwave() {
   const StateLock lock;
-  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside addDevZigbeeZwave");
+  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside addDevZigbeeZwave");
   startOperation(*this, zigbee_cmd_add, zwave_cmd_add, "AddDevice", ASSOC);
 }
 
@@ -127,38 +128,40 @@ void TembraAssociation::sendCancelTo(cancel_type type) {
     case cancel_both:
       cancelZigbee(*this);
       cancelZwave(*this);
-      tembra::setIdle(true);
+      setIdle(true);
       return;
   }
-  tembra::log(*this, Level::Error, TEMBRA_LOG_PREFIX "Unknown cancel type");
+  log(*this, Level::Error, TEMBRA_LOG_PREFIX "Unknown cancel type");
 }
 
+namespace tembra {
 namespace {
 
 // The Z-Wave reset alone is logged after it was sent [sic].
 void reset(TembraAssociation& assoc, reset_type type) {
   switch (type) {
     case reset_zigbee:
-      tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending reset command to Zigbee_server");
+      log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending reset command to Zigbee_server");
       assoc.cmdToZigbee(zigbee_cmd_reset);
       return;
     case reset_zwave:
       assoc.cmdToZwave(zwave_cmd_reset);
-      tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending reset command to Zwave_server");
+      log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending reset command to Zwave_server");
       return;
     case reset_both:
       resetBoth(assoc);
       return;
     case reset_both_and_remove_all:
       resetBoth(assoc);
-      tembra::log(assoc, Level::Detail, TEMBRA_LOG_PREFIX "*** Removing all devices ***");
+      log(assoc, Level::Detail, TEMBRA_LOG_PREFIX "*** Removing all devices ***");
       assoc.removeAllDevices();
       return;
   }
-  tembra::log(assoc, Level::Error, TEMBRA_LOG_PREFIX "Unknown reset type");
+  log(assoc, Level::Error, TEMBRA_LOG_PREFIX "Unknown reset type");
 }
 
 }  // namespace
+}  // namespace tembra
 
 void TembraAssociation::doResetFor(reset_type type) {
   const StateLock lock;

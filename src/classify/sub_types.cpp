@@ -7,6 +7,7 @@
 #include "support/state_lock.h"
 #include "support/text.h"
 
+namespace tembra {
 namespace {
 
 constexpr std::size_t kMostSubTypes = 6;
@@ -40,7 +41,7 @@ constexpr std::size_t kFewSlotsText = 10;
 // The index table read as a text: types and instances up to the first 0 byte.
 bool hasFewSlots(const ZwNodeInfo& node) {
   constexpr std::size_t start = offsetof(ZwNodeInfo, indexes);
-  return tembra::textLength(reinterpret_cast<const char*>(&node) + start, sizeof node - start) < kFewSlotsText;
+  return textLength(reinterpret_cast<const char*>(&node) + start, sizeof node - start) < kFewSlotsText;
 }
 
 bool isMotor(const ZwNodeInfo& /*node*/) { return BasicFlag != 0 && MultilevelFlag != 0; }
@@ -78,9 +79,12 @@ DevType* writeGeneric(const ZwNodeInfo& node, DevType* out) {
 }
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 DevType* TembraAssociation::listSubDevType(DevType type, DevType* out) {
-  const tembra::StateLock lock;
+  const StateLock lock;
   if (type == DEVTYPE_GENERIC_DEVICE) return writeGeneric(zwNodeWork, out);
   for (const SubTypes& row : kSubTypes) {
     if (row.of == type) return write(row.list, out);

@@ -10,8 +10,7 @@
 #include "support/text.h"
 #include "support/text_writer.h"
 
-using tembra::TextWriter;
-
+namespace tembra {
 namespace {
 
 constexpr std::size_t kMostBridges = 20;
@@ -34,7 +33,7 @@ constexpr HueIndexes kHueIndexes[] = {
 
 class BridgeCollector {
  public:
-  explicit BridgeCollector(tembra::DatabaseSession& database) : database_(database) {}
+  explicit BridgeCollector(DatabaseSession& database) : database_(database) {}
 
   void visit(const DeviceRecord& device) {
     chooseKeys(device);
@@ -50,7 +49,7 @@ class BridgeCollector {
   void addBridge();
   void addUser();
 
-  tembra::DatabaseSession& database_;
+  DatabaseSession& database_;
   char bridgeKey_[kKeySize] = {};
   char userKey_[kKeySize] = {};
   char macs_[kMostBridges][kTextSize] = {};
@@ -73,16 +72,16 @@ void BridgeCollector::addBridge() {
   if (count_ == kMostBridges || bridgeKey_[0] == '\0' || !database_.readIndexValue(bridgeKey_, value)) return;
   char mac[kTextSize] = {};
   HueMac(value, mac);
-  if (count_ == 0 || std::strstr(macs_[count_ - 1], mac) == nullptr) tembra::copyText(macs_[count_], mac);
+  if (count_ == 0 || std::strstr(macs_[count_ - 1], mac) == nullptr) copyText(macs_[count_], mac);
 }
 
 void BridgeCollector::addUser() {
   char value[sizeof(IndexRecord::value) + 1];
   if (count_ == kMostBridges || userKey_[0] == '\0' || !database_.readIndexValue(userKey_, value)) return;
   char user[kTextSize] = {};
-  tembra::copyText(user, value);  // cut before it is compared: that is how it was stored
+  copyText(user, value);  // cut before it is compared: that is how it was stored
   if (count_ > 0 && std::strstr(username1[count_ - 1], user) != nullptr) return;
-  tembra::copyText(username1[count_++], user);
+  copyText(username1[count_++], user);
 }
 
 char* BridgeCollector::json() const {
@@ -93,19 +92,22 @@ char* BridgeCollector::json() const {
   list << R"({"MAClist":[)";
   for (std::size_t i = 0; i < kMostBridges && macs_[i][0] != '\0'; ++i) {
     list << (i == 0 ? "" : ",") << R"({"mac":")" << macs_[i] << R"(","username":")"
-         << tembra::fieldText(username1[i], kTextSize - 1) << R"("})";
+         << fieldText(username1[i], kTextSize - 1) << R"("})";
   }
   list << "]}";
   return text;
 }
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 char* TembraAssociation::Hue_getBridgeList() {
-  tembra::DatabaseSession database;
+  DatabaseSession database;
   if (!database.isOpen()) return nullptr;
   BridgeCollector bridges(database);
-  database.forEachDevice([&](const tembra::StoredDevice& device) {
+  database.forEachDevice([&](const StoredDevice& device) {
     if (device.isIpDevice()) bridges.visit(device.record());
   });
   return bridges.json();

@@ -6,50 +6,52 @@
 #include "support/state_lock.h"
 #include "support/text.h"
 
-using tembra::StateLock;
-
+namespace tembra {
 namespace {
 
 HueCommand forBridge(HueCommandCode code, char* mac) {
   HueCommand command{};
   char bridgeId[sizeof command.bridgeId] = {};
   RevertHueMac(mac, bridgeId);
-  tembra::copyText(command.bridgeId, bridgeId);
+  copyText(command.bridgeId, bridgeId);
   command.command = code;
   return command;
 }
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 unsigned char* TembraAssociation::Hue_initiateAdd() {
   const StateLock lock;
   HueCommand command{};
   command.command = HUE_DISCOVER;
-  return tembra::startIpOperation(*this, SERVER_HUE, command, nullptr);
+  return startIpOperation(*this, SERVER_HUE, command, nullptr);
 }
 
 unsigned char* TembraAssociation::Hue_addBridge(char* mac) {
   const StateLock lock;
   HueCommand command = forBridge(HUE_ADD_BRIDGE, mac);
-  return tembra::startIpOperation(*this, SERVER_HUE, command, "AddIPDevice");
+  return startIpOperation(*this, SERVER_HUE, command, "AddIPDevice");
 }
 
 unsigned char* TembraAssociation::Hue_addDev(char* mac, char* text) {
   const StateLock lock;
   HueCommand command = forBridge(HUE_ADD_BULB, mac);
-  tembra::copyCallersText(command.argument, text);
-  return tembra::startIpOperation(*this, SERVER_HUE, command, "AddHueDevice");
+  copyCallersText(command.argument, text);
+  return startIpOperation(*this, SERVER_HUE, command, "AddHueDevice");
 }
 
 unsigned char* TembraAssociation::Hue_refreshBridge(char* mac, char* text) {
   const StateLock lock;
   HueCommand command = forBridge(HUE_REFRESH, mac);
-  tembra::copyCallersText(command.argument, text);
-  return tembra::startIpOperation(*this, SERVER_HUE, command, "RefreshIPDevice");
+  copyCallersText(command.argument, text);
+  return startIpOperation(*this, SERVER_HUE, command, "RefreshIPDevice");
 }
 
 unsigned char* TembraAssociation::Hue_remove(char* mac) {
   const StateLock lock;
   HueCommand command = forBridge(HUE_REMOVE, mac);
-  return tembra::startIpOperation(*this, SERVER_HUE, command, "RemoveIPDevice");
+  return startIpOperation(*this, SERVER_HUE, command, "RemoveIPDevice");
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+namespace tembra {
 namespace {
 
 /// A text with six octets of two digits each.
@@ -28,6 +29,9 @@ int rearrange(const char* input, const Form& from, const Form& to, char* out) {
 }
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 int RevertHueMac(char* mac, char* out) { return rearrange(mac, kMac, kBridgeId, out); }
 

@@ -8,13 +8,15 @@
 #include "support/state_lock.h"
 #include "support/text.h"
 
-using tembra::StateLock;
-
+namespace tembra {
 namespace {
 
 constexpr const char* kAuthorisationFile = "/tmp/Authcode";
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 // The file is not opened: a pipe at its name, which any user can make, would hold the caller for ever, and a link to a
 // device would set that device to work.
@@ -26,13 +28,13 @@ unsigned char* TembraAssociation::Nest_add(char* text) {
   const StateLock lock;
   NestCommand command{};
   command.command = NEST_LINK;
-  tembra::copyCallersText(command.text, text);
-  return tembra::startIpOperation(*this, SERVER_NEST, command, "AddIPDevice");
+  copyCallersText(command.text, text);
+  return startIpOperation(*this, SERVER_NEST, command, "AddIPDevice");
 }
 
 unsigned char* TembraAssociation::Nest_remove() {
   const StateLock lock;
   NestCommand command{};
   command.command = NEST_UNLINK;
-  return tembra::startIpOperation(*this, SERVER_NEST, command, "RemoveIPDevice");
+  return startIpOperation(*this, SERVER_NEST, command, "RemoveIPDevice");
 }

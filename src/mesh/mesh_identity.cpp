@@ -52,6 +52,7 @@ char meshTagNames[37][32] = {
     "NULL",
 };
 
+namespace tembra {
 namespace {
 
 // A signal that the front end handles may interrupt the wait for the command's answer.
@@ -60,12 +61,15 @@ char* readAnswer(char* out, FILE* answer) {
   do {
     clearerr(answer);
     errno = 0;
-    line = fgets(out, tembra::kMeshIdTextSize, answer);
+    line = fgets(out, kMeshIdTextSize, answer);
   } while (line == nullptr && errno == EINTR);
   return line;
 }
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 int GetMeshId(char* out) {
   out[0] = '\0';  // an empty answer reads as id 0, not as what stood there
@@ -76,7 +80,7 @@ int GetMeshId(char* out) {
 }
 
 int GetMeshId() {
-  char text[tembra::kMeshIdTextSize] = {};
+  char text[kMeshIdTextSize] = {};
   GetMeshId(text);
   return std::atoi(text);
 }

@@ -6,20 +6,21 @@
 #include "support/log.h"
 #include "support/state_lock.h"
 
-using tembra::Level;
-using tembra::StateLock;
-
+namespace tembra {
 namespace {
 
 constexpr char kRemoveAllText[] = "removeAllDevices";
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 void TembraAssociation::removeAllDevices() {
   const StateLock lock;
   HaNotice notice{};
   notice.recordKind = RECORD_ZIGBEE;
   std::memcpy(notice.record, kRemoveAllText, sizeof kRemoveAllText);
-  tembra::log(*this, Level::Detail, TEMBRA_LOG_PREFIX "Sending removeAllDevices to haserver");
+  log(*this, Level::Detail, TEMBRA_LOG_PREFIX "Sending removeAllDevices to haserver");
   sendToServers(SERVER_HA, &notice);
 }

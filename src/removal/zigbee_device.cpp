@@ -6,22 +6,12 @@
 #include "support/state_lock.h"
 #include "support/text.h"
 
-using tembra::StateLock;
-
+namespace tembra {
 namespace {
 
 constexpr int kNotFound = -1;
 
 }  // namespace
-
-int TembraAssociation::zb_removeNode(unsigned short shortAddress) {
-  const StateLock lock;
-  const tembra::ZigbeeLookup lookup = tembra::findZigbeeDevice(*this, shortAddress);
-  if (lookup.unknown) zbDevice.msgCode = ZIGBEE_REMOVED_UNKNOWN;
-  return lookup.result;
-}
-
-namespace tembra {
 
 ZigbeeLookup findZigbeeDevice(TembraAssociation& assoc, unsigned short shortAddress) {
   bool found = false;
@@ -39,3 +29,12 @@ ZigbeeLookup findZigbeeDevice(TembraAssociation& assoc, unsigned short shortAddr
 }
 
 }  // namespace tembra
+
+using namespace tembra;
+
+int TembraAssociation::zb_removeNode(unsigned short shortAddress) {
+  const StateLock lock;
+  const ZigbeeLookup lookup = findZigbeeDevice(*this, shortAddress);
+  if (lookup.unknown) zbDevice.msgCode = ZIGBEE_REMOVED_UNKNOWN;
+  return lookup.result;
+}

@@ -8,17 +8,14 @@
 #include "support/state_lock.h"
 #include "support/text.h"
 
-using tembra::Level;
-using tembra::StateLock;
-
+namespace tembra {
 namespace {
 
 // [sic] The line says "Removing" also when a node is only looked up.
 void rememberRemoved(TembraAssociation& assoc, const DeviceRecord& device) {
-  tembra::copyText(assoc.removedName, device.name);
+  copyText(assoc.removedName, device.name);
   assoc.removedId = device.id;
-  tembra::LogLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Removing Zwave device ")
-      << static_cast<int>(device.zwaveNode);
+  LogLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Removing Zwave device ") << static_cast<int>(device.zwaveNode);
 }
 
 // The notice carries the working copy as it stands: what is left of an earlier add travels along.
@@ -30,16 +27,16 @@ void sendRemovalNotice(TembraAssociation& assoc, unsigned char node) {
   notice.recordKind = RECORD_ZWAVE;
   std::memcpy(notice.record, &assoc.zwNodeWork, sizeof assoc.zwNodeWork);
   if (assoc.sendToServers(SERVER_HA, &notice) == -1) {
-    tembra::log(assoc, Level::Error, TEMBRA_LOG_PREFIX "sending failed to haserver");
+    log(assoc, Level::Error, TEMBRA_LOG_PREFIX "sending failed to haserver");
   } else {
-    tembra::log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "device removed sending success to haserver");
+    log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "device removed sending success to haserver");
   }
 }
 
 // Calls `found` under the state lock for every device of the received node.
 template <typename Found>
-void forEachDeviceOfNode(tembra::DatabaseSession& database, unsigned char node, Found found) {
-  database.forEachDevice([&](const tembra::StoredDevice& device) {
+void forEachDeviceOfNode(DatabaseSession& database, unsigned char node, Found found) {
+  database.forEachDevice([&](const StoredDevice& device) {
     if (!device.isZwaveNode(node)) return;
     const StateLock lock;
     found(device.record());
@@ -47,12 +44,15 @@ void forEachDeviceOfNode(tembra::DatabaseSession& database, unsigned char node, 
 }
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 int TembraAssociation::ZW_checkNodeExists() {
   const StateLock lock;
   const unsigned char node = zwNodeRx.nodeId;
   int exists = 0;
-  tembra::DatabaseSession database;
+  DatabaseSession database;
   if (!database.isOpen()) return 0;
   forEachDeviceOfNode(database, node, [&](const DeviceRecord& device) {
     rememberRemoved(*this, device);
@@ -64,7 +64,7 @@ int TembraAssociation::ZW_checkNodeExists() {
 int TembraAssociation::ZW_removeNode() {
   const StateLock lock;
   const unsigned char node = zwNodeRx.nodeId;
-  tembra::DatabaseSession database;
+  DatabaseSession database;
   if (!database.isOpen()) return database.deletionResult();
   forEachDeviceOfNode(database, node, [&](const DeviceRecord& device) {
     rememberRemoved(*this, device);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
+namespace tembra {
 namespace {
 
 using namespace std::string_view_literals;
@@ -154,6 +155,9 @@ static_assert(std::all_of(std::begin(kCommandClasses), std::end(kCommandClasses)
               "no two names share a slot");
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 const char* cclassStr(unsigned char cc) { return kCommandClasses[kRowOfNumber[cc]].name.data(); }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <iterator>
 
+namespace tembra {
 namespace {
 
 constexpr const char* kOperationCodes[] = {
@@ -128,6 +129,9 @@ static_assert(std::size(kValueGenres) == ozw_Genre_Count + 1, "every value has i
 static_assert(std::size(kValueTypes) == ozw_ValueType_Raw + 1, "every value has its name");
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 const char* OperationCodeenumToString(ozw_OperationCode value) {
   return nameOf(kOperationCodes, value, "Unknown Operation");

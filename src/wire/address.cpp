@@ -9,6 +9,7 @@
 #include <cstring>
 #include <mutex>
 
+namespace tembra {
 namespace {
 
 constexpr int kBadHost = -1;
@@ -75,6 +76,9 @@ class Copy {
 };
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 int mkaddr(void* addr, int* addrlen, char* text, char* protocol) {
   Copy copy(text == nullptr ? "" : text);

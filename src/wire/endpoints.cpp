@@ -6,6 +6,7 @@
 #include "support/state_lock.h"
 #include "wire/display_error.h"
 
+namespace tembra {
 namespace {
 
 char assocText[] = "127.255.255.4:8888";
@@ -18,6 +19,9 @@ char nestServerText[] = "127.255.255.251:8888";
 char webText[] = "127.255.255.11:8888";
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 char* assoc_adr = assocText;
 char* ha_assoc_adr = haAssocText;
@@ -45,6 +49,7 @@ int len_hueserver;
 int len_nest;
 int len_web;
 
+namespace tembra {
 namespace {
 
 constexpr int kHostRefused = -1;
@@ -69,14 +74,15 @@ constexpr Endpoint kEndpoints[] = {
 };
 
 }  // namespace
+}  // namespace tembra
 
 int TembraAssociation::ConnectToServers() {
-  const tembra::StateLock lock;
+  const StateLock lock;
   for (const Endpoint& endpoint : kEndpoints) {
     *endpoint.length = sizeof(sockaddr_in);
     sockaddr_in* address = endpoint.address == nullptr ? &localAddr : endpoint.address;
     // A bad port leaves the endpoint with port 0 and is not reported: only a bad host is.
-    if (mkaddr(address, endpoint.length, *endpoint.text, udp) == kHostRefused) tembra::displayError(endpoint.complaint);
+    if (mkaddr(address, endpoint.length, *endpoint.text, udp) == kHostRefused) displayError(endpoint.complaint);
   }
   return 0;
 }

@@ -11,8 +11,7 @@
 #include "support/state_lock.h"
 #include "support/text_writer.h"
 
-using tembra::Level;
-
+namespace tembra {
 namespace {
 
 struct Destination {
@@ -53,22 +52,25 @@ constexpr Sender kSenders[] = {
 void writeDotted(in_addr address, char (&out)[INET_ADDRSTRLEN]) {
   unsigned char octets[sizeof address];
   std::memcpy(octets, &address, sizeof address);
-  tembra::TextWriter(out, sizeof out) << octets[0] << "." << octets[1] << "." << octets[2] << "." << octets[3];
+  TextWriter(out, sizeof out) << octets[0] << "." << octets[1] << "." << octets[2] << "." << octets[3];
 }
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 int TembraAssociation::sendToServers(ServerType type, void* datagram) {
   // Sending under the lock keeps the datagram off a descriptor that another thread is closing.
-  const tembra::StateLock lock;
+  const StateLock lock;
   if (type == SERVER_MESH) {
-    tembra::log(*this, Level::Warning, "send to mesh server Not Implemented");  // [sic] no prefix
+    log(*this, Level::Warning, "send to mesh server Not Implemented");  // [sic] no prefix
     return 0;
   }
   for (const Destination& destination : kDestinations) {
     if (destination.type == type) return sendTo(destination, sock, datagram);
   }
-  tembra::log(*this, Level::Error, TEMBRA_LOG_PREFIX "Unknown server specified");
+  log(*this, Level::Error, TEMBRA_LOG_PREFIX "Unknown server specified");
   return -1;
 }
 

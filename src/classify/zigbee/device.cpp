@@ -7,16 +7,6 @@
 #include "support/log.h"
 #include "support/state_lock.h"
 
-using tembra::Level;
-using tembra::StateLock;
-
-int TembraAssociation::zb_createAnyDevice() {
-  const StateLock lock;
-  zwNodeWork.deviceKind = DEVICE_ZIGBEE;
-  DevId = calculateDevId();
-  return tembra::classifyZigbeeDevice(*this);
-}
-
 namespace tembra {
 
 int classifyZigbeeDevice(TembraAssociation& assoc) {
@@ -26,3 +16,12 @@ int classifyZigbeeDevice(TembraAssociation& assoc) {
 }
 
 }  // namespace tembra
+
+using namespace tembra;
+
+int TembraAssociation::zb_createAnyDevice() {
+  const StateLock lock;
+  zwNodeWork.deviceKind = DEVICE_ZIGBEE;
+  DevId = calculateDevId();
+  return classifyZigbeeDevice(*this);
+}

@@ -11,8 +11,7 @@
 #include "support/log.h"
 #include "support/state_lock.h"
 
-using tembra::Level;
-
+namespace tembra {
 namespace {
 
 constexpr std::size_t kMostClusters = sizeof(ZbDeviceInfo::clusters) / sizeof(ZbClusterEntry);
@@ -47,13 +46,13 @@ class Classifier {
   [[nodiscard]] int clusterAt(std::size_t position) const {
     return position < kMostClusters ? device_.clusters[position].cluster : static_cast<int>(ZB_END);
   }
-  void name(const char* word) { tembra::setNumberedName(assoc_.devName, word, DevId); }
+  void name(const char* word) { setNumberedName(assoc_.devName, word, DevId); }
   void setType(int type) { device_.devType = static_cast<unsigned char>(type); }
-  void say(const char* text) const { tembra::log(assoc_, Level::Progress, text); }
+  void say(const char* text) const { log(assoc_, Level::Progress, text); }
 
   TembraAssociation& assoc_;
   ZbDeviceInfo& device_;
-  tembra::ZbIndexTable table_;
+  ZbIndexTable table_;
   int found_ = 0;
 };
 
@@ -85,8 +84,7 @@ bool Classifier::decide(int cluster) {
     case ZB_NO_EFFECT:
       return true;
     case ZB_LOG_MANUFACTURER:
-      tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Manu name ")
-          << tembra::fieldText(device_.manufacturer) << " \n";
+      LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Manu name ") << fieldText(device_.manufacturer) << " \n";
       return true;
     case ZB_LOG_OSRAM:
       say(TEMBRA_LOG_PREFIX "Manufacturer Name: Osram");
@@ -99,8 +97,7 @@ bool Classifier::decide(int cluster) {
 
 void Classifier::visitZone(unsigned short endpoint, int next) {
   say(TEMBRA_LOG_PREFIX "ias zone cluster");
-  tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Manufacturer name received:")
-      << tembra::fieldText(device_.manufacturer);
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Manufacturer name received:") << fieldText(device_.manufacturer);
   const ZbZoneCase& zone = zbFindZoneCase(next, device_);
   if (zone.counted) ++found_;
   switch (zone.outcome) {
@@ -114,12 +111,12 @@ void Classifier::visitZone(unsigned short endpoint, int next) {
 }
 
 void Classifier::visitCamera(unsigned short endpoint) {
-  tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Found 503 cluster ") << static_cast<int>(table_.slot());
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Found 503 cluster ") << static_cast<int>(table_.slot());
   std::size_t added = 0;
   for (const unsigned char entry : zbCameraEntries) {
     added++ < ZB_CAMERA_ENDPOINTS ? table_.add(entry, endpoint) : table_.addType(entry);
   }
-  tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Found 503 device ") << static_cast<int>(table_.slot());
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Found 503 device ") << static_cast<int>(table_.slot());
   name("ZigbeeCamImage");
   setType(DEVTYPE_ZIGBEE_CAM_IMAGE);
 }
@@ -131,7 +128,7 @@ void Classifier::classifyZone(unsigned short endpoint) {
     say(exception->log);
     if (zbChangesZoneOn(*exception, endpoint)) assoc_.classifiedType = exception->type;
   }
-  tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Device associated:") << zone << " ";
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Device associated:") << zone << " ";
   addZoneEntries(endpoint);
   name(zbFindDisplayName(zone, device_));
   setType(assoc_.classifiedType);
@@ -150,7 +147,7 @@ void Classifier::settleZone() {
   const ZbZoneAfterwards* afterwards = zbFindZoneAfterwards(device_);
   if (afterwards == nullptr) return;
   if (afterwards->entry == 0) return settleAs(*afterwards);
-  for (std::size_t entry = tembra::ZbIndexTable::kLast + 1; entry-- > 0;) {
+  for (std::size_t entry = ZbIndexTable::kLast + 1; entry-- > 0;) {
     const bool scanned = zbIsScanned(static_cast<int>(entry), static_cast<int>(table_.slot()));
     if (scanned && table_.typeAt(entry) == afterwards->entry) settleAs(*afterwards);
   }
@@ -164,21 +161,24 @@ void Classifier::settleAs(const ZbZoneAfterwards& afterwards) {
 void Classifier::finish() {
   table_.end();
   device_.indexCount = static_cast<unsigned char>(table_.slot() - 1);
-  tembra::LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "No. of clusters found:")
-      << found_ << " and indexes:" << device_.indexCount << " zonetype:" << tembra::Hex{device_.zoneType, 1};
+  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "No. of clusters found:")
+      << found_ << " and indexes:" << device_.indexCount << " zonetype:" << Hex{device_.zoneType, 1};
   if (device_.devType != DEVTYPE_UNKNOWN) return;
   name("GenericDevice");
   setType(DEVTYPE_GENERIC_DEVICE);
 }
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 const char* TembraAssociation::GetDeviceTypeInStringFormat(unsigned short zoneType) {
-  const tembra::StateLock lock;
+  const StateLock lock;
   return zbFindZoneName(zoneType, zbDevice);
 }
 
 int TembraAssociation::validate_DeviceType() {
-  const tembra::StateLock lock;
+  const StateLock lock;
   return Classifier(*this).run() ? 0 : -1;
 }

@@ -9,10 +9,7 @@
 #include "support/state_lock.h"
 #include "support/text.h"
 
-using tembra::Hex;
-using tembra::Level;
-using tembra::StateLock;
-
+namespace tembra {
 namespace {
 
 constexpr unsigned char kListEnd = 0xFF;  // of a received list of command classes; the working copy's ends with 0
@@ -21,7 +18,7 @@ constexpr std::size_t kListRoom = sizeof ZwNodeInfo::commandClasses;
 // Copies the list into the working copy, and logs it. A received list without an end fills the field; then there
 // is no room for the working copy's end, and the basic class behind the field is left alone.
 void copyCommandClasses(TembraAssociation& assoc) {
-  tembra::LogLine line(assoc, Level::Progress, "node ");  // [sic] no prefix
+  LogLine line(assoc, Level::Progress, "node ");  // [sic] no prefix
   line << assoc.zwNodeRx.nodeId << " Supported Command Classes:";
   for (std::size_t i = 0; i < kListRoom && assoc.zwNodeRx.commandClasses[i] != kListEnd; ++i) {
     const unsigned char commandClass = assoc.zwNodeRx.commandClasses[i];
@@ -31,7 +28,7 @@ void copyCommandClasses(TembraAssociation& assoc) {
   }
 }
 
-bool hasAll(TembraAssociation& assoc, const unsigned char (&required)[tembra::NodeClass::kMostRequired]) {
+bool hasAll(TembraAssociation& assoc, const unsigned char (&required)[NodeClass::kMostRequired]) {
   for (const unsigned char commandClass : required) {
     if (commandClass == 0) break;
     if (assoc.CommandExists(assoc.zwNodeRx.commandClasses, commandClass) == 0) return false;
@@ -40,32 +37,16 @@ bool hasAll(TembraAssociation& assoc, const unsigned char (&required)[tembra::No
 }
 
 DevType classify(TembraAssociation& assoc) {
-  const auto& row = tembra::findNodeClass(assoc.zwNodeRx.genericClass, assoc.zwNodeRx.specificClass);
+  const auto& row = findNodeClass(assoc.zwNodeRx.genericClass, assoc.zwNodeRx.specificClass);
   const DevType type = hasAll(assoc, row.required) ? row.typeIfRequired : row.type;
   assoc.zwNodeWork.proposedType = type;
-  tembra::log(assoc, Level::Progress, row.text);
+  log(assoc, Level::Progress, row.text);
   return type;
 }
 
 }  // namespace
 
-int TembraAssociation::CommandExists(unsigned char* list, unsigned char commandClass) {
-  const StateLock lock;
-  for (std::size_t i = 0; i < kListRoom && list[i] != kListEnd; ++i) {
-    if (list[i] != commandClass) continue;
-    tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "cmd matched");
-    return 1;
-  }
-  return 0;
-}
-
-int TembraAssociation::ZW_createDeviceType() {
-  const StateLock lock;
-  DevId = calculateDevId();
-  return tembra::classifyNode(*this) ? 1 : 0;
-}
-
-bool tembra::classifyNode(TembraAssociation& assoc) {
+bool classifyNode(TembraAssociation& assoc) {
   copyCommandClasses(assoc);
   ZwNodeInfo& received = assoc.zwNodeRx;
   if (received.basicClass == 0) {
@@ -84,4 +65,24 @@ bool tembra::classifyNode(TembraAssociation& assoc) {
       << Hex{received.basicClass, 2} << ", Generic Type:0x" << Hex{received.genericClass, 2} << ", Specific Type:0x"
       << Hex{received.specificClass, 2} << ",Nodeid:" << received.nodeId;
   return true;
+}
+
+}  // namespace tembra
+
+using namespace tembra;
+
+int TembraAssociation::CommandExists(unsigned char* list, unsigned char commandClass) {
+  const StateLock lock;
+  for (std::size_t i = 0; i < kListRoom && list[i] != kListEnd; ++i) {
+    if (list[i] != commandClass) continue;
+    log(*this, Level::Progress, TEMBRA_LOG_PREFIX "cmd matched");
+    return 1;
+  }
+  return 0;
+}
+
+int TembraAssociation::ZW_createDeviceType() {
+  const StateLock lock;
+  DevId = calculateDevId();
+  return classifyNode(*this) ? 1 : 0;
 }

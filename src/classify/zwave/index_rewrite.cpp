@@ -6,9 +6,7 @@
 #include "support/log.h"
 #include "support/state_lock.h"
 
-using tembra::Level;
-using tembra::StateLock;
-
+namespace tembra {
 namespace {
 
 struct Rewrite {
@@ -35,6 +33,9 @@ constexpr Rewrite kRewrites[] = {
 };
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 void TembraAssociation::GenericIndexType(DevType type) {
   const StateLock lock;
@@ -51,7 +52,7 @@ void TembraAssociation::ChangeIndexType(IndexType from, IndexType to) {
     if (record[at] == INDEX_NONE) return;
     if (record[at] != from) continue;
     record[at] = static_cast<unsigned char>(to);
-    tembra::log(*this, Level::Detail, "ChangeIndexType:: IndexType Found");  // [sic] no prefix
+    log(*this, Level::Detail, "ChangeIndexType:: IndexType Found");  // [sic] no prefix
     return;
   }
 }

@@ -7,8 +7,7 @@
 #include "support/log.h"
 #include "support/state_lock.h"
 
-using tembra::Level;
-
+namespace tembra {
 namespace {
 
 struct ValueMeaning {
@@ -94,11 +93,14 @@ class IndexTable {
 };
 
 }  // namespace
+}  // namespace tembra
+
+using namespace tembra;
 
 // A value without a meaning gives its entry back, except entry 0, which then stays empty: the table continues at
 // entry 1 and reads as an empty one [sic].
 void TembraAssociation::ZW_indexToEnum(unsigned char* triples) {
-  const tembra::StateLock lock;
+  const StateLock lock;
   IndexTable table(zwNodeWork);
   std::size_t entry = 0;
   table.end(entry);
@@ -106,18 +108,18 @@ void TembraAssociation::ZW_indexToEnum(unsigned char* triples) {
     ZwValueTriple value;
     std::memcpy(&value, triples + i * sizeof value, sizeof value);
     if (value.commandClass == 0) return;
-    tembra::LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: command class: ")
+    LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: command class: ")
         << value.commandClass << " command index " << value.index;
     const IndexType type = meaningOf(value);
     table.setType(entry, type);
     if (type != INDEX_NONE) {
       table.setInstance(entry, value.instance);
       raiseCapability(type);
-      tembra::LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: cmdclass ")
+      LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: cmdclass ")
           << value.commandClass << " index " << value.index << " instance : " << value.instance << " Enum: " << type
           << " ";
     } else {
-      tembra::LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: Enum is not defined for : cmdclass ")
+      LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: Enum is not defined for : cmdclass ")
           << value.commandClass << " ind " << value.index;
       if (entry > 0) --entry;
     }
