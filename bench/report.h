@@ -10,7 +10,7 @@
 
 namespace bench {
 
-enum class Unit { Nanoseconds, Microseconds, Milliseconds, PerSecond, KiB, Count };
+enum class Unit { kNanoseconds, kMicroseconds, kMilliseconds, kPerSecond, kKiB, kCount };
 
 /// One line of the table. A goal is either for the value or for its ratio to the limit of the same run.
 struct Figure {

@@ -26,7 +26,7 @@ class TextRouter : public fuzz::PlainRouter {
  public:
   void print(CallersText text) { text_ = std::move(text); }
   [[nodiscard]] const char* settings() const override { return text_.get() == nullptr ? "" : text_.get(); }
-  bool strikes(fuzz::Fault fault) override { return fault == fuzz::Fault::Pipe && text_.get() == nullptr; }
+  bool strikes(fuzz::Fault fault) override { return fault == fuzz::Fault::kPipe && text_.get() == nullptr; }
 
  private:
   CallersText text_;

@@ -26,7 +26,7 @@ std::size_t allocationsOf(Run run) {
 void addAllocations(Report& report, int number, const char* what, std::size_t allocations) {
   report.add({.number = number,
               .what = what,
-              .unit = Unit::Count,
+              .unit = Unit::kCount,
               .value = static_cast<double>(allocations),
               .limit = {},
               .most = 0});
@@ -62,14 +62,14 @@ void measureClassification(const Effort& effort, Report& report) {
   const double zwaveEach = seconds.at("Z-Wave") / static_cast<double>(nodes.size()) - seconds.at("id");
   report.add({.number = 3,
               .what = "ZigBee classification, mean of the catalogue",
-              .unit = Unit::Nanoseconds,
+              .unit = Unit::kNanoseconds,
               .value = zigbeeEach * 1e9,
               .limit = {},
               .most = 400});
   addAllocations(report, 3, "allocations of it", allocationsOf(zigbee));
   report.add({.number = 4,
               .what = "Z-Wave classification, index table, log lines formatted",
-              .unit = Unit::Nanoseconds,
+              .unit = Unit::kNanoseconds,
               .value = zwaveEach * 1e9,
               .limit = {},
               .most = 1000});

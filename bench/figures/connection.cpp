@@ -70,13 +70,13 @@ void measureConnection(const Effort& effort, Report& report) {
   const std::map<std::string, double> seconds = comparison.run();
   report.add({.number = 12,
               .what = "opening, until the thread waits; the shell it runs",
-              .unit = Unit::Microseconds,
+              .unit = Unit::kMicroseconds,
               .value = seconds.at("open") * 1e6,
               .limit = seconds.at("shell") * 1e6,
               .mostRatio = 1.1});
   report.add({.number = 12,
               .what = "closing, until the thread has ended",
-              .unit = Unit::Microseconds,
+              .unit = Unit::kMicroseconds,
               .value = seconds.at("close") * 1e6,
               .limit = {},
               .most = 1000});

@@ -19,7 +19,7 @@ double wordsIn(const std::string& text) { return 1 + static_cast<double>(std::co
 void addSize(Report& report, const char* what, std::size_t bytes, std::optional<double> most = {}) {
   report.add({.number = 10,
               .what = what,
-              .unit = Unit::KiB,
+              .unit = Unit::kKiB,
               .value = static_cast<double>(bytes) / kKiB,
               .limit = {},
               .most = most});
@@ -33,7 +33,7 @@ void measureSystemCalls(Report& report) {
     const double calls = std::transform_reduce(passes.begin(), passes.end(), 0.0, std::plus<>(), wordsIn);
     report.add({.number = 9,
                 .what = "system calls of a pass: " + datagram.name,
-                .unit = Unit::Count,
+                .unit = Unit::kCount,
                 .value = calls / kPasses,
                 .limit = wordsIn(necessarySystemCalls(datagram)),
                 .mostRatio = 1});
@@ -47,13 +47,13 @@ void measureAllocations(Report& report) {
   for (const CallCount& count : allocationsOfPublicCalls()) forCalls += count.allocations;
   report.add({.number = 8,
               .what = "heap allocations, datagrams of every flow",
-              .unit = Unit::Count,
+              .unit = Unit::kCount,
               .value = static_cast<double>(forDatagrams),
               .limit = {},
               .most = 0});
   report.add({.number = 8,
               .what = "heap allocations, every public call once",
-              .unit = Unit::Count,
+              .unit = Unit::kCount,
               .value = static_cast<double>(forCalls),
               .limit = {},
               .most = 0});
@@ -68,7 +68,7 @@ void measureSizes(Report& report) {
   addSize(report, "the same at -O2", fast.loaded());
   report.add({.number = 13,
               .what = "initialisers of our own",
-              .unit = Unit::Count,
+              .unit = Unit::kCount,
               .value = static_cast<double>(ElfFile(TEMBRA_LIBRARY).initialisers()) - 1,
               .limit = {},
               .most = 0});

@@ -51,7 +51,7 @@ void measureFrontEnds(const Effort& effort, Report& report) {
   const double memory = medianKiBOf(TEMBRA_FRONT_END_WITH) - medianKiBOf(TEMBRA_FRONT_END_WITHOUT);
   report.add({.number = 11,
               .what = "private memory gained by linking and opening",
-              .unit = Unit::KiB,
+              .unit = Unit::kKiB,
               .value = memory,
               .limit = {},
               .most = 200});
@@ -62,12 +62,12 @@ void measureFrontEnds(const Effort& effort, Report& report) {
   const double gained = seconds.at("with") - seconds.at("without");
   report.add({.number = 13,
               .what = "start of a process, with the library and without",
-              .unit = Unit::Milliseconds,
+              .unit = Unit::kMilliseconds,
               .value = seconds.at("with") * 1e3,
               .limit = seconds.at("without") * 1e3});
   report.add({.number = 13,
               .what = "what the library adds to it",
-              .unit = Unit::Milliseconds,
+              .unit = Unit::kMilliseconds,
               .value = gained * 1e3,
               .limit = {},
               .most = 1});

@@ -149,7 +149,7 @@ void addHome(Report& report, int devices, const LookUp& lookUp, const std::map<s
   report.add(CurvePoint{name, devices, library, bare});
   report.add({.number = 5,
               .what = name + ", " + std::to_string(devices) + " devices",
-              .unit = Unit::Microseconds,
+              .unit = Unit::kMicroseconds,
               .value = library * 1e6,
               .limit = bare * 1e6,
               .mostRatio = 1.05});
@@ -161,7 +161,7 @@ void addChecked(Report& report, int devices, const LookUp& lookUp, const std::ma
   const std::string name = lookUp.name;
   report.add({.number = 5,
               .what = name + ", " + std::to_string(devices) + "; loop with the reads of its check",
-              .unit = Unit::Microseconds,
+              .unit = Unit::kMicroseconds,
               .value = seconds.at(name) * 1e6,
               .limit = seconds.at(name + " checked") * 1e6});
 }
@@ -171,7 +171,7 @@ void addSlope(Report& report, const std::string& name, const CurvePoint& first, 
   const auto keys = static_cast<double>(keysOf(last.devices) - keysOf(first.devices));
   report.add({.number = 5,
               .what = name + ", each further key",
-              .unit = Unit::Nanoseconds,
+              .unit = Unit::kNanoseconds,
               .value = (last.library - first.library) / keys * 1e9,
               .limit = (last.bare - first.bare) / keys * 1e9,
               .mostRatio = 1.05});

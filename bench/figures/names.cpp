@@ -67,14 +67,14 @@ void measureNames(const Effort& effort, Report& report) {
   const double nanosEach = kNano / kCallsEach;
   report.add({.number = 6,
               .what = "command class to number: dearest, cheapest of " + std::to_string(names.size()) + " names",
-              .unit = Unit::Nanoseconds,
+              .unit = Unit::kNanoseconds,
               .value = worst->second * nanosEach,
               .limit = best->second * nanosEach,
               .mostRatio = 2,
               .most = 12});
   report.add({.number = 6,
               .what = "number to name; the shortest call",
-              .unit = Unit::Nanoseconds,
+              .unit = Unit::kNanoseconds,
               .value = number,
               .limit = nothing,
               .most = 2});

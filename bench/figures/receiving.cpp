@@ -63,7 +63,7 @@ double flooded(const Receiving& receiving, const Daemons& daemons, double second
 void addPass(Report& report, const Datagram& datagram, double library, double bare) {
   report.add({.number = 1,
               .what = "receive pass: " + datagram.name,
-              .unit = Unit::Nanoseconds,
+              .unit = Unit::kNanoseconds,
               .value = library * 1e9,
               .limit = bare * 1e9,
               .mostRatio = 1.15});
@@ -72,7 +72,7 @@ void addPass(Report& report, const Datagram& datagram, double library, double ba
 void addRate(Report& report, const char* what, double library, double bare) {
   report.add({.number = 2,
               .what = what,
-              .unit = Unit::PerSecond,
+              .unit = Unit::kPerSecond,
               .value = 1 / library,
               .limit = 1 / bare,
               .leastRatio = 0.85,

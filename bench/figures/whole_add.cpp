@@ -89,13 +89,13 @@ void measureWholeAdd(const Effort& effort, Report& report) {
   assoc.registerAssocEventCB(nullptr);
   report.add({.number = 7,
               .what = "a whole simulated add",
-              .unit = Unit::Milliseconds,
+              .unit = Unit::kMilliseconds,
               .value = seconds * 1e3,
               .limit = {},
               .most = 5});
   report.add({.number = 7,
               .what = "the library's own code in it",
-              .unit = Unit::Microseconds,
+              .unit = Unit::kMicroseconds,
               .value = medianOf(own) * 1e6,
               .limit = {},
               .most = 100});

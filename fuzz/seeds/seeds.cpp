@@ -43,12 +43,12 @@ constexpr std::string_view kBridge = R"({"id":"a1b2c3fffe0a1b2c","internalipaddr
 // A session in the making.
 class Story : public fuzz::SeedWriter {
  public:
-  Story& call(Call call) { return add(Step::Call), add(call), *this; }
+  Story& call(Call call) { return add(Step::kCall), add(call), *this; }
   Story& open() {
-    call(Call::Role), add<unsigned char>(0);
-    return call(Call::Open);
+    call(Call::kRole), add<unsigned char>(0);
+    return call(Call::kOpen);
   }
-  Story& timeOut() { return add(Step::ReceiveFailure), add<unsigned char>(0), *this; }
+  Story& timeOut() { return add(Step::kReceiveFailure), add<unsigned char>(0), *this; }
 
   /// The record up to its last byte that is not zero.
   template <typename Record>
@@ -56,38 +56,38 @@ class Story : public fuzz::SeedWriter {
     const auto* bytes = reinterpret_cast<const char*>(&record);
     std::size_t length = sizeof record;
     while (length > 0 && bytes[length - 1] == 0) --length;
-    add(Step::Datagram), add(sender), add(static_cast<unsigned short>(length));
+    add(Step::kDatagram), add(sender), add(static_cast<unsigned short>(length));
     addBytes({bytes, length});
     return *this;
   }
 
   Story& device(int id, RadioKind radio, std::string_view name) {
-    add(Step::Database), add(fuzz::Change::PutDevice), add(static_cast<signed char>(id));
+    add(Step::kDatabase), add(fuzz::Change::kPutDevice), add(static_cast<signed char>(id));
     add(static_cast<signed char>(radio)), add(kNode), add(kAddress), add<unsigned char>(0);
     add(static_cast<unsigned short>(name.size())), addBytes(name);
     return *this;
   }
 
   Story& finish() {
-    call(Call::SetType), add(kAnyType);
-    call(Call::SetName), addText("Lamp");
-    return call(Call::AddingDone).call(Call::Close);
+    call(Call::kSetType), add(kAnyType);
+    call(Call::kSetName), addText("Lamp");
+    return call(Call::kAddingDone).call(Call::kClose);
   }
 };
 
 Story zwaveAdd(const ZwaveDevice& device) {
   Story story;
-  story.open().call(Call::Add);
-  for (int i = 0; i < 2; ++i) story.datagram(Sender::Zwave, tembra::sim::bareNode(kNode));
-  story.datagram(Sender::Zwave, describedNode(kNode, device)).finish();
+  story.open().call(Call::kAdd);
+  for (int i = 0; i < 2; ++i) story.datagram(Sender::kZwave, tembra::sim::bareNode(kNode));
+  story.datagram(Sender::kZwave, describedNode(kNode, device)).finish();
   return story;
 }
 
 Story zigbeeAdd(const ZigbeeDevice& device) {
   Story story;
-  story.open().call(Call::Add);
-  for (const int status : {1, 6}) story.datagram(Sender::Zigbee, tembra::sim::bareDevice(kAddress, status));
-  story.datagram(Sender::Zigbee, describedDevice(kAddress, 10, device)).finish();
+  story.open().call(Call::kAdd);
+  for (const int status : {1, 6}) story.datagram(Sender::kZigbee, tembra::sim::bareDevice(kAddress, status));
+  story.datagram(Sender::kZigbee, describedDevice(kAddress, 10, device)).finish();
   return story;
 }
 
@@ -104,25 +104,25 @@ HueAnswer hueAnswer(int type) {
 void addRemovals(fuzz::SeedSeries& sessions) {
   for (const RadioKind radio : {RADIO_ZWAVE, RADIO_IP}) {
     Story zwave;
-    zwave.device(3, radio, "Lamp").open().call(Call::Remove);
-    for (int i = 0; i < 2; ++i) zwave.datagram(Sender::Zwave, tembra::sim::bareNode(kNode));
-    sessions.add(zwave.timeOut().call(Call::Close));
+    zwave.device(3, radio, "Lamp").open().call(Call::kRemove);
+    for (int i = 0; i < 2; ++i) zwave.datagram(Sender::kZwave, tembra::sim::bareNode(kNode));
+    sessions.add(zwave.timeOut().call(Call::kClose));
   }
   for (const unsigned short address : {kAddress, kStranger}) {
     Story zigbee;
-    zigbee.device(3, RADIO_IP, "Lamp").open().call(Call::Remove);
-    sessions.add(zigbee.datagram(Sender::Zigbee, tembra::sim::bareDevice(address, 2)).timeOut().call(Call::Close));
+    zigbee.device(3, RADIO_IP, "Lamp").open().call(Call::kRemove);
+    sessions.add(zigbee.datagram(Sender::kZigbee, tembra::sim::bareDevice(address, 2)).timeOut().call(Call::kClose));
   }
 }
 
 void addIpDevices(fuzz::SeedSeries& sessions) {
   for (int type = 0; type < 10; ++type) {
-    sessions.add(Story().open().call(Call::HueDiscover).datagram(Sender::Hue, hueAnswer(type)).call(Call::Close));
+    sessions.add(Story().open().call(Call::kHueDiscover).datagram(Sender::kHue, hueAnswer(type)).call(Call::kClose));
   }
   for (const int command : {100, 121, 122, 123, 124}) {
     Story story;
-    story.open().call(Call::NestAdd).addText("code");
-    sessions.add(story.datagram(Sender::Nest, NestAnswer{command, 0, 1}).call(Call::Close));
+    story.open().call(Call::kNestAdd).addText("code");
+    sessions.add(story.datagram(Sender::kNest, NestAnswer{command, 0, 1}).call(Call::kClose));
   }
 }
 
@@ -249,7 +249,7 @@ int main(int argc, char** argv) {
     writeZigbee(out, argv[1], sessions);
     addRemovals(sessions);
     addIpDevices(sessions);
-    sessions.add(Story().open().call(Call::Add).timeOut().timeOut().call(Call::Close));
+    sessions.add(Story().open().call(Call::kAdd).timeOut().timeOut().call(Call::kClose));
     sessions.finish();
     writeHue(out / "hue");
     writeRecords(out / "records");

@@ -10,7 +10,18 @@
 namespace fuzz {
 
 /// The calls of a whole add or remove, by which seeds choose them; there are many more.
-enum class Call : unsigned char { Open, Close, Role, Add, Remove, SetType, SetName, AddingDone, HueDiscover, NestAdd };
+enum class Call : unsigned char {
+  kOpen,
+  kClose,
+  kRole,
+  kAdd,
+  kRemove,
+  kSetType,
+  kSetName,
+  kAddingDone,
+  kHueDiscover,
+  kNestAdd
+};
 
 struct FrontEnd {
   TembraAssociation& assoc;

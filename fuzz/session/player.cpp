@@ -62,54 +62,54 @@ void Player::play() {
 ssize_t Player::receive(int descriptor, unsigned char* buffer, sockaddr_in& sender) {
   ++receives_;
   check();
-  Outcome outcome = Outcome::GoOn;
+  Outcome outcome = Outcome::kGoOn;
   Receive receive{buffer, &sender};
   const auto isOpen = [&, binding = stage_.bindings()] {
     return stage_.boundSocket() == descriptor && stage_.bindings() == binding;
   };
-  while (outcome == Outcome::GoOn && isOpen()) {
+  while (outcome == Outcome::kGoOn && isOpen()) {
     if (script_.atEnd()) {
       stage_.assoc().closeAssocConnection();
     } else {
       outcome = step(receive);
     }
-    if (outcome == Outcome::GoOn) check();
+    if (outcome == Outcome::kGoOn) check();
   }
   --receives_;
   if (!isOpen()) {
     sender = {};
     return 0;
   }
-  if (outcome == Outcome::Datagram) return receive.length;
+  if (outcome == Outcome::kDatagram) return receive.length;
   errno = receive.error;
   return -1;
 }
 
 Player::Outcome Player::step(Receive& receive) {
   switch (static_cast<Step>(script_.choose(kSteps))) {
-    case Step::Datagram:
+    case Step::kDatagram:
       return sendDatagram(receive);
-    case Step::ReceiveFailure:
+    case Step::kReceiveFailure:
       return failReceive(receive);
-    case Step::Call:
+    case Step::kCall:
       makeCall(frontEnd_);
       break;
-    case Step::Database:
+    case Step::kDatabase:
       changeDatabase();
       break;
-    case Step::CallFromCallback:
+    case Step::kCallFromCallback:
       callInCallback_ = true;
       break;
-    case Step::CallFromLogger:
+    case Step::kCallFromLogger:
       callInLogger_ = true;
       break;
-    case Step::Fault:
+    case Step::kFault:
       armFault();
       break;
-    case Step::Fields:
+    case Step::kFields:
       writeFields();
   }
-  return Outcome::GoOn;
+  return Outcome::kGoOn;
 }
 
 // What the buffer held before stays behind a short datagram.
@@ -119,20 +119,20 @@ Player::Outcome Player::sendDatagram(Receive& receive) {
   const auto bytes = script_.take(script_.word() % (kReceiveBufferSize + 1));
   std::ranges::copy(bytes, receive.buffer);
   receive.length = static_cast<ssize_t>(bytes.size());
-  if (receives_ == 0) return Outcome::GoOn;  // nobody receives it
+  if (receives_ == 0) return Outcome::kGoOn;  // nobody receives it
   const ClientType client = stage_.assoc().findClientType(receive.sender->sin_addr);
   if (client == CLIENT_ZWAVE) check_.zwaveReceived(receive.buffer);
   if (client == CLIENT_ZIGBEE) check_.zigbeeReceived(receive.buffer);
-  return Outcome::Datagram;
+  return Outcome::kDatagram;
 }
 
 Player::Outcome Player::failReceive(Receive& receive) {
   receive.error = kReceiveErrors[script_.choose(std::size(kReceiveErrors))];
-  return receives_ == 0 ? Outcome::GoOn : Outcome::Failure;
+  return receives_ == 0 ? Outcome::kGoOn : Outcome::kFailure;
 }
 
 void Player::armFault() {
-  constexpr std::size_t faults = static_cast<std::size_t>(Fault::SleepsEndEarly) + 1;
+  constexpr std::size_t faults = static_cast<std::size_t>(Fault::kSleepsEndEarly) + 1;
   faults_ |= bit(static_cast<Fault>(script_.choose(faults)));
   faultError_ = kErrors[script_.choose(std::size(kErrors))];
 }
@@ -160,19 +160,19 @@ void Player::writeFields() {
 
 void Player::changeDatabase() {
   switch (static_cast<Change>(script_.choose(kChanges))) {
-    case Change::PutDevice:
+    case Change::kPutDevice:
       return putDevice();
-    case Change::PutRecord:
+    case Change::kPutRecord:
       return putRecord();
-    case Change::Drop:
+    case Change::kDrop:
       return DatabaseWriter().drop(std::to_string(script_.byte()));
-    case Change::Remove:
+    case Change::kRemove:
       return removeDatabaseFile();
-    case Change::Cut:
+    case Change::kCut:
       return cutDatabaseFile(script_.word());
-    case Change::Lengthen:
+    case Change::kLengthen:
       return lengthenDatabaseFile();
-    case Change::Rubbish:
+    case Change::kRubbish:
       writeDatabaseFile(script_.take(1));
   }
 }
@@ -216,7 +216,7 @@ void Player::logged() {
 // From the log no thread is started: the log may be written while the library has the database open, and the script of
 // another thread would change it.
 bool Player::strikes(Fault fault) {
-  if (fault == Fault::Thread && (inLogger_ || receives_ == kMostNested)) return true;
+  if (fault == Fault::kThread && (inLogger_ || receives_ == kMostNested)) return true;
   if ((faults_ & bit(fault)) == 0) return false;
   faults_ &= ~bit(fault);
   errno = faultError_;

@@ -29,7 +29,7 @@ class Player : public Router {
 
  private:
   // What a step means for a receive that is under way.
-  enum class Outcome { GoOn, Datagram, Failure };
+  enum class Outcome { kGoOn, kDatagram, kFailure };
 
   struct Receive {
     unsigned char* buffer;

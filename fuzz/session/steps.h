@@ -5,21 +5,21 @@
 namespace fuzz {
 
 enum class Step : unsigned char {
-  Datagram,          ///< a sender (see Sender), a length word, the bytes
-  ReceiveFailure,    ///< an errno; the first is the time-out
-  Call,              ///< see session/calls.h
-  Database,          ///< a change of the database (see Change)
-  CallFromCallback,  ///< the next event's callback makes a call
-  CallFromLogger,    ///< so does the next log line's
-  Fault,             ///< a call of the library's fails, or answers oddly, the next time
-  Fields,            ///< the front end writes fields and globals
+  kDatagram,          ///< a sender (see Sender), a length word, the bytes
+  kReceiveFailure,    ///< an errno; the first is the time-out
+  kCall,              ///< see session/calls.h
+  kDatabase,          ///< a change of the database (see Change)
+  kCallFromCallback,  ///< the next event's callback makes a call
+  kCallFromLogger,    ///< so does the next log line's
+  kFault,             ///< a call of the library's fails, or answers oddly, the next time
+  kFields,            ///< the front end writes fields and globals
 };
 inline constexpr unsigned kSteps = 8;
 
 /// The first senders; the others are strangers and half-strangers.
-enum class Sender : unsigned char { Zwave, Zigbee, Hue, Nest, Ha };
+enum class Sender : unsigned char { kZwave, kZigbee, kHue, kNest, kHa };
 
-enum class Change : unsigned char { PutDevice, PutRecord, Drop, Remove, Cut, Lengthen, Rubbish };
+enum class Change : unsigned char { kPutDevice, kPutRecord, kDrop, kRemove, kCut, kLengthen, kRubbish };
 inline constexpr unsigned kChanges = 7;
 
 }  // namespace fuzz

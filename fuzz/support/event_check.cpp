@@ -9,7 +9,7 @@
 namespace fuzz {
 namespace {
 
-enum class Payload { None, Timeout, Report, Bridges, Json, Nest };
+enum class Payload { kNone, kTimeout, kReport, kBridges, kJson, kNest };
 
 struct KnownEvent {
   AssocEventCode code;
@@ -18,18 +18,18 @@ struct KnownEvent {
 
 // A payload that only one of the radios sends is listed as none and found by its source.
 constexpr KnownEvent kKnownEvents[] = {
-    {EVENT_TIMEOUT, Payload::Timeout},      {EVENT_ADDING, Payload::None},
-    {EVENT_ALREADY_ADDED, Payload::None},   {EVENT_GETTING_INFO, Payload::None},
-    {EVENT_SELECT_TYPE, Payload::Report},   {EVENT_CREATED, Payload::Report},
-    {EVENT_ADD_FAILED, Payload::None},      {EVENT_REMOVED, Payload::Report},
-    {EVENT_REMOVED_UNKNOWN, Payload::None}, {EVENT_HUE_BRIDGES, Payload::Bridges},
-    {EVENT_HUE_DONE, Payload::Json},        {EVENT_HUE_DONE_2, Payload::Json},
-    {EVENT_HUE_ADDED, Payload::Json},       {EVENT_HUE_BUTTON, Payload::Json},
-    {EVENT_HUE_NO_BRIDGE, Payload::Json},   {EVENT_HUE_UNKNOWN_BRIDGE, Payload::Json},
-    {EVENT_HUE_BULB_ADDED, Payload::Json},  {EVENT_HUE_FAILED, Payload::Json},
-    {EVENT_NEST_41, Payload::Nest},         {EVENT_NEST_42, Payload::Nest},
-    {EVENT_NEST_43, Payload::Nest},         {EVENT_NEST_44, Payload::Nest},
-    {EVENT_NEST_45, Payload::Nest},         {EVENT_NEST_46, Payload::Nest},
+    {EVENT_TIMEOUT, Payload::kTimeout},      {EVENT_ADDING, Payload::kNone},
+    {EVENT_ALREADY_ADDED, Payload::kNone},   {EVENT_GETTING_INFO, Payload::kNone},
+    {EVENT_SELECT_TYPE, Payload::kReport},   {EVENT_CREATED, Payload::kReport},
+    {EVENT_ADD_FAILED, Payload::kNone},      {EVENT_REMOVED, Payload::kReport},
+    {EVENT_REMOVED_UNKNOWN, Payload::kNone}, {EVENT_HUE_BRIDGES, Payload::kBridges},
+    {EVENT_HUE_DONE, Payload::kJson},        {EVENT_HUE_DONE_2, Payload::kJson},
+    {EVENT_HUE_ADDED, Payload::kJson},       {EVENT_HUE_BUTTON, Payload::kJson},
+    {EVENT_HUE_NO_BRIDGE, Payload::kJson},   {EVENT_HUE_UNKNOWN_BRIDGE, Payload::kJson},
+    {EVENT_HUE_BULB_ADDED, Payload::kJson},  {EVENT_HUE_FAILED, Payload::kJson},
+    {EVENT_NEST_41, Payload::kNest},         {EVENT_NEST_42, Payload::kNest},
+    {EVENT_NEST_43, Payload::kNest},         {EVENT_NEST_44, Payload::kNest},
+    {EVENT_NEST_45, Payload::kNest},         {EVENT_NEST_46, Payload::kNest},
 };
 
 constexpr std::string_view kJsonBegin = R"({"CommandType":")";
@@ -77,17 +77,17 @@ bool isReportOfZigbee(const AssocEvent& event) {
 
 void checkPayload(const AssocEvent& event, Payload payload) {
   switch (payload) {
-    case Payload::Timeout:
+    case Payload::kTimeout:
       return checkTimeout(payloadOf<TimeoutReport>(event));
-    case Payload::Report:
+    case Payload::kReport:
       return checkReport(payloadOf<DeviceReport>(event));
-    case Payload::Bridges:
+    case Payload::kBridges:
       return checkBridges(payloadOf<HueBridgeList>(event));
-    case Payload::Json:
+    case Payload::kJson:
       return checkJson(event);
-    case Payload::Nest:
+    case Payload::kNest:
       return require(event.source == SERVER_NEST, "Nest events come from the Nest server");
-    case Payload::None:
+    case Payload::kNone:
       if (isReportOfZigbee(event)) checkReport(payloadOf<DeviceReport>(event));
   }
 }

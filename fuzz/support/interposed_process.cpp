@@ -21,7 +21,7 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
   KIT_REAL(pthread_create);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(thread, attributes, function, argument);
-  if (stage->router().strikes(Fault::Thread)) return EAGAIN;
+  if (stage->router().strikes(Fault::kThread)) return EAGAIN;
   *thread = pthread_self();
   function(argument);
   return 0;
@@ -43,7 +43,7 @@ extern "C" unsigned sleep(unsigned seconds) {
   KIT_REAL(sleep);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(seconds);
-  return stage->router().strikes(Fault::SleepsEndEarly) ? seconds / 2 : 0;
+  return stage->router().strikes(Fault::kSleepsEndEarly) ? seconds / 2 : 0;
 }
 
 extern "C" int nanosleep(const timespec* wait, timespec* rest) {
@@ -55,7 +55,7 @@ extern "C" FILE* popen(const char* command, const char* mode) {
   KIT_REAL(popen);
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(command, mode);
-  if (stage->router().strikes(Fault::Pipe)) return nullptr;
+  if (stage->router().strikes(Fault::kPipe)) return nullptr;
   const char* text = stage->router().settings();
   FILE* pipe = fmemopen(nullptr, std::strlen(text) + 1, "w+");
   std::fputs(text, pipe);

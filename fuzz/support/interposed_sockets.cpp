@@ -19,7 +19,7 @@ extern "C" int socket(int domain, int type, int protocol) noexcept {
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(domain, type, protocol);
   require(domain == AF_INET && type == SOCK_DGRAM, "the socket is a UDP socket");
-  return stage->router().strikes(Fault::Socket) ? -1 : stage->openSocket();
+  return stage->router().strikes(Fault::kSocket) ? -1 : stage->openSocket();
 }
 
 extern "C" int setsockopt(int descriptor, int level, int option, const void* value, socklen_t length) noexcept {
@@ -27,13 +27,13 @@ extern "C" int setsockopt(int descriptor, int level, int option, const void* val
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(descriptor, level, option, value, length);
   require(level == SOL_SOCKET, "options are the socket's");
-  if (option == SO_PRIORITY) return stage->router().strikes(Fault::Priority) ? -1 : 0;
+  if (option == SO_PRIORITY) return stage->router().strikes(Fault::kPriority) ? -1 : 0;
   require(option == SO_RCVTIMEO, "no other option is set");
   timeval wait{};
   require(length == sizeof wait, "a time-out is a timeval");
   std::memcpy(&wait, value, sizeof wait);
   require(wait.tv_usec == 0 && (wait.tv_sec == 20 || wait.tv_sec == 60 || wait.tv_sec == 180), "time-outs are known");
-  return stage->router().strikes(Fault::ReceiveTimeout) ? -1 : 0;
+  return stage->router().strikes(Fault::kReceiveTimeout) ? -1 : 0;
 }
 
 extern "C" int bind(int descriptor, const sockaddr* address, socklen_t length) noexcept {
@@ -41,7 +41,7 @@ extern "C" int bind(int descriptor, const sockaddr* address, socklen_t length) n
   Stage* stage = Stage::current();
   if (stage == nullptr) return real(descriptor, address, length);
   require(descriptor != 0, "descriptor 0 means closed");
-  if (stage->router().strikes(Fault::Bind)) return -1;
+  if (stage->router().strikes(Fault::kBind)) return -1;
   if (stage->bindSocket(descriptor)) return 0;
   errno = EADDRINUSE;
   return -1;
@@ -57,7 +57,7 @@ extern "C" ssize_t sendto(int descriptor, const void* datagram, std::size_t leng
   std::memcpy(&send.address, address, sizeof send.address);
   fuzz::checkSend(send);
   stage->router().sent(send);
-  if (stage->router().strikes(Fault::Send)) return -1;
+  if (stage->router().strikes(Fault::kSend)) return -1;
   if (descriptor == stage->boundSocket()) return static_cast<ssize_t>(length);
   errno = EBADF;
   return -1;

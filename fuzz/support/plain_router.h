@@ -25,7 +25,7 @@ class IdStage : public Stage {
  public:
   static constexpr int kNextId = 17;
 
-  explicit IdStage(Router& router) : Stage(router, Database::Kept) {
+  explicit IdStage(Router& router) : Stage(router, Database::kKept) {
     static constexpr std::uint8_t kText[] = {'1', '7'};
     if (databaseFileSize() == 0) DatabaseWriter().put("NextDevid", kText);
   }

@@ -70,7 +70,7 @@ Stage::Stage(Router& router, Database database) : router_(router), assoc_(nullpt
   require(currentStage == nullptr, "one stage at a time");
   stdout = stderr = sink();
   PrivateFolder::enter();
-  if (database == Database::None) removeDatabaseFile();
+  if (database == Database::kNone) removeDatabaseFile();
   currentStage = this;
   assoc_ = TembraAssociation::getInstance();
   resetGlobals();
@@ -87,7 +87,7 @@ Stage::~Stage() {
 
 // A descriptor like any other, so that what the library does with it works.
 int Stage::openSocket() {
-  const bool lowest = router_.strikes(Fault::LowestDescriptor);
+  const bool lowest = router_.strikes(Fault::kLowestDescriptor);
   if (lowest) close(STDIN_FILENO);
   const int descriptor = open("/dev/null", O_RDWR);
   if (descriptor >= 0) sockets_.push_back(descriptor);

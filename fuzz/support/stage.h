@@ -22,7 +22,17 @@ struct Send {
 };
 
 /// What can be made to fail, or to answer oddly, the next time.
-enum class Fault { Socket, LowestDescriptor, Priority, ReceiveTimeout, Bind, Send, Thread, Pipe, SleepsEndEarly };
+enum class Fault {
+  kSocket,
+  kLowestDescriptor,
+  kPriority,
+  kReceiveTimeout,
+  kBind,
+  kSend,
+  kThread,
+  kPipe,
+  kSleepsEndEarly
+};
 
 /// Who acts in the library's surroundings.
 class Router {
@@ -48,12 +58,12 @@ class Router {
 };
 
 /// Whether a run finds the database that an earlier one left.
-enum class Database { None, Kept };
+enum class Database { kNone, kKept };
 
 class Stage {
  public:
   /// Resets the object and the globals, and moves to a folder of the program's own where the database's file is.
-  explicit Stage(Router& router, Database database = Database::None);
+  explicit Stage(Router& router, Database database = Database::kNone);
   ~Stage();
   Stage(const Stage&) = delete;
   Stage& operator=(const Stage&) = delete;

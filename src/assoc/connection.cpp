@@ -119,10 +119,10 @@ int startReceiver(Start& start) {
   const int error = createThread(start);
   if (error == 0) {
     start.gate.wait();
-    tembra::log(start.assoc, Level::Progress, TEMBRA_LOG_PREFIX "Thread created successfully");
+    tembra::log(start.assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Thread created successfully");
   } else {
-    tembra::LogLine(start.assoc, Level::Progress, TEMBRA_LOG_PREFIX "can't create thread :[")
-        << tembra::ErrnoText(error).c_str() << "]";
+    tembra::LogLine(start.assoc, Level::kProgress, TEMBRA_LOG_PREFIX "can't create thread :[")
+        << tembra::ErrnoText(error).text() << "]";
   }
   return error;
 }
@@ -147,7 +147,7 @@ int TembraAssociation::checkAssocConnection() {
 
 void TembraAssociation::closeAssocConnection() {
   const StateLock lock;
-  tembra::log(*this, Level::Progress, TEMBRA_LOG_PREFIX "closing the Assoc Connection");
+  tembra::log(*this, Level::kProgress, TEMBRA_LOG_PREFIX "closing the Assoc Connection");
   running = 0;
   tembra::setAssociationMeshId(tembra::kMeshIdUnknown);
   closeMark = -1;

@@ -16,7 +16,7 @@ namespace tembra {
 namespace {
 
 void nameGenericDevice(TembraAssociation& assoc, DevType type) {
-  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType GenericDevice");
+  log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "inside setDevType GenericDevice");
   assoc.GenericIndexType(type);
   setNumberedName(assoc.devName, "GenericDevice", DevId);
   assoc.zwNodeWork.finalType = DEVTYPE_GENERIC_DEVICE;
@@ -55,7 +55,7 @@ int handOverZigbeeDevice(TembraAssociation& assoc) {
   HaNotice notice{};
   notice.recordKind = RECORD_ZIGBEE;
   std::memcpy(notice.record, &assoc.zbDevice, sizeof assoc.zbDevice);
-  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending final addingDone packet to HA Server");
+  log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Sending final addingDone packet to HA Server");
   return assoc.sendToServers(SERVER_HA, &notice);
 }
 
@@ -75,9 +75,9 @@ int handOverZwaveDevice(TembraAssociation& assoc) {
   std::memcpy(notice.record, &assoc.zwNodeWork, sizeof assoc.zwNodeWork);
   const int result = assoc.sendToServers(SERVER_HA, &notice);
   if (result == 0) {
-    log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending Packet to Haserver Success");
+    log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Sending Packet to Haserver Success");
   } else {
-    log(assoc, Level::Error, TEMBRA_LOG_PREFIX "Sending Packet to Haserver Failed");
+    log(assoc, Level::kError, TEMBRA_LOG_PREFIX "Sending Packet to Haserver Failed");
   }
   forgetZwaveDevice(assoc);
   return result;
@@ -90,7 +90,7 @@ using namespace tembra;
 
 void TembraAssociation::setDevType(DevType type) {
   const StateLock lock;
-  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType");
+  log(*this, Level::kProgress, TEMBRA_LOG_PREFIX "inside setDevType");
   DevId = calculateDevId();
   // Asked of the Z-Wave record even while a ZigBee device is being added [sic].
   if (zwNodeWork.proposedType == DEVTYPE_GENERIC_DEVICE) {
@@ -107,7 +107,7 @@ void TembraAssociation::setDevType(DevType type) {
 
 void TembraAssociation::setDevType2(DevType type) {
   const StateLock lock;
-  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevType2 ***");
+  log(*this, Level::kProgress, TEMBRA_LOG_PREFIX "inside setDevType2 ***");
   devType = type;
   zbDevice.devType = static_cast<unsigned char>(type);
   zwNodeWork.finalType = type;
@@ -115,21 +115,21 @@ void TembraAssociation::setDevType2(DevType type) {
 
 void TembraAssociation::setDevName(char* name) {
   const StateLock lock;
-  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevName");
+  log(*this, Level::kProgress, TEMBRA_LOG_PREFIX "inside setDevName");
   copyCallersText(devName, name);
 }
 
 void TembraAssociation::setDevLocation(char* location) {
   const StateLock lock;
-  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside setDevLocation");
+  log(*this, Level::kProgress, TEMBRA_LOG_PREFIX "inside setDevLocation");
   copyCallersText(devLocation, location);
 }
 
 int TembraAssociation::addingDone() {
   const StateLock lock;
   setIdle(true);
-  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside addingDone");
-  LogLine(*this, Level::Progress, TEMBRA_LOG_PREFIX "Name:")
+  log(*this, Level::kProgress, TEMBRA_LOG_PREFIX "inside addingDone");
+  LogLine(*this, Level::kProgress, TEMBRA_LOG_PREFIX "Name:")
       << fieldText(devName, sizeof devName - 1) << " Location:" << fieldText(devLocation, sizeof devLocation - 1);
   return zwNodeWork.deviceKind == DEVICE_ZWAVE ? handOverZwaveDevice(*this) : handOverZigbeeDevice(*this);
 }

@@ -58,17 +58,17 @@ void startOperation(TembraAssociation& assoc, zigbee_cmd zigbee, zwave_cmd zwave
 }
 
 void cancelZigbee(TembraAssociation& assoc) {
-  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending cancel command to zigbee_server");
+  log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Sending cancel command to zigbee_server");
   assoc.cmdToZigbee(zigbee_cmd_cancel);
 }
 
 void cancelZwave(TembraAssociation& assoc) {
-  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending cancel command to zwave_server");
+  log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Sending cancel command to zwave_server");
   assoc.cmdToZwave(zwave_cmd_cancel);
 }
 
 void resetBoth(TembraAssociation& assoc) {
-  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "*** Sending reset command to Zigbee_server and Zwave_server");
+  log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "*** Sending reset command to Zigbee_server and Zwave_server");
   assoc.cmdToZigbee(zigbee_cmd_reset);
   assoc.cmdToZwave(zwave_cmd_reset);
 }
@@ -90,7 +90,7 @@ void TembraAssociation::cmdToZigbee(zigbee_cmd command) {
     sleepFully(kZigbeeResetGapSeconds);
     copyCallersText(datagram.command, kZigbeeResetSecondText);
     sendToServers(SERVER_ZIGBEE, &datagram);
-    log(*this, Level::Progress, TEMBRA_LOG_PREFIX "Sending reset command to zigbee_server");
+    log(*this, Level::kProgress, TEMBRA_LOG_PREFIX "Sending reset command to zigbee_server");
   }
 }
 
@@ -107,7 +107,7 @@ void TembraAssociation::cmdToZwave(zwave_cmd command) {
 
 void TembraAssociation::addDevZigbeeZwave() {
   const StateLock lock;
-  log(*this, Level::Progress, TEMBRA_LOG_PREFIX "inside addDevZigbeeZwave");
+  log(*this, Level::kProgress, TEMBRA_LOG_PREFIX "inside addDevZigbeeZwave");
   startOperation(*this, zigbee_cmd_add, zwave_cmd_add, "AddDevice", ASSOC);
 }
 
@@ -131,7 +131,7 @@ void TembraAssociation::sendCancelTo(cancel_type type) {
       setIdle(true);
       return;
   }
-  log(*this, Level::Error, TEMBRA_LOG_PREFIX "Unknown cancel type");
+  log(*this, Level::kError, TEMBRA_LOG_PREFIX "Unknown cancel type");
 }
 
 namespace tembra {
@@ -141,23 +141,23 @@ namespace {
 void reset(TembraAssociation& assoc, reset_type type) {
   switch (type) {
     case reset_zigbee:
-      log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending reset command to Zigbee_server");
+      log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Sending reset command to Zigbee_server");
       assoc.cmdToZigbee(zigbee_cmd_reset);
       return;
     case reset_zwave:
       assoc.cmdToZwave(zwave_cmd_reset);
-      log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Sending reset command to Zwave_server");
+      log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Sending reset command to Zwave_server");
       return;
     case reset_both:
       resetBoth(assoc);
       return;
     case reset_both_and_remove_all:
       resetBoth(assoc);
-      log(assoc, Level::Detail, TEMBRA_LOG_PREFIX "*** Removing all devices ***");
+      log(assoc, Level::kDetail, TEMBRA_LOG_PREFIX "*** Removing all devices ***");
       assoc.removeAllDevices();
       return;
   }
-  log(assoc, Level::Error, TEMBRA_LOG_PREFIX "Unknown reset type");
+  log(assoc, Level::kError, TEMBRA_LOG_PREFIX "Unknown reset type");
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ namespace tembra {
 namespace {
 
 constexpr std::size_t kMostBridges = 20;
-constexpr std::size_t kTextSize = 50;
+constexpr std::size_t kListedTextSize = 50;
 constexpr std::size_t kKeySize = 16;
 constexpr std::size_t kJsonFrameSize = 200;
 constexpr std::size_t kJsonElementSize = 100;
@@ -52,7 +52,7 @@ class BridgeCollector {
   DatabaseSession& database_;
   char bridgeKey_[kKeySize] = {};
   char userKey_[kKeySize] = {};
-  char macs_[kMostBridges][kTextSize] = {};
+  char macs_[kMostBridges][kListedTextSize] = {};
   std::size_t count_ = 0;
 };
 
@@ -70,7 +70,7 @@ void BridgeCollector::chooseKeys(const DeviceRecord& device) {
 void BridgeCollector::addBridge() {
   char value[sizeof(IndexRecord::value) + 1];
   if (count_ == kMostBridges || bridgeKey_[0] == '\0' || !database_.readIndexValue(bridgeKey_, value)) return;
-  char mac[kTextSize] = {};
+  char mac[kListedTextSize] = {};
   HueMac(value, mac);
   if (count_ == 0 || std::strstr(macs_[count_ - 1], mac) == nullptr) copyText(macs_[count_], mac);
 }
@@ -78,7 +78,7 @@ void BridgeCollector::addBridge() {
 void BridgeCollector::addUser() {
   char value[sizeof(IndexRecord::value) + 1];
   if (count_ == kMostBridges || userKey_[0] == '\0' || !database_.readIndexValue(userKey_, value)) return;
-  char user[kTextSize] = {};
+  char user[kListedTextSize] = {};
   copyText(user, value);  // cut before it is compared: that is how it was stored
   if (count_ > 0 && std::strstr(username1[count_ - 1], user) != nullptr) return;
   copyText(username1[count_++], user);
@@ -92,7 +92,7 @@ char* BridgeCollector::json() const {
   list << R"({"MAClist":[)";
   for (std::size_t i = 0; i < kMostBridges && macs_[i][0] != '\0'; ++i) {
     list << (i == 0 ? "" : ",") << R"({"mac":")" << macs_[i] << R"(","username":")"
-         << fieldText(username1[i], kTextSize - 1) << R"("})";
+         << fieldText(username1[i], kListedTextSize - 1) << R"("})";
   }
   list << "]}";
   return text;

@@ -21,6 +21,6 @@ void TembraAssociation::removeAllDevices() {
   HaNotice notice{};
   notice.recordKind = RECORD_ZIGBEE;
   std::memcpy(notice.record, kRemoveAllText, sizeof kRemoveAllText);
-  log(*this, Level::Detail, TEMBRA_LOG_PREFIX "Sending removeAllDevices to haserver");
+  log(*this, Level::kDetail, TEMBRA_LOG_PREFIX "Sending removeAllDevices to haserver");
   sendToServers(SERVER_HA, &notice);
 }

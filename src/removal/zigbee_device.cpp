@@ -22,7 +22,7 @@ ZigbeeLookup findZigbeeDevice(TembraAssociation& assoc, unsigned short shortAddr
     const StateLock applying;
     copyText(assoc.removedName, device.record().name);
     assoc.removedId = device.record().id;
-    LogLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Removing zigbee device 0x") << Hex{shortAddress, 2};
+    LogLine(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Removing zigbee device 0x") << Hex{shortAddress, 2};
     found = true;
   });
   return {found ? 0 : kNotFound, !found};

@@ -15,7 +15,7 @@ namespace {
 void rememberRemoved(TembraAssociation& assoc, const DeviceRecord& device) {
   copyText(assoc.removedName, device.name);
   assoc.removedId = device.id;
-  LogLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Removing Zwave device ") << static_cast<int>(device.zwaveNode);
+  LogLine(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Removing Zwave device ") << static_cast<int>(device.zwaveNode);
 }
 
 // The notice carries the working copy as it stands: what is left of an earlier add travels along.
@@ -27,9 +27,9 @@ void sendRemovalNotice(TembraAssociation& assoc, unsigned char node) {
   notice.recordKind = RECORD_ZWAVE;
   std::memcpy(notice.record, &assoc.zwNodeWork, sizeof assoc.zwNodeWork);
   if (assoc.sendToServers(SERVER_HA, &notice) == -1) {
-    log(assoc, Level::Error, TEMBRA_LOG_PREFIX "sending failed to haserver");
+    log(assoc, Level::kError, TEMBRA_LOG_PREFIX "sending failed to haserver");
   } else {
-    log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "device removed sending success to haserver");
+    log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "device removed sending success to haserver");
   }
 }
 

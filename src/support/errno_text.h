@@ -10,7 +10,7 @@ namespace tembra {
 class ErrnoText {
  public:
   explicit ErrnoText(int error) : text_(pick(strerror_r(error, buffer_, sizeof buffer_))) {}
-  [[nodiscard]] const char* c_str() const { return text_; }
+  [[nodiscard]] const char* text() const { return text_; }
 
  private:
   // strerror_r gives the text on some libcs and a status on others.

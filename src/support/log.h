@@ -12,7 +12,7 @@
 
 namespace tembra {
 
-enum class Level : int { Progress = 0, Warning = 1, Error = 2, Detail = 3 };
+enum class Level : int { kProgress = 0, kWarning = 1, kError = 2, kDetail = 3 };
 
 /// Logs a fixed text.
 void log(const TembraAssociation& assoc, Level level, const char* text);

@@ -107,13 +107,13 @@ constexpr std::size_t kRows = std::size(kCommandClasses);
 constexpr std::uint8_t kNoOperation = 0;  // the row of all numbers without a name
 constexpr unsigned kNoNumber = 255;
 
-constexpr bool inOrder() {
+constexpr bool rowsAreInOrder() {
   for (std::size_t i = 1; i < kRows; ++i) {
     if (kCommandClasses[i - 1].number >= kCommandClasses[i].number) return false;
   }
   return kCommandClasses[1].number == 0x20 && kCommandClasses[kRows - 1].number == 0xF0;
 }
-static_assert(kRows == 1 + 82 && inOrder(), "82 command classes, ascending from the first to the last");
+static_assert(kRows == 1 + 82 && rowsAreInOrder(), "82 command classes, ascending from the first to the last");
 
 // Rows rather than texts: a table of pointers is eight times as large, and the loader has to touch all of it.
 constexpr auto kRowOfNumber = [] {

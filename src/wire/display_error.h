@@ -10,7 +10,7 @@
 namespace tembra {
 
 /// Prints the text of errno first and the caller's message second: the opposite of perror's order [sic].
-inline void displayError(const char* message) { std::fprintf(stderr, "%s: %s\n", ErrnoText(errno).c_str(), message); }
+inline void displayError(const char* message) { std::fprintf(stderr, "%s: %s\n", ErrnoText(errno).text(), message); }
 
 }  // namespace tembra
 

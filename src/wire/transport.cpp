@@ -64,13 +64,13 @@ int TembraAssociation::sendToServers(ServerType type, void* datagram) {
   // Sending under the lock keeps the datagram off a descriptor that another thread is closing.
   const StateLock lock;
   if (type == SERVER_MESH) {
-    log(*this, Level::Warning, "send to mesh server Not Implemented");  // [sic] no prefix
+    log(*this, Level::kWarning, "send to mesh server Not Implemented");  // [sic] no prefix
     return 0;
   }
   for (const Destination& destination : kDestinations) {
     if (destination.type == type) return sendTo(destination, sock, datagram);
   }
-  log(*this, Level::Error, TEMBRA_LOG_PREFIX "Unknown server specified");
+  log(*this, Level::kError, TEMBRA_LOG_PREFIX "Unknown server specified");
   return -1;
 }
 

@@ -111,7 +111,7 @@ bool handleAnswer(const Flow& flow) {
   if (type == HUE_BRIDGES_FOUND) return tellBridges(flow);
   const HueResult* result = findResult(type);
   if (result == nullptr) {
-    log(flow.assoc, Level::Error, TEMBRA_LOG_PREFIX "Got unknown state from HUE");
+    log(flow.assoc, Level::kError, TEMBRA_LOG_PREFIX "Got unknown state from HUE");
     return true;
   }
   if (!tellResult(flow, *result)) return false;

@@ -34,7 +34,7 @@ bool handleAnswer(const Flow& flow, const NestAnswer& answer) {
   const NestResult* result = findResult(answer);
   if (result == nullptr) {
     if (answer.command != NEST_ANSWER_124) {
-      log(flow.assoc, Level::Error, TEMBRA_LOG_PREFIX "Got unknown command from NEST");
+      log(flow.assoc, Level::kError, TEMBRA_LOG_PREFIX "Got unknown command from NEST");
     }
     return !flow.connection.isSuperseded();
   }

@@ -45,7 +45,7 @@ class Receiver {
 
   void run() {
     serve();
-    log(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "exited receive thread\n");
+    log(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "exited receive thread\n");
   }
 
  private:
@@ -119,12 +119,12 @@ ssize_t Receiver::receive() {
 // An operation that timed out keeps its time-out and its state: the next wait is as long, and an answer that comes
 // late is handled as if it had come in time.
 void Receiver::timedOut() {
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Didn't get packet for ") << timeoutSeconds_ << " secs";
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "Didn't get packet for ") << timeoutSeconds_ << " secs";
   if (!isIdle()) {
     reportTimeout();
   } else {
     timeoutSeconds_ = kIdleTimeout;
-    log(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "idle timeout set to 180 sec...");
+    log(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "idle timeout set to 180 sec...");
   }
 }
 
@@ -155,13 +155,13 @@ void Receiver::dispatch() {
     case CLIENT_NEST:
       return runFlow(handleNest);
     case CLIENT_HA:
-      return log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "\n*** Got data from HA_Server. Not implemented ***\n");
+      return log(assoc_, Level::kWarning, TEMBRA_LOG_PREFIX "\n*** Got data from HA_Server. Not implemented ***\n");
     case CLIENT_MESH:
-      return log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "\n*** Got data from Mesh_Server. Not implemented ***\n");
+      return log(assoc_, Level::kWarning, TEMBRA_LOG_PREFIX "\n*** Got data from Mesh_Server. Not implemented ***\n");
     case CLIENT_UNKNOWN:
       break;
   }
-  log(assoc_, Level::Error, TEMBRA_LOG_PREFIX "received command from unknown server\n");
+  log(assoc_, Level::kError, TEMBRA_LOG_PREFIX "received command from unknown server\n");
 }
 
 void Receiver::runFlow(void (*handle)(const Flow&)) {
@@ -175,7 +175,7 @@ template <typename Hold>
 Receiver begin(TembraAssociation& assoc) {
   const Hold hold;
   const ReceiverLease connection(assoc);  // before the Logger may close it and open another one
-  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "entered receive thread");
+  log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "entered receive thread");
   if (!connection.isSuperseded()) {
     setIdle(true);
     assoc.cancelTarget = 0;

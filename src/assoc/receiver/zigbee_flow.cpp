@@ -52,7 +52,7 @@ class ZigbeeFlow {
     flow_.events.reportIntoB();
     return flow_.tell(flow_.events.b, code, SERVER_ZIGBEE);
   }
-  void progress(const char* text) const { log(assoc_, Level::Progress, text); }
+  void progress(const char* text) const { log(assoc_, Level::kProgress, text); }
 
   const Flow& flow_;
   TembraAssociation& assoc_;
@@ -107,7 +107,7 @@ void ZigbeeFlow::gettingInfo() {
 
 void ZigbeeFlow::addFailed() {
   setState(assoc_, ASSOC_IDLE);
-  log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "Association failed (Zigbee)");
+  log(assoc_, Level::kWarning, TEMBRA_LOG_PREFIX "Association failed (Zigbee)");
   report_.failure = 0;
   if (!tellStatus(
           EVENT_ADD_FAILED,
@@ -124,7 +124,7 @@ void ZigbeeFlow::infoComplete() {
   if (!flow_.connection.isOpen()) return;
   const bool created = classifyZigbeeDevice(assoc_) == 0;
   if (created && !deviceCreated()) return;
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Sensor got Associated ")
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "Sensor got Associated ")
       << DevId << " name " << fieldText(assoc_.devName, sizeof assoc_.devName - 1) << " (Zigbee)";
   setState(assoc_, ZB_ADDED);
 }
@@ -173,7 +173,7 @@ void ZigbeeFlow::removeAnswered() {
 void ZigbeeFlow::deviceRemoved() {
   takeOver();
   notifyHaServer();
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Sensor name ")
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "Sensor name ")
       << fieldText(assoc_.removedName, sizeof assoc_.removedName - 1) << " is removed (Zigbee)";
   copyText(report_.removedName, assoc_.removedName);
   report_.removedId = assoc_.removedId;

@@ -60,7 +60,7 @@ class ZwaveFlow {
   [[nodiscard]] bool tell(AssocEvent& event, AssocEventCode code) const {
     return flow_.tell(event, code, SERVER_ZWAVE);
   }
-  void progress(const char* text) const { log(assoc_, Level::Progress, text); }
+  void progress(const char* text) const { log(assoc_, Level::kProgress, text); }
   void finish() {
     setIdle(true);
     setState(assoc_, ASSOC_IDLE);
@@ -81,7 +81,7 @@ void ZwaveFlow::takeOver() {
 void ZwaveFlow::addFailed() {
   if (!tell(flow_.events.a, EVENT_ADD_FAILED)) return;
   finish();
-  log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "Association failed (Z-wave)");
+  log(assoc_, Level::kWarning, TEMBRA_LOG_PREFIX "Association failed (Z-wave)");
 }
 
 // [sic] The banners carry no prefix. A node 0 passes here and fails in the next state only.
@@ -123,7 +123,7 @@ void ZwaveFlow::nodeDescribed() {
   DevId = assoc_.calculateDevId();
   if (!flow_.connection.isOpen()) return;
   if (!classifyNode(assoc_)) {
-    log(assoc_, Level::Warning, TEMBRA_LOG_PREFIX "zw_createDevice is unsuccessful (Z-wave)");
+    log(assoc_, Level::kWarning, TEMBRA_LOG_PREFIX "zw_createDevice is unsuccessful (Z-wave)");
     if (tell(flow_.events.a, EVENT_ADD_FAILED)) finish();
     return;
   }
@@ -175,7 +175,7 @@ void ZwaveFlow::removeAnswered() {
 void ZwaveFlow::nothingRemoved() {
   if (!tell(flow_.events.b, EVENT_REMOVED_UNKNOWN)) return;
   setState(assoc_, ASSOC_IDLE);
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "111 Unknown Sensor Removed (Z-wave) and Node:") << node_;
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "111 Unknown Sensor Removed (Z-wave) and Node:") << node_;
   setIdle(true);
 }
 
@@ -188,7 +188,7 @@ void ZwaveFlow::knownNodeRemoved() {
   report.removedId = assoc_.removedId;
   flow_.events.reportIntoB();
   if (!tell(flow_.events.b, EVENT_REMOVED)) return;
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX)
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX)
       << fieldText(assoc_.removedName, sizeof assoc_.removedName - 1) << " is Removing (Z-wave)";
   awaitRemovalDone();
 }
@@ -196,7 +196,7 @@ void ZwaveFlow::knownNodeRemoved() {
 void ZwaveFlow::unknownNodeRemoved() {
   if (!tell(flow_.events.b, EVENT_REMOVED_UNKNOWN)) return;
   setState(assoc_, ZW_REMOVING);
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "222 Unknown Sensor Removed (Z-wave) and Node:") << node_;
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "222 Unknown Sensor Removed (Z-wave) and Node:") << node_;
   awaitRemovalDone();
 }
 
@@ -224,7 +224,7 @@ void ZwaveFlow::removalDone() {
 
 void handleZwave(const Flow& flow) {
   std::memcpy(&flow.assoc.zwNodeRx, flow.datagram, sizeof flow.assoc.zwNodeRx);
-  log(flow.assoc, Level::Progress, TEMBRA_LOG_PREFIX "Received Packet from Z-wave");
+  log(flow.assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Received Packet from Z-wave");
   ZwaveFlow(flow).handle();
 }
 

@@ -11,7 +11,7 @@ namespace tembra {
 
 int classifyZigbeeDevice(TembraAssociation& assoc) {
   setNumberedName(assoc.devName, "UnknownDevice", DevId);
-  log(assoc, Level::Progress, TEMBRA_LOG_PREFIX "collecting info of zigbee device");
+  log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "collecting info of zigbee device");
   return assoc.validate_DeviceType();
 }
 

@@ -48,7 +48,7 @@ class Classifier {
   }
   void name(const char* word) { setNumberedName(assoc_.devName, word, DevId); }
   void setType(int type) { device_.devType = static_cast<unsigned char>(type); }
-  void say(const char* text) const { log(assoc_, Level::Progress, text); }
+  void say(const char* text) const { log(assoc_, Level::kProgress, text); }
 
   TembraAssociation& assoc_;
   ZbDeviceInfo& device_;
@@ -84,7 +84,7 @@ bool Classifier::decide(int cluster) {
     case ZB_NO_EFFECT:
       return true;
     case ZB_LOG_MANUFACTURER:
-      LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Manu name ") << fieldText(device_.manufacturer) << " \n";
+      LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "Manu name ") << fieldText(device_.manufacturer) << " \n";
       return true;
     case ZB_LOG_OSRAM:
       say(TEMBRA_LOG_PREFIX "Manufacturer Name: Osram");
@@ -97,7 +97,7 @@ bool Classifier::decide(int cluster) {
 
 void Classifier::visitZone(unsigned short endpoint, int next) {
   say(TEMBRA_LOG_PREFIX "ias zone cluster");
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Manufacturer name received:") << fieldText(device_.manufacturer);
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "Manufacturer name received:") << fieldText(device_.manufacturer);
   const ZbZoneCase& zone = zbFindZoneCase(next, device_);
   if (zone.counted) ++found_;
   switch (zone.outcome) {
@@ -111,12 +111,12 @@ void Classifier::visitZone(unsigned short endpoint, int next) {
 }
 
 void Classifier::visitCamera(unsigned short endpoint) {
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Found 503 cluster ") << static_cast<int>(table_.slot());
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "Found 503 cluster ") << static_cast<int>(table_.slot());
   std::size_t added = 0;
   for (const unsigned char entry : zbCameraEntries) {
     added++ < ZB_CAMERA_ENDPOINTS ? table_.add(entry, endpoint) : table_.addType(entry);
   }
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Found 503 device ") << static_cast<int>(table_.slot());
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "Found 503 device ") << static_cast<int>(table_.slot());
   name("ZigbeeCamImage");
   setType(DEVTYPE_ZIGBEE_CAM_IMAGE);
 }
@@ -128,7 +128,7 @@ void Classifier::classifyZone(unsigned short endpoint) {
     say(exception->log);
     if (zbChangesZoneOn(*exception, endpoint)) assoc_.classifiedType = exception->type;
   }
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "Device associated:") << zone << " ";
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "Device associated:") << zone << " ";
   addZoneEntries(endpoint);
   name(zbFindDisplayName(zone, device_));
   setType(assoc_.classifiedType);
@@ -161,7 +161,7 @@ void Classifier::settleAs(const ZbZoneAfterwards& afterwards) {
 void Classifier::finish() {
   table_.end();
   device_.indexCount = static_cast<unsigned char>(table_.slot() - 1);
-  LogLine(assoc_, Level::Progress, TEMBRA_LOG_PREFIX "No. of clusters found:")
+  LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "No. of clusters found:")
       << found_ << " and indexes:" << device_.indexCount << " zonetype:" << Hex{device_.zoneType, 1};
   if (device_.devType != DEVTYPE_UNKNOWN) return;
   name("GenericDevice");

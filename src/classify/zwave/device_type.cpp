@@ -18,7 +18,7 @@ constexpr std::size_t kListRoom = sizeof ZwNodeInfo::commandClasses;
 // Copies the list into the working copy, and logs it. A received list without an end fills the field; then there
 // is no room for the working copy's end, and the basic class behind the field is left alone.
 void copyCommandClasses(TembraAssociation& assoc) {
-  LogLine line(assoc, Level::Progress, "node ");  // [sic] no prefix
+  LogLine line(assoc, Level::kProgress, "node ");  // [sic] no prefix
   line << assoc.zwNodeRx.nodeId << " Supported Command Classes:";
   for (std::size_t i = 0; i < kListRoom && assoc.zwNodeRx.commandClasses[i] != kListEnd; ++i) {
     const unsigned char commandClass = assoc.zwNodeRx.commandClasses[i];
@@ -40,7 +40,7 @@ DevType classify(TembraAssociation& assoc) {
   const auto& row = findNodeClass(assoc.zwNodeRx.genericClass, assoc.zwNodeRx.specificClass);
   const DevType type = hasAll(assoc, row.required) ? row.typeIfRequired : row.type;
   assoc.zwNodeWork.proposedType = type;
-  log(assoc, Level::Progress, row.text);
+  log(assoc, Level::kProgress, row.text);
   return type;
 }
 
@@ -50,7 +50,7 @@ bool classifyNode(TembraAssociation& assoc) {
   copyCommandClasses(assoc);
   ZwNodeInfo& received = assoc.zwNodeRx;
   if (received.basicClass == 0) {
-    log(assoc, Level::Error, TEMBRA_LOG_PREFIX "BasicType is 0,so skipping Device addition");
+    log(assoc, Level::kError, TEMBRA_LOG_PREFIX "BasicType is 0,so skipping Device addition");
     return false;
   }
   const DevType type = classify(assoc);
@@ -61,7 +61,7 @@ bool classifyNode(TembraAssociation& assoc) {
   setNumberedName(assoc.devName, DeviceTypeName(type).text(), DevId);
   copyText(assoc.zwNodeWork.name, assoc.devName);
   assoc.zwNodeWork.requestMark = MARK_ADDED;
-  LogLine(assoc, Level::Progress, TEMBRA_LOG_PREFIX "Device Basic Type:0x")
+  LogLine(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Device Basic Type:0x")
       << Hex{received.basicClass, 2} << ", Generic Type:0x" << Hex{received.genericClass, 2} << ", Specific Type:0x"
       << Hex{received.specificClass, 2} << ",Nodeid:" << received.nodeId;
   return true;
@@ -75,7 +75,7 @@ int TembraAssociation::CommandExists(unsigned char* list, unsigned char commandC
   const StateLock lock;
   for (std::size_t i = 0; i < kListRoom && list[i] != kListEnd; ++i) {
     if (list[i] != commandClass) continue;
-    log(*this, Level::Progress, TEMBRA_LOG_PREFIX "cmd matched");
+    log(*this, Level::kProgress, TEMBRA_LOG_PREFIX "cmd matched");
     return 1;
   }
   return 0;

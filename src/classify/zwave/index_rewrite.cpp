@@ -52,7 +52,7 @@ void TembraAssociation::ChangeIndexType(IndexType from, IndexType to) {
     if (record[at] == INDEX_NONE) return;
     if (record[at] != from) continue;
     record[at] = static_cast<unsigned char>(to);
-    log(*this, Level::Detail, "ChangeIndexType:: IndexType Found");  // [sic] no prefix
+    log(*this, Level::kDetail, "ChangeIndexType:: IndexType Found");  // [sic] no prefix
     return;
   }
 }

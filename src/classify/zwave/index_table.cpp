@@ -108,18 +108,18 @@ void TembraAssociation::ZW_indexToEnum(unsigned char* triples) {
     ZwValueTriple value;
     std::memcpy(&value, triples + i * sizeof value, sizeof value);
     if (value.commandClass == 0) return;
-    LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: command class: ")
+    LogLine(*this, Level::kDetail, TEMBRA_LOG_PREFIX "GenericDevice: command class: ")
         << value.commandClass << " command index " << value.index;
     const IndexType type = meaningOf(value);
     table.setType(entry, type);
     if (type != INDEX_NONE) {
       table.setInstance(entry, value.instance);
       raiseCapability(type);
-      LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: cmdclass ")
+      LogLine(*this, Level::kDetail, TEMBRA_LOG_PREFIX "GenericDevice: cmdclass ")
           << value.commandClass << " index " << value.index << " instance : " << value.instance << " Enum: " << type
           << " ";
     } else {
-      LogLine(*this, Level::Detail, TEMBRA_LOG_PREFIX "GenericDevice: Enum is not defined for : cmdclass ")
+      LogLine(*this, Level::kDetail, TEMBRA_LOG_PREFIX "GenericDevice: Enum is not defined for : cmdclass ")
           << value.commandClass << " ind " << value.index;
       if (entry > 0) --entry;
     }
