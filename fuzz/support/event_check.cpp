@@ -1,36 +1,15 @@
 #include "support/event_check.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string_view>
 
 #include "support/invariant.h"
+#include "words/event_names.h"
 
 namespace fuzz {
 namespace {
 
-enum class Payload { kNone, kTimeout, kReport, kBridges, kJson, kNest };
-
-struct KnownEvent {
-  AssocEventCode code;
-  Payload payload;
-};
-
-// A payload that only one of the radios sends is listed as none and found by its source.
-constexpr KnownEvent kKnownEvents[] = {
-    {EVENT_TIMEOUT, Payload::kTimeout},      {EVENT_ADDING, Payload::kNone},
-    {EVENT_ALREADY_ADDED, Payload::kNone},   {EVENT_GETTING_INFO, Payload::kNone},
-    {EVENT_SELECT_TYPE, Payload::kReport},   {EVENT_CREATED, Payload::kReport},
-    {EVENT_ADD_FAILED, Payload::kNone},      {EVENT_REMOVED, Payload::kReport},
-    {EVENT_REMOVED_UNKNOWN, Payload::kNone}, {EVENT_HUE_BRIDGES, Payload::kBridges},
-    {EVENT_HUE_DONE, Payload::kJson},        {EVENT_HUE_DONE_2, Payload::kJson},
-    {EVENT_HUE_ADDED, Payload::kJson},       {EVENT_HUE_BUTTON, Payload::kJson},
-    {EVENT_HUE_NO_BRIDGE, Payload::kJson},   {EVENT_HUE_UNKNOWN_BRIDGE, Payload::kJson},
-    {EVENT_HUE_BULB_ADDED, Payload::kJson},  {EVENT_HUE_FAILED, Payload::kJson},
-    {EVENT_NEST_41, Payload::kNest},         {EVENT_NEST_42, Payload::kNest},
-    {EVENT_NEST_43, Payload::kNest},         {EVENT_NEST_44, Payload::kNest},
-    {EVENT_NEST_45, Payload::kNest},         {EVENT_NEST_46, Payload::kNest},
-};
+using tembra::words::Payload;
 
 constexpr std::string_view kJsonBegin = R"({"CommandType":")";
 
@@ -70,25 +49,22 @@ void checkJson(const AssocEvent& event) {
   require(std::string_view(text).ends_with("\"}\n"), "the text of a Hue event is whole");
 }
 
-bool isReportOfZigbee(const AssocEvent& event) {
-  return event.source == SERVER_ZIGBEE &&
-         (event.code == EVENT_ADDING || event.code == EVENT_GETTING_INFO || event.code == EVENT_ADD_FAILED);
-}
-
 void checkPayload(const AssocEvent& event, Payload payload) {
   switch (payload) {
     case Payload::kTimeout:
       return checkTimeout(payloadOf<TimeoutReport>(event));
-    case Payload::kReport:
+    case Payload::kProgress:
+    case Payload::kChoice:
+    case Payload::kCreated:
+    case Payload::kRemoved:
       return checkReport(payloadOf<DeviceReport>(event));
     case Payload::kBridges:
       return checkBridges(payloadOf<HueBridgeList>(event));
     case Payload::kJson:
       return checkJson(event);
     case Payload::kNest:
-      return require(event.source == SERVER_NEST, "Nest events come from the Nest server");
     case Payload::kNone:
-      if (isReportOfZigbee(event)) checkReport(payloadOf<DeviceReport>(event));
+      break;
   }
 }
 
@@ -100,10 +76,11 @@ bool isProgressCode(int code) {
 }
 
 void checkEvent(const AssocEvent& event) {
-  const auto* known = std::ranges::find(kKnownEvents, event.code, &KnownEvent::code);
-  require(known != std::end(kKnownEvents), "codes of events are known");
+  const auto* row = tembra::words::findEvent(event.code);
+  require(row != nullptr, "codes of events are known");
   require(event.source >= 0 && event.source <= SERVER_NEST, "sources of events are known");
-  checkPayload(event, known->payload);
+  if (row->sources == "Nest") require(event.source == SERVER_NEST, "Nest events come from the Nest server");
+  checkPayload(event, tembra::words::payloadOf(event));
 }
 
 }  // namespace fuzz
