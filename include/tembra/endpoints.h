@@ -38,9 +38,10 @@ extern TEMBRA_API int len_web;
 
 /// Resolves "host:port" into an IPv4 socket address.
 ///
-/// The host is "*" or missing (any address), a dotted address when it begins with a digit (by the rules of
-/// inet_aton, so fewer than four parts are accepted), or a name for gethostbyname. The port is "*" or missing
-/// (port 0), a decimal number from 0 to 32767 when it begins with a digit, or a service name for getservbyname.
+/// The host is "*" or missing (any address), a dotted address when it begins with a digit, or else a name for
+/// gethostbyname. A dotted address goes by the rules of inet_aton, so it may have fewer than four parts. The port is
+/// "*" or missing (port 0), a decimal number from 0 to 32767 when it begins with a digit, or else a service name for
+/// getservbyname.
 ///
 /// @param addr      a sockaddr_in
 /// @param addrlen   in: bytes of `addr` to clear first (a negative value clears 16); out: 16 on success

@@ -63,11 +63,11 @@ struct DeviceReport {
   char location[180];     ///< device location; "Default" in EVENT_CREATED
   char removedName[180];  ///< name of the device being removed
   int removedId;          ///< id of the device being removed
-  /// DevType. In EVENT_SELECT_TYPE the type that the device was classified as. In EVENT_CREATED the object's devType:
-  /// of setDevType the chosen type, of a ZigBee device the type that it was classified as; but of a Z-Wave node, whose
-  /// classification does not write devType, what setDevType, setDevType2 or an earlier ZigBee add left (0 at first):
-  /// its own type is TembraAssociation::classifiedType. devType also becomes the final type of a device once the
-  /// callback of EVENT_SELECT_TYPE has returned.
+  /// DevType. In EVENT_SELECT_TYPE: what the device was classified as. In EVENT_CREATED: the object's devType, which is
+  /// the chosen type when setDevType sent the event, and the classified type of a ZigBee device. Classifying a Z-Wave
+  /// node does not write devType. There it is what setDevType, setDevType2 or an earlier ZigBee add left, 0 at first:
+  /// take the node's type from TembraAssociation::classifiedType. Once the callback of EVENT_SELECT_TYPE has returned,
+  /// devType also becomes the final type of the device.
   int type;
   unsigned char at548[8];
   int status;             ///< ZigBee status byte of the answer

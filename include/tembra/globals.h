@@ -1,8 +1,8 @@
 // Library-wide state that front ends read, as plain exported objects.
 //
 // The library writes them under its own lock, except username1, which Hue_getBridgeList writes while it has the device
-// database. A front end that reads one while an operation runs reads a snapshot that may be old; only `idle` is meant
-// to be polled (one byte, written with release order).
+// database. A front end that reads one of them while an operation runs may read an old value. Only `idle` is meant to
+// be polled: it is one byte, written with release order.
 #ifndef TEMBRA_GLOBALS_H
 #define TEMBRA_GLOBALS_H
 
@@ -36,9 +36,10 @@ extern TEMBRA_API unsigned int HomeId;
 
 /// Reads the router's mesh slave id as text: one line of at most 9 characters.
 /// @param out  at least 10 bytes; empty when nothing could be read
-/// @return the result of closing the command's pipe (0 when it succeeded), -1 when it could not be started.
-/// Starts a shell and waits for it; any thread may call it. Not while another thread opens the connection: the shell
-/// might inherit the new socket, and until it ends the address would stay in use.
+/// @return the result of closing the command's pipe (0 when the command succeeded); -1 when it could not be started.
+///
+/// Starts a shell and waits for its end. Any thread may call this, but not while another thread opens the connection:
+/// the shell might inherit the new socket, and the address would stay in use until the shell ends.
 TEMBRA_API int GetMeshId(char* out);
 
 /// Reads the router's mesh slave id as a number; 0 when nothing could be read.

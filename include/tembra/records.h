@@ -196,7 +196,7 @@ TEMBRA_FIELD_AT(HaNotice, record, 4);
 /// Command to the Hue server, 304 bytes.
 struct HueCommand {
   unsigned char at0[120];
-  char argument[50];     ///< lamp or user text
+  char argument[50];     ///< text: the name of a bulb, or of a user
   char bridgeId[50];     ///< bridge id, see RevertHueMac
   unsigned int command;  ///< HueCommandCode
   unsigned char at224[80];

@@ -1,7 +1,7 @@
 // The fixed numbers of the association service: who is addressed, what is asked, which state, which device.
 //
-// Every enumeration has a fixed underlying type, so a number that no enumerator names (`(reset_type)9`) is a defined
-// value that the library answers with its "unknown" branch. Four of the numberings look alike and differ: see
+// Every enumeration has a fixed underlying type. So a number that no enumerator names, as `(reset_type)9`, is a defined
+// value, and the library answers it with its "unknown" branch. Four of the numberings look alike and differ: see
 // ServerType, ClientType, RecordKind and DeviceKind.
 #ifndef TEMBRA_VOCABULARY_H
 #define TEMBRA_VOCABULARY_H
