@@ -8,23 +8,31 @@
 
 namespace oracle {
 
+SideBySide::SideBySide(Library& library) : library_(library) {
+  model_.open();
+  library_.begin();
+  model_.effects.clear();
+}
+
+std::optional<std::string> SideBySide::take(const Step& step, Alteration alteration) {
+  step.operation->onModel(model_, step);
+  if (model_.unforeseen) return {};
+  std::vector<Effect> foretold = std::exchange(model_.effects, {});
+  if (alteration != nullptr) alteration(model_, foretold);
+  seen_ = library_.perform(step);
+  const auto found = difference(seen_, foretold);
+  return found ? found : difference(library_.fields(), model_.fields());
+}
+
 std::optional<Difference> compare(Library& library, const std::vector<Step>& steps, Alteration alteration,
                                   Coverage* coverage) {
-  Model model;
-  model.open();
-  library.begin();
-  model.effects.clear();
+  SideBySide both(library);
   for (std::size_t i = 0; i < steps.size(); ++i) {
-    const Model before = coverage == nullptr ? Model() : model;
-    steps[i].operation->onModel(model, steps[i]);
-    if (model.unforeseen) return {};
-    std::vector<Effect> foretold = std::exchange(model.effects, {});
-    if (alteration != nullptr) alteration(model, foretold);
-    const std::vector<Effect> seen = library.perform(steps[i]);
-    auto found = difference(seen, foretold);
-    if (!found) found = difference(library.fields(), model.fields());
+    const Model before = coverage == nullptr ? Model() : both.model();
+    const auto found = both.take(steps[i], alteration);
+    if (both.model().unforeseen) return {};
     if (found) return Difference{i + 1, *found};
-    if (coverage != nullptr) coverage->note(before, steps[i], seen, model);
+    if (coverage != nullptr) coverage->note(before, steps[i], both.seen(), both.model());
   }
   return {};
 }

@@ -16,7 +16,9 @@ Step Generator::anyWait() {
 }
 
 Step Generator::anySetting() {
-  switch (below(8)) {
+  switch (below(9)) {
+    case 8:
+      return call("at rest");
     case 0:
       return call("authorised", below(2));
     case 1:

@@ -62,6 +62,18 @@ void switchCallback(Library& library, bool on) {
   }
 }
 
+void rest(Model& model) {
+  model.state = model.lastEventCode = model.cancelTarget = model.activeRadio = 0;
+  model.cmdtype.clear();
+  model.idle = 1;
+}
+
+void rest(TembraAssociation& assoc) {
+  assoc.assocState = assoc.lastEventCode = assoc.cancelTarget = assoc.activeRadio = 0;
+  std::fill(std::begin(cmdtype), std::end(cmdtype), '\0');
+  idle = 1;
+}
+
 using M = Model;
 using L = Library;
 using S = Step;
@@ -171,6 +183,7 @@ const Operation kSurroundings[] = {
      [](L& l, const S& s) { l.router().fail(kit::Call::Sendto, EPERM, s.number); }},
     {"assocState =", Shown::Number, [](M& m, const S& s) { m.state = s.number; },
      [](L& l, const S& s) { l.assoc().assocState = s.number; }},
+    {"at rest", Shown::Nothing, [](M& m, const S&) { rest(m); }, [](L& l, const S&) { rest(l.assoc()); }},
     {"registerAssocEventCB", Shown::Number, [](M& m, const S& s) { m.callback = s.number != 0; },
      [](L& l, const S& s) { switchCallback(l, s.number != 0); }},
     {"the callback calls", Shown::Inner, [](M& m, const S& s) { m.inCallback = planned(s); },
