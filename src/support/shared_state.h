@@ -1,5 +1,6 @@
 // The shared state whose writing has a rule of its own: each such rule is kept here, in one place. The other globals of
-// <tembra/globals.h> are read and written directly. All of it is done with the state lock held.
+// <tembra/globals.h> are read and written directly. All of it is done with the state lock held, but for `username1`,
+// which the database's turn guards.
 #ifndef TEMBRA_SUPPORT_SHARED_STATE_H
 #define TEMBRA_SUPPORT_SHARED_STATE_H
 
