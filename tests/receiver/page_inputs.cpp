@@ -132,7 +132,7 @@ const std::map<std::string, Inputs> kAnybody = {
     {"datagram of a stranger", {datagramOf("127.0.0.1")}},
 };
 
-const std::map<std::string, const std::map<std::string, Inputs>*> kSections = {
+const std::map<std::string, const std::map<std::string, Inputs>*> kInputsOfSections = {
     {"Z-Wave answers", &kZwave}, {"ZigBee answers", &kZigbee},           {"Hue answers", &kHue},
     {"Nest answers", &kNest},    {"Time-outs and strangers", &kAnybody},
 };
@@ -150,7 +150,7 @@ ZigbeeDevice deviceWithSubTypes() { return ZigbeeDevice(kUnknownAddress).status(
 ZigbeeDevice deviceWithoutSubTypes() { return ZigbeeDevice(kUnknownAddress).status(10).cluster(0x0006); }
 
 std::vector<Input> inputsOf(const std::string& section, const std::string& condition) {
-  const auto& inputs = *kSections.at(section);
+  const auto& inputs = *kInputsOfSections.at(section);
   const auto found = inputs.find(condition);
   return found == inputs.end() ? Inputs{} : found->second;
 }
