@@ -46,7 +46,7 @@ const char* endsText(Ends ends) {
   return "";
 }
 
-constexpr char kIntroduction[] = R"(# Events
+constexpr char kEventsIntroduction[] = R"(# Events
 
 Made by `make-docs` from the front ends' event table; do not edit.
 
@@ -70,7 +70,7 @@ event whose source word is not written keeps the source of the event before it i
 
 bool docs::writeEvents(const std::filesystem::path& path) {
   std::ofstream out(path);
-  out << kIntroduction;
+  out << kEventsIntroduction;
   for (const EventRow& row : tembra::words::eventTable()) {
     out << "| " << row.code << " | " << row.name << " | " << row.sources << " | " << endsText(row.ends) << " | "
         << row.meaning << " | " << row.sentence << " |\n";

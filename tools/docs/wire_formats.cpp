@@ -11,7 +11,7 @@ namespace {
 using docs::FieldText;
 using docs::RecordText;
 
-constexpr char kIntroduction[] = R"(# Wire formats
+constexpr char kFormatsIntroduction[] = R"(# Wire formats
 
 Made by `make-docs` from the records and comments of `<tembra/records.h>`, `<tembra/events.h>` and
 `<tembra/vocabulary.h>`; do not edit.
@@ -48,7 +48,7 @@ bool docs::writeWireFormats(const std::filesystem::path& path) {
   const std::filesystem::path headers = TEMBRA_HEADERS;
   const auto numbers = numbersOf(headers / "vocabulary.h");
   std::ofstream out(path);
-  out << kIntroduction;
+  out << kFormatsIntroduction;
   for (const char* header : {"records.h", "events.h"}) {
     for (const RecordText& record : recordsOf(headers / header)) writeRecord(out, record, numbers);
   }
