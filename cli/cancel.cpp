@@ -1,4 +1,4 @@
-// tembra-assoc cancel: ends adding and removing on the radios, whoever began it.
+// tembra-assoc cancel: ends adding and removing on the radios, also when another front end began it.
 #include <CLI/CLI.hpp>
 #include <map>
 #include <memory>

@@ -42,7 +42,7 @@ DepotReader tryToRead(const std::string& path) {
   }
 }
 
-// A damaged file may speak of more buckets than it has bytes.
+// A damaged file may claim more buckets than it has bytes.
 bool hasItsBuckets(DEPOT* depot) {
   DepotFile file(dpfdesc(depot));
   DepotHeader header{};

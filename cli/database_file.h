@@ -22,8 +22,9 @@ void useDatabase(const std::string& path);
 /// empty file, which is a database without records. Throws Failure (kFailed) that says what is wrong.
 [[nodiscard]] DepotReader openForReading(const std::string& path);
 
-/// To call before an operation that makes the library open the database. The library opens it for writing, repairs
-/// what it cannot read and deletes what it cannot open: complains of the first, throws Failure (kFailed) for the last.
+/// To call before an operation that makes the library open the database. The library opens it for writing. It
+/// repairs a file that does not open, and deletes one that does not open even then. Complains before a repair, and
+/// throws Failure (kFailed) before a deletion.
 void checkBeforeLibraryOpens(const std::string& path);
 
 }  // namespace tembra::cli

@@ -8,7 +8,7 @@
 namespace tembra::cli {
 
 std::string typeName(DevType type) {
-  std::array<char, 512> name{};  // the router's library is told of 180 bytes, not held to them
+  std::array<char, 512> name{};  // the router's library knows of 180 bytes; nothing stops it from writing more
   DevtypeEnumToStr(type, name.data());
   return name.data();
 }

@@ -1,4 +1,4 @@
-// tembra-assoc hue: finds, adds, refreshes and removes Hue bridges, and adds their lamps.
+// tembra-assoc hue: finds, adds, refreshes and removes Hue bridges, and adds their bulbs.
 #include <tembra/records.h>
 
 #include <CLI/CLI.hpp>
@@ -21,7 +21,7 @@ struct HueTexts {
   std::string text;
 };
 
-enum class HueTakes { kNothing, kBridge, kBridgeAndLamp, kBridgeAndText };
+enum class HueTakes { kNothing, kBridge, kBridgeAndBulb, kBridgeAndText };
 
 struct HueTask {
   const char* name;
@@ -49,7 +49,7 @@ constexpr HueTask kHueTasks[] = {
      nullptr,
      ""},
     {"add",
-     "add a Hue bridge and its lamps: press its link button when told to",
+     "add a Hue bridge and its bulbs: press its link button when told to",
      HueTakes::kBridge,
      "Hue_addBridge",
      [](TembraAssociation& service, char* mac, char*) { service.Hue_addBridge(mac); },
@@ -59,15 +59,15 @@ constexpr HueTask kHueTasks[] = {
      nullptr,
      "Added the Hue bridge "},
     {"add-bulb",
-     "add a lamp of a Hue bridge that was added",
-     HueTakes::kBridgeAndLamp,
+     "add a bulb of a Hue bridge that was added",
+     HueTakes::kBridgeAndBulb,
      "Hue_addDev",
      [](TembraAssociation& service, char* mac, char* text) { service.Hue_addDev(mac, text); },
      {EVENT_HUE_BULB_ADDED},
-     "Adding the lamp",
+     "Adding the bulb",
      "",
      nullptr,
-     "Added the lamp to the Hue bridge "},
+     "Added the bulb to the Hue bridge "},
     {"refresh",
      "look for changes of a Hue bridge that was added",
      HueTakes::kBridgeAndText,
@@ -79,14 +79,14 @@ constexpr HueTask kHueTasks[] = {
      nullptr,
      "Refreshed the Hue bridge "},
     {"remove",
-     "remove a Hue bridge and its lamps",
+     "remove a Hue bridge and its bulbs",
      HueTakes::kBridge,
      "Hue_remove",
      [](TembraAssociation& service, char* mac, char*) { service.Hue_remove(mac); },
      {EVENT_HUE_DONE, EVENT_HUE_DONE_2},
      "Removing the Hue bridge",
      "",
-     "The Hue bridge and its lamps leave the home and the device list.",
+     "The Hue bridge and its bulbs leave the home and the device list.",
      "Removed the Hue bridge "},
 };
 
@@ -139,8 +139,8 @@ std::string checkHueText(const std::string& text) {
 }
 
 void addTextOption(CLI::App& command, HueTakes takes, HueTexts& texts) {
-  if (takes == HueTakes::kBridgeAndLamp) {
-    command.add_option("lamp", texts.text, "the lamp's name")->check(checkHueText)->required();
+  if (takes == HueTakes::kBridgeAndBulb) {
+    command.add_option("bulb", texts.text, "the bulb's name")->check(checkHueText)->required();
   } else if (takes == HueTakes::kBridgeAndText) {
     command.add_option("text", texts.text, "a text for the Hue server, such as its user")->check(checkHueText);
   }
@@ -163,7 +163,7 @@ void declareHueTask(CLI::App& hue, Action& action, const HueTask& task) {
 }  // namespace
 
 void declareHue(CLI::App& program, Action& action) {
-  CLI::App* hue = program.add_subcommand("hue", "Hue bridges and their lamps");
+  CLI::App* hue = program.add_subcommand("hue", "Hue bridges and their bulbs");
   for (const HueTask& task : kHueTasks) declareHueTask(*hue, action, task);
   declareHueList(*hue, action);
 }

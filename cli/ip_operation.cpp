@@ -27,8 +27,8 @@ bool concerns(const AssocEvent& event, ServerType server) {
   return event.code == EVENT_TIMEOUT || (row != nullptr && row->sources == words::sourceName(server));
 }
 
-/// The command while it runs. No event tells that the library does not know an answer, nor that it closes the
-/// connection, so this looks at its `idle` flag and at its socket, too.
+/// The command while it runs. No event says that the library does not know an answer, or that it closes
+/// the connection. So this also looks at the library's `idle` flag and at its socket.
 class IpOperation {
  public:
   IpOperation(const Context& context, TembraAssociation& service, const IpCommand& command)

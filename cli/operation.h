@@ -42,7 +42,7 @@ class Operation {
   /// Runs a call of the library that may have to wait for the device database; `call` is its text.
   void run(const std::string& call, const std::function<void(TembraAssociation&)>& function);
 
-  /// Waits a moment: after the callback of an event the library still has something to write about it, which must not
+  /// Waits a moment: after the callback of an event the library still writes something about the event, which must not
   /// come after our next call.
   void letLibrarySettle();
 

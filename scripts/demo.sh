@@ -75,7 +75,7 @@ assoc remove --yes
 headline "The Hue bridges of the home are looked for"
 assoc hue discover
 
-headline "A Hue bridge is added by its link button and brings its lamp"
+headline "A Hue bridge is added by its link button and brings its bulb"
 press_soon hue-button
 assoc hue add 02:a1:b2:0c:00:01
 assoc hue list

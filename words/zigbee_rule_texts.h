@@ -1,4 +1,4 @@
-// The rows of <tembra/rules.h> in words, for the documentation and for whoever asks why.
+// The rows of <tembra/rules.h> in words, for the pages and for users who ask why.
 #ifndef TEMBRA_WORDS_ZIGBEE_RULE_TEXTS_H
 #define TEMBRA_WORDS_ZIGBEE_RULE_TEXTS_H
 

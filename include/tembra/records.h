@@ -1,7 +1,7 @@
 // The records that travel: between the daemons and this library as datagrams, and in the device database as values.
 //
 // Every record is a plain struct with the exact bytes, little-endian, checked below it at compile time. Bytes that
-// nobody reads are named by their offset. A text may fill its field and then lacks its NUL.
+// nobody reads are named by their offset. A text that fills its field has no NUL.
 #ifndef TEMBRA_RECORDS_H
 #define TEMBRA_RECORDS_H
 

@@ -15,7 +15,7 @@ constexpr int kDefaultBuckets = -1;
 constexpr int kTextLength = -1;
 constexpr long long kHeaderSize = 48;
 
-// The Depot library believes what the file says of itself: one that speaks of more buckets than it has bytes for would
+// The Depot library believes what the file says of itself. A file that claims more buckets than it has bytes for would
 // get the simulator killed.
 bool hasItsBuckets(DEPOT* file) {
   const long long buckets = dpbnum(file);

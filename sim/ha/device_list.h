@@ -16,7 +16,7 @@ namespace tembra::sim {
 /// The file is opened and closed within every call, as every reader does; all calls throw what DepotFile throws.
 class DeviceList {
  public:
-  /// Creates the file when it is missing, and fills in what an empty one lacks.
+  /// Creates the file when it is missing, and writes the counters into an empty one.
   explicit DeviceList(std::string path);
 
   using Test = std::function<bool(const DeviceRecord&)>;

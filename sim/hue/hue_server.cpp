@@ -123,7 +123,7 @@ Outcome HueServer::pressLinkButton() {
   return {true, "bridge " + bridgeId + " lets the router in"};
 }
 
-// A bridge comes with one lamp. One that was added before keeps the lamps that it has.
+// A bridge comes with one bulb. A bridge that was added before keeps its bulbs.
 void HueServer::link(const std::string& bridgeId) {
   if (!lamps_.holds(bridgeId)) lamps_.add(bridgeId, "Hue lamp");
   play(HUE_BRIDGE_ADDED, "bridge added");

@@ -1,5 +1,5 @@
-// The Hue server: finds the Hue bridges of the home, adds them when their link button is pressed, and hands their lamps
-// over to the HA server.
+// The Hue server: finds the Hue bridges of the home and adds them when their link button is pressed. It hands their
+// bulbs over to the HA server.
 #ifndef TEMBRA_SIM_HUE_HUE_SERVER_H
 #define TEMBRA_SIM_HUE_HUE_SERVER_H
 

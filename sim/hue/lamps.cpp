@@ -8,7 +8,7 @@
 namespace tembra::sim {
 namespace {
 
-// Where front ends look for the bridge and the user of a lamp.
+// Where front ends look for the bridge and the user of a bulb.
 constexpr int kBridgeIndex = 1;
 constexpr int kUserIndex = 9;
 

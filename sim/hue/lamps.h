@@ -1,4 +1,4 @@
-// The lamps of added Hue bridges, as they stand in the device list.
+// The bulbs of added Hue bridges, as they stand in the device list.
 #ifndef TEMBRA_SIM_HUE_LAMPS_H
 #define TEMBRA_SIM_HUE_LAMPS_H
 
@@ -9,12 +9,12 @@
 
 namespace tembra::sim {
 
-/// Hands lamps over to the HA server. All calls throw what DeviceList throws.
+/// Hands bulbs over to the HA server. All calls throw what DeviceList throws.
 class HueLamps {
  public:
   HueLamps(HaServer& haServer, const DeviceList& list) : haServer_(haServer), list_(list) {}
 
-  /// Whether the list holds a lamp of the bridge, which says that the bridge has been added.
+  /// Whether the list holds a bulb of the bridge: then the bridge has been added.
   bool holds(const std::string& bridgeId) const;
   void add(const std::string& bridgeId, const std::string& name);
   void drop(const std::string& bridgeId);

@@ -6,9 +6,9 @@
 
 namespace tembra {
 
-/// Delivers `event` with this code and source: remembers a progress code, or clears the remembered one (a time-out
-/// leaves it to its caller), and calls the callback if there is one. Call it with the state lock held; the callback
-/// runs without it.
+/// Delivers `event` with this code and source. Remembers a progress code; any other code clears the remembered one, but
+/// for a time-out its caller does that. Then calls the callback if there is one. Call it with the state lock held; the
+/// callback runs without it.
 void deliver(TembraAssociation& assoc, AssocEvent& event, AssocEventCode code, ServerType source);
 
 /// The same for an event that leaves the source word as it is.

@@ -1,5 +1,5 @@
-// Creating a device that a radio told of, with the wait for the database apart from what follows it: a receive thread
-// whose connection ended while it waited must write nothing more.
+// Creating a device that a radio reported. The wait for the database is a step of its own: a receive thread whose
+// connection ended meanwhile must write nothing more.
 #ifndef TEMBRA_CLASSIFY_RECEIVED_DEVICE_H
 #define TEMBRA_CLASSIFY_RECEIVED_DEVICE_H
 

@@ -65,8 +65,8 @@ void BridgeCollector::chooseKeys(const DeviceRecord& device) {
   }
 }
 
-// Only the entry before is compared, and only a new user moves on to the next entry [sic]: a new bridge of the same
-// user overwrites, and a new user of the same bridge leaves a hole that ends the list.
+// Only the entry before is compared, and only a new user moves on to the next entry [sic]. A new bridge of the same
+// user overwrites the entry before. A new user of the same bridge leaves a hole that ends the list.
 void BridgeCollector::addBridge() {
   char value[sizeof(IndexRecord::value) + 1];
   if (count_ == kMostBridges || bridgeKey_[0] == '\0' || !database_.readIndexValue(bridgeKey_, value)) return;

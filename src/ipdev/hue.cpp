@@ -1,4 +1,4 @@
-// Commands for Hue bridges and lamps.
+// Commands for Hue bridges and bulbs.
 #include <tembra/association.h>
 #include <tembra/hue.h>
 

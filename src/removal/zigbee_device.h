@@ -1,4 +1,4 @@
-// Finding a ZigBee device that left, with the wait for the database apart from what follows it: a receive thread whose
+// Finding a ZigBee device that left. The wait for the database is a step of its own: a receive thread whose
 // connection ended while it waited must write nothing more.
 #ifndef TEMBRA_REMOVAL_ZIGBEE_DEVICE_H
 #define TEMBRA_REMOVAL_ZIGBEE_DEVICE_H

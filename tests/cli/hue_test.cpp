@@ -1,4 +1,4 @@
-// Hue bridges and lamps: each command, from the word to the device list.
+// Hue bridges and bulbs: each command, from the word to the device list.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
@@ -63,7 +63,7 @@ const HueCase kHueCases[] = {
     {"AddBulb",
      {"hue", "add-bulb", kBridge, "Kitchen"},
      "add a bulb of bridge 02a1b2fffe0c0001",
-     "Added the lamp to the Hue bridge 02:a1:b2:0c:00:01.",
+     "Added the bulb to the Hue bridge 02:a1:b2:0c:00:01.",
      R"({"event": "HUE_BULB_ADDED", "code": 29, "source": "Hue", "report": {"CommandType": "AddHueDevice",
          "MobileInternalIndex": "", "Success": "true", "Type": "HueBulb"}})"},
     {"Refresh",
@@ -179,7 +179,7 @@ TEST(TerminalHue, ShowsWhatToPressAndTheSecondsLeft) {
 TEST(TerminalHue, AsksBeforeItRemovesABridge) {
   SimRouter router;
   Terminal terminal(assocCommand({"hue", "remove", kBridge}));
-  terminal.waitFor("The Hue bridge and its lamps leave the home and the device list. Go on? [y/N] ");
+  terminal.waitFor("The Hue bridge and its bulbs leave the home and the device list. Go on? [y/N] ");
   terminal.type("n\r");
   terminal.waitFor("not confirmed, nothing was done.");
   EXPECT_EQ(terminal.end(), 1);

@@ -1,5 +1,5 @@
-// The event records of a receive thread. They live as long as the thread and nothing clears them between datagrams:
-// what an event does not write is what an earlier event of the same buffer left.
+// The event records of a receive thread. They live as long as the thread, and nothing clears them between
+// datagrams. Bytes that an event does not write are those that an earlier event of the same buffer left.
 #ifndef TEMBRA_ASSOC_RECEIVER_EVENT_BUFFERS_H
 #define TEMBRA_ASSOC_RECEIVER_EVENT_BUFFERS_H
 

@@ -9,7 +9,7 @@
 
 namespace tembra {
 
-/// Entries 1 to 29 have room; the end mark of a full table lands on the first byte of the device name behind it, which
+/// Entries 1 to 29 have room; the end mark of a full table lands on the first byte of the device name, which
 /// naming overwrites later. An entry without room is dropped.
 class ZbIndexTable {
  public:

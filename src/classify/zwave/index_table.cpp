@@ -97,8 +97,8 @@ class IndexTable {
 
 using namespace tembra;
 
-// A value without a meaning gives its entry back, except entry 0, which then stays empty: the table continues at
-// entry 1 and reads as an empty one [sic].
+// A value without a meaning gives its entry back, except entry 0, which then stays empty. The table goes on
+// at entry 1 and reads as an empty one [sic].
 void TembraAssociation::ZW_indexToEnum(unsigned char* triples) {
   const StateLock lock;
   IndexTable table(zwNodeWork);
