@@ -71,6 +71,7 @@ std::string StoredDevice::text() const {
 Database readDatabase() {
   Database database;
   Records records = allRecords();
+  for (const auto& [key, value] : records) database.rows.push_back({key, {value.begin(), value.end()}});
   const int nextId = std::atoi(records["NextDevid"].c_str());
   records.erase("NextDevid");
   records.erase("Version");

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "oracle/database.h"
+
 namespace campaign {
 
 struct StoredDevice {
@@ -22,6 +24,7 @@ struct StoredDevice {
 };
 
 struct Database {
+  std::vector<oracle::Row> rows;
   std::vector<StoredDevice> devices;  ///< in the order of their ids
   std::vector<std::string> mistakes;  ///< what no database may look like
 };

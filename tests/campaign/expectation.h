@@ -11,9 +11,6 @@
 
 namespace campaign {
 
-/// An event of this code is one of two: a choice of types, or a device that needs none.
-inline constexpr int kOffered = -1;
-
 struct ExpectedEvent {
   Time at;
   int code;
@@ -28,7 +25,7 @@ struct Sent {
 struct Party {
   Server radio;
   unsigned address;
-  bool describedInFull;
+  std::string type;  ///< that it was given
 };
 
 struct Expectation {

@@ -26,15 +26,10 @@ constexpr ScenarioName kScenarios[] = {
     {Scenario::kNobody, "nobody presses a button"},
 };
 
-constexpr CatalogueDevice kZwaveDevices[] = {
-    {"metering-plug", "MultiSwitch"}, {"dimmer", "MultilevelSwitch"},          {"siren", "Siren"},
-    {"door-lock", "DoorLock"},        {"binary-sensor", "ZwaveContactSensor"}, {"wall-thermostat", "Thermostat"},
-};
-
-constexpr CatalogueDevice kZigbeeDevices[] = {
-    {"zb-plug", "BinarySwitch"},     {"zb-dimmer", "MultilevelSwitchOnOff"}, {"zb-door-lock", "ZigbeeDoorLock"},
-    {"zb-contact", "ContactSwitch"}, {"zb-siren", "StandardWarningDevice"},  {"zb-thermostat", "Thermostat"},
-};
+constexpr const char* kZwaveDevices[] = {"metering-plug", "dimmer",        "siren",
+                                         "door-lock",     "binary-sensor", "wall-thermostat"};
+constexpr const char* kZigbeeDevices[] = {"zb-plug",    "zb-dimmer", "zb-door-lock",
+                                          "zb-contact", "zb-siren",  "zb-thermostat"};
 
 }  // namespace
 
@@ -64,18 +59,8 @@ const std::vector<Flow>& flows() {
 
 std::span<const ScenarioName> scenarios() { return kScenarios; }
 
-std::span<const CatalogueDevice> devicesOf(Server radio) {
-  return radio == Server::kZwave ? std::span<const CatalogueDevice>(kZwaveDevices) : kZigbeeDevices;
-}
-
-std::string typeOf(const std::string& label) {
-  const std::string plain = label.substr(0, label.find('#'));
-  for (const Server radio : {Server::kZwave, Server::kZigbee}) {
-    for (const CatalogueDevice& device : devicesOf(radio)) {
-      if (plain == device.label) return device.type;
-    }
-  }
-  return "";
+std::span<const char* const> devicesOf(Server radio) {
+  return radio == Server::kZwave ? kZwaveDevices : kZigbeeDevices;
 }
 
 }  // namespace campaign

@@ -69,16 +69,8 @@ struct ScenarioName {
 
 std::span<const ScenarioName> scenarios();
 
-/// A device of the simulated home, and what it becomes when the front end takes the first type that is offered.
-struct CatalogueDevice {
-  const char* label;
-  const char* type;
-};
-
-std::span<const CatalogueDevice> devicesOf(Server radio);
-
-/// The type of the device called `label`, or `label#2`.
-std::string typeOf(const std::string& label);
+/// Devices of the simulated home, by their labels.
+std::span<const char* const> devicesOf(Server radio);
 
 /// Of the one Hue bridge that is added.
 inline constexpr char kBridgeMac[] = "02:a1:b2:0c:00:01";

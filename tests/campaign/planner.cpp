@@ -96,7 +96,7 @@ void Planner::pressInTime(Step& tried) {
   const Server other = flow_.server == Server::kZwave ? Server::kZigbee : Server::kZwave;
   if (!once(6)) return;
   const int later = pressAt_ + between(0, 2000);
-  tried.actions.push_back(at(later, std::string("press ") + oneOf(devicesOf(other)).label));
+  tried.actions.push_back(at(later, std::string("press ") + oneOf(devicesOf(other))));
 }
 
 void Planner::fault(Step& tried, const std::string& what) {
@@ -215,7 +215,7 @@ void Planner::spoil(Step& tried) {
 void Planner::recover() {
   const bool again = flow_.goal == Goal::kAdd && once(2);
   const Server radio = again ? flow_.server : once(2) ? Server::kZwave : Server::kZigbee;
-  const std::string device = again ? device_ : std::string(oneOf(devicesOf(radio)).label) + "#2";
+  const std::string device = again ? device_ : std::string(oneOf(devicesOf(radio))) + "#2";
   Step last = pressed(Goal::kAdd, radio, device);
   last.pause = (once(3) ? 300'000 : between(0, 3000)) * kMillisecond;
   for (const Server server : {Server::kZwave, Server::kZigbee, Server::kHue, Server::kNest}) {
@@ -228,7 +228,7 @@ void Planner::recover() {
 Plan Planner::make() {
   plan_.latencyMs = between(5, 40) * 10;
   pressAt_ = between(300, 5000);
-  if (isRadio(flow_.server)) device_ = oneOf(devicesOf(flow_.server)).label;
+  if (isRadio(flow_.server)) device_ = oneOf(devicesOf(flow_.server));
   prepare();
   Step tried = step(flow_.goal);
   constexpr const char* resets[] = {"zigbee", "zwave", "both", "all"};

@@ -1,14 +1,31 @@
 #include "campaign/reader.h"
 
-#include <tembra/events.h>
-#include <tembra/vocabulary.h>
+#include <map>
+#include <utility>
 
-#include <algorithm>
+#include "campaign/command_text.h"
 
 namespace campaign {
+namespace {
 
-Reader::Reader(const Record& record) : record_(record), waitBegan_(record.began), wait_(kFirstWait) {
+constexpr int kWebServer = 1;
+
+const std::map<std::string, std::string> kDestinations = {{"zigbee", kZigbeeAddress},
+                                                          {"zwave", kZwaveAddress},
+                                                          {"hue", kHueAddress},
+                                                          {"nest", kNestAddress},
+                                                          {"ha", kHaAddress}};
+
+std::string hostOf(const std::string& address) { return address.substr(0, address.find(':')); }
+
+}  // namespace
+
+Reader::Reader(const Record& record) : record_(record), waitBegan_(record.began) {
   expected_.end = kForEver;
+  model_.database = {record.before.rows, oracle::Health::Good};
+  if (record.step.role == "web") model_.takeRole(kWebServer);
+  model_.open();
+  model_.effects.clear();
 }
 
 Expectation Reader::read() {
@@ -22,57 +39,51 @@ Expectation Reader::read() {
     if (datagram.to == kLibraryAddress) take(datagram);
   }
   if (!over_) passTime(record_.ended);
-  if (expected_.status != 0 || !over_) expected_.added.reset();
   return expected_;
 }
 
 void Reader::take(const Datagram& datagram) {
   passTime(datagram.at);
   if (over_) return;
-  latestLength_ = std::min(datagram.bytes.size(), buffer_.size());
-  std::copy_n(datagram.bytes.begin(), latestLength_, buffer_.begin());
   waitBegan_ = datagram.at;
-  if (datagram.from == kZwaveAddress) return zwave(datagram.at);
-  if (datagram.from == kZigbeeAddress) return zigbee(datagram.at);
-  if (datagram.from == kHueAddress) return hue(datagram.at);
-  if (datagram.from == kNestAddress) nest(datagram.at);
+  model_.receive(hostOf(datagram.from), datagram.bytes);
+  settle(datagram.at);
 }
 
 // Whatever arrives begins the wait anew; a time-out ends what is under way, and the wait stays as long.
 void Reader::passTime(Time now) {
   if (!over_ && named_ && *named_ <= now) return handOver(*named_);
-  while (!over_ && waitBegan_ + wait_ <= now) {
-    waitBegan_ += wait_;
-    timeOut(waitBegan_);
+  while (!over_ && waitBegan_ + model_.timeout * kSecond <= now) {
+    waitBegan_ += model_.timeout * kSecond;
+    model_.timeOut();
+    settle(waitBegan_);
   }
 }
 
-void Reader::timeOut(Time now) {
-  if (idle_) {
-    wait_ = kFirstWait;
-    return;
-  }
-  for (const Server server : toCancel_) send(now, std::string(wordOf(server)) + " cancel");
-  toCancel_.clear();
-  idle_ = true;
-  tell(now, EVENT_TIMEOUT);
-}
-
-void Reader::becomeIdle(Time now) {
-  idle_ = true;
+// The front end also looks at whether the library waits for anything still.
+void Reader::settle(Time now) {
+  for (const int code : tell(now)) heard(now, code);
+  const bool atRest = model_.idle != 0 || model_.running == 0;
+  if (over_ || !atRest) return;
   if (record_.step.goal == Goal::kRemove && leaving_ != 0) end(now, leaving_ == EVENT_REMOVED ? 0 : 1);
+  if (isIp(record_.step.goal)) end(now, 1);
 }
 
-void Reader::cancelOther(Time now, Server answers) {
-  send(now, answers == Server::kZwave ? "zigbee cancel" : "zwave cancel");
-  toCancel_ = {answers};
-}
-
-bool Reader::isStored(unsigned node) const {
-  const std::vector<StoredDevice>& devices = record_.before.devices;
-  return std::any_of(devices.begin(), devices.end(), [node](const StoredDevice& device) {
-    return device.radio == RADIO_ZWAVE && device.address == node;
-  });
+std::vector<int> Reader::tell(Time& now) {
+  std::vector<int> codes;
+  for (const oracle::Effect& effect : std::exchange(model_.effects, {})) {
+    const std::string kind = effect.line.substr(0, effect.line.find(' '));
+    const std::string rest = effect.line.substr(kind.size() + 1);
+    if (kind == "sleep") now += std::stoi(rest) * kSecond;
+    if (kind == "send") {
+      const std::string& to = kDestinations.at(rest.substr(0, rest.find(' ')));
+      expected_.sent.push_back({now, commandText({now, kLibraryAddress, to, effect.bytes})});
+    }
+    if (kind != "event") continue;
+    codes.push_back(std::stoi(rest));
+    expected_.events.push_back({now, codes.back()});
+  }
+  return codes;
 }
 
 Expectation expectationOf(const Record& record) { return Reader(record).read(); }

@@ -117,31 +117,31 @@ const Operation kNamingCalls[] = {
 const Operation kIpCalls[] = {
     {"Hue_initiateAdd", Shown::Nothing,
      [](M& m, const S&) {
-       m.hueCommand(114, "", "", "");
+       m.hueDiscover();
        m.result("idle");
      },
      [](L& l, const S&) { L::result(pointerText(l.assoc().Hue_initiateAdd())); }},
     {"Hue_addBridge", Shown::Text,
      [](M& m, const S& s) {
-       m.hueCommand(100, s.text, "", "AddIPDevice");
+       m.hueAddBridge(s.text);
        m.result("idle");
      },
      [](L& l, const S& s) { L::result(pointerText(l.assoc().Hue_addBridge(textOf(s.text)))); }},
     {"Hue_addDev", Shown::Texts,
      [](M& m, const S& s) {
-       m.hueCommand(105, s.text, s.other, "AddHueDevice");
+       m.hueAddBulb(s.text, s.other);
        m.result("idle");
      },
      [](L& l, const S& s) { L::result(pointerText(l.assoc().Hue_addDev(textOf(s.text), textOf(s.other)))); }},
     {"Hue_refreshBridge", Shown::Texts,
      [](M& m, const S& s) {
-       m.hueCommand(106, s.text, s.other, "RefreshIPDevice");
+       m.hueRefresh(s.text, s.other);
        m.result("idle");
      },
      [](L& l, const S& s) { L::result(pointerText(l.assoc().Hue_refreshBridge(textOf(s.text), textOf(s.other)))); }},
     {"Hue_remove", Shown::Text,
      [](M& m, const S& s) {
-       m.hueCommand(109, s.text, "", "RemoveIPDevice");
+       m.hueRemove(s.text);
        m.result("idle");
      },
      [](L& l, const S& s) { L::result(pointerText(l.assoc().Hue_remove(textOf(s.text)))); }},
@@ -155,13 +155,13 @@ const Operation kIpCalls[] = {
      [](L& l, const S&) { L::result(std::to_string(l.assoc().Nest_checkExist())); }},
     {"Nest_add", Shown::Text,
      [](M& m, const S& s) {
-       m.nestCommand(100, s.text, "AddIPDevice");
+       m.nestAdd(s.text);
        m.result("idle");
      },
      [](L& l, const S& s) { L::result(pointerText(l.assoc().Nest_add(textOf(s.text)))); }},
     {"Nest_remove", Shown::Nothing,
      [](M& m, const S&) {
-       m.nestCommand(109, "", "RemoveIPDevice");
+       m.nestRemove();
        m.result("idle");
      },
      [](L& l, const S&) { L::result(pointerText(l.assoc().Nest_remove())); }},

@@ -72,7 +72,7 @@ void Model::hueBridges() {
     const HueEntry* entry = findHueEntry(entryText(buffer, filled));
     if (entry == nullptr) {
       unforeseen = true;
-      return;
+      continue;
     }
     if (entry->id != nullptr) id = entry->id;
     if (entry->address != nullptr) address = entry->address;

@@ -4,7 +4,6 @@
 namespace oracle {
 namespace {
 
-constexpr int kDiscover = 114;
 constexpr int kIpKind = 3;
 constexpr std::size_t kMostListed = 20;
 
@@ -45,14 +44,15 @@ std::string bridgeIdOf(const std::string& mac) {
   return upToNul(id);
 }
 
-void Model::hueCommand(int command, const std::string& mac, const std::string& argument, const char* operation) {
+void Model::hueCommand(int command, const std::optional<std::string>& mac, const std::string& argument,
+                       const char* operation) {
   activeRadio = kHue;
   Record<304> datagram;
   datagram.setText(argument, 120, 50);
-  if (command != kDiscover) datagram.setText(bridgeIdOf(mac), 170, 50);
+  if (mac) datagram.setText(bridgeIdOf(*mac), 170, 50);
   datagram.setNumber(220, command);
   send(kHue, {datagram.bytes.begin(), datagram.bytes.end()});
-  if (command != kDiscover) cmdtype.setText(operation);
+  if (operation != nullptr) cmdtype.setText(operation);
   idle = 0;
 }
 

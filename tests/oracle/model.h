@@ -4,6 +4,7 @@
 #define TEMBRA_TESTS_ORACLE_MODEL_H
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -120,7 +121,15 @@ struct Model {
 
   // ---- Hue and Nest (ip_calls.cpp)
   // ------------------------------------------------------------------------------------
-  void hueCommand(int command, const std::string& mac, const std::string& argument, const char* operation);
+  void hueDiscover() { hueCommand(114, {}, {}, nullptr); }
+  void hueAddBridge(const std::string& mac) { hueCommand(100, mac, {}, "AddIPDevice"); }
+  void hueAddBulb(const std::string& mac, const std::string& text) { hueCommand(105, mac, text, "AddHueDevice"); }
+  void hueRefresh(const std::string& mac, const std::string& text) { hueCommand(106, mac, text, "RefreshIPDevice"); }
+  void hueRemove(const std::string& mac) { hueCommand(109, mac, {}, "RemoveIPDevice"); }
+  void nestAdd(const std::string& text) { nestCommand(100, text, "AddIPDevice"); }
+  void nestRemove() { nestCommand(109, {}, "RemoveIPDevice"); }
+  void hueCommand(int command, const std::optional<std::string>& mac, const std::string& argument,
+                  const char* operation);
   void nestCommand(int command, const std::string& text, const char* operation);
   std::string bridgeList();
 
