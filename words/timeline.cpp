@@ -16,14 +16,14 @@ double uptime() {
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-const double programStart = uptime();
+const double kProgramStart = uptime();
 
 double timelineStart() {
   const char* text = std::getenv("TEMBRA_TIMELINE_START");
-  if (text == nullptr) return programStart;
+  if (text == nullptr) return kProgramStart;
   char* end = nullptr;
   const double seconds = std::strtod(text, &end);
-  return end == text || *end != '\0' ? programStart : seconds;
+  return end == text || *end != '\0' ? kProgramStart : seconds;
 }
 
 }  // namespace
