@@ -54,10 +54,8 @@ OUTSIDE(int, pclose, (FILE * file), (file))
 OUTSIDE_NOEXCEPT(int, pthread_create,
                  (pthread_t * thread, const pthread_attr_t* attributes, void* (*function)(void*), void* argument),
                  (thread, attributes, function, argument))
-OUTSIDE(int, pthread_cond_wait, (pthread_cond_t * condition, pthread_mutex_t* mutex), (condition, mutex))
-OUTSIDE(int, pthread_cond_clockwait,
-        (pthread_cond_t * condition, pthread_mutex_t* mutex, clockid_t clock, const timespec* until),
-        (condition, mutex, clock, until))
+OUTSIDE(int, pthread_cond_timedwait, (pthread_cond_t * condition, pthread_mutex_t* mutex, const timespec* until),
+        (condition, mutex, until))
 
 // Only the library's thread receives by this call.
 extern "C" ssize_t recvfrom(int descriptor, void* buffer, size_t size, int flags, sockaddr* from, socklen_t* length) {

@@ -33,10 +33,9 @@ extern "C" int pthread_detach(pthread_t thread) noexcept {
 }
 
 // Nothing that is waited for on the only thread would ever come.
-extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex, clockid_t clock,
-                                      const timespec* deadline) {
-  KIT_REAL(pthread_cond_clockwait);
-  return Stage::current() == nullptr ? real(condition, mutex, clock, deadline) : ETIMEDOUT;
+extern "C" int pthread_cond_timedwait(pthread_cond_t* condition, pthread_mutex_t* mutex, const timespec* deadline) {
+  KIT_REAL(pthread_cond_timedwait);
+  return Stage::current() == nullptr ? real(condition, mutex, deadline) : ETIMEDOUT;
 }
 
 extern "C" unsigned sleep(unsigned seconds) {

@@ -29,6 +29,7 @@
 /// - while the library sleeps or waits for a datagram,
 /// - from before the wait for the device database until the database is closed again,
 /// - while an opening runs the mesh id's shell command,
+/// - while an opening waits for its receive thread to begin, at most 2 seconds,
 /// - while a closing waits for the receive that is under way, at most 2 seconds.
 ///
 /// Run one operation at a time, from its start to its last event. The library refuses nothing: a second add or remove

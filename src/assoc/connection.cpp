@@ -10,10 +10,8 @@
 #include <csignal>
 
 #include <cstdlib>
-#include <utility>
 
 #include "mesh/mesh_identity.h"
-#include "support/gate.h"
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/state_lock.h"
@@ -29,19 +27,22 @@ constexpr int kUdp = 17;  // protocol number of UDP (IANA)
 constexpr int kPriority = 1;
 constexpr int kClosed = 0;  // the sock field says so with descriptor 0
 constexpr int kFirstOrdinaryDescriptor = 3;
-constexpr long kLongestReceiveEndSeconds = 2;
 
-// An opener and the receive thread that it waits for. One each: what the new thread calls before it has started, the
-// router's Logger included, may open another connection.
-struct Start {
-  TembraAssociation& assoc;
-  pthread_t thread;
-  tembra::Gate gate;
-};
+// The connection that was opened last, and whether a receive thread serves it. Guarded by the state lock, as all of
+// this is.
+struct {
+  tembra::ConnectionNumber number = 1;
+  bool isServed = false;
+} latest;
+constexpr tembra::ConnectionNumber kNoConnection = 0;
 
-constinit tembra::Gate receives;
-thread_local Start* awaitedStart = nullptr;
-tembra::ConnectionNumber currentNumber = 0;
+// What threads wait for: a start is under way, a receive is under way.
+enum class Start { kNone, kAwaitsThread, kAwaitsOpener } start = Start::kNone;
+int receivesUnderWay = 0;
+
+bool awaitsThread() { return start == Start::kAwaitsThread; }
+bool awaitsOpener() { return start == Start::kAwaitsOpener; }
+bool isReceiving() { return receivesUnderWay > 0; }
 
 int fail(const char* message) {
   tembra::displayError(message);
@@ -82,49 +83,46 @@ int openBoundSocket(const TembraAssociation& assoc) {
 
 // Runs the router's command without the lock; its text ends up in tempStr. False when the connection was closed or
 // replaced meanwhile.
-bool readMeshId(const TembraAssociation& assoc, int descriptor, tembra::ConnectionNumber number) {
+bool readMeshId(const TembraAssociation& assoc, tembra::ConnectionNumber number) {
+  const int descriptor = assoc.sock;
   char text[tembra::kMeshIdTextSize] = {};
   {
     const tembra::StateUnlocked unlocked;
     GetMeshId(text);
   }
-  if (assoc.sock != descriptor || currentNumber != number) return false;
+  if (assoc.sock != descriptor || latest.number != number) return false;
   tembra::copyText(tempStr, text);
   local_meshID = std::atoi(text);
   return true;
 }
 
-// The new thread says itself who it is: it may come to a reader of that before pthread_create has told the opener.
-void* runReceiver(void* start) {
-  receiver_thread = pthread_self();
-  awaitedStart = static_cast<Start*>(start);
-  return TembraAssociation::receiverHelper(&awaitedStart->assoc);
-}
-
-// With every signal blocked: a signal would end a receive early, and that counts as a time-out.
-int createThread(Start& start) {
+// With every signal blocked: a signal would end a receive early, and that counts as a time-out. The thread's handle
+// stays empty when nothing is started.
+int createThread(TembraAssociation& assoc) {
   sigset_t all;
   sigset_t before;
   sigfillset(&all);
   pthread_sigmask(SIG_SETMASK, &all, &before);
-  const int error = pthread_create(&start.thread, nullptr, &runReceiver, &start);
+  receiver_thread = {};
+  const int error = pthread_create(&receiver_thread, nullptr, &TembraAssociation::receiverHelper, &assoc);
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
   return error;
 }
 
-// Waits until the thread has reset `idle` and the cancel target, so that an operation started right after the
-// opening is not reset. The lock stays held: no datagram is handled before the opening is complete.
-int startReceiver(Start& start) {
-  start.gate.begin();
-  const int error = createThread(start);
-  if (error == 0) {
-    start.gate.wait();
-    tembra::log(start.assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Thread created successfully");
-  } else {
-    tembra::LogLine(start.assoc, Level::kProgress, TEMBRA_LOG_PREFIX "can't create thread :[")
+// Waits until the thread has reset `idle` and the cancel target, so that an operation started right after the opening
+// is not reset. A thread that does not come in time still does so when it comes.
+pthread_t startReceiver(TembraAssociation& assoc) {
+  const int error = createThread(assoc);
+  if (error != 0) {
+    tembra::LogLine(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "can't create thread :[")
         << tembra::ErrnoText(error).text() << "]";
+    return {};
   }
-  return error;
+  const pthread_t thread = receiver_thread;  // whoever gets the lock meanwhile may open another connection
+  start = Start::kAwaitsThread;
+  tembra::waitWhile(awaitsThread);
+  tembra::log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Thread created successfully");
+  return thread;
 }
 
 }  // namespace
@@ -135,13 +133,17 @@ int TembraAssociation::checkAssocConnection() {
   if (descriptor < 0) return -1;
   sock = descriptor;
   running = 1;
-  const tembra::ConnectionNumber number = ++currentNumber;
+  latest = {latest.number + 1, false};
+  const tembra::ConnectionNumber number = latest.number;
   tembra::setAssociationMeshId(tembra::kMeshIdUnknown);
-  if (!readMeshId(*this, descriptor, number)) return -1;
-  Start start{*this, {}, {}};
-  const int error = startReceiver(start);
-  if (currentNumber == number) tembra::clearCommandType();
-  if (error == 0) pthread_detach(start.thread);
+  if (!readMeshId(*this, number)) return -1;
+  const pthread_t thread = startReceiver(*this);
+  if (latest.number == number) {
+    tembra::clearCommandType();
+    start = Start::kNone;
+    tembra::announceChange();
+  }
+  if (pthread_equal(thread, {}) == 0) pthread_detach(thread);
   return 0;
 }
 
@@ -155,29 +157,37 @@ void TembraAssociation::closeAssocConnection() {
   if (descriptor == kClosed) return;
   sock = kClosed;  // taken: whoever closes at the same time finds nothing to close
   shutdown(descriptor, SHUT_RDWR);
-  {
-    const tembra::StateUnlocked unlocked;
-    receives.waitFor(kLongestReceiveEndSeconds);
-  }
+  tembra::waitWhile(isReceiving);
   close(descriptor);
 }
 
 namespace tembra {
 
-bool ReceiverLease::openerWaits() { return awaitedStart != nullptr; }
+ServedConnection::ServedConnection(TembraAssociation& assoc)
+    : assoc_(assoc), number_(latest.isServed ? kNoConnection : latest.number), descriptor_(assoc.sock) {
+  latest.isServed = true;
+}
 
-// The opener's record ends as soon as the opener goes on.
-void ReceiverLease::started() { std::exchange(awaitedStart, nullptr)->gate.endLast(); }
+ServedConnection::~ServedConnection() {
+  if (!isSuperseded()) latest.isServed = false;
+}
 
-ReceiverLease::ReceiverLease(TembraAssociation& assoc)
-    : assoc_(assoc), number_(currentNumber), descriptor_(assoc.sock) {}
+bool ServedConnection::isOpen() const { return assoc_.sock == descriptor_ && !isSuperseded(); }
 
-bool ReceiverLease::isOpen() const { return assoc_.sock == descriptor_ && !isSuperseded(); }
+bool ServedConnection::isSuperseded() const { return latest.number != number_; }
 
-bool ReceiverLease::isSuperseded() const { return currentNumber != number_; }
+void finishStart() {
+  if (start != Start::kAwaitsThread) return;
+  start = Start::kAwaitsOpener;
+  announceChange();
+  waitWhile(awaitsOpener);
+}
 
-void ReceiverLease::beginReceive() { receives.begin(); }
+void beginReceive() { ++receivesUnderWay; }
 
-void ReceiverLease::endReceive() { receives.end(); }
+void endReceive() {
+  --receivesUnderWay;
+  announceChange();
+}
 
 }  // namespace tembra

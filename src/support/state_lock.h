@@ -12,9 +12,6 @@ class StateLock {
   ~StateLock();
   StateLock(const StateLock&) = delete;
   StateLock& operator=(const StateLock&) = delete;
-
- private:
-  const bool taken_;
 };
 
 /// Gives up the calling thread's hold on the lock, however deep, for as long as something is awaited: a callback, a
@@ -31,14 +28,10 @@ class StateUnlocked {
   int depth_;
 };
 
-/// The calling thread works under the hold of another thread, which waits for it: its own StateLocks take nothing.
-class StateBorrowed {
- public:
-  StateBorrowed();
-  ~StateBorrowed();
-  StateBorrowed(const StateBorrowed&) = delete;
-  StateBorrowed& operator=(const StateBorrowed&) = delete;
-};
+/// Waits while something is under way, two seconds at most. Call with the lock held; the lock is given up meanwhile,
+/// however deep. Whoever ends what is under way calls announceChange, with the lock held, too.
+void waitWhile(bool (*isUnderWay)());
+void announceChange();
 
 }  // namespace tembra
 

@@ -106,6 +106,50 @@ TEST(OpeningFaultsTest, WithoutAThreadSendingAndClosingWork) {
   EXPECT_EQ(router.open(), 0);
 }
 
+// What the system says it started need not come: the opening waits for a thread, but not for ever.
+TEST(OpeningFaultsTest, AThreadThatNeverComesDoesNotHoldTheOpening) {
+  Router router;
+  TembraAssociation& assoc = router.assoc();
+  router.watch(kit::kWatchConnection);
+  router.fail(Call::CreateThread, 0);
+  router.fail(Call::AwaitChange, ETIMEDOUT);
+  EXPECT_EQ(router.open(), 0);
+  EXPECT_EQ(router.takeTrace(), lines({
+                                    "socket 2 2 17",
+                                    "priority 1",
+                                    "bind 127.255.255.4:8888 length 16",
+                                    "popen r nvram_get 2860 MeshSlaveID",
+                                    "thread -> 0",
+                                    "log 0 libTembraAssoc:Thread created successfully",
+                                }));
+  EXPECT_EQ(assoc.running, 1);
+  router.close();
+  ASSERT_EQ(router.open(), 0);
+  assoc.addDevZigbeeZwave();
+  router.zwave().send(kit::Node(5));
+  EXPECT_EQ(assoc.assocState, ZW_ASSOC);
+}
+
+TEST(OpeningFaultsTest, AThreadThatComesLateServesTheConnection) {
+  Router router;
+  router.fail(Call::AwaitChange, ETIMEDOUT);
+  TembraAssociation& assoc = router.connect();
+  router.settle();
+  assoc.addDevZigbeeZwave();
+  router.zwave().send(kit::Node(5));
+  EXPECT_EQ(assoc.assocState, ZW_ASSOC);
+  EXPECT_EQ(router.takeEvents().size(), 1U);
+}
+
+TEST(OpeningFaultsTest, AWaitMayWakeForNoReason) {
+  Router router;
+  router.fail(Call::AwaitChange, 0, 3);
+  TembraAssociation& assoc = router.connect();
+  assoc.addDevZigbeeZwave();
+  router.settle();
+  EXPECT_EQ(router.state(), "state 1 idle 0 last 0 cancel 3 radio 0 cmdtype AddDevice");
+}
+
 TEST(OpeningFaultsTest, WithoutAPipeTheMeshIdIsZero) {
   Router router;
   std::strcpy(tempStr, "42");

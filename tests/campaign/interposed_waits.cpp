@@ -137,11 +137,10 @@ extern "C" int clock_nanosleep(clockid_t clock, int flags, const timespec* time,
   return 0;
 }
 
-extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex, clockid_t clock,
-                                      const timespec* deadline) {
-  KIT_REAL(pthread_cond_clockwait);
+extern "C" int pthread_cond_timedwait(pthread_cond_t* condition, pthread_mutex_t* mutex, const timespec* deadline) {
+  KIT_REAL(pthread_cond_timedwait);
   WorldClock* const world = worldClock();
-  if (world == nullptr) return real(condition, mutex, clock, deadline);
+  if (world == nullptr) return real(condition, mutex, deadline);
   const Awaited awaited{.deadline = fromTimespec(*deadline), .descriptors = {}, .condition = condition};
   const bool ready = world->wait(awaited, [mutex] { pthread_mutex_unlock(mutex); });
   pthread_mutex_lock(mutex);

@@ -22,7 +22,8 @@ enum class Call {
   SetTimeout,   // setsockopt(SO_RCVTIMEO)
   Bind,
   Sendto,
-  CreateThread,  // pthread_create; returns the error, errno holds another one
+  CreateThread,  // pthread_create; returns the error, errno holds another one; 0: says that it started a thread
+  AwaitChange,   // pthread_cond_timedwait; returns the error; 0: wakes for no reason
   Popen,
   OpenDatabase,     // dpopen
   RepairDatabase,   // dprepair
@@ -38,8 +39,6 @@ enum class Call {
   // The rest needs tembra-test-every-call.
   ChangeDescriptor,  // fcntl
   BlockSignals,      // pthread_sigmask; returns the error
-  AwaitStart,        // pthread_cond_wait; wakes for no reason
-  AwaitEnd,          // pthread_cond_clockwait; returns the error
   Pause,             // nanosleep
   ReadLine,          // fgets
   EndCommand,        // pclose; the command has ended all the same

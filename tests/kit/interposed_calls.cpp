@@ -3,7 +3,6 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <pthread.h>
-#include <sched.h>
 #include <sys/mman.h>
 
 #include <cerrno>
@@ -32,23 +31,6 @@ hostent anyHost = {anyName, nullptr, AF_INET, 4, loopbacks};
 servent anyService = {anyName, nullptr, 0, anyName};
 
 }  // namespace
-
-// A wake-up for no reason is no failure, but it may happen at any time.
-extern "C" int pthread_cond_wait(pthread_cond_t* condition, pthread_mutex_t* mutex) {
-  KIT_REAL(pthread_cond_wait);
-  if (!fails(Call::AwaitStart, __builtin_return_address(0))) return real(condition, mutex);
-  pthread_mutex_unlock(mutex);
-  sched_yield();
-  pthread_mutex_lock(mutex);
-  return 0;
-}
-
-extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex, clockid_t clock,
-                                      const timespec* deadline) {
-  KIT_REAL(pthread_cond_clockwait);
-  if (fails(Call::AwaitEnd, __builtin_return_address(0))) return errno;
-  return real(condition, mutex, clock, deadline);
-}
 
 extern "C" int pthread_sigmask(int how, const sigset_t* set, sigset_t* before) noexcept {
   KIT_REAL(pthread_sigmask);

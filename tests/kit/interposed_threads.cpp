@@ -1,5 +1,6 @@
-// sleep, pthread_create, pthread_detach and popen, between the library and the C library.
+// sleep, threads, their waits and popen, between the library and the C library.
 #include <pthread.h>
+#include <sched.h>
 #include <tembra/association.h>
 #include <unistd.h>
 
@@ -96,6 +97,19 @@ extern "C" int pthread_detach(pthread_t thread) noexcept {
   const bool fails = kit::isInLibrary(__builtin_return_address(0)) &&
                      kit::faults().strike(Call::DetachThread, __builtin_return_address(0));
   return fails ? errno : error;
+}
+
+// A wake-up for no reason is no failure, but it may happen at any time.
+extern "C" int pthread_cond_timedwait(pthread_cond_t* condition, pthread_mutex_t* mutex, const timespec* deadline) {
+  KIT_REAL(pthread_cond_timedwait);
+  const void* const site = __builtin_return_address(0);
+  const bool fails = kit::stage() != nullptr && kit::isInLibrary(site) && kit::faults().strike(Call::AwaitChange, site);
+  if (!fails) return real(condition, mutex, deadline);
+  const int error = errno;
+  pthread_mutex_unlock(mutex);
+  sched_yield();
+  pthread_mutex_lock(mutex);
+  return error;
 }
 
 extern "C" FILE* popen(const char* command, const char* mode) {

@@ -205,3 +205,18 @@ TEST(ReceiveLoop, WorksOnItsOwnObjectWhateverItIsGiven) {
   EXPECT_EQ(router.takeTrace(),
             lines({"log 0 libTembraAssoc:entered receive thread", "log 0 libTembraAssoc:exited receive thread\\n"}));
 }
+
+// A connection has one receive thread. Another one, which a slow start may bring, neither receives nor resets anything.
+TEST(ReceiveLoop, EndsAtOnceWhenAnotherThreadServesTheConnection) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  assoc.addDevZigbeeZwave();
+  const std::string state = router.state();
+  router.forget();
+  EXPECT_EQ(TembraAssociation::receiverHelper(&assoc), nullptr);
+  EXPECT_EQ(router.takeTrace(),
+            lines({"log 0 libTembraAssoc:entered receive thread", "log 0 libTembraAssoc:exited receive thread\\n"}));
+  EXPECT_EQ(router.state(), state);
+  router.zwave().send(Node(5));
+  EXPECT_EQ(router.takeEvents().size(), 1U);
+}

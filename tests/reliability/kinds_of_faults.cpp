@@ -24,8 +24,7 @@ const std::vector<FaultKind> kKinds = {
     {Call::CreateThread, "pthread_create", {EAGAIN, EPERM, ENOMEM}},
     {Call::DetachThread, "pthread_detach", {ESRCH, EINVAL}},
     {Call::BlockSignals, "pthread_sigmask", {EINVAL}},
-    {Call::AwaitStart, "pthread_cond_wait", {0}, false},
-    {Call::AwaitEnd, "pthread_cond_clockwait", {ETIMEDOUT}, false},
+    {Call::AwaitChange, "pthread_cond_timedwait", {0, ETIMEDOUT}, false},
     {Call::Sleep, "sleep", {1, 2}},
     {Call::Pause, "nanosleep", {EINTR}},
     {Call::Popen, "popen", {EMFILE, ENFILE, EAGAIN, ENOMEM}},
@@ -80,8 +79,8 @@ const std::set<std::string>& infallibleImports() {
       "strncpy", "strnlen", "strstr", "strtok_r", "strtol", "strerror_r", "inet_addr", "inet_aton", "inet_ntop", "free",
       "_ZdlPv", "_ZdlPvm", "__ctype_b_loc", "isdigit", "putchar", "puts",
       // Clocks, locks and the thread's own variables.
-      "clock_gettime", "pthread_self", "pthread_mutex_lock", "pthread_mutex_unlock", "pthread_cond_broadcast",
-      "sigfillset", "__errno_location", "__tls_get_addr",
+      "clock_gettime", "pthread_mutex_lock", "pthread_mutex_unlock", "pthread_cond_broadcast", "pthread_cond_init",
+      "pthread_condattr_init", "pthread_condattr_setclock", "sigfillset", "__errno_location", "__tls_get_addr",
       // States and texts of Depot and of streams.
       "dpecodeptr", "dperrmsg", "dpinnerhash", "clearerr", "ferror",
       // Objects.

@@ -115,3 +115,26 @@ TEST_F(Rounds, OfAnAddUnderSignals) {
   EXPECT_EQ(heard(EVENT_TIMEOUT), 0);
   expectPromptEnds();
 }
+
+// Whichever thread opened last: one receive thread serves the connection, and none is left of the others.
+TEST_F(Rounds, OfTwoThreadsThatOpenAndClose) {
+  const auto openAndClose = [this] {
+    for (int i = 0; i < 2; ++i) {
+      assoc.checkAssocConnection();
+      assoc.closeAssocConnection();
+    }
+  };
+  repeat([&](int round) {
+    std::thread other(openAndClose);
+    openAndClose();
+    other.join();
+    connect();
+    assoc.addDevZigbeeZwave();
+    router.zwave().post(Node(5).bytes());
+    awaitHeard(EVENT_ADDING, round + 1);
+    close();
+    EXPECT_EQ(router.takeSends().size(), 3U) << "the add, and the cancel for the radio that lost, round " << round;
+  });
+  EXPECT_EQ(heard(EVENT_ADDING), rounds());
+  expectPromptEnds();
+}

@@ -15,7 +15,7 @@ inline constexpr int kReceiveBufferSize = 4096;
 
 struct Flow {
   TembraAssociation& assoc;
-  const ReceiverLease& connection;
+  const ServedConnection& connection;
   EventBuffers& events;
   int& timeoutSeconds;
   const unsigned char (&datagram)[kReceiveBufferSize];

@@ -41,15 +41,11 @@ class LastSender {
 
 class Receiver {
  public:
-  Receiver(TembraAssociation& assoc, const ReceiverLease& connection) : assoc_(assoc), connection_(connection) {}
-
-  void run() {
-    serve();
-    log(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "exited receive thread\n");
-  }
+  explicit Receiver(TembraAssociation& assoc) : assoc_(assoc), connection_(assoc) {}
+  void run();
 
  private:
-  void serve();
+  void enter();
   bool receiveOnce();
   bool await(int& error);
   ssize_t receive();
@@ -59,7 +55,7 @@ class Receiver {
   void runFlow(void (*handle)(const Flow&));
 
   TembraAssociation& assoc_;
-  ReceiverLease connection_;
+  ServedConnection connection_;
   sockaddr_in sender_{};
   LastSender lastSender_;
   int timeoutSeconds_ = kIdleTimeout;
@@ -76,18 +72,28 @@ void pauseIfDescriptorIsLost(int error) {
   nanosleep(&kLostDescriptorPause, nullptr);
 }
 
-// The lock is held from one receive to the next.
-void Receiver::serve() {
-  const StateLock lock;
+void Receiver::run() {
+  enter();
   while (assoc_.running != 0 && receiveOnce()) {
   }
+  log(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "exited receive thread\n");
+}
+
+// Sets the service idle. checkAssocConnection waits for this: done later, it could reset an operation that the front
+// end has started meanwhile.
+void Receiver::enter() {
+  log(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "entered receive thread");
+  if (!connection_.isSuperseded()) {
+    setIdle(true);
+    assoc_.cancelTarget = 0;
+  }
+  finishStart();
 }
 
 // One pass of the loop. False when the connection was closed or replaced: then neither the datagram nor the end of the
 // wait means anything any more. Where `running` alone became 0 both are handled, and the loop ends afterwards.
 bool Receiver::receiveOnce() {
   if (!connection_.isOpen()) return false;
-  ReceiverLease::beginReceive();
   int error = 0;
   const bool hasDatagram = await(error);
   if (!connection_.isOpen()) return false;
@@ -96,12 +102,16 @@ bool Receiver::receiveOnce() {
   return true;
 }
 
-// False and why, when no datagram came. The receive ends before the lock is asked for: who closes waits for that end.
+// Returns false and sets `error` if no datagram came.
 bool Receiver::await(int& error) {
-  const StateUnlocked unlocked;
-  const bool hasDatagram = receive() >= 0;
-  if (!hasDatagram) error = errno;
-  ReceiverLease::endReceive();
+  bool hasDatagram = false;
+  beginReceive();
+  {
+    const StateUnlocked unlocked;
+    hasDatagram = receive() >= 0;
+    if (!hasDatagram) error = errno;
+  }
+  endReceive();
   return hasDatagram;
 }
 
@@ -169,32 +179,14 @@ void Receiver::runFlow(void (*handle)(const Flow&)) {
   handle({assoc_, connection_, events_, timeoutSeconds_, datagram_});
 }
 
-// No wait of an earlier connection is left over; done before the opener goes on, so that an operation that it starts
-// next is not reset.
-template <typename Hold>
-Receiver begin(TembraAssociation& assoc) {
-  const Hold hold;
-  const ReceiverLease connection(assoc);  // before the Logger may close it and open another one
-  log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "entered receive thread");
-  if (!connection.isSuperseded()) {
-    setIdle(true);
-    assoc.cancelTarget = 0;
-  }
-  return {assoc, connection};
-}
-
 }  // namespace
 }  // namespace tembra
 
 void* TembraAssociation::receiverHelper(void* self) { return static_cast<TembraAssociation*>(self)->receiver(self); }
 
+// The lock is held from one receive to the next.
 void* TembraAssociation::receiver(void* /*self*/) {
-  if (tembra::ReceiverLease::openerWaits()) {
-    tembra::Receiver receiver = tembra::begin<tembra::StateBorrowed>(*this);
-    tembra::ReceiverLease::started();
-    receiver.run();
-  } else {
-    tembra::begin<tembra::StateLock>(*this).run();
-  }
+  const tembra::StateLock lock;
+  tembra::Receiver(*this).run();
   return nullptr;
 }
