@@ -1,6 +1,6 @@
-// tembra-isolate COMMAND [ARG...]: runs a command with a loopback network and a /tmp of its own, so that the real
-// addresses and the real database path can be used without touching the machine, and by many commands at once.
-// Exit status: the command's; 125 when namespaces are not permitted; 126 when the command cannot be started.
+// tembra-isolate COMMAND [ARG...]: runs a command with a loopback network and a /tmp of its own. The command uses the
+// real addresses and the real database path without touching the machine, and many commands can do so at once. Exit
+// status: the command's; 125 when namespaces are not permitted; 126 when the command cannot be started.
 #include <fcntl.h>
 #include <net/if.h>
 #include <sched.h>

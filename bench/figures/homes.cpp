@@ -33,7 +33,7 @@ DeviceRecord describe(int id) {
   return device;
 }
 
-// Value 1 of a lamp is its bridge, value 9 the bridge's user; those of others are as good as any.
+// Value 1 of a bulb is its bridge, value 9 the bridge's user; those of others are as good as any.
 void putIndexes(DEPOT* depot, int id) {
   for (int index = 1; index <= kIndexesEach; ++index) {
     IndexRecord record{};

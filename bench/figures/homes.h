@@ -11,8 +11,8 @@ inline constexpr int kIndexesEach = 10;
 /// Keys in the database of a home with this many devices.
 inline long keysOf(int devices) { return 2 + static_cast<long>(devices) * (1 + kIndexesEach); }
 
-/// A database as the HA server writes it: of every ten devices four are Z-Wave nodes, four ZigBee devices and two Hue
-/// lamps of one bridge.
+/// A database as the HA server writes it. Of every ten devices, four are Z-Wave nodes, four are ZigBee devices, and two
+/// are Hue bulbs of one bridge.
 class Home {
  public:
   Home(const std::string& path, int devices);

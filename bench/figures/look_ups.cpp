@@ -90,7 +90,7 @@ void checkedNextIdBare() {
   dpclose(depot);
 }
 
-// A lamp's bridge and user are fetched, too.
+// A bulb's bridge and user are fetched, too.
 void bridgeListBare() {
   DEPOT* depot = openBare();
   walkBare(depot, [depot](const Buffer& value) {

@@ -1,5 +1,5 @@
-// Heap allocations of the library's own code: not those of the Depot library, of the router's libraries or of the C
-// library's popen and name look-ups, which the library has to call.
+// Heap allocations of the library's own code. Those of the Depot library, the router's libraries, and the C library's
+// popen and name look-ups do not count: the library has to call them.
 #ifndef TEMBRA_BENCH_RIG_OWN_ALLOCATIONS_H
 #define TEMBRA_BENCH_RIG_OWN_ALLOCATIONS_H
 

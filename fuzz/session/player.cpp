@@ -213,8 +213,8 @@ void Player::logged() {
   inLogger_ = false;
 }
 
-// From the log no thread is started: the log may be written while the library has the database open, and the script of
-// another thread would change it.
+// From the log no thread is started: the log may be written while the library has the database open, and another
+// thread's script would change the database.
 bool Player::strikes(Fault fault) {
   if (fault == Fault::kThread && (inLogger_ || receives_ == kMostNested)) return true;
   if ((faults_ & bit(fault)) == 0) return false;

@@ -1,6 +1,6 @@
 // How ZigBee devices are classified, as data: the library decides by these rows, and a front end can say why.
 //
-// A device's clusters are visited in order. Each cluster that has a ZbClusterRule adds its index entries; then the
+// A device's clusters are visited in order. Each cluster that has a ZbClusterRule adds its index entries. Then the
 // first ZbDecision of the cluster whose tests all hold names the device and sets its type. The tests see what earlier
 // clusters decided, so the order of the clusters matters. The IAS zone cluster has rules of its own (ZbZoneCase and
 // what follows it).

@@ -1,4 +1,4 @@
-// The fixed numbers of the association service: who is addressed, what is asked, which state, which device.
+// The fixed numbers of the association service: servers, commands, states, device types.
 //
 // Every enumeration has a fixed underlying type. So a number that no enumerator names, as `(reset_type)9`, is a defined
 // value, and the library answers it with its "unknown" branch. Four of the numberings look alike and differ: see

@@ -93,8 +93,8 @@ std::string lineText(const char* line) {
 }
 
 void writeZoneAfterwards(std::ostream& out) {
-  out << "\nAfterwards, by the first row that applies; the entries are those from the next one to be written down to "
-         "entry 0,\nand those two hold what was received.\n\n| When | For each entry | Type | Line "
+  out << "\nAfterwards, by the first row that applies. The entries are those from the next one to be written down to "
+         "entry 0.\nThese two hold what was received.\n\n| When | For each entry | Type | Line "
          "|\n|---|---|---|---|\n";
   for (const ZbZoneAfterwards& row : zbZoneAfterwards) {
     out << "| " << testsText(row.test) << " | " << (row.entry == 0 ? "once" : std::to_string(row.entry)) << " | "
@@ -107,10 +107,10 @@ void writeZoneAfterwards(std::ostream& out) {
 bool docs::writeZigbeeRules(const std::filesystem::path& path) {
   std::ofstream out(path);
   out << "# ZigBee classification rules\n\nMade by `make-docs` from `<tembra/rules.h>`; do not edit.\n\n"
-         "A device's clusters are visited in order; each adds its index entries, then the first decision of the "
-         "cluster\n"
-         "that applies names the device and sets its type. A device that is undecided (type 0) at the end is a\n"
-         "GenericDevice, type 60. \"Counted\" clusters are those whose number the log tells in the end.\n";
+         "A device's clusters are visited in order. Each cluster adds its index entries. Then the first decision of "
+         "the\n"
+         "cluster that applies names the device and sets its type. A device that is undecided (type 0) at the end is\n"
+         "a GenericDevice, type 60. \"Counted\" clusters are those whose number the log tells in the end.\n";
   writeClusters(out);
   writeDecisions(out);
   writeZoneCases(out);
