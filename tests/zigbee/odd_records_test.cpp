@@ -79,7 +79,7 @@ struct Measurement {
   std::size_t count;   // endpoints behind the table
 };
 
-const Measurement kMeasurements[] = {
+const Measurement kMeasurementsBehind[] = {
     {repeated(0x0006, 16), 379, 0},  {repeated(0x0006, 17), 379, 1},  {repeated(0x0006, 28), 379, 12},
     {repeated(0x0006, 29), 379, 13}, {repeated(0x0201, 10), 421, 12},
 };
@@ -90,7 +90,7 @@ TEST(OddRecordsTest, TheMeasurementsEndpointsRunOnBehindTheTableUpToTheRecordsEn
   Router router;
   Agreement agreement(router);
   std::size_t checked = 0;
-  for (const Measurement& row : kMeasurements) {
+  for (const Measurement& row : kMeasurementsBehind) {
     ZigbeeDevice device = row.before;
     device.cluster(0x0B04, kMeasured);
     router.assoc().zbDevice = device.info();
