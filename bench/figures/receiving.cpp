@@ -66,7 +66,7 @@ void addPass(Report& report, const Datagram& datagram, double library, double ba
               .unit = Unit::kNanoseconds,
               .value = library * 1e9,
               .limit = bare * 1e9,
-              .mostRatio = 1.15});
+              .mostRatio = 1.25});
 }
 
 void addRate(Report& report, const char* what, double library, double bare) {
