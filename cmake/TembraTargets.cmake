@@ -3,6 +3,10 @@
 # Warnings. The presets make them errors; a stranger's compiler may know more of them than ours do.
 function(tembra_warnings name)
   target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wconversion)
+  if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # A unit includes sources: their unnamed namespaces are in no other unit, though they are in no main file.
+    target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
+  endif()
 endfunction()
 
 # The same, and sanitizers where the preset asks for them.

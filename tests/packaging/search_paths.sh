@@ -5,10 +5,12 @@ set -eu
 status=0
 found=0
 
-for object in $(find "$@" -type f \( -perm -u+x -o -name '*.so*' \) ! -path '*/CMakeFiles/*'); do
+objects=$(find "$@" -type f \( -perm -u+x -o -name '*.so*' \) ! -path '*/CMakeFiles/*')
+for object in $objects; do
   dynamic=$(readelf --dynamic --wide "$object" 2>/dev/null) || continue
   found=$((found + 1))
   paths=$(printf '%s\n' "$dynamic" | sed -n 's/.*(R\(UN\)\?PATH).*\[\(.*\)\]$/\2/p')
+  # shellcheck disable=SC2016 # the dynamic linker expands it, not the shell
   test -z "$paths" || printf '%s:\n' "$paths" | grep -Eq '^((/[^:]*|\$ORIGIN(/[^:]*)?):)+$' || {
     echo "$object: $paths"
     status=1
