@@ -49,7 +49,7 @@ int fail(const char* message) {
   return -1;
 }
 
-// Descriptor 0 would say "closed": with standard input closed the socket is moved away from it.
+// Descriptor 0 means "closed". A process without standard input may get it for the socket, which is then moved.
 int awayFromZero(int descriptor) {
   if (descriptor != kClosed) return descriptor;
   const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, kFirstOrdinaryDescriptor);
@@ -64,7 +64,7 @@ int openSocket() {
   return descriptor;
 }
 
-// No address reuse: that the second opener fails is how front ends notice each other.
+// No address reuse: front ends notice each other because the second opener fails.
 int openBoundSocket(const TembraAssociation& assoc) {
   const int descriptor = openSocket();
   if (descriptor < 0) return fail(TEMBRA_LOG_PREFIX "socket()");
@@ -110,7 +110,7 @@ int createThread(TembraAssociation& assoc) {
 }
 
 // Waits until the thread has reset `idle` and the cancel target, so that an operation started right after the opening
-// is not reset. A thread that does not come in time still does so when it comes.
+// is not reset. A thread that comes too late still resets them.
 pthread_t startReceiver(TembraAssociation& assoc) {
   const int error = createThread(assoc);
   if (error != 0) {
@@ -118,7 +118,7 @@ pthread_t startReceiver(TembraAssociation& assoc) {
         << tembra::ErrnoText(error).text() << "]";
     return {};
   }
-  const pthread_t thread = receiver_thread;  // whoever gets the lock meanwhile may open another connection
+  const pthread_t thread = receiver_thread;  // another thread may open a connection meanwhile
   start = Start::kAwaitsThread;
   tembra::waitWhile(awaitsThread);
   tembra::log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Thread created successfully");
@@ -155,7 +155,7 @@ void TembraAssociation::closeAssocConnection() {
   closeMark = -1;
   const int descriptor = sock;
   if (descriptor == kClosed) return;
-  sock = kClosed;  // taken: whoever closes at the same time finds nothing to close
+  sock = kClosed;  // a thread that closes at the same time finds nothing to close
   shutdown(descriptor, SHUT_RDWR);
   tembra::waitWhile(isReceiving);
   close(descriptor);

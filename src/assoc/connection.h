@@ -1,7 +1,7 @@
 // The open connection as the closing threads and the receive threads see it.
 //
-// A connection that is opened gets a number. A receive thread serves the connection that it began with and ends when
-// that connection is closed, even if another one was opened meanwhile; so there are never two threads on one socket.
+// A connection that is opened gets a number. A receive thread serves the connection that it began with. The thread
+// ends when that connection is closed, even if another one was opened meanwhile. So no two threads serve one socket.
 #ifndef TEMBRA_ASSOC_CONNECTION_H
 #define TEMBRA_ASSOC_CONNECTION_H
 

@@ -18,8 +18,8 @@ constexpr const char* kAuthorisationFile = "/tmp/Authcode";
 
 using namespace tembra;
 
-// The file is not opened. Any user can make a pipe of this name, which would hold the caller for ever, or a link to a
-// device, which would set the device to work.
+// The file is not opened, because any user can make something else of this name. A pipe would hold the caller for ever,
+// and a link to a device would set the device to work.
 int TembraAssociation::Nest_checkExist() {
   return faccessat(AT_FDCWD, kAuthorisationFile, R_OK, AT_EACCESS) == 0 ? 1 : 0;
 }

@@ -17,8 +17,8 @@ enum class Level : int { kProgress = 0, kWarning = 1, kError = 2, kDetail = 3 };
 /// Logs a fixed text.
 void log(const TembraAssociation& assoc, Level level, const char* text);
 
-/// A line of several pieces, cut at 511 characters. When the object ends, the line is logged and stands in `tempStr`;
-/// call with the state lock held.
+/// A line of several pieces, cut at 511 characters. When the object ends, the line is logged and stands in `tempStr`.
+/// Use it with the state lock held.
 class LogLine {
  public:
   LogLine(const TembraAssociation& assoc, Level level, const char* start);

@@ -14,9 +14,9 @@ class StateLock {
   StateLock& operator=(const StateLock&) = delete;
 };
 
-/// Gives up the calling thread's hold on the lock, however deep, for as long as something is awaited: a callback, a
-/// sleep, the database's file lock, another thread. Afterwards the hold is as it was; what the lock guards may have
-/// changed in between. Does nothing on a thread that does not hold the lock.
+/// Gives up the calling thread's hold on the lock, however deep, for a wait: for a callback, a sleep, the database's
+/// file lock, another thread. Afterwards the hold is as it was, but the guarded fields may have changed. Does nothing
+/// on a thread that does not hold the lock.
 class StateUnlocked {
  public:
   StateUnlocked();
@@ -29,7 +29,7 @@ class StateUnlocked {
 };
 
 /// Waits while something is under way, two seconds at most. Call with the lock held; the lock is given up meanwhile,
-/// however deep. Whoever ends what is under way calls announceChange, with the lock held, too.
+/// however deep. The thread that ends what is under way calls announceChange, also with the lock held.
 void waitWhile(bool (*isUnderWay)());
 void announceChange();
 

@@ -13,7 +13,7 @@ namespace tembra {
 /// `from` holds at most `fromSize` bytes.
 void copyText(char* to, std::size_t size, const char* from, std::size_t fromSize);
 
-/// The same for whole fields; `from` may lack its NUL.
+/// The same for whole fields; `from` may have no NUL.
 template <std::size_t To, std::size_t From>
 void copyText(char (&to)[To], const char (&from)[From]) {
   copyText(to, To, from, From);

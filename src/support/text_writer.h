@@ -1,5 +1,5 @@
-// Texts put together in fixed fields. printf takes longer to format a log line than a classification
-// takes.
+// Texts put together in fixed fields. Formatting a log line with printf takes longer than the classification that the
+// line reports.
 #ifndef TEMBRA_SUPPORT_TEXT_WRITER_H
 #define TEMBRA_SUPPORT_TEXT_WRITER_H
 
@@ -16,8 +16,8 @@ struct Hex {
   int digits;
 };
 
-/// Writes pieces one behind the other, cut so that a NUL fits behind them. From the first piece on there is one; the
-/// bytes behind it keep their value.
+/// Writes pieces one behind the other, cut so that a NUL fits behind them. From the first piece on the text has a NUL.
+/// The bytes behind the NUL keep their value.
 class TextWriter {
  public:
   constexpr TextWriter(char* out, std::size_t size) : start_(out), next_(out), end_(out + size - 1) {}
@@ -36,7 +36,7 @@ class TextWriter {
   char* end_;
 };
 
-/// The text of a field that may lack its NUL, at most `most` characters of it.
+/// The text of a field that may have no NUL, at most `most` characters of it.
 template <std::size_t Size>
 [[nodiscard]] std::string_view fieldText(const char (&field)[Size], std::size_t most = Size) {
   return {field, textLength(field, most)};

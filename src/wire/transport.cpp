@@ -42,7 +42,7 @@ struct Sender {
   ClientType type;
 };
 
-// Fixed texts, not the endpoint table: a front end that moves an endpoint does not change who counts as whom.
+// Fixed texts, not the endpoint table: a front end that moves an endpoint does not change how senders are told apart.
 constexpr Sender kSenders[] = {
     {"127.255.255.254:8888", CLIENT_ZWAVE}, {"127.255.255.253:8888", CLIENT_ZIGBEE}, {"127.255.255.1:9999", CLIENT_HA},
     {"127.255.255.252:8888", CLIENT_HUE},   {"127.255.255.251:8888", CLIENT_NEST},

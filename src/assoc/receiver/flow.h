@@ -20,8 +20,8 @@ struct Flow {
   int& timeoutSeconds;
   const unsigned char (&datagram)[kReceiveBufferSize];
 
-  /// Delivers an event. False when the connection was replaced by a new one meanwhile: the flow then ends at once,
-  /// because what it would still write belongs to the new connection.
+  /// Delivers an event. False when a new connection has replaced this one meanwhile. The flow then ends at once,
+  /// because its further writes would hit the new connection's state.
   [[nodiscard]] bool tell(AssocEvent& event, AssocEventCode code, ServerType source) const {
     deliver(assoc, event, code, source);
     return !connection.isSuperseded();

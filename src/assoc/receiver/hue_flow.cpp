@@ -78,7 +78,7 @@ bool copyToken(JsonToken* tokens, const char* member, char (&text)[kTextSize]) {
   return true;
 }
 
-// What an entry lacks is repeated from the one before.
+// A text that an entry does not have is repeated from the entry before.
 void listBridges(const Flow& flow, HueBridgeList& list) {
   constexpr int room = static_cast<int>(std::size(HueBridgeList{}.mac));
   const int count = std::min(readNumber(flow, offsetof(HueAnswer, count)), room);

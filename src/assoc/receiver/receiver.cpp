@@ -23,7 +23,7 @@ namespace {
 
 constexpr timespec kLostDescriptorPause = {0, 100'000'000};
 
-// Who sent the last datagram. Most often it was the same server: then its address need not be made a text again.
+// The sender of the last datagram. The same server mostly sends the next one, whose address then needs no new text.
 class LastSender {
  public:
   ClientType typeOf(TembraAssociation& assoc, in_addr address) {
@@ -60,12 +60,12 @@ class Receiver {
   LastSender lastSender_;
   int timeoutSeconds_ = kIdleTimeout;
   EventBuffers events_;
-  // Behind the events: in front of them an answer would be copied to the same place of a later page, where a load waits
-  // for the store before it, which looks the same to the processor. That is three times as slow.
+  // Keep this after `events_`. If it came first, an answer would be copied between addresses a multiple of 4096 apart,
+  // and each load would wait for the store before it (measured: three times slower).
   unsigned char datagram_[kReceiveBufferSize] = {};
 };
 
-// A descriptor that somebody else closed fails every receive at once; without a pause that would be a busy loop.
+// When somebody else has closed the descriptor, every receive fails at once. Without a pause the loop would be busy.
 void pauseIfDescriptorIsLost(int error) {
   if (error != EBADF && error != ENOTSOCK) return;
   const StateUnlocked unlocked;
@@ -90,8 +90,8 @@ void Receiver::enter() {
   finishStart();
 }
 
-// One pass of the loop. False when the connection was closed or replaced: then neither the datagram nor the end of the
-// wait means anything any more. Where `running` alone became 0 both are handled, and the loop ends afterwards.
+// One pass of the loop. False when the connection was closed or replaced: then the datagram, or the end of the wait, is
+// dropped. When only `running` became 0, it is handled, and the loop ends afterwards.
 bool Receiver::receiveOnce() {
   if (!connection_.isOpen()) return false;
   int error = 0;
@@ -126,8 +126,8 @@ ssize_t Receiver::receive() {
                   &senderLength);
 }
 
-// An operation that timed out keeps its time-out and its state: the next wait is as long, and an answer that comes
-// late is handled as if it had come in time.
+// An operation that timed out keeps its time-out and its state. So the next wait is as long, and a late answer is
+// handled like one in time.
 void Receiver::timedOut() {
   LogLine(assoc_, Level::kProgress, TEMBRA_LOG_PREFIX "Didn't get packet for ") << timeoutSeconds_ << " secs";
   if (!isIdle()) {
@@ -153,7 +153,7 @@ void Receiver::reportTimeout() {
   setIdle(true);
 }
 
-// The answers of four servers have a flow each; only those make the association this router's own.
+// Four servers have a flow each. Only their answers make the association this router's own.
 void Receiver::dispatch() {
   switch (lastSender_.typeOf(assoc_, sender_.sin_addr)) {
     case CLIENT_ZWAVE:

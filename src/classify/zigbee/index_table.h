@@ -9,8 +9,8 @@
 
 namespace tembra {
 
-/// Entries 1 to 29 have room; the end mark of a full table lands on the first byte of the device name, which
-/// naming overwrites later. An entry without room is dropped.
+/// Entries 1 to 29 have room. The end mark of a full table lands on the first byte of the device name, which naming
+/// overwrites later. An entry without room is dropped.
 class ZbIndexTable {
  public:
   static constexpr std::size_t kLast = sizeof(ZbDeviceInfo::indexes) / sizeof(ZbIndexEntry);

@@ -15,7 +15,7 @@ namespace {
 constexpr unsigned char kListEnd = 0xFF;  // of a received list of command classes; the working copy's ends with 0
 constexpr std::size_t kListRoom = sizeof ZwNodeInfo::commandClasses;
 
-// Copies the list into the working copy, and logs it. A received list without an end fills the field; then there
+// Copies the list into the working copy, and logs it. A received list without an end fills the field. Then there
 // is no room for the working copy's end, and the basic class behind the field is left alone.
 void copyCommandClasses(TembraAssociation& assoc) {
   LogLine line(assoc, Level::kProgress, "node ");  // [sic] no prefix
