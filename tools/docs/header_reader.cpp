@@ -1,7 +1,7 @@
 #include "docs/header_reader.h"
 
-#include <algorithm>
 #include <fstream>
+#include <ranges>
 #include <regex>
 #include <stdexcept>
 
@@ -60,9 +60,9 @@ class RecordReader {
   void finish(RecordText& record) {
     record.size = sizes_.at(record.name);
     std::size_t end = record.size;
-    for (auto field = record.fields.rbegin(); field != record.fields.rend(); ++field) {
-      field->size = end - field->offset;
-      end = field->offset;
+    for (FieldText& field : std::views::reverse(record.fields)) {
+      field.size = end - field.offset;
+      end = field.offset;
     }
     std::erase_if(record.fields,
                   [](const FieldText& field) { return std::regex_match(field.name, std::regex("at\\d+")); });
