@@ -1,7 +1,6 @@
 #include "docs/header_reader.h"
 
 #include <fstream>
-#include <ranges>
 #include <regex>
 #include <stdexcept>
 
@@ -59,13 +58,12 @@ class RecordReader {
   // A field reaches to the next one. Fields named by their offset hold bytes that nobody reads.
   void finish(RecordText& record) {
     record.size = sizes_.at(record.name);
-    std::size_t end = record.size;
-    for (FieldText& field : std::views::reverse(record.fields)) {
-      field.size = end - field.offset;
-      end = field.offset;
+    std::vector<FieldText>& fields = record.fields;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      const std::size_t end = i + 1 < fields.size() ? fields[i + 1].offset : record.size;
+      fields[i].size = end - fields[i].offset;
     }
-    std::erase_if(record.fields,
-                  [](const FieldText& field) { return std::regex_match(field.name, std::regex("at\\d+")); });
+    std::erase_if(fields, [](const FieldText& field) { return std::regex_match(field.name, std::regex("at\\d+")); });
   }
 
   std::string comment_;
