@@ -17,6 +17,7 @@
 #include "device_types.h"
 #include "event_report.h"
 #include "failure.h"
+#include "platform/printable.h"
 #include "private_database.h"
 #include "texts.h"
 

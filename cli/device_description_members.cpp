@@ -31,7 +31,7 @@ std::optional<std::int64_t> numberIn(const nlohmann::json& value) {
 void refuseDescription(const std::string& why) { throw Failure(kFailed, "the device description " + why + "."); }
 
 void refuseMember(const std::string& name, const std::string& possible) {
-  refuseDescription("has a member \"" + printable(cutText(name, kLongestQuoted)) + "\"; possible: " + possible);
+  refuseDescription("has a member \"" + cutText(name, kLongestQuoted) + "\"; possible: " + possible);
 }
 
 int describedNumber(const nlohmann::json& value, const std::string& name, int least, int most) {

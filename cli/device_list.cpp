@@ -11,6 +11,7 @@
 
 #include "database_contents.h"
 #include "database_file.h"
+#include "platform/printable.h"
 #include "texts.h"
 
 namespace tembra::cli {

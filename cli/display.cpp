@@ -7,6 +7,7 @@
 
 #include "attention.h"
 #include "event_report.h"
+#include "platform/printable.h"
 #include "words/event_names.h"
 #include "words/timeline.h"
 
@@ -25,7 +26,7 @@ std::string timeLeft(const std::string& what, int seconds) {
 /// For a file or a pipe: lines, and no countdown.
 class PlainDisplay : public Display {
  public:
-  void note(const std::string& sentence) override { printLine(sentence); }
+  void note(const std::string& sentence) override { printLine(printable(sentence)); }
   void event(const HeardEvent& heard) override { printLine(describeEvent(heard)); }
 };
 
@@ -33,7 +34,7 @@ class PlainDisplay : public Display {
 class LiveDisplay : public Display {
  public:
   ~LiveDisplay() override { LiveDisplay::makeRoom(); }
-  void note(const std::string& sentence) override { printAbove(sentence); }
+  void note(const std::string& sentence) override { printAbove(printable(sentence)); }
   void event(const HeardEvent& heard) override { printAbove(describeEvent(heard)); }
   void waiting(const std::string& what, int secondsLeft) override {
     const std::string line = timeLeft(what, secondsLeft);

@@ -18,7 +18,7 @@ class Display {
   Display& operator=(const Display&) = delete;
   virtual ~Display() = default;
 
-  /// A sentence of lasting interest, such as a result.
+  /// A sentence of lasting interest, such as a result. What would steer a terminal is replaced, as in the next two.
   virtual void note(const std::string& /*sentence*/) {}
 
   /// A command that is given to the library.

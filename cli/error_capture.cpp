@@ -8,6 +8,8 @@
 #include <iostream>
 #include <sstream>
 
+#include "platform/printable.h"
+
 namespace tembra::cli {
 namespace {
 
@@ -32,7 +34,7 @@ ErrorCapture::ErrorCapture()
 
 ErrorCapture::~ErrorCapture() {
   finish();
-  for (const std::string& line : lines_) std::cerr << line << '\n';
+  for (const std::string& line : lines_) std::cerr << printable(line) << '\n';
 }
 
 void ErrorCapture::finish() {

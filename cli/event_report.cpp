@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "device_types.h"
+#include "platform/printable.h"
 #include "texts.h"
 #include "words/event_names.h"
 
@@ -173,6 +174,7 @@ Json eventJson(const HeardEvent& heard) {
   return object;
 }
 
-std::string jsonLine(const Json& object) { return object.dump(-1, ' ', false, Json::error_handler_t::replace); }
+// In ASCII: the other characters, some of which steer terminals, stand there as escapes.
+std::string jsonLine(const Json& object) { return object.dump(-1, ' ', true, Json::error_handler_t::replace); }
 
 }  // namespace tembra::cli

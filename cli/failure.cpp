@@ -2,8 +2,10 @@
 
 #include <iostream>
 
+#include "platform/printable.h"
+
 namespace tembra::cli {
 
-void complain(const std::string& sentence) { std::cerr << "tembra-assoc: " << sentence << std::endl; }
+void complain(const std::string& sentence) { std::cerr << "tembra-assoc: " << printable(sentence) << std::endl; }
 
 }  // namespace tembra::cli

@@ -99,14 +99,14 @@ constexpr Refusal kHueRefusals[] = {
 
 std::string joinedTexts(const HueTask& task, const HueTexts& texts) {
   if (task.takes == HueTakes::kNothing) return "";
-  return task.takes == HueTakes::kBridge ? texts.mac : texts.mac + ", " + printable(texts.text);
+  return task.takes == HueTakes::kBridge ? texts.mac : texts.mac + ", " + texts.text;
 }
 
 void tellBridges(const Context& context, const HeardEvent& heard) {
   const std::vector<FoundBridge> bridges = foundBridges(heard);
   if (bridges.empty()) context.display.note("No Hue bridge was found.");
   for (const FoundBridge& bridge : bridges) {
-    context.display.note("Found the Hue bridge " + printable(bridge.mac) + " at " + printable(bridge.address) + ".");
+    context.display.note("Found the Hue bridge " + bridge.mac + " at " + bridge.address + ".");
   }
 }
 

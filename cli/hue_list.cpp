@@ -3,17 +3,22 @@
 #include <tembra/globals.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdlib>
 #include <iomanip>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <sstream>
 
+#include "bridge_list.h"
 #include "connection.h"
 #include "database_file.h"
 #include "display.h"
+#include "event_report.h"
 #include "failure.h"
 #include "library_call.h"
+#include "platform/printable.h"
 #include "texts.h"
 
 namespace tembra::cli {
@@ -41,21 +46,32 @@ void printTableLine(const std::string& mac, const std::string& user) {
   printLine(line.str());
 }
 
-// Users stand in the text as the database has them, so it need not be JSON.
-void printTable(const std::string& list) {
-  const auto json = nlohmann::json::parse(list, nullptr, false);
-  if (json.is_discarded()) throw Failure(kFailed, "the library's list of bridges is no JSON: " + printable(list));
+// A user that reads like the end of one bridge and the beginning of the next makes one bridge look like two; the table
+// of users, from which the library wrote the list, does not agree then.
+void checkUsers(const std::vector<ListedBridge>& bridges, const std::string& list) {
+  const bool good =
+      std::ranges::equal(bridges, std::span(username1).first(std::min(bridges.size(), std::size(username1))), {},
+                         &ListedBridge::user, [](const auto& user) { return fieldText(user); });
+  if (!good) throw Failure(kFailed, "a user in the device database breaks the library's list of bridges: " + list);
+}
+
+void printTable(const std::vector<ListedBridge>& bridges) {
   printTableLine("Bridge", "User");
-  for (const auto& bridge : json.at("MAClist")) {
-    printTableLine(printable(bridge.at("mac")), printable(bridge.at("username")));
-  }
+  for (const ListedBridge& bridge : bridges) printTableLine(printable(bridge.mac), printable(bridge.user));
+}
+
+void printJson(const std::vector<ListedBridge>& bridges) {
+  auto all = nlohmann::ordered_json::array();
+  for (const ListedBridge& bridge : bridges) all.push_back({{"mac", bridge.mac}, {"username", bridge.user}});
+  printLine(jsonLine({{"MAClist", all}}));
 }
 
 void listHueBridges(const Context& context) {
   checkBeforeLibraryOpens(DBName);
   const std::string list = bridgeList(context);
-  if (context.options.json) return printLine(list);
-  printTable(list);
+  const std::vector<ListedBridge> bridges = readBridgeList(list);
+  checkUsers(bridges, list);
+  context.options.json ? printJson(bridges) : printTable(bridges);
 }
 
 }  // namespace

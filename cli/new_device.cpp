@@ -6,6 +6,7 @@
 #include "device_types.h"
 #include "event_report.h"
 #include "failure.h"
+#include "platform/printable.h"
 #include "questions.h"
 #include "texts.h"
 
@@ -105,12 +106,12 @@ void finishDevice(Operation& operation, const HeardEvent& created, const Wishes&
   std::string name = fitted(operation, wantedName, radio, "name");
   const std::string wantedLocation = decide(operation, "Location", wishes.location, fieldText(proposal.location));
   std::string location = fitted(operation, wantedLocation, radio, "location");
-  display.command("setDevName(" + printable(name) + ")");
+  display.command("setDevName(" + name + ")");
   operation.service().setDevName(name.data());
-  display.command("setDevLocation(" + printable(location) + ")");
+  display.command("setDevLocation(" + location + ")");
   operation.service().setDevLocation(location.data());
   handOver(operation);
-  display.note("Added " + printable(name) + " (" + typeName(type) + ", " + printable(location) + ").");
+  display.note("Added " + name + " (" + typeName(type) + ", " + location + ").");
 }
 
 }  // namespace tembra::cli

@@ -54,8 +54,7 @@ void removeDevice(const Context& context) {
     throw Failure(kFailed, "the device that answered is not in the device list; nothing was dropped from it.");
   }
   const DeviceReport report = deviceReport(heard);
-  const std::string device =
-      printable(fieldText(report.removedName)) + " (id " + std::to_string(report.removedId) + ")";
+  const std::string device = fieldText(report.removedName) + " (id " + std::to_string(report.removedId) + ")";
   if (!confirmed) throw Failure(kFailed, device + " left the device list, but the radio did not confirm its removal.");
   context.display.note("Removed " + device + ".");
 }

@@ -1,20 +1,11 @@
 #include "texts.h"
 
-#include <algorithm>
-
 namespace tembra::cli {
 namespace {
-
-bool isControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
 
 bool continuesCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
 
 }  // namespace
-
-std::string printable(std::string text) {
-  std::ranges::replace_if(text, isControl, '?');
-  return text;
-}
 
 std::string cutText(const std::string& text, std::size_t bytes) {
   if (text.size() <= bytes) return text;

@@ -15,9 +15,6 @@ template <std::size_t Size>
   return std::string(whole.substr(0, whole.find('\0')));
 }
 
-/// The same with control characters replaced, which must not reach a terminal.
-[[nodiscard]] std::string printable(std::string text);
-
 /// At most this many bytes, without leaving half a UTF-8 character at the end.
 [[nodiscard]] std::string cutText(const std::string& text, std::size_t bytes);
 

@@ -19,6 +19,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/printable.h"
+
 namespace {
 
 /// A level and the system log's priority for it: the more severe, the smaller.
@@ -124,13 +126,11 @@ bool isControl(char character) {
   return code < 0x20 || code == 0x7F;
 }
 
-// A text ends its own line at most: control characters at its ends go, those within become blanks.
+// A text ends its own line at most: control characters at its ends go, what steers a terminal becomes blanks.
 std::string oneLine(std::string_view text) {
   while (!text.empty() && isControl(text.front())) text.remove_prefix(1);
   while (!text.empty() && isControl(text.back())) text.remove_suffix(1);
-  std::string line(text);
-  std::replace_if(line.begin(), line.end(), isControl, ' ');
-  return line;
+  return tembra::printable(text, ' ');
 }
 
 }  // namespace

@@ -4,11 +4,13 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <system_error>
 #include <vector>
 
+#include "platform/printable.h"
 #include "sim/control/control_client.h"
 #include "sim/control/control_path.h"
 #include "sim/router.h"
@@ -43,23 +45,29 @@ int printDevices(const Arguments& arguments) {
   for (const ZwaveDevice& device : home.zwave.devices()) {
     std::printf("%-22s 0x%.2x/0x%.2x/0x%.2x  %2zu classes, %2zu values  %s\n", device.label.c_str(), device.basicClass,
                 device.genericClass, device.specificClass, device.commandClasses.size(), device.values.size(),
-                device.description.c_str());
+                tembra::printable(device.description).c_str());
   }
   for (const ZigbeeDevice& device : home.zigbee.devices()) {
     std::printf("%-22s ZigBee zone 0x%.4x  %2zu clusters  %s\n", device.label.c_str(), device.zoneType,
-                device.clusters.size(), device.description.c_str());
+                device.clusters.size(), tembra::printable(device.description).c_str());
   }
   std::printf("%-22s link button of the Hue bridges\n", std::string(kHueButton).c_str());
   return 0;
 }
 
+// Whoever listens at the control socket wrote them.
+void printLines(const std::string& text) {
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) std::cout << tembra::printable(line) << '\n';
+}
+
 int askRunning(const Arguments& arguments, const std::string& request) {
   const Outcome outcome = ask(arguments.router.control, request);
   if (outcome.done) {
-    std::cout << outcome.text << '\n';
+    printLines(outcome.text);
     return 0;
   }
-  std::cerr << "tembra-sim: " << outcome.text << '\n';
+  std::cerr << "tembra-sim: " << tembra::printable(outcome.text) << '\n';
   return kRefused;
 }
 
@@ -186,6 +194,6 @@ int main(int argc, char** argv) try {
   }
   return action(arguments);
 } catch (const std::exception& failure) {
-  std::cerr << "tembra-sim: " << failure.what() << '\n';
+  std::cerr << "tembra-sim: " << tembra::printable(failure.what()) << '\n';
   return kRefused;
 }

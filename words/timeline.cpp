@@ -6,6 +6,8 @@
 #include <ctime>
 #include <string>
 
+#include "platform/printable.h"
+
 namespace tembra::words {
 namespace {
 
@@ -33,7 +35,8 @@ void say(std::string_view from, std::string_view to, std::string_view what) {
   std::array<char, 32> seconds{};
   std::snprintf(seconds.data(), seconds.size(), "%8.3fs  ", uptime() - start);
   std::string line = seconds.data();
-  line.append(from).append(" -> ").append(to).append("   ").append(what).append("\n");
+  line.append(from).append(" -> ").append(to).append("   ").append(what);
+  line = printable(line) + "\n";
   std::fwrite(line.data(), 1, line.size(), stdout);
   std::fflush(stdout);
 }

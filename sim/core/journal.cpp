@@ -2,6 +2,7 @@
 
 #include <iostream>
 
+#include "platform/printable.h"
 #include "words/timeline.h"
 
 namespace tembra::sim {
@@ -14,12 +15,12 @@ void Journal::said(std::string_view from, std::string_view to, std::string_view 
 
 void Journal::found(std::string_view where, std::string_view mistake) {
   ++mistakes_;
-  std::cerr << "tembra-sim: FAULT FOUND by the " << where << ": " << mistake << std::endl;
+  std::cerr << "tembra-sim: FAULT FOUND by the " << where << ": " << printable(mistake) << std::endl;
 }
 
 void Journal::trouble(std::string_view what) {
   ++troubles_;
-  std::cerr << "tembra-sim: " << what << std::endl;
+  std::cerr << "tembra-sim: " << printable(what) << std::endl;
 }
 
 }  // namespace tembra::sim

@@ -52,13 +52,6 @@ bool zeroBehindText(const char (&field)[N]) {
   return text.size() < N && std::all_of(field + text.size(), field + N, [](char byte) { return byte == 0; });
 }
 
-/// A text of the caller's for the eyes of people: a question mark for whatever is no plain character.
-inline std::string readable(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char letter) { return letter < ' ' || letter > '~'; }, '?');
-  return text;
-}
-
 /// Writes a text into a zeroed field and always leaves a NUL.
 template <std::size_t N>
 void setText(char (&field)[N], std::string_view text) {

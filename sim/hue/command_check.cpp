@@ -30,7 +30,7 @@ std::vector<std::string> mistakesIn(const HueCommand& command, HueTexts texts) {
   const bool hasBridge = texts != HueTexts::kNone;
   const std::string bridgeId = textIn(command.bridgeId);
   if (hasBridge && !isBridgeId(bridgeId)) {
-    mistakes.push_back("a bridge id of the wrong form: \"" + readable(bridgeId) + "\"");
+    mistakes.push_back("a bridge id of the wrong form: \"" + bridgeId + "\"");
   }
   if (!allZero(command.at0) || !allZero(command.at224) || !wellFilled(command.bridgeId, hasBridge) ||
       !wellFilled(command.argument, texts == HueTexts::kBridgeAndArgument)) {

@@ -71,7 +71,7 @@ void HueServer::handle(Bytes datagram) {
   }
   for (const std::string& mistake : mistakesIn(received, command->texts)) found(mistake);
   const Request request{lowered(textIn(received.bridgeId)), textIn(received.argument)};
-  heard(std::string(command->name).append(request.bridgeId.empty() ? "" : " ").append(readable(request.bridgeId)));
+  heard(std::string(command->name).append(request.bridgeId.empty() ? "" : " ").append(request.bridgeId));
   stopWaiting();
   answers_.drop();
   surroundings().happenings.happened(command->happening);

@@ -54,7 +54,7 @@ void ZigbeeServer::handle(Bytes datagram) {
     return row.text == text && row.argument == argument;
   });
   if (command == std::end(kCommands)) {
-    found("an unknown command: \"" + readable(text) + "\", argument \"" + readable(argument) + "\"");
+    found("an unknown command: \"" + text + "\", argument \"" + argument + "\"");
     return;
   }
   if (!zeroBehindText(request.command) || !zeroBehindText(request.argument)) {

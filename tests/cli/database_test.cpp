@@ -27,6 +27,7 @@ TEST(Devices, AreListedWithWhatTheDatabaseTellsOfThem) {
     put(database.get(), "2.2", std::string(92, 'x'));
     put(database.get(), "6", record(6, "Button", "KeyFob", 1, 0, 0xABC));
     put(database.get(), "5", std::string("\5\0\0\0short", 9));
+    put(database.get(), "8", record(8, "\x9b\xc2\x9b\xe2\x80\xaemoor", "HueLamp", 3, 0, 0));
   }
   const std::string before = readFile(kDatabase);
   const Ended devices = runAssoc({"devices"});
@@ -36,14 +37,15 @@ TEST(Devices, AreListedWithWhatTheDatabaseTellsOfThem) {
             "2   Tür       Siren    Z-Wave  5        2\n"
             "5   short              other            0\n"
             "6   Button    KeyFob   ZigBee  0x0abc   0\n"
-            "7   Lamp?[2J  HueLamp  IP               0\n");
+            "7   Lamp?[2J  HueLamp  IP               0\n"
+            "8   ???moor   HueLamp  IP               0\n");
   EXPECT_EQ(readFile(kDatabase), before);
 }
 
-TEST(Devices, AreJsonObjectsAndKeepTheirBytes) {
-  put(openWriter().get(), "2", record(2, "T\xFFr \"x\"", "Siren", 2, 5, 0));
+TEST(Devices, AreJsonObjectsInAscii) {
+  put(openWriter().get(), "2", record(2, "T\xFFr \"x\" \xc3\xbc\xc2\x9b\x7f", "Siren", 2, 5, 0));
   EXPECT_EQ(runAssoc({"devices", "--json"}).output,
-            "{\"id\":2,\"name\":\"T\xEF\xBF\xBDr \\\"x\\\"\",\"type\":\"Siren\",\"radio\":\"Z-Wave\",\"address\":\"5\","
+            "{\"id\":2,\"name\":\"T\\ufffdr \\\"x\\\" \\u00fc\\u009b\\u007f\",\"type\":\"Siren\",\"radio\":\"Z-Wave\",\"address\":\"5\","
             "\"values\":0}\n");
 }
 

@@ -3,6 +3,8 @@
 
 #include <cstring>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "support/database.h"
 #include "support/program.h"
@@ -45,16 +47,49 @@ TEST(HueList, OfAHomeWithoutBridgesIsAHeading) {
   EXPECT_NE(list.errors.find("there is no device database yet at /tmp/ddb"), std::string::npos) << list.errors;
 }
 
-// The library copies users as they are.
-TEST(HueList, WhoseUserBreaksTheJsonIsToldRaw) {
-  putLamp(openWriter().get(), 1, "a1b2c3fffe0a1b2c",
-          "some\"\x1b"
-          "body");
-  const Ended list = runAssoc({"hue", "list"});
-  EXPECT_EQ(list.status, 1);
-  EXPECT_EQ(list.sentence(),
-            "tembra-assoc: the library's list of bridges is no JSON: "
-            "{\"MAClist\":[{\"mac\":\"a1:b2:c3:0a:1b:2c\",\"username\":\"some\"?body\"}]}");
+struct Injection {
+  const char* what;
+  const char* user;
+};
+
+// Nobody checks a user on its way from a bridge into the database, and the library copies it as it is.
+const Injection kInjections[] = {
+    {"the end of its text",
+     "some\"\x1b"
+     "body"},
+    {"another list", R"(u"}],"MAClist":[{"mac":"x","username":"v)"},
+    {"another member", R"(u","username":"v)"},
+    {"a member more", R"(u","role":"v)"},
+    {"another bridge", R"(u"},{"mac":"x","username":"v)"},
+    {"another kind of value", R"(u"},5,{"username":")"},
+    {"an escape", R"(\u0041)"},
+    {"a line of its own", "u\nv"},
+    {"no UTF-8", "u\xFF"},
+};
+
+TEST(HueList, IsRefusedWhenAUserBreaksIt) {
+  for (const Injection& injection : kInjections) {
+    std::filesystem::remove(kDatabase);
+    putLamp(openWriter().get(), 1, "a1b2c3fffe0a1b2c", injection.user);
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"hue", "list"}, {"hue", "list", "--json"}}) {
+      const Ended list = runAssoc(command);
+      EXPECT_EQ(list.status, 1) << injection.what;
+      EXPECT_EQ(list.output, "") << injection.what;
+      EXPECT_NE(list.sentence().find("list of bridges"), std::string::npos) << injection.what << list.errors;
+      EXPECT_EQ(list.sentence().find('\x1b'), std::string::npos);
+    }
+  }
+}
+
+TEST(HueList, ShowsAUserWithoutWhatSteersATerminal) {
+  putLamp(openWriter().get(), 1, "a1b2c3fffe0a1b2c", "\xc2\x9b\x32Jmo\xc3\xbc\xe2\x80\xaeor");
+  EXPECT_EQ(runAssoc({"hue", "list"}).output,
+            "Bridge             User\n"
+            "a1:b2:c3:0a:1b:2c  ?2Jmo\xc3\xbc?or\n");
+  EXPECT_EQ(runAssoc({"hue", "list", "--json"}).output,
+            R"({"MAClist":[{"mac":"a1:b2:c3:0a:1b:2c","username":"\u009b2Jmo\u00fc\u202eor"}]})"
+            "\n");
 }
 
 TEST(HueList, IsRefusedWhereTheLibraryWouldDeleteTheDatabase) {

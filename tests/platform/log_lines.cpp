@@ -34,7 +34,7 @@ void everyLevel() {
 
 void oddTexts() {
   for (const char* text : {"", "\n", "ends\n", "\r\nbegins", "one\ntwo\r\nthree", "%s %n {} {0}", "\x1b[31mred\ttab",
-                           " blanks stay ", "caf\xc3\xa9"}) {
+                           " blanks stay ", "caf\xc3\xa9", "\xc2\x9b\x9b\x33m\xe2\x80\xaemoor"}) {
     say(2, text);
   }
   say(2, nullptr);

@@ -122,7 +122,7 @@ TEST(Logger, WritesOneLineWhateverTheTextHolds) {
   const Ended outcome = logLines("odd-texts", {});
   EXPECT_EQ(messages(outcome.errors),
             (Lines{"error: ", "error: ", "error: ends", "error: begins", "error: one two  three", "error: %s %n {} {0}",
-                   "error: [31mred tab", "error:  blanks stay ", "error: caf\xc3\xa9", "error: (no text)",
+                   "error: [31mred tab", "error:  blanks stay ", "error: caf\xc3\xa9", "error:   3m moor", "error: (no text)",
                    "error: " + std::string(5000, 'x')}));
 }
 

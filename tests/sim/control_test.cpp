@@ -1,13 +1,17 @@
 // Starting, asking and ending the program.
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "sim/control/control_path.h"
+#include "sim/core/descriptor.h"
 #include "support/caller.h"
 #include "support/running_sim.h"
 
@@ -143,6 +147,25 @@ TEST(Requests, StatusNamesEveryServerAndDevice) {
         "Nest server: answering, linked\n", "ZigBee devices joined: 1\n", "  address 0x1a01  zb-plug\n"}) {
     EXPECT_NE(status.find(line), std::string::npos) << status;
   }
+}
+
+// Somebody else may have bound the path.
+TEST(Requests, ShowAnAnswerWithoutWhatSteersATerminal) {
+  const Descriptor listener(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+  const sockaddr_un address = controlAddress("/tmp/foreign.sock");
+  ASSERT_EQ(bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(listen(listener.get(), 2), 0);
+  std::thread stranger([&listener] {
+    for (const std::string answer : {"+one\n\x1b[2Jtwo\xc2\x9b", "-no\n\x9bway"}) {
+      const Descriptor client(accept(listener.get(), nullptr, nullptr));
+      char request[64];
+      recv(client.get(), request, sizeof request, 0);
+      send(client.get(), answer.data(), answer.size(), MSG_NOSIGNAL);
+    }
+  });
+  EXPECT_EQ(simulator({"status", "--control", "/tmp/foreign.sock"}).output, "one\n?[2Jtwo?\n");
+  EXPECT_EQ(simulator({"status", "--control", "/tmp/foreign.sock"}).errors, "tembra-sim: no??way\n");
+  stranger.join();
 }
 
 TEST(Requests, UnknownWordsAreRefused) {

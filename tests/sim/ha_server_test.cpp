@@ -70,6 +70,17 @@ TEST_F(HaServerTest, StoresAnAddedNode) {
   EXPECT_EQ(sim.stop(), 0);
 }
 
+TEST(HaServerTimeline, ShowsANameWithoutWhatSteersATerminal) {
+  Caller caller;
+  RunningSim sim({"--timeline"});
+  ZwNodeInfo block = addedNode(7, DEVTYPE_BINARY_SWITCH);
+  setText(block.name, "\x1b[2J\n\x9b\xc2\x9b\xe2\x80\xaemoor");
+  caller.notice(RECORD_ZWAVE, bytesOf(block));
+  sim.stop();
+  const std::string output = sim.program().output();
+  EXPECT_NE(output.find("device 1 stored: ?[2J????moor\n"), std::string::npos) << output;
+}
+
 TEST_F(HaServerTest, StoresOneIndexRecordForEachEntryOfTheTable) {
   ZwNodeInfo block = addedNode(7, DEVTYPE_GENERIC_DEVICE);
   block.indexes[0] = {INDEX_SWITCH, 1};

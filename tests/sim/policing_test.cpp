@@ -137,7 +137,7 @@ std::vector<Misdeed> zigbeeMisdeeds() {
       {"WrongArgument", kZigbeeServer, zigbeeCommand("option button1", "remove"),
        R"(an unknown command: "option button1", argument "remove")"},
       {"ResetWithArgument", kZigbeeServer, zigbeeCommand("n l", "IAS"), "an unknown command: \"n l\", argument"},
-      {"UnprintableText", kZigbeeServer, zigbeeCommand("n\n\x1b", ""), "an unknown command: \"n??\""},
+      {"UnprintableText", kZigbeeServer, zigbeeCommand("n\n\x1b\xc2\x9b\x9b", ""), "an unknown command: \"n????\""},
       {"EndlessTexts", kZigbeeServer, Datagram(320, 'x'), "an unknown command: \"xxx"},
       {"StrayByteBehindText", kZigbeeServer, zigbeeCommand(" ", "remove", 2), unused},
       {"StrayByteBeforeArgument", kZigbeeServer, zigbeeCommand(" ", "remove", 179), unused},
