@@ -9,6 +9,7 @@
 #include "commands.h"
 #include "connection.h"
 #include "event_report.h"
+#include "failure.h"
 #include "ip_operation.h"
 #include "questions.h"
 
@@ -23,8 +24,26 @@ constexpr Refusal kNestRefusals[] = {
     {EVENT_NEST_46, "the Nest server failed to do it; for a link the authorisation code may be wrong."},
 };
 
-void linkNest(const Context& context, const std::string& code) {
+// The library would cut it without a word.
+std::string checkCode(const std::string& code) {
+  constexpr std::size_t kLongest = sizeof NestCommand::text - 1;
+  return code.size() <= kLongest ? "" : "the code is longer than " + std::to_string(kLongest) + " bytes";
+}
+
+std::string codeOf(const Context& context, const std::string& argument) {
+  if (argument != "-") {
+    complain("every user of this machine can see the code on the command line; \"nest link -\" asks for it instead.");
+    return argument;
+  }
+  const std::string code = askSecret(context, "The account's authorisation code");
+  if (code.empty()) throw Failure(kUsage, "no code was given.");
+  if (const std::string mistake = checkCode(code); !mistake.empty()) throw Failure(kUsage, mistake + ".");
+  return code;
+}
+
+void linkNest(const Context& context, const std::string& argument) {
   // The code is a secret, which nothing on the screen shows.
+  const std::string code = codeOf(context, argument);
   const auto give = [code = std::string(code)](TembraAssociation& service) mutable { service.Nest_add(code.data()); };
   static_cast<void>(askServer(context, {SERVER_NEST, "Nest_add(code)", give, "Linking the Nest account", ""}, kLinked,
                               kNestRefusals));
@@ -45,12 +64,6 @@ void tellNestStatus(const Context& context) {
   printLine(linked ? "A Nest account is linked." : "No Nest account is linked.");
 }
 
-// The library would cut it without a word.
-std::string checkCode(const std::string& code) {
-  constexpr std::size_t kLongest = sizeof NestCommand::text - 1;
-  return code.size() <= kLongest ? "" : "the code is longer than " + std::to_string(kLongest) + " bytes";
-}
-
 }  // namespace
 
 void declareNest(CLI::App& program, Action& action) {
@@ -59,7 +72,9 @@ void declareNest(CLI::App& program, Action& action) {
   status->callback([&action] { action = tellNestStatus; });
   CLI::App* link = nest->add_subcommand("link", "link a Nest account");
   auto code = std::make_shared<std::string>();
-  link->add_option("code", *code, "the account's authorisation code")->check(checkCode)->required();
+  link->add_option("code", *code, "the account's authorisation code; - to be asked for it, or from standard input")
+      ->check(checkCode)
+      ->required();
   link->callback([&action, code] { action = [code](const Context& context) { linkNest(context, *code); }; });
   CLI::App* unlink = nest->add_subcommand("unlink", "unlink the Nest account");
   unlink->callback([&action] { action = unlinkNest; });

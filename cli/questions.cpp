@@ -1,5 +1,8 @@
 #include "questions.h"
 
+#include <termios.h>
+#include <unistd.h>
+
 #include <iostream>
 #include <optional>
 
@@ -26,6 +29,25 @@ std::optional<std::string> ask(const Context& context, const std::string& questi
   }
 }
 
+/// While it lives, the terminal does not show what is typed.
+class Unseen {
+ public:
+  Unseen() : isTerminal_(tcgetattr(STDIN_FILENO, &before_) == 0) {
+    termios unseen = before_;
+    unseen.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    if (isTerminal_) tcsetattr(STDIN_FILENO, TCSAFLUSH, &unseen);
+  }
+  ~Unseen() {
+    if (isTerminal_) tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
+  }
+  Unseen(const Unseen&) = delete;
+  Unseen& operator=(const Unseen&) = delete;
+
+ private:
+  termios before_{};
+  bool isTerminal_;
+};
+
 // Nothing when the answer is neither a number from 1 on nor one of the choices.
 std::optional<std::size_t> pick(const std::vector<std::string>& choices, const std::string& answer) {
   for (std::size_t i = 0; i < choices.size(); ++i) {
@@ -48,6 +70,16 @@ std::string askText(const Context& context, const std::string& question, const s
                     const OnEvent& onEvent) {
   const auto answer = ask(context, question + " [" + proposal + "]: ", onEvent);
   return !answer || answer->empty() ? proposal : *answer;
+}
+
+std::string askSecret(const Context& context, const std::string& question) {
+  const bool asked = isatty(STDIN_FILENO) == 1;
+  const Unseen unseen;
+  context.display.makeRoom();
+  if (asked) std::cerr << question << " (it is not shown): " << std::flush;
+  const auto answer = context.attention.readLine([] {});
+  if (asked) std::cerr << std::endl;
+  return answer.value_or("");
 }
 
 std::size_t askChoice(const Context& context, const std::string& question, const std::vector<std::string>& choices,

@@ -25,6 +25,10 @@ void confirm(const Context& context, const std::string& consequence);
 [[nodiscard]] std::size_t askChoice(const Context& context, const std::string& question,
                                     const std::vector<std::string>& choices, const OnEvent& onEvent);
 
+/// A line that no screen shows: from the user at the terminal, or from what else standard input is. Empty when there is
+/// none.
+[[nodiscard]] std::string askSecret(const Context& context, const std::string& question);
+
 }  // namespace tembra::cli
 
 #endif

@@ -81,7 +81,7 @@ assoc hue add 02:a1:b2:0c:00:01
 assoc hue list
 
 headline "A Nest account is linked; the web server lets go of the connection after each answer"
-assoc nest link an-authorisation-code --role web
+assoc nest link - --role web <<<an-authorisation-code
 
 headline "The devices of the database"
 stop_router

@@ -24,7 +24,7 @@ struct ServerAnswer {
   const char* fault;
   int status;
   const char* event;     ///< the line that tells it; empty: none
-  const char* sentence;  ///< why it failed
+  const char* sentence;  ///< the last complaint; empty: none
 };
 
 void PrintTo(const ServerAnswer& row, std::ostream* out) { *out << row.name; }
@@ -55,7 +55,8 @@ const ServerAnswer kServerAnswers[] = {
      "the Nest server gave the answer to another command: NEST_44 (the Nest server answered command 100)."},
     {"Nest100WithAnotherStatus", kLinkWithoutCode, "nest:code=100:always", 1, "NEST_44 from Nest: status -1, value 0\n",
      "the Nest server gave the answer to another command: NEST_44 (the Nest server answered command 100)."},
-    {"Nest121", kLink, "nest:code=121:always", 0, "NEST_41 from Nest\n", ""},
+    {"Nest121", kLink, "nest:code=121:always", 0, "NEST_41 from Nest\n",
+     "every user of this machine can see the code on the command line; \"nest link -\" asks for it instead."},
     {"Nest122", kUnlink, "nest:code=122:always", 0, "NEST_43 from Nest\n", ""},
     {"Nest122ToALink", kLink, "nest:code=122:always", 1, "NEST_43 from Nest\n",
      "the Nest server gave the answer to another command: NEST_43 (the Nest server answered command 122)."},

@@ -10,6 +10,18 @@
 namespace tembra::test {
 namespace {
 
+// `script` starts the command as "$@".
+std::vector<std::string> linkBy(const std::string& script) {
+  std::vector<std::string> command = {"/bin/sh", "-c", script, "sh"};
+  for (const std::string& word : assocCommand({"nest", "link", "-"})) command.push_back(word);
+  return command;
+}
+
+Ended linkFrom(const std::string& input) {
+  writeFile("/tmp/input", input);
+  return Program(linkBy("\"$@\" </tmp/input")).end();
+}
+
 TEST(Nest, AccountIsLinkedAndUnlinked) {
   SimRouter router;
   const std::string code(247, 'c');
@@ -49,6 +61,55 @@ TEST(Nest, FailsWhenAnotherFrontEndHasTheConnection) {
   const UdpListener otherFrontEnd("127.255.255.4", 8888);
   EXPECT_EQ(runAssoc({"nest", "unlink", "--yes"}).status, 3);
   EXPECT_EQ(server.take(), std::nullopt);
+}
+
+TEST(Nest, TheCodeComesFromStandardInput) {
+  SimRouter router;
+  const Ended linked = linkFrom("a code\nmore");
+  EXPECT_EQ(linked.status, 0) << linked.errors;
+  EXPECT_EQ(linked.errors, "");
+  EXPECT_EQ(readFile("/tmp/Authcode"), "a code");
+  router.stop();
+}
+
+TEST(Nest, WithoutACodeThatFitsNothingIsSent) {
+  const UdpListener server("127.255.255.251", 8888);
+  const Ended none = runAssoc({"nest", "link", "-"});
+  EXPECT_EQ(none.status, 2);
+  EXPECT_EQ(none.sentence(), "tembra-assoc: no code was given.");
+  const Ended tooLong = linkFrom(std::string(248, 'x'));
+  EXPECT_EQ(tooLong.status, 2);
+  EXPECT_EQ(tooLong.sentence(), "tembra-assoc: the code is longer than 247 bytes.");
+  EXPECT_EQ(server.take(), std::nullopt);
+}
+
+TEST(Nest, ACodeOnTheCommandLineIsSeenByEverybody) {
+  const Ended ended = runAssoc({"nest", "link", "code"});
+  EXPECT_TRUE(
+      ended.errors.starts_with("tembra-assoc: every user of this machine can see the code on the command line; "
+                               "\"nest link -\" asks for it instead.\n"))
+      << ended.errors;
+}
+
+TEST(TerminalNest, DoesNotShowTheCode) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"nest", "link", "-"}));
+  terminal.waitFor("The account's authorisation code (it is not shown): ");
+  terminal.type("SECRET123\r");
+  terminal.waitFor("Linked the Nest account.");
+  EXPECT_EQ(terminal.end(), 0);
+  EXPECT_EQ(terminal.screen().find("SECRET"), std::string::npos) << terminal.screen();
+  EXPECT_EQ(readFile("/tmp/Authcode"), "SECRET123");
+  router.stop();
+}
+
+// A terminal without its echo is of no use to the next program.
+TEST(TerminalNest, ShowsWhatIsTypedAgainAfterAnInterruption) {
+  Terminal terminal(linkBy("trap : INT; \"$@\"; stty -a"));
+  terminal.waitFor("(it is not shown): ");
+  terminal.type("\x03");
+  terminal.waitFor(" echo ");
+  EXPECT_EQ(terminal.end(), 0);
 }
 
 TEST(TerminalNest, AsksBeforeItUnlinks) {

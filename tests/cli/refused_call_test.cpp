@@ -54,7 +54,7 @@ const RefusedCall kNoConnections[] = {
     {"SendingOfACancel", "sendto", {"cancel"}, kNotSent},
     {"SendingOfAReset", "sendto", {"reset", "zwave", "--yes"}, kNotSent},
     {"SendingOfAHueCommand", "sendto", {"hue", "discover"}, kNotSent},
-    {"SendingOfANestCommand", "sendto", {"nest", "link", "code"}, kNotSent},
+    {"SendingOfANestCommand", "sendto", {"nest", "unlink", "--yes"}, kNotSent},
 };
 
 class RefusedCallTest : public testing::TestWithParam<RefusedCall> {};
