@@ -52,17 +52,22 @@ struct Target {
   int descriptor = STDERR_FILENO;
 };
 
-// The file that is appended to, or standard error; children of the process get no copy of the file's descriptor.
+std::string reasonOf(int error) {
+  return error == ELOOP ? "it is a link, which is not followed" : std::generic_category().message(error);
+}
+
+// The file that is appended to, or standard error; children of the process get no copy of the file's descriptor. No
+// link: where others may write, a link could lead to any file.
 int openFile(const std::string& path) {
-  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW, 0666);
   if (file >= 0) return file;
   std::fprintf(stderr, "tembra log: cannot write to %s: %s; logging to standard error instead\n", path.c_str(),
-               std::generic_category().message(errno).c_str());
+               reasonOf(errno).c_str());
   return STDERR_FILENO;
 }
 
 std::string setting(const char* variable, const char* otherwise) {
-  const char* value = std::getenv(variable);
+  const char* value = secure_getenv(variable);  // none where the program has other rights than its user
   return value != nullptr && *value != '\0' ? value : otherwise;
 }
 

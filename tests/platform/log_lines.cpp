@@ -26,10 +26,24 @@ extern "C" void syslog(int priority, const char* format, ...) {
 
 namespace {
 
+bool hasOtherRights = false;
+
+}  // namespace
+
+// As the C library answers in a program that runs with other rights than its user's.
+extern "C" char* secure_getenv(const char* name) noexcept { return hasOtherRights ? nullptr : std::getenv(name); }
+
+namespace {
+
 void say(int level, const char* text) { Logger::getInstance()->Log(level, text); }
 
 void everyLevel() {
   for (int level = 0; level <= 3; ++level) say(level, ("said at " + std::to_string(level)).c_str());
+}
+
+void everyLevelWithOtherRights() {
+  hasOtherRights = true;
+  everyLevel();
 }
 
 void oddTexts() {
@@ -67,11 +81,10 @@ void outliveMain() {
   std::this_thread::sleep_for(std::chrono::milliseconds(5));
 }
 
-const std::map<std::string, std::function<void()>> kActions = {{"every-level", everyLevel},
-                                                               {"odd-texts", oddTexts},
-                                                               {"odd-levels", oddLevels},
-                                                               {"threads", manyThreads},
-                                                               {"outlive-main", outliveMain}};
+const std::map<std::string, std::function<void()>> kActions = {
+    {"every-level", everyLevel}, {"other-rights", everyLevelWithOtherRights},
+    {"odd-texts", oddTexts},     {"odd-levels", oddLevels},
+    {"threads", manyThreads},    {"outlive-main", outliveMain}};
 
 }  // namespace
 

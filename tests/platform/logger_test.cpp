@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
@@ -111,6 +112,27 @@ TEST(Logger, SaysOnceThatAFileCannotBeWrittenAndTakesStandardError) {
   EXPECT_EQ(outcome.status, 0);
 }
 
+// In a folder that others may write, a link can lead to any file.
+TEST(Logger, FollowsNoLinkToAFile) {
+  const std::string link = "/tmp/link";
+  const std::string file = "/tmp/file";
+  std::filesystem::create_symlink(file, link);
+  const Ended ended = logLines("every-level", {{"TEMBRA_LOG", link}});
+  EXPECT_EQ(messages(ended.errors),
+            (Lines{"tembra log: cannot write to " + link +
+                       ": it is a link, which is not followed; logging to standard error instead",
+                   "warning: said at 1", "error: said at 2"}));
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+// Else its user would have a file of another user's written.
+TEST(Logger, TakesNoSettingsInAProgramWithOtherRights) {
+  const std::string path = "/tmp/log";
+  const Ended ended = logLines("other-rights", {{"TEMBRA_LOG", path}, {"TEMBRA_LOG_LEVEL", "error"}});
+  EXPECT_EQ(messages(ended.errors), (Lines{"warning: said at 1", "error: said at 2"}));
+  EXPECT_FALSE(std::filesystem::exists(path));
+}
+
 TEST(Logger, MakesNoFolderForAFile) {
   const std::string folder = "/tmp/no-folder";
   const Ended outcome = logLines("every-level", {{"TEMBRA_LOG", folder + "/log"}});
@@ -122,8 +144,8 @@ TEST(Logger, WritesOneLineWhateverTheTextHolds) {
   const Ended outcome = logLines("odd-texts", {});
   EXPECT_EQ(messages(outcome.errors),
             (Lines{"error: ", "error: ", "error: ends", "error: begins", "error: one two  three", "error: %s %n {} {0}",
-                   "error: [31mred tab", "error:  blanks stay ", "error: caf\xc3\xa9", "error:   3m moor", "error: (no text)",
-                   "error: " + std::string(5000, 'x')}));
+                   "error: [31mred tab", "error:  blanks stay ", "error: caf\xc3\xa9", "error:   3m moor",
+                   "error: (no text)", "error: " + std::string(5000, 'x')}));
 }
 
 TEST(Logger, TakesUnknownLevelsForErrors) {
