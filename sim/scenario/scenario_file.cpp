@@ -19,7 +19,10 @@ using std::chrono::milliseconds;
 [[noreturn]] void refuse(const std::string& sentence) { throw std::runtime_error(sentence); }
 
 milliseconds secondsFrom(const json& value) {
-  if (!value.is_number() || value.get<double>() < 0) refuse(value.dump() + " is not a number of seconds");
+  constexpr double kYear = 365 * 24 * 3600;  // what is far longer does not fit the clock
+  if (!value.is_number() || value.get<double>() < 0 || value.get<double>() > kYear) {
+    refuse(value.dump() + " is not a number of seconds, a year at most");
+  }
   return std::chrono::round<milliseconds>(std::chrono::duration<double>(value.get<double>()));
 }
 
