@@ -15,6 +15,7 @@
 namespace tembra::sim {
 
 Outcome ask(const std::string& controlPath, const std::string& request) {
+  checkControlFolder(controlPath);
   const sockaddr_un address = controlAddress(controlPath);
   const Descriptor socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
   constexpr timeval patience{.tv_sec = 10, .tv_usec = 0};

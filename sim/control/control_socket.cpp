@@ -35,6 +35,8 @@ void removeDeadSocket(const std::string& path, const sockaddr_un& address) {
 }
 
 Descriptor listenAt(const std::string& path) {
+  makeControlFolder(path);
+  checkControlFolder(path);
   const sockaddr_un address = controlAddress(path);
   removeDeadSocket(path, address);
   Descriptor listener = newSocket();

@@ -70,8 +70,40 @@ TEST(Program, ASecondSimulatorFindsTheAddressTaken) {
 TEST(ControlSocket, IsForThisUserOnly) {
   const RunningSim sim;
   struct stat status {};
-  ASSERT_EQ(stat(kControl, &status), 0);
+  ASSERT_EQ(stat(kControl.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST(ControlSocket, IsInAFolderForThisUserOnly) {
+  const RunningSim sim;
+  struct stat status {};
+  ASSERT_EQ(stat(std::filesystem::path(kControl).parent_path().c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0700U);
+}
+
+// Whoever may enter the folder may put a socket of its own there.
+void makeOpenFolder(const std::filesystem::path& folder) {
+  std::filesystem::create_directory(folder);
+  std::filesystem::permissions(folder, std::filesystem::perms::all);
+}
+void makeLink(const std::filesystem::path& folder) {
+  std::filesystem::create_directory("/tmp/elsewhere");
+  std::filesystem::permissions("/tmp/elsewhere", std::filesystem::perms::owner_all);
+  std::filesystem::create_symlink("/tmp/elsewhere", folder);
+}
+
+TEST(ControlSocket, IsNotSoughtInAFolderThatIsNotThisUsersAlone) {
+  const std::filesystem::path folder = std::filesystem::path(kControl).parent_path();
+  for (const auto make : {makeOpenFolder, makeLink}) {
+    std::filesystem::remove_all(folder);
+    make(folder);
+    for (const auto* command : {"run", "status"}) {
+      const kit::Ended result = simulator({command});
+      EXPECT_EQ(result.status, 1);
+      EXPECT_EQ(result.errors, "tembra-sim: " + folder.string() +
+                                   " is not a folder for you alone; choose another control socket with --control\n");
+    }
+  }
 }
 
 TEST(ControlSocket, OfAKilledSimulatorIsTakenOver) {
@@ -87,6 +119,7 @@ TEST(ControlSocket, OfAKilledSimulatorIsTakenOver) {
 }
 
 TEST(ControlSocket, NeverReplacesAnotherFile) {
+  makeControlFolder(kControl);
   std::ofstream(kControl) << "precious";
   RunningSim sim;
   EXPECT_EQ(sim.program().end().status, 1);
@@ -96,7 +129,7 @@ TEST(ControlSocket, NeverReplacesAnotherFile) {
 TEST(Requests, WithoutASimulatorAreRefusedInOneSentence) {
   const kit::Ended result = simulator({"status"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.errors, "tembra-sim: no simulator listens at /tmp/tembra-sim.sock: No such file or directory\n");
+  EXPECT_EQ(result.errors, "tembra-sim: no simulator listens at " + kControl + ": No such file or directory\n");
 }
 
 TEST(Requests, TellTheirOutcomeByExitStatusAndText) {

@@ -6,11 +6,12 @@
 #include <vector>
 
 #include "kit/program.h"
+#include "sim/control/control_path.h"
 #include "sim/core/outcome.h"
 
 namespace tembra::sim::test {
 
-inline constexpr const char* kControl = "/tmp/tembra-sim.sock";
+inline const std::string kControl = defaultControlPath();
 
 /// How tembra-sim ends with these arguments.
 [[nodiscard]] kit::Ended simulator(std::vector<std::string> arguments);
