@@ -1,5 +1,8 @@
 # shellcheck shell=bash
 # The Debian packages that the project is built and tested with. To be sourced; then: need_packages PACKAGE...
+# install_without_asking, when set, is the script's option --yes.
+
+tested_packages=$(dirname "${BASH_SOURCE[0]}")/tested-packages
 
 # What building and demonstrating takes.
 demo_packages=(g++ cmake ninja-build pkgconf libqdbm-dev libcli11-dev libjsmn-dev nlohmann-json3-dev)
@@ -30,17 +33,38 @@ apt_get_as_root() {
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get "$@"
 }
 
-# Installs those of the packages that are missing. Where it cannot, prints them and ends the script with status 1.
+# Asks a person at the terminal. Nobody is asked after --yes, in continuous integration and where there is no terminal.
+may_install() {
+  if [[ -n ${install_without_asking-} || -n ${CI-} || ! -t 0 ]]; then return 0; fi
+  local answer
+  read -r -p "Install them now, as root, with apt-get? [y/N] " answer || return
+  [[ $answer == [yY] || $answer == yes ]]
+}
+
+# Says which of the packages have another version than the one that the tests last passed with.
+tell_other_versions() {
+  local package tested here others=()
+  for package; do
+    tested=$(sed --quiet "s/^$package //p" "$tested_packages")
+    here=$(dpkg-query --show --showformat '${Version}' "$package")
+    [[ $here == "$tested" ]] || others+=("$package $here (tested: $tested)")
+  done
+  ((${#others[@]} == 0)) || printf 'Other versions than the tested ones: %s\n' "$(printf '%s, ' "${others[@]}")" >&2
+}
+
+# Says which of the packages are missing and installs them. Where it may not or cannot, ends the script with status 1.
 need_packages() {
   local package missing=()
   for package; do
     is_installed "$package" || missing+=("$package")
   done
-  ((${#missing[@]} > 0)) || return 0
-  echo "Installing ${missing[*]}"
-  if apt_get_as_root update && apt_get_as_root install --yes --no-install-recommends "${missing[@]}"; then
-    return 0
+  if ((${#missing[@]} > 0)); then
+    echo "These Debian packages are missing: ${missing[*]}"
+    if ! may_install || ! apt_get_as_root update ||
+      ! apt_get_as_root install --yes --no-install-recommends "${missing[@]}"; then
+      echo "These Debian packages are needed and were not installed: ${missing[*]}" >&2
+      exit 1
+    fi
   fi
-  echo "These Debian packages are needed and could not be installed: ${missing[*]}" >&2
-  exit 1
+  tell_other_versions "$@"
 }
