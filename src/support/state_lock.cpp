@@ -9,23 +9,24 @@
 namespace tembra {
 namespace {
 
-// Its waits are measured by the monotonic clock: the time of day may jump. Never destroyed, because the receive thread
-// may outlive the process's static objects.
-struct Changed {
-  Changed() noexcept {
-    pthread_condattr_t attributes;
-    pthread_condattr_init(&attributes);
-    pthread_condattr_setclock(&attributes, CLOCK_MONOTONIC);
-    pthread_cond_init(&condition, &attributes);
-  }
-  pthread_cond_t condition{};
-};
-
 constexpr long kLongestWaitSeconds = 2;
 
 constinit std::mutex mutex;
-Changed changed;
 thread_local int heldDepth = 0;
+
+pthread_cond_t changed;
+bool isChangedMade = false;
+int waiting = 0;
+
+// Measures the waits by the monotonic clock, because the time of day may jump. Made for the first wait: nothing of the
+// library runs when it is loaded. Never destroyed, because the receive thread may outlive the process's statics.
+void makeChanged() {
+  if (std::exchange(isChangedMade, true)) return;
+  pthread_condattr_t attributes;
+  pthread_condattr_init(&attributes);
+  pthread_condattr_setclock(&attributes, CLOCK_MONOTONIC);
+  pthread_cond_init(&changed, &attributes);
+}
 
 }  // namespace
 
@@ -49,13 +50,18 @@ StateUnlocked::~StateUnlocked() {
 
 // The depth stays as it is: the waiting thread does nothing meanwhile.
 void waitWhile(bool (*isUnderWay)()) {
+  makeChanged();
   timespec end{};
   clock_gettime(CLOCK_MONOTONIC, &end);
   end.tv_sec += kLongestWaitSeconds;
-  while (isUnderWay() && pthread_cond_timedwait(&changed.condition, mutex.native_handle(), &end) == 0) {
+  ++waiting;
+  while (isUnderWay() && pthread_cond_timedwait(&changed, mutex.native_handle(), &end) == 0) {
   }
+  --waiting;
 }
 
-void announceChange() { pthread_cond_broadcast(&changed.condition); }
+void announceChange() {
+  if (waiting > 0) pthread_cond_broadcast(&changed);
+}
 
 }  // namespace tembra
