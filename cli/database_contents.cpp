@@ -5,8 +5,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "database/depot_file.h"
-#include "database/file_check.h"
+#include "depot/walk.h"
 
 namespace tembra::cli {
 namespace {
@@ -14,12 +13,12 @@ namespace {
 constexpr int kLongestKey = 1024;
 constexpr int kLongestValue = sizeof(DeviceRecord);
 
-bool readBytes(DepotFile& file, long long offset, int length, std::string& text) {
+bool readBytes(depot::File& file, long long offset, int length, std::string& text) {
   text.resize(static_cast<std::size_t>(length));
   return file.read(offset, text.data(), text.size());
 }
 
-std::optional<StoredRecord> readStored(DepotFile& file, long long offset, const DepotRecord& record) {
+std::optional<StoredRecord> readStored(depot::File& file, long long offset, const depot::Record& record) {
   StoredRecord stored;
   const bool isRead =
       record.keySize <= kLongestKey &&
@@ -31,16 +30,17 @@ std::optional<StoredRecord> readStored(DepotFile& file, long long offset, const 
 }  // namespace
 
 DatabaseContents readContents(DEPOT* depot) {
-  DepotFile file(dpfdesc(depot));
-  DatabaseContents contents{{}, isSafeToRead(dpfdesc(depot))};
-  DepotHeader header{};
+  depot::File file(dpfdesc(depot));
+  depot::Header header{};
   long long end = file.read(0, header) ? header.firstRecord() : 0;
-  forEachRecord(file, header, [&](long long offset, const DepotRecord& record) {
+  DatabaseContents contents{{}, depot::walk(file, header).isInOrder};
+  depot::forEachRecord(file, header, [&](long long offset, const depot::Record& record) {
     end = offset + record.end();
-    if (record.isDeleted()) return;
+    if (record.isDeleted()) return true;
     auto stored = readStored(file, offset, record);
     contents.areComplete = contents.areComplete && stored;
     if (stored) contents.records.push_back(std::move(*stored));
+    return true;
   });
   contents.areComplete = contents.areComplete && end == file.size();
   return contents;

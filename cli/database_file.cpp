@@ -12,8 +12,7 @@
 #include <system_error>
 #include <thread>
 
-#include "database/depot_file.h"
-#include "database/file_check.h"
+#include "depot/check.h"
 #include "failure.h"
 
 namespace tembra::cli {
@@ -40,13 +39,6 @@ DepotReader tryToRead(const std::string& path) {
     if (depot || dpecode != DP_ELOCK || steady_clock::now() >= deadline) return depot;
     std::this_thread::sleep_for(kBetweenTries);
   }
-}
-
-// A damaged file may claim more buckets than it has bytes.
-bool hasItsBuckets(DEPOT* depot) {
-  DepotFile file(dpfdesc(depot));
-  DepotHeader header{};
-  return file.read(0, header) && header.buckets > 0 && header.firstRecord() <= file.size();
 }
 
 // Opening a pipe would wait without end, and the library deletes what is no database.
@@ -94,7 +86,7 @@ DepotReader openForReading(const std::string& path) {
   if (file.st_size == 0) return nullptr;
   DepotReader depot = tryToRead(path);
   if (!depot) throw Failure(kFailed, whyNotOpen(path, dpecode));
-  if (!hasItsBuckets(depot.get())) throw Failure(kFailed, whyNotOpen(path, DP_EBROKEN));
+  if (!depot::hasItsBuckets(dpfdesc(depot.get()))) throw Failure(kFailed, whyNotOpen(path, DP_EBROKEN));
   return depot;
 }
 
@@ -112,7 +104,7 @@ void checkBeforeLibraryOpens(const std::string& path) {
   requireWritable(path);
   if (file.st_size == 0) return;
   const DepotReader depot = tryToRead(path);
-  if (depot && isSafeToRead(dpfdesc(depot.get()))) return;
+  if (depot && depot::lookAtWalk(dpfdesc(depot.get())).safety == depot::Safety::kSafe) return;
   if (depot) dpecode = DP_EBROKEN;
   if (dpecode == DP_ELOCK) throw Failure(kFailed, whyNotOpen(path, DP_ELOCK));
   complain(whyNotOpen(path, dpecode) + " The library repairs it when it opens it.");

@@ -11,15 +11,12 @@
 
 #include "database_contents.h"
 #include "database_file.h"
+#include "depot/keys.h"
 #include "platform/printable.h"
 #include "texts.h"
 
 namespace tembra::cli {
 namespace {
-
-bool isDeviceKey(const std::string& key) {
-  return key != "NextDevid" && key != "Version" && key.find('.') == std::string::npos;
-}
 
 // A short value fills the beginning of the record, the rest stays zero.
 DeviceRecord recordFrom(const std::string& value) {
@@ -75,7 +72,7 @@ DeviceList readDevices(const std::string& path) {
   }
   DeviceList list{{}, contents.areComplete};
   for (const StoredRecord& stored : contents.records) {
-    if (isDeviceKey(stored.key)) list.devices.push_back(describe(recordFrom(stored.value), values[stored.key]));
+    if (depot::isDeviceKey(stored.key)) list.devices.push_back(describe(recordFrom(stored.value), values[stored.key]));
   }
   std::ranges::stable_sort(list.devices, {}, &Device::id);
   return list;

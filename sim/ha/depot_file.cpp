@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "depot/check.h"
+
 namespace tembra::sim {
 namespace {
 
@@ -13,21 +15,13 @@ using DepotText = std::unique_ptr<char, Releaser>;
 
 constexpr int kDefaultBuckets = -1;
 constexpr int kTextLength = -1;
-constexpr long long kHeaderSize = 48;
-
-// The Depot library believes what the file says of itself. A file that claims more buckets than it has bytes for would
-// get the simulator killed.
-bool hasItsBuckets(DEPOT* file) {
-  const long long buckets = dpbnum(file);
-  return buckets > 0 && kHeaderSize + buckets * static_cast<long long>(sizeof(int)) <= dpfsiz(file);
-}
 
 }  // namespace
 
 DepotFile::DepotFile(const std::string& path)
     : path_(path), file_(dpopen(path.c_str(), DP_OWRITER | DP_OCREAT, kDefaultBuckets)) {
   if (!file_) fail("opened");
-  if (hasItsBuckets(file_.get())) return;
+  if (depot::hasItsBuckets(dpfdesc(file_.get()))) return;
   dpecode = DP_EBROKEN;
   fail("opened");
 }

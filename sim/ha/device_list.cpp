@@ -4,18 +4,14 @@
 #include <charconv>
 #include <utility>
 
+#include "depot/keys.h"
 #include "sim/core/record_bytes.h"
 #include "tembra/platform.h"
 
 namespace tembra::sim {
 namespace {
 
-constexpr const char* kNextIdKey = "NextDevid";
-constexpr const char* kVersionKey = "Version";
-
-bool isDeviceKey(const std::string& key) {
-  return key != kNextIdKey && key != kVersionKey && key.find('.') == std::string::npos;
-}
+using depot::kNextIdKey, depot::kVersionKey;
 
 std::string typeName(DevType type) {
   std::array<char, 512> name{};
@@ -84,7 +80,7 @@ int DeviceList::add(const NewDevice& device, std::string_view note) {
 std::vector<DeviceList::Entry> DeviceList::entriesOf(const DepotFile& file) {
   std::vector<Entry> entries;
   for (const std::string& key : file.keys()) {
-    if (!isDeviceKey(key)) continue;
+    if (!depot::isDeviceKey(key)) continue;
     if (const auto value = file.get(key)) entries.push_back({key, recordFrom<DeviceRecord>(*value)});
   }
   return entries;

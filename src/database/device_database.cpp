@@ -11,8 +11,9 @@
 #include <memory>
 #include <mutex>
 
-#include "database/depot_file.h"
-#include "database/file_check.h"
+#include "depot/keys.h"
+#include "depot/repair.h"
+#include "depot/search.h"
 #include "support/text.h"
 
 char DBName[10] = "/tmp/ddb";
@@ -35,38 +36,22 @@ void complain(const char* call) {
   errno = error;
 }
 
-bool isSafe(DEPOT* depot, const char* onlyKey) {
-  const int descriptor = dpfdesc(depot);
-  return onlyKey == nullptr ? isSafeToRead(descriptor) : isSafeToSearch(descriptor, dpinnerhash(onlyKey, kWholeKey));
-}
-
-// A file whose damage the Depot library would not survive counts as one that does not open.
-DEPOT* openChecked(int mode, int buckets, const char* onlyKey) {
-  errno = 0;
-  DEPOT* depot = dpopen(DBName, mode, buckets);
-  if (depot == nullptr || isSafe(depot, onlyKey)) return depot;
-  dpclose(depot);
-  errno = 0;
-  dpecode = DP_EBROKEN;
-  return nullptr;
-}
-
-// That an open or a repair failed for want of these says nothing about the file: it is not deleted.
+// That an open or a repair failed for want of these says nothing about the file: it is not deleted. EOVERFLOW: its size
+// or its time does not fit into what was asked for it.
 bool isShortage(int error) {
-  static constexpr int kShortages[] = {EMFILE, ENFILE, ENOMEM, ENOLCK, EDEADLK, ENOSPC, EDQUOT};
+  static constexpr int kShortages[] = {EMFILE, ENFILE, ENOMEM, ENOLCK, EDEADLK, ENOSPC, EDQUOT, EOVERFLOW};
   return std::find(std::begin(kShortages), std::end(kShortages), error) != std::end(kShortages);
 }
 
-// A file that speaks of more buckets than it has takes all memory for them.
-bool openFailedForWant() { return isShortage(errno) && !(errno == ENOMEM && lacksItsBuckets(DBName)); }
-
 // Whether the file had its chance: false when the repair failed for a want that is not the file's own doing.
 bool tryRepair() {
-  const Repair outlook = foreseeRepair(DBName);
-  if (outlook == Repair::NoRoom || (outlook == Repair::Unforeseen && isShortage(errno))) return false;
+  using depot::Outlook;
+  const depot::Preparation preparation(DBName);
+  const Outlook outlook = preparation.outlook();
+  if (outlook == Outlook::kNotNow || (outlook == Outlook::kNotOpen && isShortage(errno))) return false;
   errno = 0;
-  if (outlook == Repair::Refused || dprepair(DBName) != 0) return true;
-  return !isShortage(errno) || (errno == ENOMEM && outlook == Repair::Greedy);
+  if (outlook == Outlook::kEndless || dprepair(DBName) != 0) return true;
+  return !isShortage(errno);
 }
 
 // What the Depot library hands out belongs to the caller.
@@ -77,10 +62,6 @@ DepotBuffer readValue(DEPOT* depot, const char* key, std::size_t most, std::size
   DepotBuffer value(dpget(depot, key, kWholeKey, 0, static_cast<int>(most), &stored), &std::free);
   size = static_cast<std::size_t>(std::max(stored, 0));
   return value;
-}
-
-bool isDeviceKey(const char* key) {
-  return std::strchr(key, '.') == nullptr && std::strcmp(key, "NextDevid") != 0 && std::strcmp(key, "Version") != 0;
 }
 
 }  // namespace
@@ -118,18 +99,36 @@ DatabaseTurn::~DatabaseTurn() {
 
 OpenDatabase::OpenDatabase(const char* onlyKey) {
   if (!turn_.isOurs()) return;
-  depot_ = openChecked(kOpenMode, kDefaultBuckets, onlyKey);
-  if (depot_ == nullptr) repairOrDelete(onlyKey);
+  const Opening opening = open(kOpenMode, kDefaultBuckets, onlyKey);
+  if (opening != Opening::kDone) complain("dpopen");
+  if (opening == Opening::kFileIsBad) repairOrDelete(onlyKey);
   if (depot_ != nullptr) fcntl(dpfdesc(depot_), F_SETFD, FD_CLOEXEC);
+}
+
+// A file whose damage the Depot library would not survive counts as one that does not open.
+OpenDatabase::Opening OpenDatabase::open(int mode, int buckets, const char* onlyKey) {
+  errno = 0;
+  DEPOT* const depot = dpopen(DBName, mode, buckets);
+  if (depot == nullptr) {
+    const bool isFilesFault = !isShortage(errno) || (errno == ENOMEM && depot::lacksItsBuckets(DBName));
+    return isFilesFault ? Opening::kFileIsBad : Opening::kFileIsNotToBlame;
+  }
+  look_ = onlyKey == nullptr ? depot::lookAtWalk(dpfdesc(depot)) : depot::lookAtKey(dpfdesc(depot), onlyKey);
+  if (look_.safety == depot::Safety::kSafe) {
+    depot_ = depot;
+    return Opening::kDone;
+  }
+  dpclose(depot);
+  const bool isUnsafe = look_.safety == depot::Safety::kUnsafe;
+  dpecode = isUnsafe ? DP_EBROKEN : DP_ESTAT;
+  return isUnsafe ? Opening::kFileIsBad : Opening::kFileIsNotToBlame;
 }
 
 // Readable records may be left even when the repair fails.
 void OpenDatabase::repairOrDelete(const char* onlyKey) {
-  complain("dpopen");
-  if (openFailedForWant()) return;
   const bool hadItsChance = tryRepair();
-  depot_ = openChecked(kReopenMode, kReopenBuckets, onlyKey);
-  if (depot_ == nullptr && hadItsChance && !openFailedForWant()) deletionResult_ = std::remove(DBName);
+  const Opening opening = open(kReopenMode, kReopenBuckets, onlyKey);
+  if (opening == Opening::kFileIsBad && hadItsChance) deletionResult_ = std::remove(DBName);
 }
 
 OpenDatabase::~OpenDatabase() {
@@ -145,7 +144,9 @@ bool ValueSession::readText(char* out, std::size_t size) {
   return true;
 }
 
+// In a file whose links are not in order the search for a key that the walk has not met may never end: no value then.
 bool DatabaseSession::readIndexValue(const char* key, char (&out)[sizeof(IndexRecord::value) + 1]) {
+  if (!look().everySearchEnds && depot::lookAtKey(dpfdesc(depot()), key).safety != depot::Safety::kSafe) return false;
   std::size_t size = 0;
   const DepotBuffer stored = readValue(depot(), key, sizeof(IndexRecord), size);
   if (stored == nullptr) return false;
@@ -155,23 +156,20 @@ bool DatabaseSession::readIndexValue(const char* key, char (&out)[sizeof(IndexRe
   return true;
 }
 
-// The walk of a damaged file may turn back; no file holds more keys than record headers fit into it.
-DatabaseSession::DeviceWalk::DeviceWalk(DEPOT* depot)
-    : depot_(depot), keysLeft_(dpfsiz(depot) / static_cast<int>(sizeof(DepotRecord))) {
+DatabaseSession::DeviceWalk::DeviceWalk(DEPOT* depot, int mostKeys) : depot_(depot), keysLeft_(mostKeys) {
   if (dpiterinit(depot) == 0) complain("dpiterinit");
 }
 
 // Every key's value is read, also of keys that are no devices: one that cannot be read ends the walk.
 const StoredDevice* DatabaseSession::DeviceWalk::next() {
-  for (; keysLeft_ > 0; --keysLeft_) {
+  while (keysLeft_-- > 0) {
     const DepotBuffer key(dpiternext(depot_, nullptr), &std::free);
     if (key == nullptr) return nullptr;
     std::size_t size = 0;
     const DepotBuffer value = readValue(depot_, key.get(), sizeof(DeviceRecord), size);
     if (value == nullptr) return nullptr;
-    if (!isDeviceKey(key.get())) continue;
+    if (!depot::isDeviceKey(key.get())) continue;
     device_ = StoredDevice(value.get(), size);
-    --keysLeft_;
     return &device_;
   }
   return nullptr;

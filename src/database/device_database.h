@@ -8,6 +8,7 @@
 
 #include <cstddef>
 
+#include "depot/check.h"
 #include "support/state_lock.h"
 
 namespace tembra {
@@ -73,13 +74,18 @@ class OpenDatabase {
   ~OpenDatabase();
 
   [[nodiscard]] DEPOT* depot() const { return depot_; }
+  [[nodiscard]] const depot::Look& look() const { return look_; }
 
  private:
+  enum class Opening { kDone, kFileIsBad, kFileIsNotToBlame };
+
+  Opening open(int mode, int buckets, const char* onlyKey);
   void repairOrDelete(const char* onlyKey);
 
   const StateUnlocked unlocked_;
   const DatabaseTurn turn_;
   DEPOT* depot_ = nullptr;
+  depot::Look look_;
   int deletionResult_ = -1;
 };
 
@@ -107,14 +113,14 @@ class DatabaseSession : public OpenDatabase {
   /// Calls `visit` for every device in file order; ends early when a value cannot be read.
   template <typename Visit>
   void forEachDevice(Visit visit) {
-    DeviceWalk walk(depot());
+    DeviceWalk walk(depot(), look().mostKeys);
     while (const StoredDevice* device = walk.next()) visit(*device);
   }
 
  private:
   class DeviceWalk {
    public:
-    explicit DeviceWalk(DEPOT* depot);
+    DeviceWalk(DEPOT* depot, int mostKeys);
     /// The next device, valid until the next call; null at the end.
     const StoredDevice* next();
 

@@ -5,13 +5,13 @@
 #include <cstdlib>
 
 #include "database/device_database.h"
+#include "depot/keys.h"
 #include "support/state_lock.h"
 
 namespace {
 
 constexpr std::size_t kIdTextSize = 11;  // at most 10 characters are read
 constexpr int kNoDatabase = -1;
-constexpr char kNextIdKey[] = "NextDevid";
 
 }  // namespace
 
@@ -20,7 +20,7 @@ int TembraAssociation::calculateDevId() {
   char text[kIdTextSize] = {};
   bool found = false;
   {
-    tembra::ValueSession database(kNextIdKey);
+    tembra::ValueSession database(tembra::depot::kNextIdKey);
     if (!database.isOpen()) return kNoDatabase;
     found = database.readText(text, sizeof text);
   }

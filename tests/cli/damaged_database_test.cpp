@@ -3,10 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
-#include <ostream>
+#include <iterator>
+#include <string>
+#include <vector>
 
-#include "database/depot_words.h"
+#include "database/damages.h"
 #include "support/database.h"
 #include "support/program.h"
 #include "support/sim_router.h"
@@ -14,42 +15,19 @@
 namespace tembra::test {
 namespace {
 
-using depot::Words;
+using damages::Damage;
 
-constexpr int kMost = std::numeric_limits<int>::max();
-constexpr int kHuge = 1 << 30;
-constexpr std::size_t kOne = 19, kOther = 30;  // the records of the devices 20 and 31
-
-struct Damage {
-  const char* name;
-  void (*damage)(Words&);
-  int devicesShown;  // those before the damage
-};
-
-void PrintTo(const Damage& row, std::ostream* out) { *out << row.name; }
-
-const Damage kDamages[] = {
-    {"APaddingBehindTheEnd", [](Words& words) { words.setIn(kOne, depot::kPadding, kHuge); }, 20},
-    {"APaddingBehindAnyOffset", [](Words& words) { words.setIn(kOne, depot::kPadding, kMost); }, 20},
-    {"AValueBehindTheEnd", [](Words& words) { words.setIn(kOne, depot::kValueSize, kHuge); }, 20},
-    {"AValueBehindAnyOffset", [](Words& words) { words.setIn(kOne, depot::kValueSize, kMost); }, 20},
-    {"AKeyBehindTheEnd", [](Words& words) { words.setIn(kOne, depot::kKeySize, kHuge); }, 19},
-    {"ANegativeValue", [](Words& words) { words.setIn(kOne, depot::kValueSize, -1); }, 19},
-    {"ANegativePadding", [](Words& words) { words.setIn(kOne, depot::kPadding, -kMost); }, 19},
-    {"ANegativeLink", [](Words& words) { words.setIn(kOne, depot::kLeft, -1); }, 19},
-    {"ALinkToItself", [](Words& words) { words.setIn(kOne, depot::kLeft, words.offsetOf(kOne)); }, 50},
-    {"TwoRecordsThatLeadToEachOther",
-     [](Words& words) {
-       words.setIn(kOne, depot::kLeft, words.offsetOf(kOther));
-       words.setIn(kOther, depot::kRight, words.offsetOf(kOne));
-     },
-     50},
-};
+std::vector<Damage> damagesShown() {
+  std::vector<Damage> damages;
+  std::ranges::copy_if(damages::kDamages, std::back_inserter(damages),
+                       [](const Damage& damage) { return damage.shown >= 0; });
+  return damages;
+}
 
 void damageDatabase(const Damage& damage) {
   const std::string healthy = healthyDatabase();
-  Words words({healthy.begin(), healthy.end()});
-  damage.damage(words);
+  depot::Words words({healthy.begin(), healthy.end()});
+  damage.cause(words);
   writeFile(kDatabase, {words.file().begin(), words.file().end()});
 }
 
@@ -65,17 +43,18 @@ class DamagedDatabase : public testing::TestWithParam<Damage> {};
 TEST_P(DamagedDatabase, IsShownAsFarAsItCanBeReadAndToldToBeDamaged) {
   damageDatabase(GetParam());
   constexpr int kHeading = 1;
-  expectDamage(runAssoc({"devices"}), kHeading + GetParam().devicesShown);
-  expectDamage(runAssoc({"devices", "--json"}), GetParam().devicesShown);
+  expectDamage(runAssoc({"devices"}), kHeading + GetParam().shown);
+  expectDamage(runAssoc({"devices", "--json"}), GetParam().shown);
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, DamagedDatabase, testing::ValuesIn(kDamages),
+INSTANTIATE_TEST_SUITE_P(Of, DamagedDatabase, testing::ValuesIn(damagesShown()),
                          [](const auto& test) { return test.param.name; });
 
 // What the library does not notice by itself it looks for when it opens the file.
 TEST(Add, TellsThatTheLibraryRepairsADatabaseWhoseLinksFormACycle) {
   SimRouter router;
-  const auto* const cycle = std::ranges::find(kDamages, std::string("ALinkToItself"), &Damage::name);
+  const auto* const cycle =
+      std::ranges::find(damages::kDamages, std::string("ACircleOnTheWayToADevice"), &Damage::name);
   damageDatabase(*cycle);
   const Ended added = router.add("siren", {});
   EXPECT_EQ(added.status, 0) << added.errors;

@@ -11,9 +11,9 @@
 
 #include <cerrno>
 #include <cstring>
+#include <string>
 #include <vector>
 
-#include "database/depot_words.h"
 #include "house.h"
 #include "kit/faults.h"
 #include "readers.h"
@@ -51,31 +51,15 @@ class Exhausted {
 
 struct FailedRepair {
   const char* name;
-  int valueSize;  // that one record claims
   int error;
   bool costsTheFile;
 };
 
-constexpr std::size_t kRecord = 50;
-constexpr int kTrue = 512, kBeyondTheFile = 1 << 30;
-
 const FailedRepair kFailedRepairs[] = {
-    {"no disk space", kTrue, ENOSPC, false},
-    {"no more disk space for this user", kTrue, EDQUOT, false},
-    {"no memory", kTrue, ENOMEM, false},
-    {"no memory for what the file itself asks for", kBeyondTheFile, ENOMEM, true},
-    {"a broken disk", kTrue, EIO, true},
-    {"nothing but the damage", kTrue, 0, true},
+    {"no disk space", ENOSPC, false},    {"no more disk space for this user", EDQUOT, false},
+    {"no memory", ENOMEM, false},        {"a broken disk", EIO, true},
+    {"nothing but the damage", 0, true},
 };
-
-/// One byte too many, so that the file does not open.
-void damage(kit::Database& database, int valueSize) {
-  depot::Words words(database.file());
-  words.setIn(kRecord, depot::kValueSize, valueSize);
-  kit::Bytes content = words.file();
-  content.push_back(0);
-  database.replaceWith(content);
-}
 
 }  // namespace
 
@@ -90,7 +74,7 @@ TEST(WithoutADescriptor, TheDeviceListIsNeitherRepairedNorDeleted) {
     SCOPED_TRACE(reader.name);
     {
       const Exhausted exhausted(0);
-      EXPECT_EQ(reader.read(router.assoc()), reader.resultWithoutFile);
+      EXPECT_EQ(reader.readNothing(router), reader.resultWithoutFile);
     }
     EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: open error"}));
     EXPECT_EQ(router.database().file(), healthy);
@@ -121,26 +105,34 @@ TEST(WithOneDescriptor, TheDatabaseIsRead) {
   EXPECT_EQ(house::findNode(router, 5), 1);
 }
 
-// Depot's repair cuts the file before it copies the repaired one over it.
-TEST(WithoutDiskSpace, ABrokenFileIsNotRepaired) {
+// The Depot library's repair cuts the file before it copies the repaired one over it. It is begun exactly where it has
+// room for that.
+TEST(WithoutDiskSpace, AFileIsRepairedWhereTheRepairFitsAndLeftAloneElsewhere) {
   constexpr char kDisk[] = "/tmp/s";
   Router router;
   router.assoc();
   ASSERT_EQ(mkdir(kDisk, S_IRWXU), 0);
   ASSERT_EQ(mount("tmpfs", kDisk, "tmpfs", 0, "size=4m"), 0);
   std::strcpy(DBName, "/tmp/s/d");
-  for (const char* size : {"size=96k", "size=128k", "size=160k", "size=200k"}) {
-    SCOPED_TRACE(size);
-    house::fill(router.database());
-    router.database().makeRepairable();
-    const Bytes broken = router.database().file();
-    ASSERT_EQ(mount(nullptr, kDisk, nullptr, MS_REMOUNT, size), 0);
-    EXPECT_EQ(house::findNode(router, 5), 0);
-    EXPECT_EQ(router.database().file(), broken);
-    ASSERT_EQ(mount(nullptr, kDisk, nullptr, MS_REMOUNT, "size=4m"), 0);
-    EXPECT_EQ(house::countFound(router), house::kDevices);
+  house::fill(router.database());
+  router.database().makeRepairable();
+  const Bytes broken = router.database().file();
+  int repaired = 0, leftAlone = 0;
+  for (int kibibytes = 64; kibibytes <= 256; kibibytes += 4) {
+    SCOPED_TRACE(kibibytes);
     router.database().remove();
+    ASSERT_EQ(mount(nullptr, kDisk, nullptr, MS_REMOUNT, ("size=" + std::to_string(kibibytes) + "k").c_str()), 0);
+    router.database().replaceWith(broken);
+    if (router.database().file() != broken) continue;  // not even that fits
+    const bool fits = dprepair(DBName) != 0;
+    router.database().replaceWith(broken);
+    EXPECT_EQ(house::findNode(router, 5), fits ? 1 : 0);
+    EXPECT_EQ(router.database().file() == broken, !fits);
+    ++(fits ? repaired : leftAlone);
+    EXPECT_EQ(house::countFound(router), fits ? house::kDevices : 0);
   }
+  EXPECT_GT(repaired, 10);
+  EXPECT_GT(leftAlone, 10);
 }
 
 TEST(AFailedRepair, CostsTheFileUnlessItWasForWantOfSomethingElse) {
@@ -150,7 +142,7 @@ TEST(AFailedRepair, CostsTheFileUnlessItWasForWantOfSomethingElse) {
     SCOPED_TRACE(repair.name);
     router.database().remove();
     house::fill(router.database());
-    damage(router.database(), repair.valueSize);
+    router.database().makeRepairable();
     kit::faults().order(kit::Call::RepairDatabase, kit::depotError(DP_EWRITE, repair.error));
     EXPECT_EQ(house::findNode(router, 5), 0);
     EXPECT_EQ(router.database().exists(), !repair.costsTheFile);

@@ -1,32 +1,29 @@
-// Everything that reads the device database.
+// Everything that reads the device database, and a home in which each finds something.
 #ifndef TEMBRA_TESTS_DATABASE_READERS_H
 #define TEMBRA_TESTS_DATABASE_READERS_H
 
 #include <tembra/assoc.h>
 
-#include <cstdlib>
+#include "kit/router.h"
 
 namespace house {
 
 struct Reader {
   const char* name;
-  int (*read)(TembraAssociation&);
+  bool looksAtOneKey;
+  /// Reads and finds nothing, as far as the reader can. What it returns.
+  int (*readNothing)(kit::Router&);
   int resultWithoutFile;
+  /// How much it finds, and how much there is to find in the first so many devices and in what stands behind them.
+  int (*count)(kit::Router&);
+  int (*expected)(int devices, bool restIsKept);
 };
 
-inline constexpr Reader kReaders[] = {
-    {"known node", [](TembraAssociation& assoc) { return assoc.ZW_checkNodeExists(); }, 0},
-    {"removal", [](TembraAssociation& assoc) { return assoc.ZW_removeNode(); }, -1},
-    {"ZigBee removal", [](TembraAssociation& assoc) { return assoc.zb_removeNode(0x1234); }, -1},
-    {"next id", [](TembraAssociation& assoc) { return assoc.calculateDevId(); }, -1},
-    {"bridge list",
-     [](TembraAssociation& assoc) {
-       char* const list = assoc.Hue_getBridgeList();
-       std::free(list);
-       return list == nullptr ? 0 : 1;
-     },
-     0},
-};
+extern const Reader kReaders[5];
+
+/// The devices 1 to 50: each fifth a Hue lamp, the others with a Z-Wave node of their number and a ZigBee address. Then
+/// the lamps' index records, then the next id.
+void fillInOrder(kit::Database& database);
 
 }  // namespace house
 

@@ -46,8 +46,7 @@ enum class Call {
   AskForStatus,      // fstat
   AskForRoom,        // fstatvfs
   ReadAt,            // pread
-  MapMemory,         // mmap
-  UnmapMemory,       // munmap; the memory is given back all the same
+  WriteAt,           // pwrite
   AskForAccess,      // faccessat
   DeleteFile,        // remove
   FindHost,          // gethostbyname
@@ -56,7 +55,6 @@ enum class Call {
   Print,             // printf
   Complain,          // fprintf
   ComplainOfErrno,   // perror; says nothing
-  DatabaseSize,      // dpfsiz
   DatabaseFile,      // dpfdesc
   MakeObject         // operator new
 };

@@ -3,7 +3,6 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <pthread.h>
-#include <sys/mman.h>
 
 #include <cerrno>
 #include <csignal>
@@ -63,24 +62,6 @@ extern "C" char* strdup(const char* text) noexcept {
   const std::size_t size = std::strlen(text) + 1;
   void* const copy = std::malloc(size);
   return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, text, size));
-}
-
-extern "C" void* mmap(void* wanted, std::size_t size, int protection, int flags, int descriptor,
-                      off_t offset) noexcept {
-  KIT_REAL(mmap);
-  if (fails(Call::MapMemory, __builtin_return_address(0))) return MAP_FAILED;
-  return real(wanted, size, protection, flags, descriptor, offset);
-}
-
-extern "C" int munmap(void* memory, std::size_t size) noexcept {
-  KIT_REAL(munmap);
-  const int result = real(memory, size);
-  return fails(Call::UnmapMemory, __builtin_return_address(0)) ? -1 : result;
-}
-
-extern "C" int dpfsiz(DEPOT* depot) {
-  KIT_REAL(dpfsiz);
-  return fails(Call::DatabaseSize, __builtin_return_address(0)) ? -1 : real(depot);
 }
 
 extern "C" int dpfdesc(DEPOT* depot) {

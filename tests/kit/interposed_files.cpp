@@ -84,6 +84,11 @@ extern "C" ssize_t pread(int descriptor, void* buffer, size_t size, off_t offset
   return strikes(Call::ReadAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
 }
 
+extern "C" ssize_t pwrite(int descriptor, const void* buffer, size_t size, off_t offset) {
+  KIT_REAL(pwrite);
+  return strikes(Call::WriteAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
+}
+
 namespace {
 
 int print(const void* site, const char* format, va_list arguments) {

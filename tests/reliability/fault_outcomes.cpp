@@ -50,31 +50,32 @@ constexpr Row kRows[] = {
     {"TimeOut", "", "idle 1 2"},
     {"Reset", "", "sends 4"},
 
-    // A database that does not open gives no id; one without a readable "NextDevid" leaves the id as it was, which is
+    // A database that does not open, or cannot be looked at, gives no id; one without a readable "NextDevid" leaves the
+    // id as it was, which is
     // what a later look of the same add has found.
-    {"ZwaveAdd", "dpopen malloc", "done 0 id -1 3 5 6 7"},
-    {"ZigbeeAdd", "dpopen malloc", "done 0 id -1 3 5 7"},
+    {"ZwaveAdd", "dpopen dpfdesc fstat pread malloc", "done 0 id -1 3 5 6 7"},
+    {"ZigbeeAdd", "dpopen dpfdesc fstat pread malloc", "done 0 id -1 3 5 7"},
     {"ZigbeeAdd", "dpget malloc", "done 0 id 0 3 5 7"},
     {"DeviceId", "", "id 17 kept 17"},
-    {"DeviceId", "dpopen malloc", "id -1 kept 0"},
+    {"DeviceId", "dpopen dpfdesc fstat pread malloc", "id -1 kept 0"},
     {"DeviceId", "dpget malloc", "id 0 kept 0"},
     {"DeviceIdOfAMissingFile", "", "id 0 kept 0"},
     {"DeviceIdOfAMissingFile", "dpopen", "id -1 kept 0 gone"},
-    {"DeviceIdOfAMissingFile", "malloc", "id -1 kept 0"},
+    {"DeviceIdOfAMissingFile", "dpfdesc fstat pread malloc", "id -1 kept 0"},
 
     // A device that cannot be found is an unknown one (event 12). Only a ZigBee device whose database does not open
     // counts as removed (event 11), without an id.
     {"ZwaveRemove", "", "removed 12 11"},
-    {"ZwaveRemove", "dpopen dpfsiz dpiternext dpget malloc", "removed 0 12"},
+    {"ZwaveRemove", "dpopen dpfdesc fstat pread dpiternext dpget malloc", "removed 0 12"},
     {"ZwaveRemove", "recvfrom", "removed 12 11 2"},
     {"ZigbeeRemove", "", "removed 13 11"},
-    {"ZigbeeRemove", "dpfsiz dpiternext dpget malloc", "removed 0 12"},
-    {"ZigbeeRemove", "dpopen malloc", "removed 0 11"},
+    {"ZigbeeRemove", "dpiternext dpget malloc", "removed 0 12"},
+    {"ZigbeeRemove", "dpopen dpfdesc fstat pread malloc", "removed 0 11"},
 
     // Lists end where they cannot be read; the Hue server's list without memory for its tokens is one of empty texts.
     {"BridgeList", "", kOneBridge},
-    {"BridgeList", "dpopen malloc", "bridges null"},
-    {"BridgeList", "dpfsiz dpiternext dpget malloc", kNoBridge},
+    {"BridgeList", "dpopen dpfdesc fstat pread malloc", "bridges null"},
+    {"BridgeList", "dpiternext dpget malloc", kNoBridge},
     {"BridgeList", "dpget malloc", kNoUser},
     {"Hue", "", "bridge 10.0.0.2 25"},
     {"Hue", "malloc", "bridge empty 25"},
@@ -85,15 +86,16 @@ constexpr Row kRows[] = {
     // Depot's repair does without a record that it has no memory for.
     {"DeviceIdOfADamagedFile", "", "id 17 kept 17"},
     {"DeviceIdOfADamagedFile", "dpget malloc", "id 0 kept 0"},
-    {"DeviceIdOfADamagedFile", "dpopen dprepair open malloc", "id -1 kept 0"},
+    {"DeviceIdOfADamagedFile", "dpopen dprepair open dpfdesc fcntl fstat pread pwrite malloc", "id -1 kept 0"},
     {"DeviceIdOfADamagedFile", "dpopen dprepair", "id -1 kept 0 gone"},
     {"LookUpInADamagedFile", "", "removed 0"},
-    {"LookUpInADamagedFile", "dpopen dprepair open dpfsiz dpiternext dpget malloc", "removed -1"},
+    {"LookUpInADamagedFile", "dpopen dprepair open dpfdesc fcntl fstat pread pwrite dpiternext dpget malloc",
+     "removed -1"},
     {"LookUpInADamagedFile", "dpopen dprepair", "removed 0 gone"},
     {"DeviceIdOfAHopelessFile", "", "id -1 kept 0 gone"},
-    {"DeviceIdOfAHopelessFile", "dpopen dprepair open remove", "id -1 kept 0"},
+    {"DeviceIdOfAHopelessFile", "dpopen dprepair open fstat remove", "id -1 kept 0"},
     {"LookUpInAHopelessFile", "", "removed 0 gone"},
-    {"LookUpInAHopelessFile", "dpopen dprepair open remove", "removed -1"},
+    {"LookUpInAHopelessFile", "dpopen dprepair open fstat remove", "removed -1"},
 
     // Depot's repair leaves its own file, or a descriptor, when it has no memory at all.
     {"DeviceIdOfADamagedFile", "malloc", "id -1 kept 0 leaves a file"},

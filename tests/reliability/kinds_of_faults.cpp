@@ -31,11 +31,10 @@ const std::vector<FaultKind> kKinds = {
     {Call::ReadLine, "fgets", {EIO, 0}},
     {Call::EndCommand, "pclose", {ECHILD}},
     {Call::OpenDescriptor, "open", {EMFILE, ENFILE, EACCES, ENOENT, ENOMEM}},
-    {Call::AskForStatus, "fstat", {EIO, ENOMEM}},
+    {Call::AskForStatus, "fstat", {EIO, ENOMEM, EOVERFLOW}},
     {Call::AskForRoom, "fstatvfs", {EIO, ENOSYS}},
     {Call::ReadAt, "pread", {EIO, EINTR}},
-    {Call::MapMemory, "mmap", {ENOMEM, EAGAIN}},
-    {Call::UnmapMemory, "munmap", {ENOMEM}},
+    {Call::WriteAt, "pwrite", {EIO, ENOSPC}},
     {Call::AskForAccess, "faccessat", {EACCES, ENOENT, ENOMEM}},
     {Call::DeleteFile, "remove", {EACCES, EBUSY, EROFS, ENOENT}},
     {Call::FindHost, "gethostbyname", {0}},
@@ -49,7 +48,7 @@ const std::vector<FaultKind> kKinds = {
      "dpopen",
      {depotError(DP_EOPEN, EMFILE), depotError(DP_EOPEN, ENFILE), depotError(DP_EOPEN, EACCES),
       depotError(DP_ELOCK, ENOLCK), depotError(DP_ELOCK, EDEADLK), depotError(DP_EALLOC, ENOMEM),
-      depotError(DP_EMAP, ENOMEM), depotError(DP_ESTAT, EIO), DP_EBROKEN}},
+      depotError(DP_EMAP, ENOMEM), depotError(DP_ESTAT, EIO), depotError(DP_ESTAT, EOVERFLOW), DP_EBROKEN}},
     {Call::RepairDatabase,
      "dprepair",
      {depotError(DP_EOPEN, EMFILE), depotError(DP_EWRITE, ENOSPC), depotError(DP_EALLOC, ENOMEM), DP_EBROKEN}},
@@ -57,7 +56,6 @@ const std::vector<FaultKind> kKinds = {
     {Call::NextKey, "dpiternext", {depotError(DP_EREAD, EIO), depotError(DP_EALLOC, ENOMEM), DP_EBROKEN}},
     {Call::ReadValue, "dpget", {depotError(DP_EREAD, EIO), depotError(DP_EALLOC, ENOMEM), DP_EBROKEN, DP_ENOITEM}},
     {Call::CloseDatabase, "dpclose", {depotError(DP_ECLOSE, EIO), depotError(DP_ESYNC, EIO), DP_EMAP}},
-    {Call::DatabaseSize, "dpfsiz", {DP_EFATAL}},
     {Call::DatabaseFile, "dpfdesc", {DP_EFATAL}},
 };
 
@@ -82,7 +80,7 @@ const std::set<std::string>& infallibleImports() {
       "clock_gettime", "pthread_mutex_lock", "pthread_mutex_unlock", "pthread_cond_broadcast", "pthread_cond_init",
       "pthread_condattr_init", "pthread_condattr_setclock", "sigfillset", "__errno_location", "__tls_get_addr",
       // States and texts of Depot and of streams.
-      "dpecodeptr", "dperrmsg", "dpinnerhash", "clearerr", "ferror",
+      "dpecodeptr", "dperrmsg", "dpinnerhash", "dpprimenum", "clearerr", "ferror",
       // Objects.
       "stderr",
       // malloc is counted by the allocations, the Logger and the router's libraries have tests of their own.
