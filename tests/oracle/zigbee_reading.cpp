@@ -288,7 +288,7 @@ void Walk::nameZone(const std::string& name) {
 void Walk::unsettleZone() {
   if (contains(model_, "MiniSD")) return setType(0);
   if (!contains(model_, "SZ-PIR04N")) return;
-  for (int at = slot_ > kMostIndexEntries ? kMostIndexEntries : slot_; at >= 0; --at) {
+  for (int at = slot_; at >= 0; --at) {
     if (byte(318 + 2 * at) != 28) continue;
     setType(0);
     say({"libTembraAssoc:Sercomm motion and illuminance found"});

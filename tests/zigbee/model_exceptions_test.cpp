@@ -106,6 +106,17 @@ TEST(MotionWithIlluminanceTest, EveryEntryOfIlluminanceUnsettlesTheZone) {
   EXPECT_EQ(checked, 11);
 }
 
+TEST(MotionWithIlluminanceTest, LooksAtTheByteBehindAFullTable) {
+  Router router;
+  ZigbeeDevice device = ZigbeeDevice().model("SZ-PIR04N").zone(0x000D);
+  for (int i = 0; i < 26; ++i) device.cluster(kOnOff, 1);
+  device.cluster(kZone, 1);
+  device.info().name[0] = kIlluminanceEntry;
+  const Classified found = classify(router, device);
+  EXPECT_EQ(timesIn(found.log, kIlluminanceLine), 1);
+  EXPECT_EQ(found.type, 60);
+}
+
 TEST(MotionWithIlluminanceTest, AppliesToEveryZoneTypeOfTheModel) {
   Router router;
   const auto contact = ZigbeeDevice().model("x SZ-PIR04N x").zone(0x0015).clusters({kLight, kZone});

@@ -142,12 +142,12 @@ void Classifier::addZoneEntries(unsigned short endpoint) {
   }
 }
 
-// The entries are looked at from the next one downwards; behind the table's last one there is none.
+// The entries are looked at from the next one downwards. Behind a full table that is the first byte of the name.
 void Classifier::settleZone() {
   const ZbZoneAfterwards* afterwards = zbFindZoneAfterwards(device_);
   if (afterwards == nullptr) return;
   if (afterwards->entry == 0) return settleAs(*afterwards);
-  for (std::size_t entry = ZbIndexTable::kLast + 1; entry-- > 0;) {
+  for (std::size_t entry = ZbIndexTable::kLast + 2; entry-- > 0;) {
     const bool scanned = zbIsScanned(static_cast<int>(entry), static_cast<int>(table_.slot()));
     if (scanned && table_.typeAt(entry) == afterwards->entry) settleAs(*afterwards);
   }

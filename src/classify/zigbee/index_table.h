@@ -38,7 +38,8 @@ class ZbIndexTable {
     }
   }
 
-  /// Type byte of an entry, 0 to kLast; entry 0's is the record's number of entries [sic].
+  /// Type byte of an entry, 0 to kLast + 1. Entry 0's is the record's number of entries [sic], the one behind the last
+  /// entry's is the first byte of the name.
   [[nodiscard]] unsigned char typeAt(std::size_t entry) const { return bytes_[2 * entry]; }
 
   void end() { bytes_[2 * slot()] = kEnd; }
