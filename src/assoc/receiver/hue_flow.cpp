@@ -43,18 +43,6 @@ constexpr HueResult kHueResults[] = {
     {HUE_DONE_2, EVENT_HUE_DONE_2, true, R"(, "MobileInternalIndex":"","Success":"true","Type":"HueHub"})"},
 };
 
-// The answer is read where it was received: it is a large record, of which most answers need the type only.
-int readNumber(const Flow& flow, std::size_t offset) {
-  int number = 0;
-  std::memcpy(&number, flow.datagram + offset, sizeof number);
-  return number;
-}
-
-const char* entryText(const Flow& flow, int entry) {
-  return reinterpret_cast<const char*>(flow.datagram) + offsetof(HueAnswer, entries) +
-         sizeof(HueAnswerEntry) * static_cast<std::size_t>(entry);
-}
-
 const HueResult* findResult(int type) {
   const auto* row = std::find_if(std::begin(kHueResults), std::end(kHueResults),
                                  [type](const HueResult& result) { return result.type == type; });
@@ -79,14 +67,14 @@ bool copyToken(JsonToken* tokens, const char* member, char (&text)[kTextSize]) {
 }
 
 // A text that an entry does not have is repeated from the entry before.
-void listBridges(const Flow& flow, HueBridgeList& list) {
+void listBridges(const HueAnswer& answer, HueBridgeList& list) {
   constexpr int room = static_cast<int>(std::size(HueBridgeList{}.mac));
-  const int count = std::min(readNumber(flow, offsetof(HueAnswer, count)), room);
+  const int count = std::min(answer.count, room);
   char id[kTextSize] = {};
   char mac[kTextSize] = {};
   for (int i = 0; i < count; ++i) {
-    const char* json = entryText(flow, i);
-    const auto length = static_cast<int>(textLength(json, sizeof(HueAnswerEntry)));
+    const auto& json = answer.entries[i].json;
+    const auto length = static_cast<int>(textLength(json, sizeof json));
     const std::unique_ptr<JsonToken, decltype(&std::free)> tokens(parse_json2(json, length), &std::free);
     if (tokens != nullptr) copyToken(tokens.get(), "id", id);
     const bool hasAddress = tokens != nullptr && copyToken(tokens.get(), "internalipaddress", list.address[i]);
@@ -97,8 +85,8 @@ void listBridges(const Flow& flow, HueBridgeList& list) {
   }
 }
 
-[[nodiscard]] bool tellBridges(const Flow& flow) {
-  listBridges(flow, *new (flow.events.b.payload) HueBridgeList{});
+[[nodiscard]] bool tellBridges(const Flow& flow, const HueAnswer& answer) {
+  listBridges(answer, *new (flow.events.b.payload) HueBridgeList{});
   if (!flow.tell(flow.events.b, EVENT_HUE_BRIDGES, SERVER_HUE)) return false;
   setIdle(false);
   setCommandType("AddIPDevice");
@@ -106,10 +94,9 @@ void listBridges(const Flow& flow, HueBridgeList& list) {
 }
 
 // False when the flow has ended with the connection it belonged to.
-bool handleAnswer(const Flow& flow) {
-  const int type = readNumber(flow, offsetof(HueAnswer, type));
-  if (type == HUE_BRIDGES_FOUND) return tellBridges(flow);
-  const HueResult* result = findResult(type);
+bool handleAnswer(const Flow& flow, const HueAnswer& answer) {
+  if (answer.type == HUE_BRIDGES_FOUND) return tellBridges(flow, answer);
+  const HueResult* result = findResult(answer.type);
   if (result == nullptr) {
     log(flow.assoc, Level::kError, TEMBRA_LOG_PREFIX "Got unknown state from HUE");
     return true;
@@ -122,8 +109,9 @@ bool handleAnswer(const Flow& flow) {
 }  // namespace
 
 void handleHue(const Flow& flow) {
-  std::memcpy(&flow.events.c, flow.datagram, sizeof(HueAnswer));  // the copy shares its place with the Nest events
-  if (handleAnswer(flow)) closeForWebServer(flow);
+  auto& answer = *new (&flow.events.c) HueAnswer;  // it shares its place with the Nest events
+  std::memcpy(&answer, flow.datagram, sizeof answer);
+  if (handleAnswer(flow, answer)) closeForWebServer(flow);
 }
 
 }  // namespace tembra
