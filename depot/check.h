@@ -1,5 +1,5 @@
-// Damage that must not reach the Depot library, because it crashes on it or never returns. Any other damage it notices
-// by itself.
+// Damage that must not reach the Depot library, because that library would crash or never return. Any other damage the
+// Depot library notices by itself.
 #ifndef TEMBRA_DEPOT_CHECK_H
 #define TEMBRA_DEPOT_CHECK_H
 
@@ -29,8 +29,8 @@ Look lookAtKey(int descriptor, const char* key);
 /// Whether the file is as long as its number of buckets asks for. The Depot library reads behind its map otherwise.
 bool hasItsBuckets(int descriptor);
 
-/// Whether a file that is not open claims more buckets than it has: then it does not open for want of memory, and is to
-/// blame itself.
+/// Whether a file that is not open claims more buckets than it has: then opening it fails with ENOMEM although memory
+/// is not short.
 bool lacksItsBuckets(const char* path);
 
 }  // namespace tembra::depot

@@ -13,8 +13,8 @@
 
 namespace tembra::depot {
 
-/// An open file, read through a window that moves along. It uses the descriptor that it is given: closing another one
-/// of the same file would drop the Depot library's lock.
+/// An open file, read through a window that moves along. It uses the descriptor that it is given,
+/// because closing another descriptor of the same file would drop the Depot library's lock.
 class File {
  public:
   static constexpr std::size_t kMostAhead = 16384;

@@ -49,7 +49,7 @@ Salvage salvageOf(File& file, const Header& header) {
 long long blocksFor(long long bytes, long long blockSize) { return (bytes + blockSize - 1) / blockSize; }
 
 // The repair writes a new file beside the old one, cuts the old one to nothing, and copies the new one over it. A file
-// system that tells of no blocks has no limit.
+// system that reports no blocks has no limit.
 bool hasRoom(int descriptor, long long size) {
   constexpr long long kStatBlock = 512;
   struct statvfs system = {};

@@ -13,8 +13,8 @@ enum class Outlook {
   kNotOpen  ///< the file does not open; errno says why
 };
 
-/// Prepares the repair of a file that is not open: looks at it, and writes into its header how many records there are
-/// to repair, since the repair makes room for as many as the header claims. Holds the writer's lock of the file for its
+/// Prepares the repair of a file that is not open: looks at it and writes the number of records to repair into its
+/// header, because the repair makes room for as many as the header claims. Holds the writer's lock of the file for its
 /// life; the repair itself takes none, and drops this one when it ends.
 class Preparation {
  public:

@@ -6,8 +6,8 @@ namespace tembra::depot {
 namespace {
 
 /// Compares two collections of offsets without keeping them: the sum over scattered offsets is 0 when each stands in
-/// both equally often. It can be 0 otherwise with a chance of one in 2^64, or for somebody who works at it; but whoever
-/// can write the file can also keep its lock, and so hold up every reader.
+/// both equally often. Otherwise the chance of a 0 is one in 2^64. An attacker could make a 0 on purpose. But an
+/// attacker that can write the file can also keep its lock, and so hold up every reader.
 class Balance {
  public:
   void link(int target) {

@@ -36,14 +36,15 @@ void complain(const char* call) {
   errno = error;
 }
 
-// That an open or a repair failed for want of these says nothing about the file: it is not deleted. EOVERFLOW: its size
-// or its time does not fit into what was asked for it.
+// An open or a repair that failed because one of these ran out says nothing about the file, which is not deleted.
+// EOVERFLOW: its size or its time does not fit into what was asked for it.
 bool isShortage(int error) {
   static constexpr int kShortages[] = {EMFILE, ENFILE, ENOMEM, ENOLCK, EDEADLK, ENOSPC, EDQUOT, EOVERFLOW};
   return std::find(std::begin(kShortages), std::end(kShortages), error) != std::end(kShortages);
 }
 
-// Whether the file had its chance: false when the repair failed for a want that is not the file's own doing.
+// Whether the file had its chance: false when the repair failed for something that ran out through no fault of the
+// file.
 bool tryRepair() {
   using depot::Outlook;
   const depot::Preparation preparation(DBName);
@@ -144,7 +145,8 @@ bool ValueSession::readText(char* out, std::size_t size) {
   return true;
 }
 
-// In a file whose links are not in order the search for a key that the walk has not met may never end: no value then.
+// In a file whose links are not in order, the search for a key that the walk has not met may never end. Then there is
+// no value.
 bool DatabaseSession::readIndexValue(const char* key, char (&out)[sizeof(IndexRecord::value) + 1]) {
   if (!look().everySearchEnds && depot::lookAtKey(dpfdesc(depot()), key).safety != depot::Safety::kSafe) return false;
   std::size_t size = 0;

@@ -36,8 +36,8 @@ class StoredDevice {
   std::size_t size_ = 0;
 };
 
-/// Keeps the sessions of a process apart: the file's lock is per process, and a second session of the same process
-/// would break the file for everybody.
+/// Keeps the sessions of a process apart. The file's lock is per process, so a second session of the same process would
+/// break the file for everybody.
 class DatabaseTurn {
  public:
   DatabaseTurn();
@@ -52,9 +52,8 @@ class DatabaseTurn {
   bool ours_;
 };
 
-/// The database, opened for the life of the object. The calling thread's hold on the state lock is given up from
-/// before the wait for the file until after the file is closed; nobody who holds the state lock ever waits for a
-/// session, so what a session finds may be stored under the state lock at once.
+/// The database, opened for the life of the object. While a session exists, its thread does not hold the state lock.
+/// Lock order: session first, state lock second. So a visitor may take a StateLock to store what it found.
 class OpenDatabase {
  public:
   OpenDatabase(const OpenDatabase&) = delete;
@@ -66,9 +65,9 @@ class OpenDatabase {
   [[nodiscard]] int deletionResult() const { return deletionResult_; }
 
  protected:
-  /// Waits for the writer's lock, without limit. A file that does not open is repaired and opened again; one that
-  /// does not open then either is deleted, so that the HA server makes a new one. A want of descriptors, memory or
-  /// disk space leaves the session closed and the file as it is. Only what reading this key takes is looked through for
+  /// Waits for the writer's lock, without limit. A file that does not open is repaired and opened again. A file that
+  /// does not open even then is deleted, so that the HA server makes a new one. When descriptors, memory or disk space
+  /// ran out, the session stays closed and the file as it is. Only what reading this key takes is looked through for
   /// damage; null: everything.
   explicit OpenDatabase(const char* onlyKey);
   ~OpenDatabase();
