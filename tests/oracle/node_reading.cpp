@@ -6,11 +6,11 @@
 #include "class_rows.h"
 #include "formatted.h"
 #include "index_rows.h"
+#include "offsets.h"
 
 namespace oracle {
 namespace {
 
-constexpr int kGenericType = 60;
 constexpr std::size_t kValuesAt = 57;
 constexpr std::size_t kValueRoom = 181;
 constexpr std::size_t kIndexesAt = 973;
@@ -121,7 +121,7 @@ NodeOutcome readNode(const ZwNodeInfo& received, const NodeOutcome& before, int 
     return outcome;
   }
   outcome.classifiedType = readType(received, outcome);
-  if (outcome.classifiedType == kGenericType) readValues(received, outcome);
+  if (outcome.classifiedType == kGenericDevice) readValues(received, outcome);
   outcome.work.deviceKind = 2;
   outcome.work.nodeId = received.nodeId;
   outcome.name = typeName(outcome.classifiedType) + " #" + std::to_string(id);

@@ -2,10 +2,11 @@
 
 #include <map>
 
+#include "offsets.h"
+
 namespace oracle {
 namespace {
 
-constexpr int kGeneric = 60;
 constexpr std::size_t kLongIndexText = 10;
 
 Types ofGenericDevice(const Capabilities& raised, std::size_t indexTextLength) {
@@ -25,7 +26,7 @@ const std::map<int, Types> kRows = {
 }  // namespace
 
 Types subTypesOf(int type, const Capabilities& raised, std::size_t indexTextLength) {
-  if (type == kGeneric) return ofGenericDevice(raised, indexTextLength);
+  if (type == kGenericDevice) return ofGenericDevice(raised, indexTextLength);
   const auto row = kRows.find(type);
   return row == kRows.end() ? Types{0} : row->second;
 }
