@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "oracle/node_reading.h"
 #include "support/plain_router.h"
 #include "support/script.h"
 
@@ -16,16 +17,20 @@ bool same(const T& one, const T& other) {
   return std::memcmp(&one, &other, sizeof one) == 0;
 }
 
-// What classification copies or leaves of a node that it has classified.
-void checkClassified(const TembraAssociation& assoc, const ZwNodeInfo& received) {
-  const ZwNodeInfo& work = assoc.zwNodeWork;
-  require(work.nodeId == received.nodeId && work.deviceKind == DEVICE_ZWAVE && work.requestMark == 255,
-          "a classified node is marked as added");
-  require(work.proposedType == assoc.classifiedType && DevId == fuzz::IdStage::kNextId, "type and id are noted");
-  require(work.basicClass == received.basicClass && work.genericClass == received.genericClass &&
-              work.specificClass == received.specificClass && same(work.values, received.values),
-          "classes and values stay");
-  require(fuzz::isTerminated(assoc.devName) && std::strcmp(work.name, assoc.devName) == 0, "the node has its name");
+oracle::NodeOutcome stateOf(const TembraAssociation& assoc) {
+  return {0,
+          {},
+          assoc.zwNodeWork,
+          assoc.classifiedType,
+          assoc.devName,
+          {BasicFlag, MultilevelFlag, SensorBinaryFlag, ZwAcExtFlag}};
+}
+
+void checkAsRead(const TembraAssociation& assoc, const oracle::NodeOutcome& read) {
+  const oracle::NodeOutcome made = stateOf(assoc);
+  require(same(made.work, read.work), "the working copy is what the oracle makes of it");
+  require(made.classifiedType == read.classifiedType && made.name == read.name && made.raised == read.raised,
+          "type, name and capabilities are the oracle's");
 }
 
 void finish(TembraAssociation& assoc, fuzz::Script& script) {
@@ -50,11 +55,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   TembraAssociation& assoc = stage.assoc();
   const auto received = script.read<ZwNodeInfo>();
   assoc.zwNodeRx = assoc.zwNodeWork = received;
+  const oracle::NodeOutcome read = oracle::readNode(received, stateOf(assoc), fuzz::IdStage::kNextId);
   const int classified = assoc.ZW_createDeviceType();
   require(same(assoc.zwNodeRx, received), "a received node stays as it was received");
-  require(classified == (received.basicClass == 0 ? 0 : 1), "a node is classified when it has a basic class");
+  require(classified == read.result, "a node is classified when the oracle says so");
+  checkAsRead(assoc, read);
   if (classified == 0) return 0;
-  checkClassified(assoc, received);
   finish(assoc, script);
   return 0;
 }

@@ -1,12 +1,11 @@
 // A ZigBee device description from its classification to the notice that hands the device over.
 #include <tembra/association.h>
 #include <tembra/globals.h>
-#include <tembra/rules.h>
 
-#include <algorithm>
 #include <cstring>
-#include <iterator>
+#include <string>
 
+#include "oracle/zigbee_reading.h"
 #include "support/plain_router.h"
 #include "support/script.h"
 
@@ -14,36 +13,19 @@ namespace {
 
 using fuzz::require;
 
-constexpr std::size_t kMostIndexes = sizeof(ZbDeviceInfo::indexes) / sizeof(ZbIndexEntry);
-
-bool sameUpTo(const ZbDeviceInfo& one, const ZbDeviceInfo& other, std::size_t begin, std::size_t end) {
-  const auto* oneByte = reinterpret_cast<const char*>(&one);
-  const auto* otherByte = reinterpret_cast<const char*>(&other);
-  return std::memcmp(oneByte + begin, otherByte + begin, end - begin) == 0;
+oracle::DescribedDevice stateOf(const TembraAssociation& assoc) {
+  oracle::DescribedDevice device;
+  std::memcpy(device.record.bytes.data(), &assoc.zbDevice, sizeof assoc.zbDevice);
+  std::memcpy(device.name.bytes.data(), assoc.devName, sizeof assoc.devName);
+  device.classifiedType = assoc.classifiedType;
+  return device;
 }
 
-bool isMeasuredOn(const ZbDeviceInfo& received, unsigned char endpoint) {
-  return std::any_of(std::begin(received.clusters), std::end(received.clusters), [&](const ZbClusterEntry& entry) {
-    return entry.cluster == ZB_ELECTRICAL_MEASUREMENT && (entry.endpoint & 0xFF) == endpoint;
-  });
-}
-
-// The table's end mark may stand on the name behind it, and the endpoint of a measurement in each second byte.
-bool isUntouchedBehindTable(const ZbDeviceInfo& device, const ZbDeviceInfo& received) {
-  const auto* now = reinterpret_cast<const unsigned char*>(&device);
-  const auto* before = reinterpret_cast<const unsigned char*>(&received);
-  for (std::size_t at = offsetof(ZbDeviceInfo, name) + 1; at < sizeof device; ++at) {
-    const bool mayHoldEndpoint = at % 2 != 0 && isMeasuredOn(received, now[at]);
-    if (now[at] != before[at] && !mayHoldEndpoint) return false;
-  }
-  return true;
-}
-
-void checkUntouched(const ZbDeviceInfo& device, const ZbDeviceInfo& received) {
-  require(sameUpTo(device, received, 0, offsetof(ZbDeviceInfo, devType)), "what stands before the type stays");
-  require(sameUpTo(device, received, offsetof(ZbDeviceInfo, at213), offsetof(ZbDeviceInfo, indexCount)),
-          "what stands between the type and the table stays");
-  require(isUntouchedBehindTable(device, received), "what stands behind the table stays");
+void checkAsRead(const TembraAssociation& assoc, const oracle::DescribedDevice& read) {
+  const oracle::DescribedDevice made = stateOf(assoc);
+  require(made.record.bytes == read.record.bytes, "the description is what the oracle makes of it");
+  require(made.name.bytes == read.name.bytes && made.classifiedType == read.classifiedType,
+          "name and type are the oracle's");
 }
 
 void finish(TembraAssociation& assoc, fuzz::Script& script) {
@@ -68,13 +50,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto received = script.read<ZbDeviceInfo>();
   assoc.zbDevice = received;
   require(assoc.GetDeviceTypeInStringFormat(script.word()) != nullptr, "every zone has a name");
-  const int result = assoc.zb_createAnyDevice();
-  require(result == 0 || result == -1, "a device is created or not");
-  require(DevId == fuzz::IdStage::kNextId && fuzz::isTerminated(assoc.devName), "id and name are noted");
-  checkUntouched(assoc.zbDevice, received);
-  if (result != 0) return 0;
-  require(assoc.zbDevice.indexCount <= kMostIndexes, "the table has at most 29 entries");
-  require(assoc.zbDevice.devType != DEVTYPE_UNKNOWN, "a created device has a type");
+  oracle::DescribedDevice read = stateOf(assoc);
+  read.name.setText("UnknownDevice #" + std::to_string(fuzz::IdStage::kNextId));
+  const oracle::ZigbeeOutcome outcome = oracle::readDescription(read, fuzz::IdStage::kNextId);
+  require(assoc.zb_createAnyDevice() == outcome.result, "a device is created when the oracle says so");
+  require(DevId == fuzz::IdStage::kNextId, "the id is noted");
+  checkAsRead(assoc, read);
+  if (outcome.result != 0) return 0;
   finish(assoc, script);
   return 0;
 }
