@@ -30,7 +30,7 @@ struct Damage {
   Course ofNextId;  // for the reader that looks at one key only
   int devices;      // that look-ups find afterwards, from the first one on
   bool restIsKept;  // what stands behind the devices can be read afterwards
-  int shown;        // devices that the command line shows of a file that it tells to be damaged, else -1
+  int shown;        // devices that the command line shows of a file that it tells to be damaged; -1: not tried
   friend std::ostream& operator<<(std::ostream& stream, const Damage& damage) { return stream << damage.name; }
 };
 
@@ -70,7 +70,7 @@ inline const Damage kDamages[] = {
     {"CutInItsBuckets", [](W& words) { words.file().resize(148); }, C::Repaired, C::Repaired, 0, false, -1},
     {"CutInItsLastDevice", [](W& words) { words.file().resize(words.offsetOf(kDevices) - 100U); }, C::SavedInPart,
      C::SavedInPart, 49, false, -1},
-    {"AZeroedSector", zeroASector, C::Opened, C::Opened, 20, true, 20},
+    {"AZeroedSector", zeroASector, C::Opened, C::Opened, 20, true, -1},
 
     // The number of buckets.
     {"MoreBucketsThanBytes", [](W& words) { words.set(depot::kBuckets, kHuge - 1); }, C::RefusedInPart,
@@ -79,9 +79,9 @@ inline const Damage kDamages[] = {
      C::RefusedInPart, 0, false, -1},
     {"BucketsBehindAnyMap", [](W& words) { words.set(depot::kBuckets, 0x20000000); }, C::NotMapped, C::NotMapped, 0,
      false, -1},
-    {"OneBucket", [](W& words) { words.set(depot::kBuckets, 1); }, C::Opened, C::Opened, 0, false, 0},
+    {"OneBucket", [](W& words) { words.set(depot::kBuckets, 1); }, C::Opened, C::Opened, 0, false, -1},
     {"OneBucketTooMany", [](W& words) { words.set(depot::kBuckets, words.buckets() + 1); }, C::Opened, C::Opened, 0,
-     false, 0},
+     false, -1},
     {"NoBucketLeadsAnywhere",
      [](W& words) {
        for (int i = 0; i < words.buckets(); ++i) words.set(depot::kFirstBucket + 4 * static_cast<std::size_t>(i), 0);
