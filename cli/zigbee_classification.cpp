@@ -1,5 +1,5 @@
-// A ZigBee device: the reasons are the rows of the library's rules that apply, cluster by cluster. To see what a cluster
-// adds, the library classifies the device with the clusters before it, and once more with this cluster.
+// A ZigBee device: the reasons are the rows of the library's rules that apply, cluster by cluster. To see what a
+// cluster adds, the library classifies the device with the clusters before it, and once more with this cluster.
 #include <tembra/rules.h>
 
 #include <algorithm>

@@ -45,7 +45,8 @@ TEST(Devices, AreListedWithWhatTheDatabaseTellsOfThem) {
 TEST(Devices, AreJsonObjectsInAscii) {
   put(openWriter().get(), "2", record(2, "T\xFFr \"x\" \xc3\xbc\xc2\x9b\x7f", "Siren", 2, 5, 0));
   EXPECT_EQ(runAssoc({"devices", "--json"}).output,
-            "{\"id\":2,\"name\":\"T\\ufffdr \\\"x\\\" \\u00fc\\u009b\\u007f\",\"type\":\"Siren\",\"radio\":\"Z-Wave\",\"address\":\"5\","
+            "{\"id\":2,\"name\":\"T\\ufffdr \\\"x\\\" "
+            "\\u00fc\\u009b\\u007f\",\"type\":\"Siren\",\"radio\":\"Z-Wave\",\"address\":\"5\","
             "\"values\":0}\n");
 }
 
