@@ -1,5 +1,7 @@
 #include "campaign/reader.h"
 
+#include <tembra/events.h>
+
 #include <map>
 #include <utility>
 

@@ -2,6 +2,7 @@
 // the next operation, begun before that answer or after it. Library and model agree in every step.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 
 #include "comparison.h"
@@ -104,17 +105,18 @@ class Matrix {
     cell_.clear();
     take(call("at rest"));
     if (both_.model().timeout != 180) timeOut();
-    for (const std::string& input : cell) {
-      cell_ += ", " + input;
-      if (input == "timeout") timeOut();
-      const Inputs& all = calls().contains(input) ? calls() : answers();
-      if (const auto step = all.find(input); step != all.end()) take(step->second);
-      if (testing::Test::HasFailure()) return false;
-    }
-    return true;
+    return std::all_of(cell.begin(), cell.end(), [this](const std::string& input) { return agreesOn(input); });
   }
 
  private:
+  bool agreesOn(const std::string& input) {
+    cell_ += ", " + input;
+    if (input == "timeout") timeOut();
+    const Inputs& all = calls().contains(input) ? calls() : answers();
+    if (const auto step = all.find(input); step != all.end()) take(step->second);
+    return !testing::Test::HasFailure();
+  }
+
   void take(const Step& step) {
     if (const auto found = both_.take(step)) ADD_FAILURE() << cell_ << ": " << *found;
   }

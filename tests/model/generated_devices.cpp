@@ -74,7 +74,7 @@ Record<444> Generator::anyDescription(std::string& words) {
   for (const std::size_t check : kChecks) description.setWord(check, below(2));
   if (chance(50)) description.setWord(kWords[0], 0x1002);
   if (chance(50)) description.setWord(kWords[1], 0x5EC0);
-  words += formatted(", maker \"%s\", model \"%s\", zone %x, type %d", maker.c_str(), model.c_str(),
+  words += formatted(R"(, maker "%s", model "%s", zone %x, type %d)", maker.c_str(), model.c_str(),
                      static_cast<unsigned>(zone), preset);
   return description;
 }
