@@ -1,6 +1,5 @@
 #include "campaign/database.h"
 
-#include <depot.h>
 #include <tembra/records.h>
 #include <tembra/vocabulary.h>
 
@@ -8,29 +7,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
-#include <memory>
+
+#include "kit/database.h"
 
 namespace campaign {
 namespace {
 
 using Records = std::map<std::string, std::string>;
-using Text = std::unique_ptr<char, decltype(&std::free)>;
-
-Records allRecords() {
-  Records records;
-  DEPOT* const depot = dpopen(kDatabasePath, DP_OREADER, -1);
-  if (depot == nullptr) return records;
-  dpiterinit(depot);
-  int keySize = 0;
-  for (Text key(dpiternext(depot, &keySize), &std::free); key; key.reset(dpiternext(depot, &keySize))) {
-    int size = 0;
-    const Text value(dpget(depot, key.get(), keySize, 0, -1, &size), &std::free);
-    if (value) records[key.get()] = std::string(value.get(), static_cast<std::size_t>(size));
-  }
-  dpclose(depot);
-  return records;
-}
-
 template <typename Record>
 Record recordIn(const std::string& bytes) {
   Record record{};
@@ -70,7 +53,7 @@ std::string StoredDevice::text() const {
 
 Database readDatabase() {
   Database database;
-  Records records = allRecords();
+  Records records = kit::Database().all();
   for (const auto& [key, value] : records) database.rows.push_back({key, {value.begin(), value.end()}});
   const int nextId = std::atoi(records["NextDevid"].c_str());
   records.erase("NextDevid");

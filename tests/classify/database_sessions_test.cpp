@@ -54,14 +54,12 @@ class Holder {
   }
 
   [[nodiscard]] int hold(const std::string& key, const kit::Bytes& value) const {
-    const kit::UnwatchedDatabaseUse own;
-    DEPOT* depot = dpopen(DBName, DP_OWRITER | DP_OCREAT, -1);
-    if (depot == nullptr || write(held_[1], "x", 1) != 1) return 1;
+    const kit::OpenDatabase database;
+    if (write(held_[1], "x", 1) != 1) return 1;
     char byte = 0;
     if (read(letGo_[0], &byte, 1) != 1) return 2;
-    const auto* data = reinterpret_cast<const char*>(value.data());
-    if (dpput(depot, key.c_str(), -1, data, static_cast<int>(value.size()), DP_DOVER) == 0) return 3;
-    return dpclose(depot) == 0 ? 4 : 0;
+    database.put(key, value);
+    return 0;
   }
 
   int held_[2] = {-1, -1};

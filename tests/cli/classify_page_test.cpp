@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "support/classified.h"
-#include "support/database.h"
+#include "support/files.h"
 
 namespace tembra::test {
 namespace {

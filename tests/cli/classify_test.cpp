@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "support/classified.h"
-#include "support/database.h"
+#include "support/files.h"
 
 namespace tembra::test {
 namespace {

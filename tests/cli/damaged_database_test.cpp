@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "database/damages.h"
-#include "support/database.h"
+#include "support/files.h"
 #include "support/program.h"
 #include "support/sim_router.h"
 

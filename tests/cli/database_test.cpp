@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <ostream>
 
-#include "support/database.h"
+#include "support/files.h"
 #include "support/program.h"
 #include "support/sim_router.h"
 #include "support/udp_listener.h"
@@ -17,18 +17,16 @@ namespace tembra::test {
 namespace {
 
 TEST(Devices, AreListedWithWhatTheDatabaseTellsOfThem) {
-  {
-    const Writer database = openWriter();
-    put(database.get(), "NextDevid", "8");
-    put(database.get(), "Version", "3");
-    put(database.get(), "7", record(7, "Lamp\x1b[2J", "HueLamp", 3, 0, 0));
-    put(database.get(), "2", record(2, "Tür", "Siren", 2, 5, 0));
-    put(database.get(), "2.1", std::string(92, 'x'));
-    put(database.get(), "2.2", std::string(92, 'x'));
-    put(database.get(), "6", record(6, "Button", "KeyFob", 1, 0, 0xABC));
-    put(database.get(), "5", std::string("\5\0\0\0short", 9));
-    put(database.get(), "8", record(8, "\x9b\xc2\x9b\xe2\x80\xaemoor", "HueLamp", 3, 0, 0));
-  }
+  Database()
+      .nextId("8")
+      .put("Version", "3")
+      .put(Device(7, "Lamp\x1b[2J").type("HueLamp").ip())
+      .put(Device(2, "Tür").type("Siren").zwave(5))
+      .put("2.1", std::string(92, 'x'))
+      .put("2.2", std::string(92, 'x'))
+      .put(Device(6, "Button").type("KeyFob").zigbee(0xABC))
+      .put("5", std::string("\5\0\0\0short", 9))
+      .put(Device(8, "\x9b\xc2\x9b\xe2\x80\xaemoor").type("HueLamp").ip());
   const std::string before = readFile(kDatabase);
   const Ended devices = runAssoc({"devices"});
   EXPECT_EQ(devices.status, 0) << devices.errors;
@@ -43,7 +41,7 @@ TEST(Devices, AreListedWithWhatTheDatabaseTellsOfThem) {
 }
 
 TEST(Devices, AreJsonObjectsInAscii) {
-  put(openWriter().get(), "2", record(2, "T\xFFr \"x\" \xc3\xbc\xc2\x9b\x7f", "Siren", 2, 5, 0));
+  Database().put(Device(2, "T\xFFr \"x\" \xc3\xbc\xc2\x9b\x7f").type("Siren").zwave(5));
   EXPECT_EQ(runAssoc({"devices", "--json"}).output,
             "{\"id\":2,\"name\":\"T\\ufffdr \\\"x\\\" "
             "\\u00fc\\u009b\\u007f\",\"type\":\"Siren\",\"radio\":\"Z-Wave\",\"address\":\"5\","
@@ -109,14 +107,14 @@ INSTANTIATE_TEST_SUITE_P(Devices, UnreadableDatabase, testing::ValuesIn(kUnreada
                          [](const auto& test) { return test.param.name; });
 
 TEST(Devices, OfALockedDatabaseAreToldToBeLocked) {
-  const Writer lock = openWriter();
+  const OpenDatabase lock;
   const Ended devices = runAssoc({"devices"});
   EXPECT_EQ(devices.status, 1);
   EXPECT_EQ(devices.sentence(), "tembra-assoc: the device database /tmp/ddb stays locked by another process.");
 }
 
 TEST(Devices, OfAnEmptyDatabaseAreAHeading) {
-  openWriter().reset();
+  Database().create();
   EXPECT_EQ(runAssoc({"devices"}).output, "Id  Name  Type  Radio  Address  Values\n");
 }
 
@@ -167,7 +165,7 @@ TEST(Add, IsRefusedWhereTheLibraryWouldDeleteTheDatabase) {
 TEST(Add, IsRefusedWhileTheDatabaseStaysLocked) {
   const UdpListener zwave("127.255.255.254", 8888);
   const UdpListener home("127.255.255.1", 9999);
-  const Writer lock = openWriter();
+  const OpenDatabase lock;
   const Ended added = runAssoc({"add"});
   EXPECT_EQ(added.status, 1);
   EXPECT_EQ(added.sentence(), "tembra-assoc: the device database /tmp/ddb stays locked by another process.");
@@ -197,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(Add, MendedDatabase, testing::ValuesIn(kMended),
 
 // A file of another user: one that root gives away, or else one that belongs to root.
 std::string foreignFile() {
-  openWriter().reset();
+  Database().create();
   return chown(kDatabase, 12345, 12345) == 0 ? kDatabase : "/etc/passwd";
 }
 

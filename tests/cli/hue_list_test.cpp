@@ -1,36 +1,22 @@
 // The list of Hue bridges, over databases as they should be and as they should not.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include "support/database.h"
+#include "support/files.h"
 #include "support/program.h"
 
 namespace tembra::test {
 namespace {
 
-constexpr int kIpDevice = 3;
-
-std::string indexRecord(const std::string& text) {
-  IndexRecord index{};
-  text.copy(index.value, sizeof index.value);
-  std::string bytes(sizeof index, '\0');
-  std::memcpy(bytes.data(), &index, sizeof index);
-  return bytes;
-}
-
-void putLamp(DEPOT* depot, int id, const std::string& bridgeId, const std::string& user) {
-  const std::string key = std::to_string(id);
-  put(depot, key, record(id, "Lamp", "HueLamp", kIpDevice, 0, 0));
-  put(depot, key + ".1", indexRecord(bridgeId));
-  put(depot, key + ".9", indexRecord(user));
+void putLamp(int id, const std::string& bridgeId, const std::string& user) {
+  Database().put(Device(id, "Lamp").type("HueLamp").ip()).index(id, 1, bridgeId).index(id, 9, user);
 }
 
 TEST(HueList, ShowsABridgeAndItsUser) {
-  putLamp(openWriter().get(), 1, "a1b2c3fffe0a1b2c", "somebody");
+  putLamp(1, "a1b2c3fffe0a1b2c", "somebody");
   const Ended list = runAssoc({"hue", "list"});
   EXPECT_EQ(list.status, 0) << list.errors;
   EXPECT_EQ(list.output,
@@ -70,7 +56,7 @@ const Injection kInjections[] = {
 TEST(HueList, IsRefusedWhenAUserBreaksIt) {
   for (const Injection& injection : kInjections) {
     std::filesystem::remove(kDatabase);
-    putLamp(openWriter().get(), 1, "a1b2c3fffe0a1b2c", injection.user);
+    putLamp(1, "a1b2c3fffe0a1b2c", injection.user);
     for (const std::vector<std::string>& command :
          {std::vector<std::string>{"hue", "list"}, {"hue", "list", "--json"}}) {
       const Ended list = runAssoc(command);
@@ -83,7 +69,7 @@ TEST(HueList, IsRefusedWhenAUserBreaksIt) {
 }
 
 TEST(HueList, ShowsAUserWithoutWhatSteersATerminal) {
-  putLamp(openWriter().get(), 1, "a1b2c3fffe0a1b2c", "\xc2\x9b\x32Jmo\xc3\xbc\xe2\x80\xaeor");
+  putLamp(1, "a1b2c3fffe0a1b2c", "\xc2\x9b\x32Jmo\xc3\xbc\xe2\x80\xaeor");
   EXPECT_EQ(runAssoc({"hue", "list"}).output,
             "Bridge             User\n"
             "a1:b2:c3:0a:1b:2c  ?2Jmo\xc3\xbc?or\n");
@@ -101,7 +87,7 @@ TEST(HueList, IsRefusedWhereTheLibraryWouldDeleteTheDatabase) {
 }
 
 TEST(HueList, IsRefusedWhileTheDatabaseStaysLocked) {
-  const Writer lock = openWriter();
+  const OpenDatabase lock;
   const Ended list = runAssoc({"hue", "list"});
   EXPECT_EQ(list.status, 1);
   EXPECT_EQ(list.sentence(), "tembra-assoc: the device database /tmp/ddb stays locked by another process.");

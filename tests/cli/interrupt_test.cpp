@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <ostream>
 
-#include "support/database.h"
+#include "support/files.h"
 #include "support/sim_router.h"
 #include "support/terminal.h"
 
@@ -66,7 +66,7 @@ TEST(Interrupt, EndsAClassificationThatWaitsForALockedDatabase) {
   Program program(assocCommand({"add"}));
   router.pressOnAdd("siren");
   program.waitFor("GETTING_INFO");
-  const Writer lock = openWriter();
+  const OpenDatabase lock;
   router.waitFor("described in full");
   program.signal(SIGINT);
   EXPECT_EQ(program.end().status, 130);
@@ -79,7 +79,7 @@ TEST(Interrupt, EndsANamingThatWaitsForALockedDatabase) {
   Terminal terminal(assocCommand({"add"}));
   router.pressOnAdd("metering-plug");
   terminal.waitFor("Number or name");
-  const Writer lock = openWriter();
+  const OpenDatabase lock;
   terminal.type("1\r");
   terminal.waitFor("Looking up the device's number (at most ");
   terminal.type("\x03");

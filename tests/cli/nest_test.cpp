@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "support/database.h"
+#include "support/files.h"
 #include "support/sim_router.h"
 #include "support/terminal.h"
 #include "support/udp_listener.h"

@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "support/database.h"
+#include "support/files.h"
 #include "support/sim_router.h"
 
 namespace tembra::test {

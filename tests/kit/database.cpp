@@ -1,18 +1,17 @@
 #include "kit/database.h"
 
-#include <depot.h>
-#include <gtest/gtest.h>
-#include <tembra/globals.h>
 #include <tembra/vocabulary.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <memory>
+#include <stdexcept>
 
-#include "kit/interposed_database.h"
+#include "kit/text.h"
 
 namespace kit {
 
@@ -28,23 +27,11 @@ constexpr std::size_t kValueSizeInRecord = 12;
 
 constexpr unsigned kZigbeeRadio = 1;
 
-/// An open database of the test's own.
-class Session {
- public:
-  explicit Session(int mode) : depot_(dpopen(DBName, mode, -1)) {
-    if (depot_ == nullptr) ADD_FAILURE() << "dpopen: " << dperrmsg(dpecode);
-  }
-  ~Session() {
-    if (depot_ != nullptr && dpclose(depot_) == 0) ADD_FAILURE() << "dpclose: " << dperrmsg(dpecode);
-  }
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
-  [[nodiscard]] DEPOT* depot() const { return depot_; }
+using Text = std::unique_ptr<char, decltype(&std::free)>;
 
- private:
-  const UnwatchedDatabaseUse own_;
-  DEPOT* depot_;
-};
+void require(bool condition, const std::string& what) {
+  if (!condition) throw std::runtime_error(what);
+}
 
 Bytes bytesOf(const std::string& text) { return {text.begin(), text.end()}; }
 
@@ -96,8 +83,24 @@ Bytes Device::bytes() const {
   return {first, first + length_};
 }
 
+OpenDatabase::OpenDatabase(const char* path, int mode, int buckets) : depot_(dpopen(path, mode, buckets)) {
+  require(depot_ != nullptr, std::string("dpopen: ") + dperrmsg(dpecode));
+}
+
+OpenDatabase::~OpenDatabase() {
+  if (dpclose(depot_) != 0) return;
+  std::fprintf(stderr, "dpclose: %s\n", dperrmsg(dpecode));
+  std::abort();
+}
+
+void OpenDatabase::put(const std::string& key, const Bytes& value) const {
+  const auto* data = value.empty() ? "" : reinterpret_cast<const char*>(value.data());
+  const auto keySize = static_cast<int>(key.size());
+  require(dpput(depot_, key.data(), keySize, data, static_cast<int>(value.size()), DP_DOVER) != 0, "dpput: " + key);
+}
+
 Database& Database::create() {
-  const Session session(DP_OWRITER | DP_OCREAT);
+  const OpenDatabase open(path_);
   return *this;
 }
 
@@ -108,12 +111,7 @@ Database& Database::put(const Device& device) { return put(device.key(), device.
 Database& Database::put(const std::string& key, const std::string& value) { return put(key, bytesOf(value)); }
 
 Database& Database::put(const std::string& key, const Bytes& value) {
-  const Session session(DP_OWRITER | DP_OCREAT);
-  const auto* data = reinterpret_cast<const char*>(value.data());
-  if (dpput(session.depot(), key.data(), static_cast<int>(key.size()), value.empty() ? "" : data,
-            static_cast<int>(value.size()), DP_DOVER) == 0) {
-    ADD_FAILURE() << "dpput: " << dperrmsg(dpecode);
-  }
+  OpenDatabase(path_).put(key, value);
   return *this;
 }
 
@@ -125,46 +123,56 @@ Database& Database::index(int id, int number, const std::string& value) {
 }
 
 Database& Database::drop(const std::string& key) {
-  const Session session(DP_OWRITER | DP_OCREAT);
-  dpout(session.depot(), key.data(), static_cast<int>(key.size()));
+  const OpenDatabase open(path_);
+  dpout(open.depot(), key.data(), static_cast<int>(key.size()));
   return *this;
 }
 
-bool Database::exists() const { return fs::exists(DBName); }
+bool Database::exists() const { return fs::exists(path_); }
 
-int Database::records() const {
-  const Session session(DP_OREADER);
-  return session.depot() == nullptr ? -1 : dprnum(session.depot());
-}
+int Database::records() const { return dprnum(OpenDatabase(path_, DP_OREADER).depot()); }
 
 std::vector<std::string> Database::keys() const {
-  const Session session(DP_OREADER);
+  const OpenDatabase open(path_, DP_OREADER);
   std::vector<std::string> keys;
-  if (session.depot() == nullptr || dpiterinit(session.depot()) == 0) return keys;
-  while (char* key = dpiternext(session.depot(), nullptr)) {
-    keys.emplace_back(key);
-    std::free(key);
+  dpiterinit(open.depot());
+  int size = 0;
+  for (Text key(dpiternext(open.depot(), &size), &std::free); key; key.reset(dpiternext(open.depot(), &size))) {
+    keys.emplace_back(key.get(), static_cast<std::size_t>(size));
   }
   return keys;
 }
 
-Bytes Database::file() const {
-  std::ifstream stream(DBName, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+std::set<std::string> Database::keySet() const {
+  const std::vector<std::string> all = keys();
+  return {all.begin(), all.end()};
 }
 
-void Database::remove() { fs::remove(DBName); }
-
-void Database::replaceWith(const Bytes& content) {
-  std::ofstream(DBName, std::ios::binary | std::ios::trunc)
-      .write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
+std::map<std::string, std::string> Database::all() const {
+  std::map<std::string, std::string> records;
+  if (!exists()) return records;
+  for (const std::string& key : keys()) records[key] = text(key);
+  return records;
 }
+
+std::string Database::text(const std::string& key) const {
+  const OpenDatabase open(path_, DP_OREADER);
+  int size = 0;
+  const Text value(dpget(open.depot(), key.data(), static_cast<int>(key.size()), 0, -1, &size), &std::free);
+  return value ? std::string(value.get(), static_cast<std::size_t>(size)) : "missing";
+}
+
+Bytes Database::file() const { return bytesOf(readFile(path_)); }
+
+void Database::remove() { fs::remove(path_); }
+
+void Database::replaceWith(const Bytes& content) { writeFile(path_, {content.begin(), content.end()}); }
 
 void Database::makeUnopenable() { replaceWith({'x'}); }
 
-void Database::makeRepairable() { std::ofstream(DBName, std::ios::binary | std::ios::app) << 'x'; }
+void Database::makeRepairable() { std::ofstream(path_, std::ios::binary | std::ios::app) << 'x'; }
 
-void Database::cutTo(std::size_t length) { fs::resize_file(DBName, length); }
+void Database::cutTo(std::size_t length) { fs::resize_file(path_, length); }
 
 void Database::breakRecord(const std::string& key) { overwriteInRecord(key, kValueSizeInRecord, 0xFFFFFFFF); }
 
@@ -181,7 +189,7 @@ void Database::overwriteInRecord(const std::string& key, std::size_t offset, uns
   do {
     found = std::search(found + 1, content.end(), wanted.begin(), wanted.end());
   } while (found != content.end() && !isKey(found));
-  ASSERT_NE(found, content.end()) << "no record of key " << key;
+  require(found != content.end(), "no record of key " + key);
   const auto record = static_cast<std::size_t>(found - content.begin()) - kRecordHeaderLength;
   const auto* bytes = reinterpret_cast<const unsigned char*>(&value);
   overwrite(record + offset, Bytes(bytes, bytes + sizeof value));
@@ -190,18 +198,18 @@ void Database::overwriteInRecord(const std::string& key, std::size_t offset, uns
 void Database::breakEveryValue() {
   const Bytes content = file();
   int buckets = 0;
-  ASSERT_GT(content.size(), kBucketsOffset);
+  require(content.size() > kBucketsOffset, "no database");
   std::memcpy(&buckets, content.data() + kBucketCountOffset, sizeof buckets);
   overwrite(kBucketsOffset, Bytes(static_cast<std::size_t>(buckets) * sizeof(int), 0));
 }
 
 void Database::makeDirectory() {
   remove();
-  fs::create_directory(DBName);
+  fs::create_directory(path_);
 }
 
 void Database::overwrite(std::size_t offset, const Bytes& bytes) {
-  std::fstream stream(DBName, std::ios::binary | std::ios::in | std::ios::out);
+  std::fstream stream(path_, std::ios::binary | std::ios::in | std::ios::out);
   stream.seekp(static_cast<std::streamoff>(offset));
   stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }

@@ -2,12 +2,18 @@
 #ifndef TEMBRA_TESTS_KIT_DATABASE_H
 #define TEMBRA_TESTS_KIT_DATABASE_H
 
+#include <depot.h>
 #include <tembra/records.h>
 
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
-#include "kit/trace.h"
+#include "kit/interposed_database.h"
+#include "kit/text.h"
 
 namespace kit {
 
@@ -33,10 +39,34 @@ class Device {
   std::size_t length_ = sizeof(DeviceRecord);
 };
 
-/// The file of the library's DBName, through the Depot API. Each call opens and closes it, so use it only while the
-/// library is at rest: closing any descriptor of the file drops the process's lock.
+/// Where the library looks for it, unless a test says otherwise.
+inline constexpr char kDatabasePath[] = "/tmp/ddb";
+
+/// An open database, locked as long as it lives.
+class OpenDatabase {
+ public:
+  explicit OpenDatabase(const char* path = kDatabasePath, int mode = DP_OWRITER | DP_OCREAT, int buckets = -1);
+  ~OpenDatabase();
+  OpenDatabase(const OpenDatabase&) = delete;
+  OpenDatabase& operator=(const OpenDatabase&) = delete;
+  [[nodiscard]] DEPOT* depot() const { return depot_; }
+
+  void put(const std::string& key, const Bytes& value) const;
+  void put(const std::string& key, const std::string& value) const { put(key, Bytes(value.begin(), value.end())); }
+
+ private:
+  const UnwatchedDatabaseUse own_;
+  DEPOT* depot_;
+};
+
+/// A file through the Depot API. Each call opens and closes it, so use it only while the library is at rest: closing
+/// any descriptor of the file drops the process's lock. It needs nothing else of the kit.
 class Database {
  public:
+  /// The path is read at each call.
+  constexpr Database() = default;
+  constexpr explicit Database(const char* path) : path_(path) {}
+
   /// Creates an empty database unless there is one.
   Database& create();
 
@@ -50,7 +80,21 @@ class Database {
   [[nodiscard]] bool exists() const;
   [[nodiscard]] int records() const;
   [[nodiscard]] std::vector<std::string> keys() const;  // in the order of the file
+  [[nodiscard]] std::set<std::string> keySet() const;
+  [[nodiscard]] std::map<std::string, std::string> all() const;  // none where there is no database
   [[nodiscard]] Bytes file() const;
+
+  /// "missing" where there is no such record.
+  [[nodiscard]] std::string text(const std::string& key) const;
+
+  /// Zero beyond the end of what is stored.
+  template <typename Record>
+  [[nodiscard]] Record record(const std::string& key) const {
+    Record record{};
+    const std::string value = text(key);
+    std::memcpy(&record, value.data(), std::min(value.size(), sizeof record));
+    return record;
+  }
 
   // Damage. The file is there and well before.
   void remove();
@@ -65,6 +109,8 @@ class Database {
 
  private:
   void overwrite(std::size_t offset, const Bytes& bytes);
+
+  const char* path_ = kDatabasePath;
 };
 
 }  // namespace kit

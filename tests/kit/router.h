@@ -104,7 +104,7 @@ class Router {
   Stage stage_;
   StderrCapture stderrCapture_;
   Nvram nvram_;
-  Database database_;
+  Database database_{DBName};
   Peer zwave_, zigbee_, hue_, nest_, ha_;
 };
 

@@ -10,6 +10,8 @@
 
 namespace kit {
 
+using Bytes = std::vector<unsigned char>;
+
 inline std::vector<std::string> linesOf(const std::string& text) {
   std::vector<std::string> lines;
   std::istringstream stream(text);

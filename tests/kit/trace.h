@@ -11,11 +11,10 @@
 #include <thread>
 #include <vector>
 
+#include "kit/text.h"
 #include "kit/visible_text.h"
 
 namespace kit {
-
-using Bytes = std::vector<unsigned char>;
 
 /// A datagram that the library sent (or failed to send).
 struct Datagram {

@@ -1,6 +1,5 @@
 #include "library.h"
 
-#include <depot.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -10,7 +9,7 @@
 #include <sstream>
 #include <utility>
 
-#include "kit/interposed_database.h"
+#include "kit/database.h"
 #include "operations.h"
 
 namespace oracle {
@@ -31,13 +30,8 @@ void occupyDescriptorZero() {
 }
 
 void writeRows(const std::vector<Row>& rows) {
-  const kit::UnwatchedDatabaseUse own;
-  DEPOT* depot = dpopen(DBName, DP_OWRITER | DP_OCREAT, -1);
-  for (const Row& row : rows) {
-    dpput(depot, row.key.data(), static_cast<int>(row.key.size()), reinterpret_cast<const char*>(row.value.data()),
-          static_cast<int>(row.value.size()), DP_DOVER);
-  }
-  dpclose(depot);
+  const kit::OpenDatabase database;
+  for (const Row& row : rows) database.put(row.key, row.value);
 }
 
 // "send zigbee 320 ... -> EPERM" without what the datagram says: its bytes are compared.

@@ -8,7 +8,6 @@
 
 #include "sim/core/record_bytes.h"
 #include "support/caller.h"
-#include "support/database.h"
 #include "support/running_sim.h"
 #include "tembra/vocabulary.h"
 
@@ -53,20 +52,20 @@ class HaServerTest : public testing::Test {
 };
 
 TEST_F(HaServerTest, CreatesAnEmptyDatabaseAtStart) {
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version"}));
-  EXPECT_EQ(textAt("NextDevid"), "1");
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version"}));
+  EXPECT_EQ(kDatabase.text("NextDevid"), "1");
 }
 
 TEST_F(HaServerTest, StoresAnAddedNode) {
   zwave(addedNode(7, DEVTYPE_BINARY_SWITCH));
-  const auto record = recordAt<DeviceRecord>("1");
+  const auto record = kDatabase.record<DeviceRecord>("1");
   EXPECT_EQ(record.id, 1);
   EXPECT_STREQ(record.name, "Plug 7");
   EXPECT_EQ(record.zwaveNode, 7U);
   EXPECT_EQ(record.zigbeeAddress, 0U);
   EXPECT_EQ(record.radioKind, RADIO_ZWAVE);
   EXPECT_STREQ(record.typeName, "BinarySwitch");
-  EXPECT_EQ(textAt("NextDevid"), "2");
+  EXPECT_EQ(kDatabase.text("NextDevid"), "2");
   EXPECT_EQ(sim.stop(), 0);
 }
 
@@ -86,17 +85,17 @@ TEST_F(HaServerTest, StoresOneIndexRecordForEachEntryOfTheTable) {
   block.indexes[0] = {INDEX_SWITCH, 1};
   block.indexes[1] = {INDEX_ENERGY, 2};
   zwave(block);
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "1", "1.1", "1.2"}));
-  EXPECT_STREQ(recordAt<IndexRecord>("1.2").value, "0");
-  EXPECT_EQ(recordAt<IndexRecord>("1.2").at0[0], INDEX_ENERGY);
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version", "1", "1.1", "1.2"}));
+  EXPECT_STREQ(kDatabase.record<IndexRecord>("1.2").value, "0");
+  EXPECT_EQ(kDatabase.record<IndexRecord>("1.2").at0[0], INDEX_ENERGY);
 }
 
 TEST_F(HaServerTest, StoresAFullIndexTable) {
   ZwNodeInfo block = addedNode(7, DEVTYPE_GENERIC_DEVICE);
   for (ZwIndexEntry& entry : block.indexes) entry = {INDEX_SWITCH, 1};
   zwave(block);
-  EXPECT_TRUE(keys().contains("1.31"));
-  EXPECT_FALSE(keys().contains("1.32"));
+  EXPECT_TRUE(kDatabase.keySet().contains("1.31"));
+  EXPECT_FALSE(kDatabase.keySet().contains("1.32"));
   EXPECT_EQ(sim.stop(), 0);
 }
 
@@ -109,25 +108,25 @@ TEST_F(HaServerTest, DropsARemovedNodeAndOnlyThat) {
   block.requestMark = 255;
   zwave(block);  // id 12, with an index record
   zwave(removedNode(7));
-  EXPECT_FALSE(keys().contains("1"));
-  EXPECT_FALSE(keys().contains("1.1"));
-  EXPECT_TRUE(keys().contains("10"));
-  EXPECT_TRUE(keys().contains("12.1"));
-  EXPECT_EQ(textAt("NextDevid"), "13");
+  EXPECT_FALSE(kDatabase.keySet().contains("1"));
+  EXPECT_FALSE(kDatabase.keySet().contains("1.1"));
+  EXPECT_TRUE(kDatabase.keySet().contains("10"));
+  EXPECT_TRUE(kDatabase.keySet().contains("12.1"));
+  EXPECT_EQ(kDatabase.text("NextDevid"), "13");
 }
 
 TEST_F(HaServerTest, ANodeThatIsHandedOverAgainReplacesItself) {
   zwave(addedNode(7, DEVTYPE_SIREN));
   zwave(addedNode(7, DEVTYPE_BINARY_SWITCH));
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "2"}));
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version", "2"}));
 }
 
 TEST_F(HaServerTest, DropsEveryDeviceButKeepsCounting) {
   zwave(addedNode(7, DEVTYPE_SIREN));
   zwave(addedNode(8, DEVTYPE_SIREN));
   removeAll();
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version"}));
-  EXPECT_EQ(textAt("NextDevid"), "3");
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version"}));
+  EXPECT_EQ(kDatabase.text("NextDevid"), "3");
   EXPECT_EQ(sim.stop(), 0);
 }
 
@@ -152,23 +151,23 @@ ZbDeviceInfo removedDevice(unsigned short address) {
 
 TEST_F(HaServerTest, StoresAnAddedZigbeeDeviceWithItsIndexTable) {
   zigbee(addedDevice(0x1234, 2));
-  const auto record = recordAt<DeviceRecord>("1");
+  const auto record = kDatabase.record<DeviceRecord>("1");
   EXPECT_STREQ(record.name, "Lamp");
   EXPECT_EQ(record.zigbeeAddress, 0x1234U);
   EXPECT_EQ(record.zwaveNode, 0U);
   EXPECT_NE(record.radioKind, RADIO_ZWAVE);
   EXPECT_NE(record.radioKind, RADIO_IP);
   EXPECT_STREQ(record.typeName, "MultilevelSwitch");
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "1", "1.1", "1.2"}));
-  EXPECT_EQ(recordAt<IndexRecord>("1.2").at0[0], INDEX_LEVEL);
-  EXPECT_EQ(recordAt<IndexRecord>("1.2").at0[1], 11);
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version", "1", "1.1", "1.2"}));
+  EXPECT_EQ(kDatabase.record<IndexRecord>("1.2").at0[0], INDEX_LEVEL);
+  EXPECT_EQ(kDatabase.record<IndexRecord>("1.2").at0[1], 11);
   EXPECT_EQ(sim.stop(), 0);
 }
 
 TEST_F(HaServerTest, StoresNoMoreIndexRecordsThanAZigbeeTableHas) {
   zigbee(addedDevice(0x1234, 255));
-  EXPECT_TRUE(keys().contains("1.29"));
-  EXPECT_FALSE(keys().contains("1.30"));
+  EXPECT_TRUE(kDatabase.keySet().contains("1.29"));
+  EXPECT_FALSE(kDatabase.keySet().contains("1.30"));
 }
 
 TEST_F(HaServerTest, DropsTheZigbeeDeviceOfAnAddressAndNothingElse) {
@@ -176,24 +175,24 @@ TEST_F(HaServerTest, DropsTheZigbeeDeviceOfAnAddressAndNothingElse) {
   zigbee(addedDevice(0x0107, 1));
   zwave(addedNode(7, DEVTYPE_SIREN));
   zigbee(removedDevice(0x0007));
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "2", "2.1", "3"}));
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version", "2", "2.1", "3"}));
   zwave(removedNode(7));
   zigbee(removedDevice(0x0107));
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version"}));
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version"}));
   EXPECT_EQ(sim.stop(), 0);
 }
 
 TEST_F(HaServerTest, AZigbeeDeviceThatIsHandedOverAgainReplacesItself) {
   zigbee(addedDevice(0x1234, 3));
   zigbee(addedDevice(0x1234, 1));
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "2", "2.1"}));
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version", "2", "2.1"}));
 }
 
 TEST_F(HaServerTest, MakesTheDatabaseAnewWhenAReaderDeletedIt) {
   zwave(addedNode(7, DEVTYPE_SIREN));
-  std::filesystem::remove(kDatabase);
+  std::filesystem::remove(kit::kDatabasePath);
   zwave(addedNode(8, DEVTYPE_SIREN));
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "2"}));
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version", "2"}));
 }
 
 TEST_F(HaServerTest, AStoredNodeIsNotDescribedAgainWhenItRejoins) {
@@ -261,7 +260,7 @@ TEST(HaServerRun, ADatabaseThatIsDamagedMeanwhileIsTrouble) {
   {
     constexpr std::streamoff numberOfBuckets = 32;
     constexpr int tooMany = 1 << 24;
-    std::fstream file(kDatabase, std::ios::in | std::ios::out | std::ios::binary);
+    std::fstream file(kit::kDatabasePath, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(numberOfBuckets).write(reinterpret_cast<const char*>(&tooMany), sizeof tooMany);
   }
   caller.notice(RECORD_ZWAVE, bytesOf(addedNode(2, DEVTYPE_SIREN)));

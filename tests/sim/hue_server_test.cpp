@@ -10,7 +10,6 @@
 #include <thread>
 
 #include "support/caller.h"
-#include "support/database.h"
 #include "support/running_sim.h"
 #include "tembra/vocabulary.h"
 
@@ -23,7 +22,7 @@ enum : unsigned { kAddBridge = 100, kAddBulb = 105, kRefresh = 106, kRemove = 10
 
 class HueServerTest : public testing::Test {
  protected:
-  // kit::Ended type of the answer.
+  // Result type of the answer.
   int answerTo(unsigned command, const char* bridge, const char* argument = "") {
     caller.hue(command, bridge, argument);
     return hear().type;
@@ -77,7 +76,7 @@ TEST(HueServerPatience, AnAddGivesUpWhenNobodyPresses) {
   RunningSim sim({"--speed", "100"});
   caller.hue(kAddBridge, kBridge);
   EXPECT_EQ(caller.hear().as<HueAnswer>().type, 4);
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version"}));
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version"}));
   EXPECT_EQ(sim.stop(), 0);
 }
 
@@ -121,13 +120,13 @@ TEST_F(HueServerTest, AnAddedBridgeTakesEveryCommand) {
 TEST_F(HueServerTest, ALampIsStoredWithItsBridgeAndUser) {
   add(kBridge);
   answerTo(kAddBulb, kBridge, "Desk");
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "1", "1.1", "1.9", "2", "2.1", "2.9"}));
-  const auto record = recordAt<DeviceRecord>("2");
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version", "1", "1.1", "1.9", "2", "2.1", "2.9"}));
+  const auto record = kDatabase.record<DeviceRecord>("2");
   EXPECT_STREQ(record.name, "Desk");
   EXPECT_EQ(record.radioKind, RADIO_IP);
   EXPECT_STREQ(record.typeName, "HueLamp");
-  EXPECT_STREQ(recordAt<IndexRecord>("2.1").value, kBridge);
-  EXPECT_STREQ(recordAt<IndexRecord>("2.9").value, "user-02a1b2fffe0c0001");
+  EXPECT_STREQ(kDatabase.record<IndexRecord>("2.1").value, kBridge);
+  EXPECT_STREQ(kDatabase.record<IndexRecord>("2.9").value, "user-02a1b2fffe0c0001");
 }
 
 TEST_F(HueServerTest, RemovingABridgeDropsItsLampsOnly) {
@@ -135,7 +134,7 @@ TEST_F(HueServerTest, RemovingABridgeDropsItsLampsOnly) {
   add(kSecondBridge);
   answerTo(kAddBulb, kBridge, "Desk");
   EXPECT_EQ(answerTo(kRemove, kBridge), 9);
-  EXPECT_EQ(keys(), (std::set<std::string>{"NextDevid", "Version", "2", "2.1", "2.9"}));
+  EXPECT_EQ(kDatabase.keySet(), (std::set<std::string>{"NextDevid", "Version", "2", "2.1", "2.9"}));
 }
 
 std::string bridgesKnownToTheLibrary() {
@@ -217,8 +216,8 @@ TEST(HueServerRestart, AnAddedBridgeIsStillKnown) {
 TEST(HueServerDatabase, AFailureIsTroubleAndAFailedResult) {
   Caller caller;
   RunningSim sim;
-  std::filesystem::remove(kDatabase);
-  std::filesystem::create_directory(kDatabase);
+  std::filesystem::remove(kit::kDatabasePath);
+  std::filesystem::create_directory(kit::kDatabasePath);
   caller.hue(kRefresh, kBridge, "user");
   EXPECT_EQ(caller.hear().as<HueAnswer>().type, 1);
   EXPECT_EQ(sim.stop(), 1);

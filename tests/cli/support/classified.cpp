@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "support/database.h"
+#include "support/files.h"
 
 namespace tembra::test {
 namespace {

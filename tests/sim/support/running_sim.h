@@ -5,11 +5,15 @@
 #include <string>
 #include <vector>
 
+#include "kit/database.h"
 #include "kit/program.h"
 #include "sim/control/control_path.h"
 #include "sim/core/outcome.h"
 
 namespace tembra::sim::test {
+
+/// The simulator's database, read through Depot.
+inline constexpr kit::Database kDatabase;
 
 inline const std::string kControl = defaultControlPath();
 
