@@ -1,7 +1,6 @@
 // The system refuses the library something: one sentence says so at once, and the exit status is the right one.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <ostream>
 
 #include "support/sim_router.h"
@@ -9,22 +8,6 @@
 
 namespace tembra::test {
 namespace {
-
-// These are heard by the program, and by what it starts, instead of ours.
-std::vector<std::string> assocWith(std::vector<std::string> variables, const std::vector<std::string>& arguments) {
-  variables.insert(variables.begin(), "/usr/bin/env");
-  const std::vector<std::string> command = assocCommand(arguments);
-  variables.insert(variables.end(), command.begin(), command.end());
-  return variables;
-}
-
-std::vector<std::string> assocRefused(const std::string& call, const std::vector<std::string>& arguments) {
-  const char* options = std::getenv("ASAN_OPTIONS");
-  const std::string sanitizer = "ASAN_OPTIONS=" + std::string(options == nullptr ? "" : options);
-  return assocWith({"TEMBRA_FAILING=" + call, "LD_PRELOAD=" TEMBRA_FAILING_CALL " " TEMBRA_FAST_CLOCK,
-                    sanitizer + ":verify_asan_link_order=0"},
-                   arguments);
-}
 
 struct RefusedCall {
   const char* name;
@@ -61,7 +44,7 @@ class RefusedCallTest : public testing::TestWithParam<RefusedCall> {};
 
 TEST_P(RefusedCallTest, EndsTheCommandWithoutAConnection) {
   const SimRouter router;
-  const Ended ended = Program(assocRefused(GetParam().call, GetParam().arguments)).end();
+  const Ended ended = Program(assocCommand(GetParam().arguments), bentCalls(GetParam().call)).end();
   EXPECT_EQ(ended.status, 3);
   EXPECT_EQ(ended.errors, "tembra-assoc: no connection: " + std::string(GetParam().sentence) + "\n");
   EXPECT_EQ(ended.output, "");
@@ -71,14 +54,14 @@ INSTANTIATE_TEST_SUITE_P(Of, RefusedCallTest, testing::ValuesIn(kNoConnections),
                          [](const auto& test) { return test.param.name; });
 
 TEST(HueList, WithoutAThreadIsToldSo) {
-  const Ended list = Program(assocRefused("own-thread", {"hue", "list"})).end();
+  const Ended list = Program(assocCommand({"hue", "list"}), bentCalls("own-thread")).end();
   EXPECT_EQ(list.status, 1);
   EXPECT_EQ(list.sentence(), std::string("tembra-assoc: ") + kNoThread);
 }
 
 TEST(Add, WhoseDeviceCannotBeHandedOverSaysWhy) {
   SimRouter router;
-  Program add(assocRefused("sendto-home", {"add", "--yes"}));
+  Program add(assocCommand({"add", "--yes"}), bentCalls("sendto-home"));
   router.pressOnAdd("siren");
   const Ended added = add.end();
   EXPECT_EQ(added.status, 1);
@@ -90,7 +73,7 @@ TEST(Add, WhoseDeviceCannotBeHandedOverSaysWhy) {
 // The shell's own complaint would stand in the midst of ours.
 TEST(MissingCommand, OfTheRouterIsToldInOneSentenceAndDoesNoHarm) {
   const UdpListener zwave("127.255.255.254", 8888);
-  const Ended cancelled = Program(assocWith({"PATH=/usr/bin:/bin"}, {"cancel", "--json"})).end();
+  const Ended cancelled = Program(assocCommand({"cancel", "--json"}), {{"PATH", "/usr/bin:/bin"}}).end();
   EXPECT_EQ(cancelled.status, 0);
   EXPECT_EQ(cancelled.errors,
             "tembra-assoc: the router's command nvram_get cannot be run (not found), so the router counts as number 0 "
@@ -100,7 +83,8 @@ TEST(MissingCommand, OfTheRouterIsToldInOneSentenceAndDoesNoHarm) {
 
 TEST(StandardError, KeepsTheRoutersLogWhereItIsWrittenThere) {
   const UdpListener zwave("127.255.255.254", 8888);
-  const Ended cancelled = Program(assocWith({"TEMBRA_LOG=stderr", "TEMBRA_LOG_LEVEL=progress"}, {"cancel"})).end();
+  const Ended cancelled =
+      Program(assocCommand({"cancel"}), {{"TEMBRA_LOG", "stderr"}, {"TEMBRA_LOG_LEVEL", "progress"}}).end();
   EXPECT_EQ(cancelled.status, 0);
   EXPECT_NE(cancelled.errors.find("progress: libTembraAssoc:Thread created successfully\n"), std::string::npos)
       << cancelled.errors;

@@ -7,12 +7,16 @@ namespace tembra::test {
 kit::Settings routerSettings(Clock clock) {
   kit::Settings settings = {{"PATH", std::string(std::getenv("PATH")) + ":" + TEMBRA_PROGRAM_FOLDER},
                             {"TEMBRA_LOG", "off"}};
-  if (clock == Clock::kFast) {
-    const char* options = std::getenv("ASAN_OPTIONS");
-    settings["LD_PRELOAD"] = TEMBRA_FAST_CLOCK;
-    settings["ASAN_OPTIONS"] = std::string(options == nullptr ? "" : options) + ":verify_asan_link_order=0";
-  }
+  if (clock == Clock::kFast) settings.merge(bentCalls());
   return settings;
+}
+
+kit::Settings bentCalls(const std::string& failing) {
+  const char* options = std::getenv("ASAN_OPTIONS");
+  return {{"LD_PRELOAD", TEMBRA_BENT_CALLS},
+          {"TEMBRA_FAILING", failing},
+          {"TEMBRA_HASTE", "100"},
+          {"ASAN_OPTIONS", std::string(options == nullptr ? "" : options) + ":verify_asan_link_order=0"}};
 }
 
 std::vector<std::string> assocCommand(std::vector<std::string> arguments) {

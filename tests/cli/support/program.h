@@ -16,10 +16,23 @@ enum class Clock { kReal, kFast };
 
 [[nodiscard]] kit::Settings routerSettings(Clock clock);
 
+/// Of a program whose waits pass a hundred times faster and of which a call fails, if one is named; see bent_calls.cpp.
+[[nodiscard]] kit::Settings bentCalls(const std::string& failing = "");
+
 class Program : public kit::Program {
  public:
   explicit Program(const std::vector<std::string>& command, Clock clock = Clock::kReal, Input input = Input::kNothing)
       : kit::Program(command, routerSettings(clock), input) {}
+
+  /// With settings that come before the router's.
+  Program(const std::vector<std::string>& command, const kit::Settings& settings)
+      : kit::Program(command, withRouters(settings)) {}
+
+ private:
+  static kit::Settings withRouters(kit::Settings settings) {
+    settings.merge(routerSettings(Clock::kReal));
+    return settings;
+  }
 };
 
 /// The whole of tembra-assoc with these arguments.
