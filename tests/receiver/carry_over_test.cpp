@@ -1,247 +1,95 @@
-// What the thread's event buffers and its report keep from one event to the next. Whatever a callback leaves in the
-// record that it gets is still there when the same buffer is used again, which shows who writes which byte.
+// What survives from one answer to the next: in the event buffers and the report, of which every byte of every event is
+// compared, and in the receive buffer, which a short datagram does not fill.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
+#include <ostream>
 
-#include "kit/router.h"
-#include "nodes.h"
+#include "buffers.h"
 
 using kit::Bytes;
-using kit::Device;
-using kit::Node;
-using kit::RecordedEvent;
 using kit::Router;
+using kit::ZigbeeDevice;
 
 namespace {
 
-constexpr unsigned char kInk = 0xAA;
-constexpr int kInkSource = 99;
+using namespace steps;
 
-const Node kSensor = Node(5).generic(0x00).values({{0x20, 0, 1}, {0x30, 0, 1}});  // six sub-types
-const Node kGeneric = Node(5).generic(0x00);                                      // none
-
-class CarryOver : public testing::Test {
- protected:
-  Router router;
-  TembraAssociation& assoc = router.connect();
-
-  /// The event that this answer to the Z-Wave server's state gives.
-  RecordedEvent event(int state, const Node& node) {
-    assoc.assocState = state;
-    idle = 0;
-    router.zwave().send(node);
-    return last();
-  }
-
-  RecordedEvent timeout() {
-    idle = 0;
-    router.advance(180);
-    return last();
-  }
-
-  RecordedEvent zigbeeEvent(unsigned char status) {
-    ZbDeviceInfo device{};
-    device.msgCode = status;
-    assoc.assocState = ASSOC;
-    router.zigbee().send(device);
-    return last();
-  }
-
-  /// Lets the callback smear each record that it gets.
-  void smearEvents() {
-    router.onEvent([](AssocEvent* event) {
-      event->source = kInkSource;
-      std::memset(event->payload, kInk, sizeof event->payload);
-    });
-  }
-
- private:
-  RecordedEvent last() {
-    const auto events = router.takeEvents();
-    EXPECT_EQ(events.size(), 1U);
-    return events.empty() ? RecordedEvent{} : events.back();
-  }
+struct Story {
+  const char* name;
+  std::vector<Step> steps;
 };
 
-// Whether the payload from `from` on is this byte.
-testing::AssertionResult payloadIs(unsigned char byte, const RecordedEvent& recorded, std::size_t from = 0) {
-  const auto* end = std::end(recorded.event.payload);
-  const auto* other = std::find_if(recorded.event.payload + from, end, [=](unsigned char b) { return b != byte; });
-  if (other == end) return testing::AssertionSuccess();
-  return testing::AssertionFailure() << "event " << recorded.event.code << " has " << static_cast<int>(*other) << " at "
-                                     << other - recorded.event.payload;
+void PrintTo(const Story& story, std::ostream* out) { *out << story.name; }
+
+const Story kStories[] = {
+    {"ATimeOutHasTheSourceOfTheZwaveEventBefore", {kZwaveAdding, kTimeOut, kZwaveFailed, kTimeOut}},
+    {"ATimeOutHasNotTheSourceOfARemovalOrOfZigbee", {kZwaveRemoved, kTimeOut, kZigbeeAdding, kTimeOut}},
+    {"ATimeOutHasTheSourceAndTheTailOfAHueEventBefore", {kHueDone, kTimeOut, kHueFailed, kTimeOut}},
+    {"TheFailedHueAddHasTheSourceOfTheEventBefore",
+     {kHueFailed, kHueBridges, kHueFailed, kNest41, kHueFailed, kZwaveAdding, kHueFailed, kHueDone, kHueFailed}},
+    {"TheReportOfAnOfferKeepsWhatWentBefore", {kZigbeeAdding, kZwaveRemoved, kZwaveChoice, kZwaveRemoved}},
+    {"OnlyACreatedDeviceClearsTheReport",
+     {kZigbeeAdding, kZigbeeRemoved, kZigbeeChoice, kZigbeeFailed, kZigbeeRemoved, kZigbeeCreated, kZigbeeRemoved,
+      kZwaveChoice, kZwaveCreated, kZwaveRemoved, kZigbeeInfo}},
+    {"TextsKeepTheTailOfLongerOnes", {kZigbeeFailed, kZigbeeAdding, kZigbeeInfo, kZigbeeRemoved, kZwaveRemoved}},
+    {"TheListOfSubTypesInheritsNothing", {kZigbeeAdding, kZwaveLongChoice, kZwaveChoice, kZwaveCreated}},
+    {"ARemovalOfNobodyShowsTheBufferAsItWas",
+     {kZigbeeStranger, kZigbeeAdding, kZigbeeStranger, kZwaveNobody, kZigbeeChoice, kZigbeeStranger, kZigbeeCreated,
+      kZwaveNobody, kZwaveChoice, kZwaveStranger, kHueBridges, kZwaveStranger}},
+    {"TheBridgeListReplacesADeviceReport", {kZwaveCreated, kHueBridges, kZwaveNobody}},
+    {"NestEventsStandWhereTheHueAnswerWasCopied", {kHueBridges, kNest41, kNest44, kHueUnknown, kNest41}},
+    {"NestEventsStandWhereARemovalNoticeWasBuilt", {kZigbeeRemoved, kNest41}},
+    {"ANewConnectionBeginsWithEmptyBuffers",
+     {kZwaveAdding, kZwaveStranger, kHueBridges, kHueDone, kReopen, kTimeOut, kNest41, kHueFailed, kZwaveNobody}},
+};
+
+class CarryOver : public testing::TestWithParam<Story> {};
+
+TEST_P(CarryOver, IsExact) {
+  Buffers buffers;
+  for (const Step& step : GetParam().steps) {
+    SCOPED_TRACE(step.name);
+    step.take(buffers);
+  }
 }
 
-std::vector<int> subTypes(const RecordedEvent& recorded) {
-  const DeviceReport report = recorded.report();
-  return {std::begin(report.subTypes), std::end(report.subTypes)};
-}
-
-std::vector<int> listOf(std::initializer_list<int> types) {
-  std::vector<int> list(types);
-  list.resize(50);
-  return list;
-}
+INSTANTIATE_TEST_SUITE_P(Of, CarryOver, testing::ValuesIn(kStories), [](const auto& test) { return test.param.name; });
 
 }  // namespace
 
-TEST_F(CarryOver, AThreadBeginsWithEmptyBuffers) {
-  const RecordedEvent recorded = timeout();
-  EXPECT_EQ(recorded.event.source, 0);
-  EXPECT_TRUE(payloadIs(0, recorded, sizeof(TimeoutReport)));
-  EXPECT_TRUE(payloadIs(0, event(ASSOC, Node(255)), sizeof(TimeoutReport)));
-  EXPECT_TRUE(payloadIs(0, event(DEASSOC, Node(255))));
-}
-
-TEST_F(CarryOver, ATimeOutHasTheSourceOfTheEventBefore) {
-  EXPECT_EQ(event(ASSOC, Node(5)).event.source, SERVER_ZWAVE);
-  EXPECT_EQ(timeout().event.source, SERVER_ZWAVE);
-}
-
-// Removals and the events of the ZigBee server go through another record.
-TEST_F(CarryOver, ATimeOutHasNotTheSourceOfARemovalOrOfZigbee) {
-  EXPECT_EQ(event(DEASSOC, Node(5)).event.source, SERVER_ZWAVE);
-  EXPECT_EQ(timeout().event.source, 0);
-  EXPECT_EQ(zigbeeEvent(1).event.source, SERVER_ZIGBEE);
-  EXPECT_EQ(timeout().event.source, 0);
-}
-
-TEST_F(CarryOver, ATimeOutHasTheSourceOfAHueAnswerBefore) {
-  HueAnswer answer{};
-  answer.type = 8;
-  router.hue().send(answer);
-  router.forget();
-  EXPECT_EQ(timeout().event.source, SERVER_HUE);
-}
-
-TEST_F(CarryOver, ANewThreadForgets) {
-  event(ASSOC, Node(5));
-  event(DEASSOC, Node(5));
-  router.close();
-  ASSERT_EQ(router.open(), 0);
-  EXPECT_EQ(timeout().event.source, 0);
-}
-
-TEST_F(CarryOver, ATimeOutWritesItsReportAndNothingElse) {
-  smearEvents();
-  event(ASSOC, Node(5));
-  std::strcpy(cmdtype, "AVeryLongCommandTypeTextOfAllThatFitIntoTheField");
-  EXPECT_EQ(timeout().event.source, kInkSource);
-  assoc.lastEventCode = EVENT_ADDING;
-  std::strcpy(cmdtype, "X");
-  const RecordedEvent recorded = timeout();
-  TimeoutReport expected{};
-  expected.lastEventCode = EVENT_ADDING;
-  std::strcpy(expected.json,
-              R"({"CommandType":"X", "MobileInternalIndex":"","Success":"false","Reason":"TimeoutReached"})");
-  EXPECT_EQ(std::memcmp(recorded.event.payload, &expected, 1028), 0);
-  EXPECT_TRUE(payloadIs(kInk, recorded, 1028));
-  EXPECT_EQ(recorded.event.source, kInkSource);
-}
-
-TEST_F(CarryOver, EventsWithoutAPayloadLeaveItAlone) {
-  smearEvents();
-  router.database().put(Device(12, "Lamp").zwave(5));
-  event(ASSOC, Node(77));
-  const struct {
-    int state;
-    Node node;
-    int code;
-  } kRows[] = {{ASSOC, Node(77), EVENT_ADDING},
-               {ZW_ASSOC, Node(77), EVENT_GETTING_INFO},
-               {ZW_ASSOC, Node(5), EVENT_ALREADY_ADDED},
-               {ASSOC, Node(255), EVENT_ADD_FAILED},
-               {ZW_ASSOC_QUERY, Node(77).basic(0), EVENT_ADD_FAILED}};
-  for (const auto& row : kRows) {
-    const RecordedEvent recorded = event(row.state, row.node);
-    EXPECT_EQ(recorded.event.code, row.code);
-    EXPECT_EQ(recorded.event.source, SERVER_ZWAVE);
-    EXPECT_TRUE(payloadIs(kInk, recorded));
-  }
-  event(DEASSOC, Node(0));
-  EXPECT_TRUE(payloadIs(kInk, event(DEASSOC, Node(77))));
-  EXPECT_TRUE(payloadIs(kInk, event(DEASSOC, Node(0))));
-}
-
-TEST_F(CarryOver, DeviceEventsWriteTheirReportAndNothingElse) {
-  router.database().put(Device(12, "Lamp").zwave(5));
-  for (const int code : {EVENT_SELECT_TYPE, EVENT_CREATED, EVENT_REMOVED}) {
-    smearEvents();
-    event(DEASSOC, Node(0));
-    const bool removal = code == EVENT_REMOVED;
-    const RecordedEvent recorded =
-        event(removal ? DEASSOC : ZW_ASSOC_QUERY, code == EVENT_SELECT_TYPE ? kSwitch : kGateway);
-    EXPECT_EQ(recorded.event.code, code);
-    EXPECT_TRUE(payloadIs(kInk, recorded, sizeof(DeviceReport)));
-    EXPECT_EQ(recorded.event.payload[sizeof(DeviceReport) - 1], 0);
+// Each event on fresh buffers, then each on what its callback has smeared: nobody writes a byte that is not its own.
+TEST(EventBuffers, KeepWhatTheNextEventDoesNotWrite) {
+  Buffers buffers;
+  for (const Step& first : allSteps()) {
+    for (const Step& second : allSteps()) {
+      SCOPED_TRACE(std::string(second.name) + " after " + first.name);
+      buffers.reopen();
+      first.take(buffers);
+      second.take(buffers);
+      if (testing::Test::HasFailure()) return;
+    }
   }
 }
 
-TEST_F(CarryOver, TheRecordOfAnOfferIsZeroAfterwards) {
-  smearEvents();
-  event(ZW_ASSOC_QUERY, kSwitch);
-  EXPECT_TRUE(payloadIs(0, event(DEASSOC, Node(0))));
-}
-
-TEST_F(CarryOver, TheRecordOfACreatedDeviceIsNot) {
-  smearEvents();
-  event(ZW_ASSOC_QUERY, kGateway);
-  EXPECT_TRUE(payloadIs(kInk, event(DEASSOC, Node(0))));
-}
-
-TEST_F(CarryOver, TheReportOfAnOfferKeepsWhatWentBefore) {
-  router.database().put(Device(12, "Lamp").zwave(5));
-  zigbeeEvent(1);
-  event(DEASSOC, Node(5));
-  const DeviceReport offer = event(ZW_ASSOC_QUERY, kSwitch).report();
-  EXPECT_STREQ(offer.removedName, "Lamp");
-  EXPECT_EQ(offer.removedId, 12);
-  EXPECT_EQ(offer.status, 1);
-  EXPECT_STREQ(offer.json, R"({"CommandType":"AddingDevice","MobileInternalIndex":""})");
-  const DeviceReport removal = event(DEASSOC, Node(5)).report();
-  EXPECT_EQ(removal.type, DEVTYPE_BINARY_SWITCH);
-  EXPECT_EQ(removal.subTypes[0], 42);
-}
-
-TEST_F(CarryOver, TheReportIsEmptyBeforeACreatedDeviceIsTold) {
-  router.database().put(Device(12, "Lamp").zwave(5)).nextId("17");
-  zigbeeEvent(1);
-  event(DEASSOC, Node(5));
-  event(ZW_ASSOC_QUERY, kSwitch);
-  DeviceReport expected{};
-  std::strcpy(expected.name, "Gateway #17");
-  std::strcpy(expected.location, "Default");
-  const DeviceReport created = event(ZW_ASSOC_QUERY, kGateway).report();
-  EXPECT_EQ(std::memcmp(&created, &expected, sizeof expected), 0);
-  const DeviceReport removal = event(DEASSOC, Node(5)).report();
-  EXPECT_STREQ(removal.name, "Gateway #17");
-  EXPECT_STREQ(removal.location, "Default");
-  EXPECT_STREQ(removal.json, "");
-}
-
-TEST_F(CarryOver, AShorterRemovedNameLeavesTheTailOfALongerOne) {
-  router.database().put(Device(12, "Chandelier").zwave(5)).put(Device(13, "Tap").zwave(6));
-  event(DEASSOC, Node(5));
-  const DeviceReport removal = event(DEASSOC, Node(6)).report();
-  EXPECT_EQ(std::string(removal.removedName, 11), std::string("Tap\0delier", 10) + '\0');
-}
-
-// The list alone is emptied, so neither a longer list nor one that is not written at all inherits anything.
-TEST_F(CarryOver, TheListOfSubTypesInheritsNothing) {
-  zigbeeEvent(1);
-  EXPECT_EQ(subTypes(event(ZW_ASSOC_QUERY, kSensor)), listOf({39, 11, 37, 36, 55, 42}));
-  const RecordedEvent offer = event(ZW_ASSOC_QUERY, kSwitch);
-  EXPECT_EQ(subTypes(offer), listOf({42, 1, 43}));
-  EXPECT_EQ(offer.report().status, 1);
-  EXPECT_EQ(offer.report().json[0], '{');
-  BasicFlag = SensorBinaryFlag = 0;
-  EXPECT_EQ(event(ZW_ASSOC_QUERY, kGeneric).event.code, EVENT_CREATED);
+TEST(EventBuffers, KeepWhatTheCallbackLeavesInThem) {
+  Buffers buffers;
+  buffers.smear();
+  for (const Step& first : allSteps()) {
+    for (const Step& second : allSteps()) {
+      SCOPED_TRACE(std::string(second.name) + " after " + first.name);
+      first.take(buffers);
+      second.take(buffers);
+      if (testing::Test::HasFailure()) return;
+    }
+  }
 }
 
 // The receive buffer is one for all, so a short answer ends with what came before it, from whomever.
-TEST_F(CarryOver, AShortDatagramEndsWithTheOneBefore) {
+TEST(ReceiveBuffer, CompletesAShortZwaveAnswerWithWhatCameBefore) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
   const char* const kSenders[] = {"127.255.255.253", "127.255.255.252", "127.255.255.251", "127.255.255.1",
                                   "127.9.9.9"};
   unsigned char ink = 0x30;
@@ -256,4 +104,41 @@ TEST_F(CarryOver, AShortDatagramEndsWithTheOneBefore) {
     std::fill_n(expected.begin(), 100, static_cast<unsigned char>(0x21));
     EXPECT_EQ(std::memcmp(&assoc.zwNodeRx, expected.data(), expected.size()), 0) << sender;
   }
+}
+
+TEST(ReceiveBuffer, CompletesAShortZigbeeAnswerWithWhatCameBefore) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  Bytes received(4096, 0);
+  for (std::size_t length = 0; length <= 450; ++length) {
+    const Bytes datagram(length, static_cast<unsigned char>(length));
+    std::copy(datagram.begin(), datagram.end(), received.begin());
+    router.zigbee().send(datagram);
+    ASSERT_EQ(std::memcmp(&assoc.zbDevice, received.data(), sizeof assoc.zbDevice), 0) << length;
+  }
+  router.zwave().send(Bytes(1036, 0x33));
+  router.zigbee().send(Bytes(11, 0x44));
+  std::fill(received.begin(), received.begin() + 1036, static_cast<unsigned char>(0x33));
+  std::fill(received.begin(), received.begin() + 11, static_cast<unsigned char>(0x44));
+  EXPECT_EQ(std::memcmp(&assoc.zbDevice, received.data(), sizeof assoc.zbDevice), 0) << "also by another server's";
+}
+
+TEST(ReceiveBuffer, MakesAnEmptyAnswerRepeatTheStatusBefore) {
+  Router router;
+  router.connect().addDevZigbeeZwave();
+  router.zigbee().send(ZigbeeDevice(0x1234).status(3));
+  router.zigbee().send(ZigbeeDevice(0x1234).status(1).cutTo(11));
+  router.zigbee().send(Bytes{});
+  const auto events = router.takeEvents();
+  ASSERT_EQ(events.size(), 2U);
+  EXPECT_EQ(events[0].event.code, 3);
+  EXPECT_EQ(events[1].event.code, 3);
+}
+
+TEST(ReceiveBuffer, CutsAnOversizedAnswer) {
+  Router router;
+  TembraAssociation& assoc = router.connect();
+  router.zigbee().send(Bytes(6000, 0x55));
+  const Bytes expected(sizeof assoc.zbDevice, 0x55);
+  EXPECT_EQ(std::memcmp(&assoc.zbDevice, expected.data(), expected.size()), 0);
 }
