@@ -7,7 +7,7 @@
 #include <numeric>
 #include <string>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 #include "texts.h"
 
 using kit::Bytes;
@@ -16,6 +16,8 @@ using kit::lines;
 using kit::Router;
 
 namespace {
+
+using ZwaveDoneTest = kit::ConnectedTest;
 
 // A node whose every byte says where it stands, of Z-Wave kind.
 void fill(ZwNodeInfo& node) {
@@ -42,9 +44,7 @@ std::string logOf(const std::string& name, const std::string& location) {
 
 }  // namespace
 
-TEST(ZwaveDoneTest, SendsTheNodeWithItsTexts) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZwaveDoneTest, SendsTheNodeWithItsTexts) {
   fill(assoc.zwNodeWork);
   ZwNodeInfo expected = assoc.zwNodeWork;
   std::strcpy(expected.name, "Lamp");  // bytes behind the NUL stay
@@ -58,9 +58,7 @@ TEST(ZwaveDoneTest, SendsTheNodeWithItsTexts) {
   EXPECT_EQ(sends[0].bytes, noticeOf(expected));
 }
 
-TEST(ZwaveDoneTest, SaysSoBeforeAndAfter) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZwaveDoneTest, SaysSoBeforeAndAfter) {
   assoc.zwNodeWork.deviceKind = DEVICE_ZWAVE;
   assoc.zwNodeWork.nodeId = 5;
   assoc.zwNodeWork.finalType = 45;
@@ -77,9 +75,7 @@ TEST(ZwaveDoneTest, SaysSoBeforeAndAfter) {
             }));
 }
 
-TEST(ZwaveDoneTest, ForgetsTheNodeAndItsFlagsAndNothingElse) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZwaveDoneTest, ForgetsTheNodeAndItsFlagsAndNothingElse) {
   fill(assoc.zwNodeWork);
   fill(assoc.zwNodeRx);
   const ZwNodeInfo received = assoc.zwNodeRx;
@@ -100,9 +96,7 @@ TEST(ZwaveDoneTest, ForgetsTheNodeAndItsFlagsAndNothingElse) {
   EXPECT_EQ(DevId, 8);
 }
 
-TEST(ZwaveDoneTest, AFailureToSendIsSaidAndTheNodeForgottenAllTheSame) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZwaveDoneTest, AFailureToSendIsSaidAndTheNodeForgottenAllTheSame) {
   assoc.zwNodeWork.deviceKind = DEVICE_ZWAVE;
   raiseFlags();
   router.fail(Call::Sendto, EPERM);
@@ -118,9 +112,7 @@ TEST(ZwaveDoneTest, AFailureToSendIsSaidAndTheNodeForgottenAllTheSame) {
   EXPECT_EQ(sumOfFlags(), 0);
 }
 
-TEST(ZwaveDoneTest, ALeftoverRemovalGoesOutAsOne) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZwaveDoneTest, ALeftoverRemovalGoesOutAsOne) {
   assoc.zwNodeWork.deviceKind = DEVICE_ZWAVE;
   assoc.zwNodeWork.nodeId = 9;
   assoc.zwNodeWork.requestMark = 254;
@@ -131,9 +123,7 @@ TEST(ZwaveDoneTest, ALeftoverRemovalGoesOutAsOne) {
   EXPECT_EQ(sends[0].bytes[4 + 972], 254);
 }
 
-TEST(ZwaveDoneTest, LongTextsFillTheirFields) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZwaveDoneTest, LongTextsFillTheirFields) {
   for (const std::size_t length : {0U, 31U, 66U, 179U, 180U, 5000U}) {
     fill(assoc.zwNodeWork);
     ZwNodeInfo expected = assoc.zwNodeWork;

@@ -1,13 +1,14 @@
 // Cancelling an operation on one radio or both.
 #include <gtest/gtest.h>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::lines;
 using kit::Node;
-using kit::Router;
 
 namespace {
+
+using CancelTest = kit::ConnectedTest;
 
 constexpr const char* kZigbeeLine = "log 0 libTembraAssoc:Sending cancel command to zigbee_server";
 constexpr const char* kZigbeeSend = R"(send zigbee 320 "network pjoin 0" @180 "cancel")";
@@ -16,9 +17,7 @@ constexpr const char* kZwaveSend = "send zwave 236 op 4 cmd 0";
 
 }  // namespace
 
-TEST(CancelTest, EachKindSendsAndOnlyBothMakesIdle) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(CancelTest, EachKindSendsAndOnlyBothMakesIdle) {
   const struct {
     int type;
     std::string trace;
@@ -39,9 +38,7 @@ TEST(CancelTest, EachKindSendsAndOnlyBothMakesIdle) {
   }
 }
 
-TEST(CancelTest, BothIsIdleOnlyAfterTheLastSend) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(CancelTest, BothIsIdleOnlyAfterTheLastSend) {
   assoc.addDevZigbeeZwave();
   router.forget();
   assoc.sendCancelTo(cancel_both);
@@ -50,9 +47,7 @@ TEST(CancelTest, BothIsIdleOnlyAfterTheLastSend) {
   }
 }
 
-TEST(CancelTest, UnknownKindsSayOnlyThat) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(CancelTest, UnknownKindsSayOnlyThat) {
   assoc.addDevZigbeeZwave();
   const std::string state = router.state();
   router.forget();
@@ -63,9 +58,7 @@ TEST(CancelTest, UnknownKindsSayOnlyThat) {
   }
 }
 
-TEST(CancelTest, ALateAnswerIsStillHandled) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(CancelTest, ALateAnswerIsStillHandled) {
   assoc.addDevZigbeeZwave();
   assoc.sendCancelTo(cancel_both);
   router.zwave().send(Node(5));

@@ -5,13 +5,14 @@
 #include <atomic>
 #include <thread>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::lines;
 using kit::Node;
-using kit::Router;
 
 namespace {
+
+using ClosingTest = kit::RouterTest;
 
 constexpr const char* kExited = "log 0 libTembraAssoc:exited receive thread\\n\n";
 
@@ -26,8 +27,7 @@ std::string withoutExit(std::string trace) {
 
 }  // namespace
 
-TEST(ClosingTest, StepsInOrder) {
-  Router router;
+TEST_F(ClosingTest, StepsInOrder) {
   TembraAssociation& assoc = router.connect();
   const int sock = assoc.sock;
   assoc_meshID = 3;
@@ -48,8 +48,7 @@ TEST(ClosingTest, StepsInOrder) {
   EXPECT_EQ(fcntl(sock, F_GETFD), -1);
 }
 
-TEST(ClosingTest, AClosedConnectionLogsAndMarksAgain) {
-  Router router;
+TEST_F(ClosingTest, AClosedConnectionLogsAndMarksAgain) {
   TembraAssociation& assoc = router.assoc();
   router.watch(kit::kWatchConnection);
   assoc_meshID = 3;
@@ -60,8 +59,7 @@ TEST(ClosingTest, AClosedConnectionLogsAndMarksAgain) {
   EXPECT_EQ(assoc.running, 0);
 }
 
-TEST(ClosingTest, KeepsTheOperationAndThePendingDevice) {
-  Router router;
+TEST_F(ClosingTest, KeepsTheOperationAndThePendingDevice) {
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   router.zwave().send(Node(5));
@@ -75,8 +73,7 @@ TEST(ClosingTest, KeepsTheOperationAndThePendingDevice) {
   EXPECT_EQ(assoc.zwNodeRx.nodeId, 5);
 }
 
-TEST(ClosingTest, AnOperationUnderWayIsNeitherCancelledNorReported) {
-  Router router;
+TEST_F(ClosingTest, AnOperationUnderWayIsNeitherCancelledNorReported) {
   router.connect().addDevZigbeeZwave();
   router.forget();
   router.close();
@@ -84,8 +81,7 @@ TEST(ClosingTest, AnOperationUnderWayIsNeitherCancelledNorReported) {
   EXPECT_TRUE(router.takeEvents().empty());
 }
 
-TEST(ClosingTest, TheLastDatagramIsNotHandledAgain) {
-  Router router;
+TEST_F(ClosingTest, TheLastDatagramIsNotHandledAgain) {
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   router.zwave().send(Node(5));
@@ -95,8 +91,7 @@ TEST(ClosingTest, TheLastDatagramIsNotHandledAgain) {
   EXPECT_EQ(assoc.assocState, ZW_ASSOC);
 }
 
-TEST(ClosingTest, OpenAgainItWorksAsBefore) {
-  Router router;
+TEST_F(ClosingTest, OpenAgainItWorksAsBefore) {
   TembraAssociation& assoc = router.connect();
   for (int round = 0; round < 20; ++round) {
     router.close();
@@ -108,8 +103,7 @@ TEST(ClosingTest, OpenAgainItWorksAsBefore) {
   }
 }
 
-TEST(ClosingTest, OpenAgainAnOldOperationGoesOn) {
-  Router router;
+TEST_F(ClosingTest, OpenAgainAnOldOperationGoesOn) {
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   router.close();
@@ -119,8 +113,7 @@ TEST(ClosingTest, OpenAgainAnOldOperationGoesOn) {
   EXPECT_EQ(assoc.assocState, ZW_ASSOC);
 }
 
-TEST(ClosingTest, FromTheCallbackItEndsTheThread) {
-  Router router;
+TEST_F(ClosingTest, FromTheCallbackItEndsTheThread) {
   TembraAssociation& assoc = router.connect();
   router.onEvent([&assoc](AssocEvent*) { assoc.closeAssocConnection(); });
   assoc.addDevZigbeeZwave();
@@ -130,8 +123,7 @@ TEST(ClosingTest, FromTheCallbackItEndsTheThread) {
   EXPECT_EQ(router.open(), 0);
 }
 
-TEST(ClosingTest, WhileACallbackRunsItDoesNotWaitForIt) {
-  Router router;
+TEST_F(ClosingTest, WhileACallbackRunsItDoesNotWaitForIt) {
   TembraAssociation& assoc = router.connect();
   static std::atomic<bool> entered{false};  // the callback outlives the test
   static std::atomic<bool> release{false};
@@ -147,8 +139,7 @@ TEST(ClosingTest, WhileACallbackRunsItDoesNotWaitForIt) {
   release = true;
 }
 
-TEST(ClosingTest, ByTwoThreadsAtOnceTheSocketIsClosedOnce) {
-  Router router;
+TEST_F(ClosingTest, ByTwoThreadsAtOnceTheSocketIsClosedOnce) {
   TembraAssociation& assoc = router.connect();
   for (int round = 0; round < 20; ++round) {
     router.watch(kit::kWatchConnection);

@@ -6,12 +6,14 @@
 #include <string>
 
 #include "kit/datagram_text.h"
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::lines;
 using kit::Router;
 
 namespace {
+
+using EndpointsTest = kit::RouterTest;
 
 struct Endpoint {
   char** text;
@@ -53,8 +55,7 @@ TembraAssociation& createWithClearErrno(Router& router) {
 
 }  // namespace
 
-TEST(EndpointsTest, AllEightAreResolvedAtCreation) {
-  Router router;
+TEST_F(EndpointsTest, AllEightAreResolvedAtCreation) {
   for (const Endpoint& endpoint : kEndpoints) {
     EXPECT_STREQ(*endpoint.text, endpoint.expectedText);
     EXPECT_EQ(*endpoint.length, 0);
@@ -68,8 +69,7 @@ TEST(EndpointsTest, AllEightAreResolvedAtCreation) {
   EXPECT_EQ(router.takeTrace(), "");
 }
 
-TEST(EndpointsTest, BadHostsAreReportedInTheOrderOfTheTable) {
-  Router router;
+TEST_F(EndpointsTest, BadHostsAreReportedInTheOrderOfTheTable) {
   std::string expected;
   for (const Endpoint& endpoint : kEndpoints) {
     *endpoint.text = badHost;
@@ -83,8 +83,7 @@ TEST(EndpointsTest, BadHostsAreReportedInTheOrderOfTheTable) {
   }
 }
 
-TEST(EndpointsTest, OneBadHostLeavesTheOthersResolved) {
-  Router router;
+TEST_F(EndpointsTest, OneBadHostLeavesTheOthersResolved) {
   for (const Endpoint& bad : kEndpoints) {
     char* before = *bad.text;
     *bad.text = badHost;
@@ -100,8 +99,7 @@ TEST(EndpointsTest, OneBadHostLeavesTheOthersResolved) {
   }
 }
 
-TEST(EndpointsTest, ABadPortIsNotReported) {
-  Router router;
+TEST_F(EndpointsTest, ABadPortIsNotReported) {
   for (const Endpoint& endpoint : kEndpoints) *endpoint.text = badPort;
   TembraAssociation& assoc = router.assoc();
   EXPECT_EQ(router.takeTrace(), "");
@@ -109,23 +107,20 @@ TEST(EndpointsTest, ABadPortIsNotReported) {
   EXPECT_EQ(assoc.ConnectToServers(), 0);
 }
 
-TEST(EndpointsTest, AChangeBeforeCreationCounts) {
-  Router router;
+TEST_F(EndpointsTest, AChangeBeforeCreationCounts) {
   zigbee_adr = elsewhere;
   router.connect().cmdToZigbee(zigbee_cmd_add);
   EXPECT_EQ(router.takeTrace(), lines({"send 127.0.0.77:7777 320"}));
 }
 
-TEST(EndpointsTest, AChangeAfterCreationDoesNot) {
-  Router router;
+TEST_F(EndpointsTest, AChangeAfterCreationDoesNot) {
   TembraAssociation& assoc = router.connect();
   zigbee_adr = elsewhere;
   assoc.cmdToZigbee(zigbee_cmd_cancel);
   EXPECT_EQ(router.takeTrace(), lines({R"(send zigbee 320 "network pjoin 0" @180 "cancel")"}));
 }
 
-TEST(EndpointsTest, SendingToABadAddressIsTriedAndFails) {
-  Router router;
+TEST_F(EndpointsTest, SendingToABadAddressIsTriedAndFails) {
   zigbee_adr = badHost;
   TembraAssociation& assoc = router.connect();
   ZigbeeCommand command{};

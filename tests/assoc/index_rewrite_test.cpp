@@ -7,12 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::lines;
 using kit::Router;
 
 namespace {
+
+using ChangeIndexTest = kit::ConnectedTest;
 
 // Every type that is ever rewritten, one that never is between them, and each of them a second time.
 constexpr unsigned char kTypes[] = {14, 2, 1, 17, 36, 35, 37, 38, 39, 50, 14, 2, 1, 17, 35, 37, 38, 39};
@@ -91,18 +93,14 @@ TEST(GenericIndexTest, AnAbsentSlotIsPassedOver) {
   EXPECT_EQ(router.takeTrace(), foundTimes(1));
 }
 
-TEST(ChangeIndexTest, ChangesTheFirstMatchOnly) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ChangeIndexTest, ChangesTheFirstMatchOnly) {
   fillIndexTable(assoc.zwNodeWork);
   assoc.ChangeIndexType(index(17), index(99));
   EXPECT_EQ(typesOf(assoc.zwNodeWork), typesAfter({{17, 99}}));
   EXPECT_EQ(router.takeTrace(), foundTimes(1));
 }
 
-TEST(ChangeIndexTest, StoresTheLowByteAndComparesTheWholeNumber) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ChangeIndexTest, StoresTheLowByteAndComparesTheWholeNumber) {
   fillIndexTable(assoc.zwNodeWork);
   assoc.ChangeIndexType(index(14), index(300));
   EXPECT_EQ(assoc.zwNodeWork.indexes[0].type, 300 & 0xFF);
@@ -111,9 +109,7 @@ TEST(ChangeIndexTest, StoresTheLowByteAndComparesTheWholeNumber) {
   EXPECT_EQ(router.takeTrace(), foundTimes(1));
 }
 
-TEST(ChangeIndexTest, StopsAtTheFirstEmptySlot) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ChangeIndexTest, StopsAtTheFirstEmptySlot) {
   fillIndexTable(assoc.zwNodeWork);
   assoc.zwNodeWork.indexes[0].type = 0;
   const ZwNodeInfo before = assoc.zwNodeWork;
@@ -122,9 +118,7 @@ TEST(ChangeIndexTest, StopsAtTheFirstEmptySlot) {
   EXPECT_EQ(router.takeTrace(), "");
 }
 
-TEST(ChangeIndexTest, ATableWithoutEndIsWalkedToTheLastByteOfTheRecord) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ChangeIndexTest, ATableWithoutEndIsWalkedToTheLastByteOfTheRecord) {
   ZwNodeInfo& node = assoc.zwNodeWork;
   std::fill(std::begin(node.indexes), std::end(node.indexes), ZwIndexEntry{5, 5});
   node.indexes[30].type = 6;
@@ -140,9 +134,7 @@ TEST(ChangeIndexTest, ATableWithoutEndIsWalkedToTheLastByteOfTheRecord) {
   EXPECT_EQ(router.takeTrace(), foundTimes(2));
 }
 
-TEST(ChangeIndexTest, LeavesTheZigbeeRecordAlone) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ChangeIndexTest, LeavesTheZigbeeRecordAlone) {
   std::memset(&assoc.zbDevice, 14, sizeof assoc.zbDevice);
   const ZbDeviceInfo before = assoc.zbDevice;
   fillIndexTable(assoc.zwNodeWork);

@@ -4,12 +4,14 @@
 #include <cstring>
 #include <string>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::lines;
 using kit::Router;
 
 namespace {
+
+using NameTest = kit::ConnectedTest;
 
 constexpr std::size_t kLengths[] = {0, 1, 31, 32, 66, 178, 179, 180, 181, 359, 360, 5000};
 constexpr std::size_t kFieldSize = 180;
@@ -28,9 +30,7 @@ std::string fieldOf(const char (&field)[kFieldSize]) { return {field, kFieldSize
 
 }  // namespace
 
-TEST(NameTest, IsCopiedUpToItsField) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(NameTest, IsCopiedUpToItsField) {
   const int sock = assoc.sock;
   for (const std::size_t length : kLengths) {
     std::memset(assoc.devName, 'z', kFieldSize);
@@ -60,9 +60,7 @@ TEST(LocationTest, IsCopiedUpToItsField) {
   }
 }
 
-TEST(NameTest, NullMeansEmpty) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(NameTest, NullMeansEmpty) {
   std::strcpy(assoc.devName, "before");
   std::strcpy(assoc.devLocation, "before");
   assoc.setDevName(nullptr);
@@ -71,9 +69,7 @@ TEST(NameTest, NullMeansEmpty) {
   EXPECT_STREQ(assoc.devLocation, "");
 }
 
-TEST(NameTest, ConfirmingTheTypeAfterwardsReplacesBoth) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(NameTest, ConfirmingTheTypeAfterwardsReplacesBoth) {
   router.database().nextId("4");
   assoc.setDevName(const_cast<char*>("Lamp"));
   assoc.setDevLocation(const_cast<char*>("Hall"));

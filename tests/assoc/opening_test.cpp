@@ -8,14 +8,18 @@
 #include <cstring>
 #include <thread>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::lines;
 using kit::Node;
-using kit::Router;
 
-TEST(OpeningTest, StepsInOrder) {
-  Router router;
+namespace {
+
+using OpeningTest = kit::RouterTest;
+
+}  // namespace
+
+TEST_F(OpeningTest, StepsInOrder) {
   router.assoc();
   router.watch(kit::kWatchConnection);
   EXPECT_EQ(router.open(), 0);
@@ -31,8 +35,7 @@ TEST(OpeningTest, StepsInOrder) {
                                 }));
 }
 
-TEST(OpeningTest, LeavesTheConnectionOpenAndTheTextsReset) {
-  Router router;
+TEST_F(OpeningTest, LeavesTheConnectionOpenAndTheTextsReset) {
   TembraAssociation& assoc = router.assoc();
   std::memset(cmdtype, 'x', sizeof cmdtype);
   assoc_meshID = 77;
@@ -46,8 +49,7 @@ TEST(OpeningTest, LeavesTheConnectionOpenAndTheTextsReset) {
   EXPECT_TRUE(std::all_of(std::begin(cmdtype), std::end(cmdtype), [](char c) { return c == 0; }));
 }
 
-TEST(OpeningTest, ASecondOpeningFailsAndLeavesTheFirst) {
-  Router router;
+TEST_F(OpeningTest, ASecondOpeningFailsAndLeavesTheFirst) {
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   router.zwave().send(Node(5));
@@ -73,8 +75,7 @@ TEST(OpeningTest, ASecondOpeningFailsAndLeavesTheFirst) {
   EXPECT_EQ(assoc.assocState, ZW_ASSOC_QUERY) << "the first connection still works";
 }
 
-TEST(OpeningTest, FailsWhileAnotherProgramHoldsTheAddress) {
-  Router router;
+TEST_F(OpeningTest, FailsWhileAnotherProgramHoldsTheAddress) {
   TembraAssociation& assoc = router.assoc();
   {
     const kit::Peer other = router.from("127.255.255.4", 8888);
@@ -86,8 +87,7 @@ TEST(OpeningTest, FailsWhileAnotherProgramHoldsTheAddress) {
   EXPECT_EQ(router.open(), 0);
 }
 
-TEST(OpeningTest, AnOperationStartedAtOnceIsNotReset) {
-  Router router;
+TEST_F(OpeningTest, AnOperationStartedAtOnceIsNotReset) {
   TembraAssociation& assoc = router.assoc();
   for (int round = 0; round < 50; ++round) {
     ASSERT_EQ(assoc.checkAssocConnection(), 0);
@@ -98,8 +98,7 @@ TEST(OpeningTest, AnOperationStartedAtOnceIsNotReset) {
   }
 }
 
-TEST(OpeningTest, ResetsIdleAndTheCancelTargetAndNothingElse) {
-  Router router;
+TEST_F(OpeningTest, ResetsIdleAndTheCancelTargetAndNothingElse) {
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   router.zwave().send(Node(5));
@@ -115,8 +114,7 @@ TEST(OpeningTest, ResetsIdleAndTheCancelTargetAndNothingElse) {
   EXPECT_EQ(assoc.closeMark, -1);
 }
 
-TEST(OpeningTest, TheReceiveThreadTakesNoSignal) {
-  Router router;
+TEST_F(OpeningTest, TheReceiveThreadTakesNoSignal) {
   sigset_t before;
   sigemptyset(&before);
   sigaddset(&before, SIGUSR2);
@@ -137,14 +135,12 @@ TEST(OpeningTest, TheReceiveThreadTakesNoSignal) {
   }
 }
 
-TEST(OpeningTest, ChildrenDoNotInheritTheSocket) {
-  Router router;
+TEST_F(OpeningTest, ChildrenDoNotInheritTheSocket) {
   const TembraAssociation& assoc = router.connect();
   EXPECT_EQ(fcntl(assoc.sock, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
 }
 
-TEST(OpeningTest, AChildOfTheSettingsCommandThatLingersDoesNotHoldTheAddress) {
-  Router router;
+TEST_F(OpeningTest, AChildOfTheSettingsCommandThatLingersDoesNotHoldTheAddress) {
   router.nvram().answerWith("(sleep 5 </dev/null >/dev/null 2>&1 &)\necho 4");
   router.connect();
   EXPECT_EQ(local_meshID, 4);
@@ -152,8 +148,7 @@ TEST(OpeningTest, AChildOfTheSettingsCommandThatLingersDoesNotHoldTheAddress) {
   EXPECT_EQ(router.open(), 0);
 }
 
-TEST(OpeningTest, WithStandardInputClosedTheConnectionCanBeClosedToo) {
-  Router router;
+TEST_F(OpeningTest, WithStandardInputClosedTheConnectionCanBeClosedToo) {
   ASSERT_EQ(::close(STDIN_FILENO), 0);
   TembraAssociation& assoc = router.connect();
   EXPECT_GT(assoc.sock, STDERR_FILENO) << "descriptor 0 would mean that nothing is open";

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <thread>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::Call;
 using kit::lines;
@@ -14,6 +14,8 @@ using kit::Node;
 using kit::Router;
 
 namespace {
+
+using OperationTest = kit::RouterTest;
 
 constexpr int kUnknownCommands[] = {0, 5, 7, -1, 1000, -2147483647};
 
@@ -114,8 +116,7 @@ TEST(RemoveTest, AsksBothRadiosWithoutALine) {
   EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
 }
 
-TEST(OperationTest, ASecondOneAsksAndSetsEverythingAgain) {
-  Router router;
+TEST_F(OperationTest, ASecondOneAsksAndSetsEverythingAgain) {
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   router.zwave().send(Node(5));
@@ -128,8 +129,7 @@ TEST(OperationTest, ASecondOneAsksAndSetsEverythingAgain) {
   EXPECT_EQ(router.state(), "state 2 idle 0 last 3 cancel 3 radio 2 cmdtype RemoveDevice");
 }
 
-TEST(OperationTest, TheCommandTextReplacesItsOwnBytesOnly) {
-  Router router;
+TEST_F(OperationTest, TheCommandTextReplacesItsOwnBytesOnly) {
   TembraAssociation& assoc = router.connect();
   std::memset(cmdtype, 'x', sizeof cmdtype);
   assoc.addDevZigbeeZwave();
@@ -142,8 +142,7 @@ TEST(OperationTest, TheCommandTextReplacesItsOwnBytesOnly) {
   EXPECT_EQ(std::memcmp(cmdtype, expected, sizeof expected), 0);
 }
 
-TEST(OperationTest, FailuresToSendArePrintedAndOtherwiseIgnored) {
-  Router router;
+TEST_F(OperationTest, FailuresToSendArePrintedAndOtherwiseIgnored) {
   TembraAssociation& assoc = router.connect();
   router.fail(Call::Sendto, EPERM, 2);
   assoc.removeDevZigbeeZwave();
@@ -156,10 +155,9 @@ TEST(OperationTest, FailuresToSendArePrintedAndOtherwiseIgnored) {
   EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
 }
 
-TEST(OperationTest, AnAnswerThatComesBeforeTheCommandIsDoneWaitsForIt) {
-  Router router;
+TEST_F(OperationTest, AnAnswerThatComesBeforeTheCommandIsDoneWaitsForIt) {
   TembraAssociation& assoc = router.connect();
-  router.onSend([&router](const std::string& destination) {
+  router.onSend([this](const std::string& destination) {
     if (destination == "zwave") router.zwave().post(Node(5).bytes());
     std::this_thread::sleep_for(std::chrono::milliseconds(5));  // time enough to be handled too early
   });
@@ -169,14 +167,12 @@ TEST(OperationTest, AnAnswerThatComesBeforeTheCommandIsDoneWaitsForIt) {
   EXPECT_EQ(router.state(), "state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor");
 }
 
-TEST(OperationTest, WithoutAConnectionTheStateIsSetAllTheSame) {
-  Router router;
+TEST_F(OperationTest, WithoutAConnectionTheStateIsSetAllTheSame) {
   router.assoc().addDevZigbeeZwave();
   EXPECT_EQ(router.state(), "state 1 idle 0 last 0 cancel 3 radio 0 cmdtype AddDevice");
 }
 
-TEST(OperationTest, InheritsWhatIsLeftOfTheWait) {
-  Router router;
+TEST_F(OperationTest, InheritsWhatIsLeftOfTheWait) {
   TembraAssociation& assoc = router.connect();
   router.advance(170);
   assoc.addDevZigbeeZwave();

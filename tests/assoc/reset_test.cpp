@@ -4,13 +4,14 @@
 #include <cerrno>
 #include <thread>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::lines;
 using kit::Node;
-using kit::Router;
 
 namespace {
+
+using ResetTest = kit::ConnectedTest;
 
 constexpr const char* kBothLine = "log 0 libTembraAssoc:*** Sending reset command to Zigbee_server and Zwave_server";
 constexpr const char* kFirst = R"(send zigbee 320 "n l" @180 "")";
@@ -20,9 +21,7 @@ constexpr const char* kZwave = "send zwave 236 op 5 cmd 0";
 
 }  // namespace
 
-TEST(ResetTest, EachKindHasItsSteps) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ResetTest, EachKindHasItsSteps) {
   const struct {
     int type;
     std::string trace;
@@ -45,9 +44,7 @@ TEST(ResetTest, EachKindHasItsSteps) {
   }
 }
 
-TEST(ResetTest, ChangesNoState) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ResetTest, ChangesNoState) {
   assoc.addDevZigbeeZwave();
   router.zwave().send(Node(5));
   const std::string state = router.state();
@@ -57,9 +54,7 @@ TEST(ResetTest, ChangesNoState) {
   }
 }
 
-TEST(ResetTest, AnInterruptedSleepIsResumed) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ResetTest, AnInterruptedSleepIsResumed) {
   router.interruptSleep(3);
   assoc.doResetFor(reset_zwave);
   EXPECT_EQ(router.takeTrace(),
@@ -69,9 +64,7 @@ TEST(ResetTest, AnInterruptedSleepIsResumed) {
   EXPECT_EQ(router.takeTrace(), lines({kFirst, "sleep 2", "sleep 1", kSecond, kInnerLine}));
 }
 
-TEST(ResetTest, TheSecondDatagramIsTriedWhenTheFirstFails) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ResetTest, TheSecondDatagramIsTriedWhenTheFirstFails) {
   router.fail(kit::Call::Sendto, ENOBUFS);
   assoc.cmdToZigbee(zigbee_cmd_reset);
   EXPECT_EQ(router.takeTrace(),
@@ -80,11 +73,9 @@ TEST(ResetTest, TheSecondDatagramIsTriedWhenTheFirstFails) {
 }
 
 // A reset blocks its caller for seconds, and nobody else.
-TEST(ResetTest, MeanwhileCallsAnswersAndTimeOutsGoOn) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ResetTest, MeanwhileCallsAnswersAndTimeOutsGoOn) {
   router.advance(178);
-  std::thread caller([&assoc] { assoc.doResetFor(reset_zigbee); });
+  std::thread caller([this] { assoc.doResetFor(reset_zigbee); });
   router.awaitSleeper();
   assoc.addDevZigbeeZwave();
   router.zwave().send(Node(255));

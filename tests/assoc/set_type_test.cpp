@@ -5,12 +5,14 @@
 #include <cstring>
 #include <thread>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::lines;
 using kit::Router;
 
 namespace {
+
+using SetTypeTest = kit::ConnectedTest;
 
 constexpr DevType kContact = DEVTYPE_CONTACT_SWITCH;  // 12
 
@@ -27,9 +29,7 @@ void expectReport(const kit::RecordedEvent& event, const char* name, int type) {
 
 }  // namespace
 
-TEST(SetTypeTest, NamesTheDeviceByTypeAndId) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(SetTypeTest, NamesTheDeviceByTypeAndId) {
   router.database().nextId("7");
   router.nameType(kContact, "Twelve");
   assoc.zwNodeWork.proposedType = 5;
@@ -46,9 +46,7 @@ TEST(SetTypeTest, NamesTheDeviceByTypeAndId) {
   EXPECT_EQ(assoc.classifiedType, 0);
 }
 
-TEST(SetTypeTest, SendsTheEventOnTheCallersThread) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(SetTypeTest, SendsTheEventOnTheCallersThread) {
   router.database().nextId("7");
   router.nameType(kContact, "Twelve");
   std::strcpy(cmdtype, "SelectDeviceType");
@@ -63,9 +61,7 @@ TEST(SetTypeTest, SendsTheEventOnTheCallersThread) {
   EXPECT_EQ(router.state(), "state 0 idle 1 last 7 cancel 0 radio 2 cmdtype EditNameLocation");
 }
 
-TEST(SetTypeTest, TheSourceIsTheActiveRadio) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(SetTypeTest, TheSourceIsTheActiveRadio) {
   for (const int radio : {0, 1, 2, 3, 4}) {
     assoc.activeRadio = radio;
     assoc.setDevType(kContact);
@@ -75,9 +71,7 @@ TEST(SetTypeTest, TheSourceIsTheActiveRadio) {
   }
 }
 
-TEST(SetTypeTest, AGenericDeviceKeepsItsTypeAndGetsItsIndexesRewritten) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(SetTypeTest, AGenericDeviceKeepsItsTypeAndGetsItsIndexesRewritten) {
   router.database().nextId("8");
   assoc.zwNodeWork.proposedType = DEVTYPE_GENERIC_DEVICE;
   constexpr ZwIndexEntry kBefore[] = {{14, 1}, {17, 2}, {1, 3}, {14, 4}, {17, 5}, {1, 6}};
@@ -100,9 +94,7 @@ TEST(SetTypeTest, AGenericDeviceKeepsItsTypeAndGetsItsIndexesRewritten) {
   expectReport(router.takeEvents().at(0), "GenericDevice #8", 52);
 }
 
-TEST(SetTypeTest, ALeftoverGenericProposalCountsForAZigbeeDeviceToo) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(SetTypeTest, ALeftoverGenericProposalCountsForAZigbeeDeviceToo) {
   router.database().nextId("9");
   assoc.activeRadio = 1;
   assoc.zbDevice.devType = 5;
@@ -113,9 +105,7 @@ TEST(SetTypeTest, ALeftoverGenericProposalCountsForAZigbeeDeviceToo) {
   EXPECT_EQ(assoc.zbDevice.devType, 12);
 }
 
-TEST(SetTypeTest, TakesAnIdEachTime) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(SetTypeTest, TakesAnIdEachTime) {
   router.nameType(kContact, "Twelve");
   const struct {
     const char* stored;
@@ -129,18 +119,14 @@ TEST(SetTypeTest, TakesAnIdEachTime) {
   }
 }
 
-TEST(SetTypeTest, WithoutAStoredIdTheLastOneStays) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(SetTypeTest, WithoutAStoredIdTheLastOneStays) {
   router.nameType(kContact, "Twelve");
   DevId = 23;
   assoc.setDevType(kContact);
   EXPECT_STREQ(assoc.devName, "Twelve #23");
 }
 
-TEST(SetTypeTest, WithoutADatabaseTheIdIsMinusOne) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(SetTypeTest, WithoutADatabaseTheIdIsMinusOne) {
   router.nameType(kContact, "Twelve");
   DevId = 23;
   router.database().makeUnopenable();
@@ -151,9 +137,7 @@ TEST(SetTypeTest, WithoutADatabaseTheIdIsMinusOne) {
                                        "event 7 source 0"}));
 }
 
-TEST(SetTypeTest, TheZigbeeRecordKeepsTheLowByte) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(SetTypeTest, TheZigbeeRecordKeepsTheLowByte) {
   for (const int type : {0, 255, 256, 300, -1}) {
     assoc.setDevType(static_cast<DevType>(type));
     EXPECT_EQ(assoc.devType, type);
@@ -162,9 +146,7 @@ TEST(SetTypeTest, TheZigbeeRecordKeepsTheLowByte) {
   }
 }
 
-TEST(SetTypeTest, ALongTypeNameIsCutAtTheField) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(SetTypeTest, ALongTypeNameIsCutAtTheField) {
   router.database().nextId("7");
   for (const std::size_t length : {0U, 31U, 170U, 175U, 176U, 178U, 179U, 180U, 400U}) {
     const std::string name(length, 'x');
@@ -177,12 +159,10 @@ TEST(SetTypeTest, ALongTypeNameIsCutAtTheField) {
   }
 }
 
-TEST(SetTypeTest, TheCallbackMayCallEverything) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
-  router.onEvent([&assoc](AssocEvent*) {
+TEST_F(SetTypeTest, TheCallbackMayCallEverything) {
+  router.onEvent([this](AssocEvent*) {
     assoc.setDevName(const_cast<char*>("Mine"));
-    std::thread([&assoc] { assoc.setDevLocation(const_cast<char*>("Hall")); }).join();
+    std::thread([this] { assoc.setDevLocation(const_cast<char*>("Hall")); }).join();
   });
   assoc.setDevType(kContact);
   EXPECT_STREQ(assoc.devName, "Mine");

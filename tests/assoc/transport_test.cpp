@@ -4,14 +4,15 @@
 #include <cerrno>
 #include <numeric>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::Bytes;
 using kit::Call;
 using kit::lines;
-using kit::Router;
 
 namespace {
+
+using TransportTest = kit::RouterTest;
 
 Bytes numbered() {
   Bytes bytes(8192);
@@ -21,8 +22,7 @@ Bytes numbered() {
 
 }  // namespace
 
-TEST(TransportTest, EachDaemonGetsItsLengthOfTheBuffer) {
-  Router router;
+TEST_F(TransportTest, EachDaemonGetsItsLengthOfTheBuffer) {
   TembraAssociation& assoc = router.connect();
   const struct {
     ServerType type;
@@ -48,15 +48,13 @@ TEST(TransportTest, EachDaemonGetsItsLengthOfTheBuffer) {
   }
 }
 
-TEST(TransportTest, NothingIsSentToTheMeshServer) {
-  Router router;
+TEST_F(TransportTest, NothingIsSentToTheMeshServer) {
   Bytes buffer = numbered();
   EXPECT_EQ(router.connect().sendToServers(SERVER_MESH, buffer.data()), 0);
   EXPECT_EQ(router.takeTrace(), lines({"log 1 send to mesh server Not Implemented"}));
 }
 
-TEST(TransportTest, UnknownDestinationsFail) {
-  Router router;
+TEST_F(TransportTest, UnknownDestinationsFail) {
   TembraAssociation& assoc = router.connect();
   Bytes buffer = numbered();
   for (const int type : {0, 7, 8, 1000, -1, -2147483647}) {
@@ -65,8 +63,7 @@ TEST(TransportTest, UnknownDestinationsFail) {
   }
 }
 
-TEST(TransportTest, AFailureIsPrintedAndNotRetried) {
-  Router router;
+TEST_F(TransportTest, AFailureIsPrintedAndNotRetried) {
   TembraAssociation& assoc = router.connect();
   ZwaveCommand command{};
   router.fail(Call::Sendto, ENETUNREACH);
@@ -77,8 +74,7 @@ TEST(TransportTest, AFailureIsPrintedAndNotRetried) {
                                 }));
 }
 
-TEST(TransportTest, AClosedConnectionIsTriedAllTheSame) {
-  Router router;
+TEST_F(TransportTest, AClosedConnectionIsTriedAllTheSame) {
   TembraAssociation& assoc = router.assoc();
   ZwaveCommand command{};
   EXPECT_EQ(assoc.sendToServers(SERVER_ZWAVE, &command), -1);
@@ -88,8 +84,7 @@ TEST(TransportTest, AClosedConnectionIsTriedAllTheSame) {
                                 }));
 }
 
-TEST(TransportTest, ADaemonThatIsNotThereIsNoFailure) {
-  Router router;
+TEST_F(TransportTest, ADaemonThatIsNotThereIsNoFailure) {
   web_adr = zigbee_adr;
   zigbee_adr = const_cast<char*>("127.255.255.99:8888");
   TembraAssociation& assoc = router.connect();

@@ -7,15 +7,16 @@
 #include <numeric>
 #include <string>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 #include "texts.h"
 
 using kit::Bytes;
 using kit::Call;
 using kit::lines;
-using kit::Router;
 
 namespace {
+
+using ZigbeeDoneTest = kit::ConnectedTest;
 
 constexpr std::size_t kName = 378;
 constexpr std::size_t kLocation = 410;
@@ -47,9 +48,7 @@ Bytes noticeOf(const Bytes& record) {
 
 }  // namespace
 
-TEST(ZigbeeDoneTest, SendsTheRecordWithItsTextsAndMessageKind) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZigbeeDoneTest, SendsTheRecordWithItsTextsAndMessageKind) {
   fill(assoc.zbDevice);
   Bytes expected = bytesOf(assoc.zbDevice);
   expected[10] = 10;
@@ -65,9 +64,7 @@ TEST(ZigbeeDoneTest, SendsTheRecordWithItsTextsAndMessageKind) {
   EXPECT_EQ(bytesOf(assoc.zbDevice), expected) << "the record itself is kept as sent";
 }
 
-TEST(ZigbeeDoneTest, SaysSoBeforeSendingAndNothingAfter) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZigbeeDoneTest, SaysSoBeforeSendingAndNothingAfter) {
   assoc.zbDevice.shortAddress = 0x1234;
   assoc.zbDevice.devType = 28;
   setTexts(assoc, "Door", "Hall");
@@ -82,9 +79,7 @@ TEST(ZigbeeDoneTest, SaysSoBeforeSendingAndNothingAfter) {
             }));
 }
 
-TEST(ZigbeeDoneTest, AFailureToSendIsTheResult) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZigbeeDoneTest, AFailureToSendIsTheResult) {
   router.fail(Call::Sendto, EPERM);
   EXPECT_EQ(assoc.addingDone(), -1);
   EXPECT_EQ(router.takeTrace(), lines({
@@ -97,9 +92,7 @@ TEST(ZigbeeDoneTest, AFailureToSendIsTheResult) {
   EXPECT_EQ(assoc.zbDevice.msgCode, 10);
 }
 
-TEST(ZigbeeDoneTest, IsWhatEveryKindButZwaveMeans) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZigbeeDoneTest, IsWhatEveryKindButZwaveMeans) {
   for (const int kind : {0, 1, 3, 255, -2, 2 + 256}) {
     assoc.zwNodeWork.deviceKind = kind;
     EXPECT_EQ(assoc.addingDone(), 0);
@@ -111,9 +104,7 @@ TEST(ZigbeeDoneTest, IsWhatEveryKindButZwaveMeans) {
   }
 }
 
-TEST(ZigbeeDoneTest, LeavesTheZwaveSideAlone) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZigbeeDoneTest, LeavesTheZwaveSideAlone) {
   std::memset(&assoc.zwNodeWork, 7, sizeof assoc.zwNodeWork);
   const ZwNodeInfo before = assoc.zwNodeWork;
   BasicFlag = MultilevelFlag = SensorBinaryFlag = ZwAcExtFlag = 1;
@@ -123,9 +114,7 @@ TEST(ZigbeeDoneTest, LeavesTheZwaveSideAlone) {
 }
 
 // The name is written first and may run into the location; nothing ever runs out of the record.
-TEST(ZigbeeDoneTest, LongTextsRunTogetherWithinTheRecord) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZigbeeDoneTest, LongTextsRunTogetherWithinTheRecord) {
   for (const std::size_t name : {0U, 31U, 32U, 40U, 65U, 66U, 67U, 179U, 180U, 5000U}) {
     for (const std::size_t location : {0U, 4U, 33U, 34U, 35U, 179U, 5000U}) {
       fill(assoc.zbDevice);
@@ -143,9 +132,7 @@ TEST(ZigbeeDoneTest, LongTextsRunTogetherWithinTheRecord) {
   }
 }
 
-TEST(ZigbeeDoneTest, ANameOf32JoinsTheLocation) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(ZigbeeDoneTest, ANameOf32JoinsTheLocation) {
   setTexts(assoc, std::string(40, 'n'), "Hall");
   assoc.addingDone();
   const auto bytes = router.takeSends().at(0).bytes;

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "hue_devices.h"
+#include "kit/router_test.h"
 
 using kit::Bytes;
 using kit::Database;
@@ -13,6 +14,8 @@ using kit::lines;
 using kit::Router;
 
 namespace {
+
+using BridgeListTest = kit::RouterTest;
 
 using Fill = std::function<void(Database&)>;
 using Elements = std::vector<std::pair<std::string, std::string>>;
@@ -57,8 +60,7 @@ Bytes indexRecord(const std::string& value, std::size_t size) {
 
 }  // namespace
 
-TEST(BridgeListTest, LampsAndSwitchesOnBridges) {
-  Router router;
+TEST_F(BridgeListTest, LampsAndSwitchesOnBridges) {
   expectLists(router,
               {
                   {"nothing", [](Database&) {}, {}},
@@ -79,8 +81,7 @@ TEST(BridgeListTest, LampsAndSwitchesOnBridges) {
               });
 }
 
-TEST(BridgeListTest, OnlyTheEntryBeforeIsCompared) {
-  Router router;
+TEST_F(BridgeListTest, OnlyTheEntryBeforeIsCompared) {
   expectLists(router, {
                           {"bridges in turn",
                            lamps({{kA, "ann"}, {kB, "bob"}, {kA, "ann"}}),
@@ -106,8 +107,7 @@ TEST(BridgeListTest, OnlyTheEntryBeforeIsCompared) {
                       });
 }
 
-TEST(BridgeListTest, MissingAndEmptyValues) {
-  Router router;
+TEST_F(BridgeListTest, MissingAndEmptyValues) {
   expectLists(router,
               {
                   {"no user", lamps({{kA, {}}}), {{kMacA, ""}}},
@@ -128,8 +128,7 @@ TEST(BridgeListTest, MissingAndEmptyValues) {
               });
 }
 
-TEST(BridgeListTest, OtherRecordsDoNotDisturb) {
-  Router router;
+TEST_F(BridgeListTest, OtherRecordsDoNotDisturb) {
   const auto fill = [](Database& database) {
     putSpeaker(database, 4);
     database.nextId("17").put("Version", "3").index(4, 1, kC).index(4, 9, "cid");
@@ -148,8 +147,7 @@ TEST(BridgeListTest, OtherRecordsDoNotDisturb) {
   expectLists(router, {{"", fill, {{kMacA, "ann"}, {kMacB, "bob"}, {kMacC, "dan"}}}});
 }
 
-TEST(BridgeListTest, TypeNamesAreComparedWhole) {
-  Router router;
+TEST_F(BridgeListTest, TypeNamesAreComparedWhole) {
   for (const char* type : {"", "HueLam", "HueLamp2", "huelamp", "Hue Lamp", "MultilevelSwitch", "MultilevelSwitchOn"}) {
     const auto fill = [type](Database& database) {
       database.put(Device(1, "?").ip().type(type));
@@ -160,8 +158,7 @@ TEST(BridgeListTest, TypeNamesAreComparedWhole) {
   }
 }
 
-TEST(BridgeListTest, TheIndexesBelongToTheIdInTheRecord) {
-  Router router;
+TEST_F(BridgeListTest, TheIndexesBelongToTheIdInTheRecord) {
   const auto keyed = [](int id) {
     return [id](Database& database) {
       database.put("77", Device(id, "Lamp").ip().type("HueLamp").bytes());
@@ -174,8 +171,7 @@ TEST(BridgeListTest, TheIndexesBelongToTheIdInTheRecord) {
                        {"the least id", keyed(-2147483647 - 1), {{kMacA, "ann"}}}});
 }
 
-TEST(BridgeListTest, ShortRecords) {
-  Router router;
+TEST_F(BridgeListTest, ShortRecords) {
   const auto lampOf = [](std::size_t length) {
     return [length](Database& database) {
       database.put(Device(1, "Lamp").ip().type("HueLamp").cutTo(length)).index(1, 1, kA).index(1, 9, "ann");
@@ -202,8 +198,7 @@ TEST(BridgeListTest, ShortRecords) {
   expectLists(router, {{"values without a NUL", cut, {{kMacA, "ann"}}}});
 }
 
-TEST(BridgeListTest, LongValuesAreCut) {
-  Router router;
+TEST_F(BridgeListTest, LongValuesAreCut) {
   const std::string full(58, 'u');
   const auto fill = [&full](Database& database) {
     database.put(Device(1, "Lamp").ip().type("HueLamp"));
@@ -218,8 +213,7 @@ TEST(BridgeListTest, LongValuesAreCut) {
 
 // However long a user name is: two lamps on one bridge with the same user are one element, and the next bridge is
 // another.
-TEST(BridgeListTest, ALongUserIsRecognisedAgain) {
-  Router router;
+TEST_F(BridgeListTest, ALongUserIsRecognisedAgain) {
   for (const std::size_t length : {48U, 49U, 50U, 57U, 58U}) {
     const std::string user(length, 'u');
     expectLists(router,
@@ -227,8 +221,7 @@ TEST(BridgeListTest, ALongUserIsRecognisedAgain) {
   }
 }
 
-TEST(BridgeListTest, MoreBridgesThanTheListHolds) {
-  Router router;
+TEST_F(BridgeListTest, MoreBridgesThanTheListHolds) {
   for (const int count : {19, 20, 21, 25, 60}) {
     const auto fill = [count](Database& database) {
       for (int n = 1; n <= count; ++n) putLamp(database, n, bridgeIdOf(n), "user" + std::to_string(n) + ".");
@@ -239,8 +232,7 @@ TEST(BridgeListTest, MoreBridgesThanTheListHolds) {
   }
 }
 
-TEST(BridgeListTest, TheLongestListFits) {
-  Router router;
+TEST_F(BridgeListTest, TheLongestListFits) {
   const auto user = [](int n) { return std::string(47, '"') + std::to_string(n + 10); };
   const auto fill = [&user](Database& database) {
     for (int n = 1; n <= 30; ++n) putLamp(database, n, bridgeIdOf(n), user(n));
@@ -250,8 +242,7 @@ TEST(BridgeListTest, TheLongestListFits) {
   expectLists(router, {{"", fill, elements}});
 }
 
-TEST(BridgeListTest, MoreUsersThanTheTableHolds) {
-  Router router;
+TEST_F(BridgeListTest, MoreUsersThanTheTableHolds) {
   for (int n = 1; n <= 60; ++n) putLamp(router.database(), n, kA, "user" + std::to_string(n) + ".");
   std::memset(username1, '~', sizeof username1);
   EXPECT_EQ(bridgeListOf(router.assoc()), listOf({{kMacA, "user1."}}));
@@ -259,8 +250,7 @@ TEST(BridgeListTest, MoreUsersThanTheTableHolds) {
   for (int n = 21; n <= 50; ++n) EXPECT_EQ(std::string(username1[n - 1], 50), std::string(50, '~')) << n;
 }
 
-TEST(BridgeListTest, OldUsersShowUpAgain) {
-  Router router;
+TEST_F(BridgeListTest, OldUsersShowUpAgain) {
   TembraAssociation& assoc = router.assoc();
   putLamp(router.database(), 1, kA, "ann");
   putLamp(router.database(), 2, kB, "bob");
@@ -273,8 +263,7 @@ TEST(BridgeListTest, OldUsersShowUpAgain) {
   EXPECT_STREQ(username1[1], "bob") << "the table is never cleared";
 }
 
-TEST(BridgeListTest, NothingElseIsTouched) {
-  Router router;
+TEST_F(BridgeListTest, NothingElseIsTouched) {
   TembraAssociation& assoc = router.connect();
   putLamp(router.database(), 1, kA, "ann");
   const std::string state = router.state();

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 #include "wire.h"
 
 using kit::Bytes;
@@ -13,6 +13,8 @@ using kit::lines;
 using kit::Router;
 
 namespace {
+
+using HueAnswerTest = kit::ConnectedTest;
 
 struct Result {
   int type;
@@ -66,9 +68,7 @@ void expectEvent(Router& router, const Result& result, int source) {
 
 }  // namespace
 
-TEST(HueAnswerTest, EachResultIsItsEvent) {
-  Router router;
-  router.connect();
+TEST_F(HueAnswerTest, EachResultIsItsEvent) {
   int source = 0;
   for (const Result& result : kResults) {
     SCOPED_TRACE(result.type);
@@ -80,9 +80,7 @@ TEST(HueAnswerTest, EachResultIsItsEvent) {
 
 // From the first byte to the last, over all results one after the other: a text writes itself and its NUL, and what
 // stood behind it stays.
-TEST(HueAnswerTest, ThePayloadIsTheExactText) {
-  Router router;
-  router.connect();
+TEST_F(HueAnswerTest, ThePayloadIsTheExactText) {
   Wire payload(4096);
   const std::string full(59, 'c');
   for (const std::string& commandType : {full, std::string("AddIPDevice"), std::string(), std::string("100%s%n")}) {
@@ -95,9 +93,7 @@ TEST(HueAnswerTest, ThePayloadIsTheExactText) {
   }
 }
 
-TEST(HueAnswerTest, ACommandTypeWithoutItsNulEndsWithItsField) {
-  Router router;
-  router.connect();
+TEST_F(HueAnswerTest, ACommandTypeWithoutItsNulEndsWithItsField) {
   for (const Result& result : kResults) {
     pretendAnOperation(std::string(60, 'c'));
     router.hue().send(hueAnswer(result.type));
@@ -106,9 +102,7 @@ TEST(HueAnswerTest, ACommandTypeWithoutItsNulEndsWithItsField) {
   }
 }
 
-TEST(HueAnswerTest, AnUnknownResultIsLoggedAndChangesNothing) {
-  Router router;
-  router.connect();
+TEST_F(HueAnswerTest, AnUnknownResultIsLoggedAndChangesNothing) {
   for (const int type : {7, 10, 11, 21, 25, 30, 100, 255, 256, 65536, INT_MAX, -1, -2, -256, INT_MIN}) {
     for (const int before : {0, 1}) {
       pretendAnOperation("AddIPDevice");
@@ -121,9 +115,7 @@ TEST(HueAnswerTest, AnUnknownResultIsLoggedAndChangesNothing) {
   }
 }
 
-TEST(HueAnswerTest, WithoutACallbackTheStateAdvancesAllTheSame) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(HueAnswerTest, WithoutACallbackTheStateAdvancesAllTheSame) {
   assoc.registerAssocEventCB(nullptr);
   for (const Result& result : kResults) {
     pretendAnOperation("RemoveIPDevice");
@@ -133,9 +125,7 @@ TEST(HueAnswerTest, WithoutACallbackTheStateAdvancesAllTheSame) {
   }
 }
 
-TEST(HueAnswerTest, TheAssociationStateNeitherMattersNorChanges) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(HueAnswerTest, TheAssociationStateNeitherMattersNorChanges) {
   for (int state = -1; state <= 9; ++state) {
     for (const Result& result : kResults) {
       pretendAnOperation("AddDevice");
@@ -148,9 +138,7 @@ TEST(HueAnswerTest, TheAssociationStateNeitherMattersNorChanges) {
   }
 }
 
-TEST(HueAnswerTest, AnUnaskedAnswerEndsTheWaitOfAnAdd) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(HueAnswerTest, AnUnaskedAnswerEndsTheWaitOfAnAdd) {
   assoc.addDevZigbeeZwave();
   router.zwave().send(kit::Node(5));
   EXPECT_EQ(router.state(), "state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor");
@@ -160,9 +148,7 @@ TEST(HueAnswerTest, AnUnaskedAnswerEndsTheWaitOfAnAdd) {
   EXPECT_EQ(router.state(), "state 4 idle 1 last 0 cancel 2 radio 2 cmdtype AddingSensor");
 }
 
-TEST(HueAnswerTest, EveryAnswerMakesTheAssociationThisRoutersOwn) {
-  Router router;
-  router.connect();
+TEST_F(HueAnswerTest, EveryAnswerMakesTheAssociationThisRoutersOwn) {
   for (const int type : {0, 1, 7}) {
     assoc_meshID = -1;
     router.hue().send(hueAnswer(type));
@@ -171,9 +157,7 @@ TEST(HueAnswerTest, EveryAnswerMakesTheAssociationThisRoutersOwn) {
 }
 
 // The length of a datagram does not matter: what is missing stands in the buffer since the datagram before.
-TEST(HueAnswerTest, AShortAnswerIsCompletedByTheOneBefore) {
-  Router router;
-  router.connect();
+TEST_F(HueAnswerTest, AShortAnswerIsCompletedByTheOneBefore) {
   router.hue().send(Bytes{4, 0, 0, 0});
   EXPECT_EQ(router.takeTrace(), lines({"event 26 source 3"}));
   router.hue().send(Bytes{5});

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 #include "wire.h"
 
 using kit::Bytes;
@@ -14,6 +14,8 @@ using kit::lines;
 using kit::Router;
 
 namespace {
+
+using HueBridgesTest = kit::RouterTest;
 
 std::string twoDigits(int number) {
   return {static_cast<char>('0' + number / 10), static_cast<char>('0' + number % 10)};
@@ -56,8 +58,7 @@ constexpr std::size_t kEntrySize = 65;
 
 }  // namespace
 
-TEST(HueBridgesTest, TheListIsOneEventAndAWaitForTheUser) {
-  Router router;
+TEST_F(HueBridgesTest, TheListIsOneEventAndAWaitForTheUser) {
   TembraAssociation& assoc = router.connect();
   assoc.Hue_initiateAdd();
   std::strcpy(cmdtype, "Before");
@@ -74,8 +75,7 @@ TEST(HueBridgesTest, TheListIsOneEventAndAWaitForTheUser) {
   }
 }
 
-TEST(HueBridgesTest, WhoWaitsTooLongHearsOfTheList) {
-  Router router;
+TEST_F(HueBridgesTest, WhoWaitsTooLongHearsOfTheList) {
   router.connect().Hue_initiateAdd();
   router.hue().send(hueAnswer(0, 1, goodEntries(1)));
   router.forget();
@@ -90,16 +90,14 @@ TEST(HueBridgesTest, WhoWaitsTooLongHearsOfTheList) {
   EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 3 cmdtype AddIPDevice");
 }
 
-TEST(HueBridgesTest, WithoutACallbackTheStateAdvancesAllTheSame) {
-  Router router;
+TEST_F(HueBridgesTest, WithoutACallbackTheStateAdvancesAllTheSame) {
   router.connect().registerAssocEventCB(nullptr);
   router.hue().send(hueAnswer(0, 1, goodEntries(1)));
   EXPECT_EQ(router.takeTrace(), "");
   EXPECT_EQ(router.state(), "state 0 idle 0 last 21 cancel 0 radio 0 cmdtype AddIPDevice");
 }
 
-TEST(HueBridgesTest, AtMostTwentyFiveSlotsAreFilled) {
-  Router router;
+TEST_F(HueBridgesTest, AtMostTwentyFiveSlotsAreFilled) {
   router.connect();
   const struct {
     int count;
@@ -111,8 +109,7 @@ TEST(HueBridgesTest, AtMostTwentyFiveSlotsAreFilled) {
   }
 }
 
-TEST(HueBridgesTest, WhatTheAnswerLacksRepeatsTheEntryBefore) {
-  Router router;
+TEST_F(HueBridgesTest, WhatTheAnswerLacksRepeatsTheEntryBefore) {
   router.connect();
   const Slot none{"", ""};
   const Slot first = goodSlot(1);
@@ -139,8 +136,7 @@ TEST(HueBridgesTest, WhatTheAnswerLacksRepeatsTheEntryBefore) {
   }
 }
 
-TEST(HueBridgesTest, EachWayOfBeingNoObjectIsSkipped) {
-  Router router;
+TEST_F(HueBridgesTest, EachWayOfBeingNoObjectIsSkipped) {
   router.connect();
   const std::string noObjects[] = {"",
                                    " ",
@@ -167,8 +163,7 @@ TEST(HueBridgesTest, EachWayOfBeingNoObjectIsSkipped) {
   }
 }
 
-TEST(HueBridgesTest, AnObjectIsReadHoweverItIsWritten) {
-  Router router;
+TEST_F(HueBridgesTest, AnObjectIsReadHoweverItIsWritten) {
   router.connect();
   const Slot slot{"a1:b2:c3:0a:1b:02", "10.0.0.2"};
   const std::string objects[] = {
@@ -185,8 +180,7 @@ TEST(HueBridgesTest, AnObjectIsReadHoweverItIsWritten) {
   }
 }
 
-TEST(HueBridgesTest, AnEntryMayFillItsFieldWithoutANul) {
-  Router router;
+TEST_F(HueBridgesTest, AnEntryMayFillItsFieldWithoutANul) {
   router.connect();
   const std::string full = entry("a1b2c3fffe0a1b01", "1921681001234567x");
   ASSERT_EQ(full.size(), kEntrySize);
@@ -198,8 +192,7 @@ TEST(HueBridgesTest, AnEntryMayFillItsFieldWithoutANul) {
       << "it does not go on in the next entry";
 }
 
-TEST(HueBridgesTest, AShortIdTakesNothingFromTheOneBefore) {
-  Router router;
+TEST_F(HueBridgesTest, AShortIdTakesNothingFromTheOneBefore) {
   router.connect();
   const struct {
     const char* id;
@@ -219,8 +212,7 @@ TEST(HueBridgesTest, AShortIdTakesNothingFromTheOneBefore) {
   }
 }
 
-TEST(HueBridgesTest, LongMembersStayInTheirSlots) {
-  Router router;
+TEST_F(HueBridgesTest, LongMembersStayInTheirSlots) {
   router.connect();
   const std::string longId = R"({"id":")" + std::string(56, 'f') + R"("})";
   const std::string longAddress = R"({"internalipaddress":")" + std::string(41, '9') + R"("})";
@@ -231,16 +223,14 @@ TEST(HueBridgesTest, LongMembersStayInTheirSlots) {
       payloadOf(bridgeList({{"ff:ff:ff:ff:ff:ff", ""}, {"ff:ff:ff:ff:ff:ff", std::string(41, '9')}, goodSlot(1)})));
 }
 
-TEST(HueBridgesTest, NothingOfAListIsLeftInTheNextOne) {
-  Router router;
+TEST_F(HueBridgesTest, NothingOfAListIsLeftInTheNextOne) {
   router.connect();
   payloadFor(router, goodEntries(25));
   EXPECT_EQ(payloadFor(router, {"rubbish"}), payloadOf(bridgeList({{"", ""}})));
   EXPECT_EQ(payloadFor(router, 0, {}), payloadOf(bridgeList({})));
 }
 
-TEST(HueBridgesTest, AShortAnswerIsCompletedByTheOneBefore) {
-  Router router;
+TEST_F(HueBridgesTest, AShortAnswerIsCompletedByTheOneBefore) {
   router.connect();
   payloadFor(router, goodEntries(25));
   router.hue().send(Wire(8).number(4, 3).all());

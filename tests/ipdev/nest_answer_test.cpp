@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 #include "wire.h"
 
 using kit::Bytes;
@@ -13,6 +13,8 @@ using kit::lines;
 using kit::Router;
 
 namespace {
+
+using NestAnswerTest = kit::RouterTest;
 
 constexpr int kStatuses[] = {0, -1, 1, 2, -2, 124, INT_MAX, INT_MIN};
 
@@ -67,8 +69,7 @@ void expectConsequence(Router& router, int command, int status, Count& count) {
 
 }  // namespace
 
-TEST(NestAnswerTest, EveryCommandWithEveryStatus) {
-  Router router;
+TEST_F(NestAnswerTest, EveryCommandWithEveryStatus) {
   router.connect();
   Count count;
   for (int command = -2; command <= 130; ++command) {
@@ -82,16 +83,14 @@ TEST(NestAnswerTest, EveryCommandWithEveryStatus) {
   EXPECT_EQ(count.unknown, (133 + 5 - 5) * 8);
 }
 
-TEST(NestAnswerTest, OneEventCarriesTheAnswer) {
-  Router router;
+TEST_F(NestAnswerTest, OneEventCarriesTheAnswer) {
   router.connect();
   const Bytes answer = nestAnswer(100, -7, 0x12345678);
   router.nest().send(answer);
   EXPECT_EQ(payloadOf(router.takeEvents().at(0)), payloadOf(answer));
 }
 
-TEST(NestAnswerTest, TheOtherEventsLeaveThePayloadAlone) {
-  Router router;
+TEST_F(NestAnswerTest, TheOtherEventsLeaveThePayloadAlone) {
   router.connect();
   const Bytes carried = nestAnswer(100, 1, 2);
   router.nest().send(carried);
@@ -102,8 +101,7 @@ TEST(NestAnswerTest, TheOtherEventsLeaveThePayloadAlone) {
   for (const auto& recorded : events) EXPECT_EQ(payloadOf(recorded), payloadOf(carried)) << recorded.event.code;
 }
 
-TEST(NestAnswerTest, WithoutACallbackTheStateAdvancesAllTheSame) {
-  Router router;
+TEST_F(NestAnswerTest, WithoutACallbackTheStateAdvancesAllTheSame) {
   router.connect().registerAssocEventCB(nullptr);
   for (const int command : {100, 121, 122, 123, 124}) {
     pretendAnOperation();
@@ -113,8 +111,7 @@ TEST(NestAnswerTest, WithoutACallbackTheStateAdvancesAllTheSame) {
   EXPECT_EQ(router.takeTrace(), "");
 }
 
-TEST(NestAnswerTest, TheAssociationStateNeitherMattersNorChanges) {
-  Router router;
+TEST_F(NestAnswerTest, TheAssociationStateNeitherMattersNorChanges) {
   TembraAssociation& assoc = router.connect();
   for (int state = -1; state <= 9; ++state) {
     pretendAnOperation();
@@ -126,8 +123,7 @@ TEST(NestAnswerTest, TheAssociationStateNeitherMattersNorChanges) {
   }
 }
 
-TEST(NestAnswerTest, EveryAnswerMakesTheAssociationThisRoutersOwn) {
-  Router router;
+TEST_F(NestAnswerTest, EveryAnswerMakesTheAssociationThisRoutersOwn) {
   router.connect();
   for (const int command : {100, 101, 124}) {
     assoc_meshID = -1;
@@ -136,8 +132,7 @@ TEST(NestAnswerTest, EveryAnswerMakesTheAssociationThisRoutersOwn) {
   }
 }
 
-TEST(NestAnswerTest, AShortAnswerIsCompletedByTheOneBefore) {
-  Router router;
+TEST_F(NestAnswerTest, AShortAnswerIsCompletedByTheOneBefore) {
   router.connect();
   router.nest().send(nestAnswer(124, -1));
   router.nest().send(Bytes{124});

@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::Bytes;
 using kit::lines;
@@ -12,6 +12,8 @@ using kit::Node;
 using kit::Router;
 
 namespace {
+
+using ReceiveLoop = kit::RouterTest;
 
 constexpr int kMeshId = 3;  // what the router's command answers
 
@@ -112,8 +114,7 @@ TEST_F(Dispatch, TheMeshIdIsTheLocalOneOfNow) {
   EXPECT_EQ(assoc_meshID, 41);
 }
 
-TEST(ReceiveLoop, BeginsAndEndsInThisOrder) {
-  Router router;
+TEST_F(ReceiveLoop, BeginsAndEndsInThisOrder) {
   router.assoc().cancelTarget = cancel_both;
   router.watch(kit::kWatchTimeouts);
   router.open();
@@ -125,8 +126,7 @@ TEST(ReceiveLoop, BeginsAndEndsInThisOrder) {
                                        "log 0 libTembraAssoc:exited receive thread\\n"}));
 }
 
-TEST(ReceiveLoop, DoesNotReceiveWhenItIsClosed) {
-  Router router;
+TEST_F(ReceiveLoop, DoesNotReceiveWhenItIsClosed) {
   router.assoc();
   router.watch(kit::kWatchTimeouts);
   idle = 0;
@@ -137,8 +137,7 @@ TEST(ReceiveLoop, DoesNotReceiveWhenItIsClosed) {
 }
 
 // The datagram before is still in the buffer, and its sender is still known: neither counts once more.
-TEST(ReceiveLoop, ClosingDuringAnAddTellsNothing) {
-  Router router;
+TEST_F(ReceiveLoop, ClosingDuringAnAddTellsNothing) {
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   router.zwave().send(Node(5));
@@ -149,8 +148,7 @@ TEST(ReceiveLoop, ClosingDuringAnAddTellsNothing) {
 }
 
 // `running` is looked at before the first receive and after each pass: what was received in between still counts.
-TEST(ReceiveLoop, HandlesWhatItReceivesAfterRunningBecameZero) {
-  Router router;
+TEST_F(ReceiveLoop, HandlesWhatItReceivesAfterRunningBecameZero) {
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   router.forget();
@@ -163,8 +161,7 @@ TEST(ReceiveLoop, HandlesWhatItReceivesAfterRunningBecameZero) {
       << trace;
 }
 
-TEST(ReceiveLoop, TimesOutOnceMoreAfterRunningBecameZero) {
-  Router router;
+TEST_F(ReceiveLoop, TimesOutOnceMoreAfterRunningBecameZero) {
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   router.forget();
@@ -179,8 +176,7 @@ TEST(ReceiveLoop, TimesOutOnceMoreAfterRunningBecameZero) {
 }
 
 // Also behind a wait for the database, where a closed connection ends the flow.
-TEST(ReceiveLoop, EndsTheFlowInWhichRunningBecameZero) {
-  Router router;
+TEST_F(ReceiveLoop, EndsTheFlowInWhichRunningBecameZero) {
   router.database().put(kit::Device(12, "Lamp").zwave(5));
   TembraAssociation& assoc = router.connect();
   assoc.removeDevZigbeeZwave();
@@ -193,8 +189,7 @@ TEST(ReceiveLoop, EndsTheFlowInWhichRunningBecameZero) {
   EXPECT_EQ(router.takeEvents().at(0).event.code, EVENT_REMOVED);
 }
 
-TEST(ReceiveLoop, WorksOnItsOwnObjectWhateverItIsGiven) {
-  Router router;
+TEST_F(ReceiveLoop, WorksOnItsOwnObjectWhateverItIsGiven) {
   router.fail(kit::Call::CreateThread, EAGAIN);
   TembraAssociation& assoc = router.connect();
   router.forget();
@@ -207,8 +202,7 @@ TEST(ReceiveLoop, WorksOnItsOwnObjectWhateverItIsGiven) {
 }
 
 // A connection has one receive thread. Another one, which a slow start may bring, neither receives nor resets anything.
-TEST(ReceiveLoop, EndsAtOnceWhenAnotherThreadServesTheConnection) {
-  Router router;
+TEST_F(ReceiveLoop, EndsAtOnceWhenAnotherThreadServesTheConnection) {
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   const std::string state = router.state();

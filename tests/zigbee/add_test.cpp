@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "devices.h"
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::Device;
 using kit::lines;
@@ -13,6 +13,8 @@ using kit::Router;
 using kit::ZigbeeDevice;
 
 namespace {
+
+using ZigbeeAddTest = kit::RouterTest;
 
 ZigbeeDevice answer(int status) { return ZigbeeDevice(kLamp).status(status); }
 
@@ -35,8 +37,7 @@ TembraAssociation& describing(Router& router) {
 
 }  // namespace
 
-TEST(ZigbeeAddTest, ADeviceIsFoundAskedAndCreated) {
-  Router router;
+TEST_F(ZigbeeAddTest, ADeviceIsFoundAskedAndCreated) {
   TembraAssociation& assoc = router.connect();
   router.database().nextId("41");
   assoc.addDevZigbeeZwave();
@@ -66,8 +67,7 @@ TEST(ZigbeeAddTest, ADeviceIsFoundAskedAndCreated) {
   EXPECT_EQ(router.state(), "state 8 idle 0 last 7 cancel 1 radio 1 cmdtype EditNameLocation");
 }
 
-TEST(ZigbeeAddTest, WhatHoldsWhileTheFrontEndIsTold) {
-  Router router;
+TEST_F(ZigbeeAddTest, WhatHoldsWhileTheFrontEndIsTold) {
   adding(router);
   const auto stateAt = [&](const ZigbeeDevice& device) {
     router.zigbee().send(device);
@@ -82,8 +82,7 @@ TEST(ZigbeeAddTest, WhatHoldsWhileTheFrontEndIsTold) {
   EXPECT_EQ(stateAt(answer(2)), "state 0 idle 0 last 0 cancel 1 radio 1 cmdtype EditNameLocation");
 }
 
-TEST(ZigbeeAddTest, ProgressIsToldAsJson) {
-  Router router;
+TEST_F(ZigbeeAddTest, ProgressIsToldAsJson) {
   adding(router);
   router.zigbee().send(answer(1));
   router.zigbee().send(answer(6));
@@ -100,8 +99,7 @@ TEST(ZigbeeAddTest, ProgressIsToldAsJson) {
   EXPECT_EQ(events[2].report().failure, 0);
 }
 
-TEST(ZigbeeAddTest, ADeviceWithoutTypesToChooseFromIsNamed) {
-  Router router;
+TEST_F(ZigbeeAddTest, ADeviceWithoutTypesToChooseFromIsNamed) {
   TembraAssociation& assoc = describing(router);
   assoc.devType = 5;
   std::strcpy(assoc.devLocation, "Attic");
@@ -119,8 +117,7 @@ TEST(ZigbeeAddTest, ADeviceWithoutTypesToChooseFromIsNamed) {
   EXPECT_EQ(assoc.classifiedType, 12);
 }
 
-TEST(ZigbeeAddTest, TheChoiceOfTypesIsOffered) {
-  Router router;
+TEST_F(ZigbeeAddTest, TheChoiceOfTypesIsOffered) {
   TembraAssociation& assoc = describing(router);
   std::strcpy(assoc.devLocation, "Attic");
   router.zigbee().send(kCie);
@@ -134,8 +131,7 @@ TEST(ZigbeeAddTest, TheChoiceOfTypesIsOffered) {
   EXPECT_EQ(router.state(), "state 8 idle 0 last 6 cancel 1 radio 1 cmdtype SelectDeviceType");
 }
 
-TEST(ZigbeeAddTest, TheChoiceGoesByTheZoneAndNotByTheFinalType) {
-  Router router;
+TEST_F(ZigbeeAddTest, TheChoiceGoesByTheZoneAndNotByTheFinalType) {
   TembraAssociation& assoc = describing(router);
   router.zigbee().send(answer(10).cluster(0x0006));
   EXPECT_EQ(router.takeEvents().at(0).event.code, 7) << "no zone, no choice";
@@ -149,8 +145,7 @@ TEST(ZigbeeAddTest, TheChoiceGoesByTheZoneAndNotByTheFinalType) {
   EXPECT_EQ(events[0].report().subTypes[0], 21);
 }
 
-TEST(ZigbeeAddTest, TheFirstEntryOfAListIsNoCount) {
-  Router router;
+TEST_F(ZigbeeAddTest, TheFirstEntryOfAListIsNoCount) {
   describing(router);
   router.numberType("GasSensor", 60);
   SensorBinaryFlag = 1;
@@ -159,8 +154,7 @@ TEST(ZigbeeAddTest, TheFirstEntryOfAListIsNoCount) {
   EXPECT_EQ((std::vector<int>{report.subTypes, report.subTypes + 7}), (std::vector<int>{39, 11, 37, 36, 55, 42, 0}));
 }
 
-TEST(ZigbeeAddTest, AListLeavesNothingOfTheOneBefore) {
-  Router router;
+TEST_F(ZigbeeAddTest, AListLeavesNothingOfTheOneBefore) {
   TembraAssociation& assoc = describing(router);
   router.numberType("GasSensor", 60);
   SensorBinaryFlag = 1;
@@ -177,8 +171,7 @@ TEST(ZigbeeAddTest, AListLeavesNothingOfTheOneBefore) {
   EXPECT_EQ(events[2].event.code, 7) << "a list that is left alone is empty";
 }
 
-TEST(ZigbeeAddTest, WhatTheCallbackChoosesIsKept) {
-  Router router;
+TEST_F(ZigbeeAddTest, WhatTheCallbackChoosesIsKept) {
   TembraAssociation& assoc = describing(router);
   router.onEvent([&](AssocEvent*) {
     assoc.devType = 0x113;
@@ -191,8 +184,7 @@ TEST(ZigbeeAddTest, WhatTheCallbackChoosesIsKept) {
   EXPECT_EQ(trace.substr(trace.rfind("log ")), "log 0 libTembraAssoc:Sensor got Associated 99 name 100%s (Zigbee)\n");
 }
 
-TEST(ZigbeeAddTest, ADeviceThatCannotBeCreatedIsOnlyLogged) {
-  Router router;
+TEST_F(ZigbeeAddTest, ADeviceThatCannotBeCreatedIsOnlyLogged) {
   TembraAssociation& assoc = describing(router);
   router.zigbee().send(kMeterWithoutValues);
   EXPECT_EQ(router.takeTrace(), lines({
@@ -207,16 +199,14 @@ TEST(ZigbeeAddTest, ADeviceThatCannotBeCreatedIsOnlyLogged) {
   EXPECT_EQ(events[0].timeout().lastEventCode, 5);
 }
 
-TEST(ZigbeeAddTest, AFailureCancelsNoRadio) {
-  Router router;
+TEST_F(ZigbeeAddTest, AFailureCancelsNoRadio) {
   describing(router);
   router.zigbee().send(answer(2));
   EXPECT_EQ(router.takeTrace(), lines({"log 1 libTembraAssoc:Association failed (Zigbee)", "event 9 source 1"}));
   EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 1 radio 1 cmdtype GettingInfo");
 }
 
-TEST(ZigbeeAddTest, WithoutACallbackEverythingElseHappens) {
-  Router router;
+TEST_F(ZigbeeAddTest, WithoutACallbackEverythingElseHappens) {
   TembraAssociation& assoc = router.connect();
   router.database().nextId("41");
   assoc.registerAssocEventCB(nullptr);
@@ -226,8 +216,7 @@ TEST(ZigbeeAddTest, WithoutACallbackEverythingElseHappens) {
   EXPECT_EQ(router.state(), "state 8 idle 0 last 6 cancel 1 radio 1 cmdtype SelectDeviceType");
 }
 
-TEST(ZigbeeAddTest, TheFinishedDeviceIsHandedOver) {
-  Router router;
+TEST_F(ZigbeeAddTest, TheFinishedDeviceIsHandedOver) {
   TembraAssociation& assoc = describing(router);
   router.zigbee().send(kCie);
   assoc.setDevType(DEVTYPE_KEY_FOB);

@@ -6,7 +6,7 @@
 
 #include "both_radios_page.h"
 #include "devices.h"
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::Device;
 using kit::lines;
@@ -15,6 +15,8 @@ using kit::Router;
 using kit::ZigbeeDevice;
 
 namespace {
+
+using BothRadiosTest = kit::RouterTest;
 
 void send(Router& router, const Answer& answer) {
   constexpr unsigned char staticController = 0x02, gateway = 7;
@@ -110,8 +112,7 @@ void prepareWithLampAndBlind(Router& router) {
 
 }  // namespace
 
-TEST(BothRadiosTest, AnAddInEveryOrderOfAnswers) {
-  Router router;
+TEST_F(BothRadiosTest, AnAddInEveryOrderOfAnswers) {
   prepareWithLampAndBlind(router);
   Orders orders(router, {zigbee(1), zigbee(6), zigbee(10), zigbee(2), zigbee(3), zigbee(12), zwave(5),
                          zwave(kKnownNode), zwave(0), zwave(255)});
@@ -119,24 +120,21 @@ TEST(BothRadiosTest, AnAddInEveryOrderOfAnswers) {
   EXPECT_EQ(orders.tried, 10 * 10 * 10);
 }
 
-TEST(BothRadiosTest, AWholeAddInEveryOrderOfAnswers) {
-  Router router;
+TEST_F(BothRadiosTest, AWholeAddInEveryOrderOfAnswers) {
   prepareWithLampAndBlind(router);
   Orders orders(router, {zigbee(1), zigbee(6), zigbee(10), zwave(5)});
   orders.tryAll(5, ASSOC);
   EXPECT_EQ(orders.tried, 4 * 4 * 4 * 4 * 4);
 }
 
-TEST(BothRadiosTest, ARemovalInEveryOrderOfAnswers) {
-  Router router;
+TEST_F(BothRadiosTest, ARemovalInEveryOrderOfAnswers) {
   prepareWithLampAndBlind(router);
   Orders orders(router, {zigbee(2), zigbee(5), zigbee(12), zwave(5), zwave(kKnownNode), zwave(0), zwave(255)});
   orders.tryAll(3, DEASSOC);
   EXPECT_EQ(orders.tried, 7 * 7 * 7);
 }
 
-TEST(BothRadiosTest, ZwaveTakesOverEvenFromAFoundZigbeeDevice) {
-  Router router;
+TEST_F(BothRadiosTest, ZwaveTakesOverEvenFromAFoundZigbeeDevice) {
   prepareWithLampAndBlind(router);
   router.assoc().addDevZigbeeZwave();
   send(router, zigbee(1));
@@ -149,8 +147,7 @@ TEST(BothRadiosTest, ZwaveTakesOverEvenFromAFoundZigbeeDevice) {
   EXPECT_EQ(router.assoc().zbDevice.msgCode, 10) << "but stored";
 }
 
-TEST(BothRadiosTest, AZigbeeDeviceInBetweenReplacesThePendingRecord) {
-  Router router;
+TEST_F(BothRadiosTest, AZigbeeDeviceInBetweenReplacesThePendingRecord) {
   prepareWithLampAndBlind(router);
   TembraAssociation& assoc = router.assoc();
   assoc.addDevZigbeeZwave();
@@ -162,8 +159,7 @@ TEST(BothRadiosTest, AZigbeeDeviceInBetweenReplacesThePendingRecord) {
   EXPECT_STREQ(assoc.devName, "BinarySwitch #0") << "the name stays";
 }
 
-TEST(BothRadiosTest, AnyZwaveAnswerEndsTheStateOfACreatedDevice) {
-  Router router;
+TEST_F(BothRadiosTest, AnyZwaveAnswerEndsTheStateOfACreatedDevice) {
   prepareWithLampAndBlind(router);
   router.assoc().addDevZigbeeZwave();
   for (const int status : {1, 6, 10}) send(router, zigbee(status));

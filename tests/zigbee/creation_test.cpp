@@ -4,12 +4,15 @@
 #include <cstring>
 
 #include "classified.h"
+#include "kit/router_test.h"
 
 using kit::lines;
 using kit::Router;
 using kit::ZigbeeDevice;
 
 namespace {
+
+using CreationTest = kit::RouterTest;
 
 constexpr char kCollecting[] = "log 0 libTembraAssoc:collecting info of zigbee device";
 
@@ -22,8 +25,7 @@ TembraAssociation& holding(Router& router, const ZigbeeDevice& device) {
 
 }  // namespace
 
-TEST(CreationTest, TheNumberComesFromTheDatabaseAndTheNameFromTheRules) {
-  Router router;
+TEST_F(CreationTest, TheNumberComesFromTheDatabaseAndTheNameFromTheRules) {
   router.database().nextId("41");
   TembraAssociation& assoc = holding(router, ZigbeeDevice().cluster(0x0006));
   std::string firstName;
@@ -37,8 +39,7 @@ TEST(CreationTest, TheNumberComesFromTheDatabaseAndTheNameFromTheRules) {
   EXPECT_EQ(router.takeTrace(), lines({kCollecting}) + summary(1, 1, "0"));
 }
 
-TEST(CreationTest, TheFirstNameStaysWhereNoRuleNames) {
-  Router router;
+TEST_F(CreationTest, TheFirstNameStaysWhereNoRuleNames) {
   router.database().nextId("41");
   ZigbeeDevice device = ZigbeeDevice().clusters({0x0020, 0x0406});
   device.info().devType = 5;
@@ -48,16 +49,14 @@ TEST(CreationTest, TheFirstNameStaysWhereNoRuleNames) {
   EXPECT_EQ(assoc.zbDevice.devType, 5);
 }
 
-TEST(CreationTest, AFailedClassificationIsTheResult) {
-  Router router;
+TEST_F(CreationTest, AFailedClassificationIsTheResult) {
   router.database().nextId("41");
   TembraAssociation& assoc = holding(router, ZigbeeDevice().clusters({0x0006, 0x0B04}));
   EXPECT_EQ(assoc.zb_createAnyDevice(), -1);
   EXPECT_STREQ(assoc.devName, "BinarySwitch #41");
 }
 
-TEST(CreationTest, WithoutANumberInTheDatabaseTheLastOneIsKept) {
-  Router router;
+TEST_F(CreationTest, WithoutANumberInTheDatabaseTheLastOneIsKept) {
   router.database().create();
   TembraAssociation& assoc = holding(router, ZigbeeDevice().cluster(0x0006));
   DevId = 9;
@@ -65,8 +64,7 @@ TEST(CreationTest, WithoutANumberInTheDatabaseTheLastOneIsKept) {
   EXPECT_STREQ(assoc.devName, "BinarySwitch #9");
 }
 
-TEST(CreationTest, WithoutADatabaseTheNumberIsMinusOne) {
-  Router router;
+TEST_F(CreationTest, WithoutADatabaseTheNumberIsMinusOne) {
   router.database().makeUnopenable();
   TembraAssociation& assoc = holding(router, ZigbeeDevice().cluster(0x0006));
   DevId = 9;
@@ -76,8 +74,7 @@ TEST(CreationTest, WithoutADatabaseTheNumberIsMinusOne) {
   EXPECT_EQ(router.takeTrace(), lines({"stderr dpopen: broken database file", kCollecting}) + summary(1, 1, "0"));
 }
 
-TEST(CreationTest, OfTheNodeBlockOnlyTheKindOfDeviceIsWritten) {
-  Router router;
+TEST_F(CreationTest, OfTheNodeBlockOnlyTheKindOfDeviceIsWritten) {
   TembraAssociation& assoc = holding(router, ZigbeeDevice().cluster(0x0006));
   std::memset(&assoc.zwNodeWork, 0xA5, sizeof assoc.zwNodeWork);
   ZwNodeInfo expected = assoc.zwNodeWork;
@@ -88,8 +85,7 @@ TEST(CreationTest, OfTheNodeBlockOnlyTheKindOfDeviceIsWritten) {
   EXPECT_EQ(std::memcmp(&assoc.zwNodeRx, &received, sizeof received), 0);
 }
 
-TEST(CreationTest, TheKindOfDeviceIsWrittenFirst) {
-  Router router;
+TEST_F(CreationTest, TheKindOfDeviceIsWrittenFirst) {
   TembraAssociation& assoc = holding(router, ZigbeeDevice());
   int kind = -1;
   router.onLog([&](const std::string&) { kind = kind < 0 ? assoc.zwNodeWork.deviceKind : kind; });

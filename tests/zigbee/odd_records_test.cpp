@@ -6,11 +6,14 @@
 
 #include "agreement.h"
 #include "classified.h"
+#include "kit/router_test.h"
 
 using kit::Router;
 using kit::ZigbeeDevice;
 
 namespace {
+
+using OddRecordsTest = kit::RouterTest;
 
 ZigbeeDevice repeated(unsigned short cluster, int times) {
   ZigbeeDevice device;
@@ -49,8 +52,7 @@ const FullTable kFullTables[] = {
 
 }  // namespace
 
-TEST(OddRecordsTest, EntriesBeyondTheTableAreDropped) {
-  Router router;
+TEST_F(OddRecordsTest, EntriesBeyondTheTableAreDropped) {
   int checked = 0;
   for (const FullTable& row : kFullTables) {
     ZigbeeDevice device = row.device;
@@ -86,8 +88,7 @@ const Measurement kMeasurementsBehind[] = {
 
 }  // namespace
 
-TEST(OddRecordsTest, TheMeasurementsEndpointsRunOnBehindTheTableUpToTheRecordsEnd) {
-  Router router;
+TEST_F(OddRecordsTest, TheMeasurementsEndpointsRunOnBehindTheTableUpToTheRecordsEnd) {
   Agreement agreement(router);
   std::size_t checked = 0;
   for (const Measurement& row : kMeasurementsBehind) {
@@ -106,8 +107,7 @@ TEST(OddRecordsTest, TheMeasurementsEndpointsRunOnBehindTheTableUpToTheRecordsEn
   agreement.expectNothingElseTouched();
 }
 
-TEST(OddRecordsTest, ANameIsWrittenOverTheEndpointsBehindTheTable) {
-  Router router;
+TEST_F(OddRecordsTest, ANameIsWrittenOverTheEndpointsBehindTheTable) {
   classify(router, repeated(0x0006, 29).cluster(0x0B04, kMeasured));
   char name[] = "abc";
   router.assoc().setDevName(name);
@@ -115,15 +115,13 @@ TEST(OddRecordsTest, ANameIsWrittenOverTheEndpointsBehindTheTable) {
   EXPECT_EQ(std::memcmp(router.assoc().zbDevice.name, "abc\0\0\7\0\7", 8), 0);
 }
 
-TEST(OddRecordsTest, AListWithoutEndMarkHasThirtyClusters) {
-  Router router;
+TEST_F(OddRecordsTest, AListWithoutEndMarkHasThirtyClusters) {
   const Classified found = classify(router, repeated(0x0006, 30).maker(std::string(80, '\x06')));
   EXPECT_NE(found.log.find("clusters found:30 and indexes:29 "), std::string::npos);
   EXPECT_EQ(found.type, 43);
 }
 
-TEST(OddRecordsTest, BehindTheLastClusterComesNone) {
-  Router router;
+TEST_F(OddRecordsTest, BehindTheLastClusterComesNone) {
   for (const char* behind : {"\x03\x05", "\x04\x05", "\xFF\xFF"}) {
     const auto device = repeated(0x0020, 29).cluster(0x0500).zone(0x000D).maker(behind);
     EXPECT_EQ(classify(router, device).name, "MotionSensor #17");
@@ -132,8 +130,7 @@ TEST(OddRecordsTest, BehindTheLastClusterComesNone) {
   EXPECT_EQ(classify(router, camera).name, "ZigbeeCamImage #17");
 }
 
-TEST(OddRecordsTest, TextsThatFillTheirFieldEndThere) {
-  Router router;
+TEST_F(OddRecordsTest, TextsThatFillTheirFieldEndThere) {
   ZigbeeDevice device = ZigbeeDevice().zone(0x0115).cluster(0x0500);
   device.maker(filled(80, "Dravotek Ltd.")).model(filled(22, "3014"));
   const Classified found = classify(router, device);
@@ -142,8 +139,7 @@ TEST(OddRecordsTest, TextsThatFillTheirFieldEndThere) {
   EXPECT_EQ(classify(router, ZigbeeDevice().model(filled(22, "UPIC")).cluster(0x0201)).type, 65);
 }
 
-TEST(OddRecordsTest, NoTextIsFoundAcrossTheEndOfItsField) {
-  Router router;
+TEST_F(OddRecordsTest, NoTextIsFoundAcrossTheEndOfItsField) {
   ZigbeeDevice device = ZigbeeDevice().zone(0x0115).cluster(0x0500);
   device.maker(filled(80, "Dravotek Ltd")).info().devType = '.';
   EXPECT_EQ(classify(router, device).name, "KeyFob #17");
@@ -152,8 +148,7 @@ TEST(OddRecordsTest, NoTextIsFoundAcrossTheEndOfItsField) {
   EXPECT_EQ(router.assoc().GetDeviceTypeInStringFormat(0x010F), std::string("RemoteControl"));
 }
 
-TEST(OddRecordsTest, WhatStandsBehindATextsEndIsNotRead) {
-  Router router;
+TEST_F(OddRecordsTest, WhatStandsBehindATextsEndIsNotRead) {
   ZigbeeDevice device = ZigbeeDevice().zone(0x0115).cluster(0x0500);
   std::memcpy(device.info().manufacturer, "a\0Dravotek Ltd.", 15);
   EXPECT_EQ(classify(router, device).name, "KeyFob #17");
@@ -166,8 +161,7 @@ constexpr unsigned short kDeciding[] = {0x0006, 0x0008, 0x0300, 0x0402, 0x0405, 
 
 }  // namespace
 
-TEST(OddRecordsTest, EveryReceivedTypeByte) {
-  Router router;
+TEST_F(OddRecordsTest, EveryReceivedTypeByte) {
   Agreement agreement(router);
   for (int type = 0; type <= 255; ++type) {
     for (const unsigned short cluster : kDeciding) {
@@ -218,8 +212,7 @@ ZbDeviceInfo anyDevice(Dice& dice) {
 
 }  // namespace
 
-TEST(OddRecordsTest, AnyBytes) {
-  Router router;
+TEST_F(OddRecordsTest, AnyBytes) {
   Agreement agreement(router);
   Dice dice;
   for (int i = 0; i < 20000; ++i) agreement.check(anyDevice(dice), static_cast<int>(dice.roll(1000)));

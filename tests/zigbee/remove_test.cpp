@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "devices.h"
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::Bytes;
 using kit::Call;
@@ -15,6 +15,8 @@ using kit::Router;
 using kit::ZigbeeDevice;
 
 namespace {
+
+using ZigbeeRemoveTest = kit::RouterTest;
 
 constexpr char kScanned[] = "log 0 libTembraAssoc:Removing zigbee device 0x1234";
 
@@ -34,8 +36,7 @@ ZigbeeDevice leaveAnswer(int status, unsigned short address = kLamp) {
 
 }  // namespace
 
-TEST(ZigbeeRemoveTest, AKnownDeviceIsReportedAndTheHaServerTold) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, AKnownDeviceIsReportedAndTheHaServerTold) {
   removing(router);
   router.zigbee().send(leaveAnswer(2));
   EXPECT_EQ(router.takeTrace(), lines({
@@ -53,8 +54,7 @@ TEST(ZigbeeRemoveTest, AKnownDeviceIsReportedAndTheHaServerTold) {
   EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 1 cmdtype RemoveDevice");
 }
 
-TEST(ZigbeeRemoveTest, TheNoticeIsTheReceivedRecord) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, TheNoticeIsTheReceivedRecord) {
   removing(router);
   const ZigbeeDevice sent = leaveAnswer(2);
   router.zigbee().send(sent);
@@ -65,8 +65,7 @@ TEST(ZigbeeRemoveTest, TheNoticeIsTheReceivedRecord) {
   EXPECT_TRUE(router.ha().receive().empty());
 }
 
-TEST(ZigbeeRemoveTest, AnUnknownDeviceThatLeftIsReported) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, AnUnknownDeviceThatLeftIsReported) {
   TembraAssociation& assoc = removing(router);
   for (const int status : {2, 12}) {
     assoc.removeDevZigbeeZwave();
@@ -85,8 +84,7 @@ TEST(ZigbeeRemoveTest, AnUnknownDeviceThatLeftIsReported) {
   }
 }
 
-TEST(ZigbeeRemoveTest, ProgressOfAnUnknownDeviceChangesTheRecordOnly) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, ProgressOfAnUnknownDeviceChangesTheRecordOnly) {
   removing(router);
   router.zigbee().send(leaveAnswer(5, 0x4321));
   EXPECT_EQ(router.takeTrace(), "");
@@ -94,8 +92,7 @@ TEST(ZigbeeRemoveTest, ProgressOfAnUnknownDeviceChangesTheRecordOnly) {
   EXPECT_EQ(router.assoc().zbDevice.msgCode, 12);
 }
 
-TEST(ZigbeeRemoveTest, ProgressOfAKnownDeviceIsLookedUpEachTime) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, ProgressOfAKnownDeviceIsLookedUpEachTime) {
   removing(router);
   for (int i = 0; i < 3; ++i) router.zigbee().send(leaveAnswer(5));
   EXPECT_EQ(router.takeTrace(), lines({kScanned, kScanned, kScanned}));
@@ -103,8 +100,7 @@ TEST(ZigbeeRemoveTest, ProgressOfAKnownDeviceIsLookedUpEachTime) {
   EXPECT_STREQ(router.assoc().removedName, "Lamp");
 }
 
-TEST(ZigbeeRemoveTest, AfterTheFirstEndTheRestIsIgnored) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, AfterTheFirstEndTheRestIsIgnored) {
   removing(router);
   router.zigbee().send(leaveAnswer(2));
   router.forget();
@@ -113,8 +109,7 @@ TEST(ZigbeeRemoveTest, AfterTheFirstEndTheRestIsIgnored) {
   EXPECT_EQ(router.assoc().zbDevice.msgCode, 5) << "the record is stored all the same";
 }
 
-TEST(ZigbeeRemoveTest, ANoticeThatCannotBeSentChangesNothing) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, ANoticeThatCannotBeSentChangesNothing) {
   removing(router);
   router.fail(Call::Sendto, EPERM, 1, 1);
   router.zigbee().send(leaveAnswer(2));
@@ -124,8 +119,7 @@ TEST(ZigbeeRemoveTest, ANoticeThatCannotBeSentChangesNothing) {
   EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 1 cmdtype RemoveDevice");
 }
 
-TEST(ZigbeeRemoveTest, WithoutADatabaseTheLastRemovedDeviceIsNamedAgain) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, WithoutADatabaseTheLastRemovedDeviceIsNamedAgain) {
   TembraAssociation& assoc = removing(router);
   router.zigbee().send(leaveAnswer(2));
   assoc.removeDevZigbeeZwave();
@@ -143,16 +137,14 @@ TEST(ZigbeeRemoveTest, WithoutADatabaseTheLastRemovedDeviceIsNamedAgain) {
   EXPECT_EQ(events[0].report().removedId, 7);
 }
 
-TEST(ZigbeeRemoveTest, WithoutADatabaseStatusTwelveStaysUnknown) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, WithoutADatabaseStatusTwelveStaysUnknown) {
   removing(router);
   router.database().makeUnopenable();
   router.zigbee().send(leaveAnswer(12));
   EXPECT_EQ(router.takeEvents().at(0).event.code, 12);
 }
 
-TEST(ZigbeeRemoveTest, ADatabaseThatBreaksOffHidesWhatStandsBehind) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, ADatabaseThatBreaksOffHidesWhatStandsBehind) {
   removing(router);
   router.database().put(Device(1, "broken").zigbee(8)).put(Device(2, "hidden").zigbee(9)).breakRecord("1");
   router.zigbee().send(leaveAnswer(5));
@@ -161,8 +153,7 @@ TEST(ZigbeeRemoveTest, ADatabaseThatBreaksOffHidesWhatStandsBehind) {
   EXPECT_EQ(router.takeEvents().at(0).event.code, 12);
 }
 
-TEST(ZigbeeRemoveTest, OfTwoDevicesAtOneAddressTheLastIsReported) {
-  Router router;
+TEST_F(ZigbeeRemoveTest, OfTwoDevicesAtOneAddressTheLastIsReported) {
   removing(router);
   router.database().put(Device(3, "Plug 100%d").zigbee(kLamp));
   router.zigbee().send(leaveAnswer(2));

@@ -2,13 +2,15 @@
 #include <gtest/gtest.h>
 
 #include "devices.h"
-#include "kit/router.h"
+#include "kit/router_test.h"
 
 using kit::lines;
 using kit::Router;
 using kit::ZigbeeDevice;
 
 namespace {
+
+using WaitingTest = kit::ConnectedTest;
 
 constexpr char kCancellingZigbee[] = "log 0 libTembraAssoc:Sending cancel command to zigbee_server";
 constexpr char kClosingTheNetwork[] = R"(send zigbee 320 "network pjoin 0" @180 "cancel")";
@@ -48,9 +50,7 @@ void answer(Router& router, ZigbeeDevice device, int status) { router.zigbee().s
 
 }  // namespace
 
-TEST(WaitingTest, ASilentDeviceIsCancelledOnItsRadioOnly) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(WaitingTest, ASilentDeviceIsCancelledOnItsRadioOnly) {
   for (const Halt& halt : kHalts) {
     SCOPED_TRACE(halt.title);
     assoc.addDevZigbeeZwave();
@@ -71,9 +71,7 @@ TEST(WaitingTest, ASilentDeviceIsCancelledOnItsRadioOnly) {
   }
 }
 
-TEST(WaitingTest, AnAnswerAfterTheTimeOutIsStillHandled) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(WaitingTest, AnAnswerAfterTheTimeOutIsStillHandled) {
   assoc.addDevZigbeeZwave();
   answer(router, kSwitch, 1);
   router.advance(60);
@@ -85,9 +83,7 @@ TEST(WaitingTest, AnAnswerAfterTheTimeOutIsStillHandled) {
   EXPECT_TRUE(router.takeEvents().empty()) << "nothing waits any more";
 }
 
-TEST(WaitingTest, AFailedAddLeavesNothingToWaitFor) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(WaitingTest, AFailedAddLeavesNothingToWaitFor) {
   assoc.addDevZigbeeZwave();
   answer(router, kSwitch, 1);
   answer(router, kSwitch, 2);
@@ -96,9 +92,7 @@ TEST(WaitingTest, AFailedAddLeavesNothingToWaitFor) {
   EXPECT_EQ(router.takeTrace(), lines({silence(60), "log 0 libTembraAssoc:idle timeout set to 180 sec..."}));
 }
 
-TEST(WaitingTest, AnAddThatWasAbandonedUnseenIsCancelledOnBothRadios) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(WaitingTest, AnAddThatWasAbandonedUnseenIsCancelledOnBothRadios) {
   assoc.addDevZigbeeZwave();
   answer(router, kSwitch, 4);
   router.forget();
