@@ -99,6 +99,13 @@ void OpenDatabase::put(const std::string& key, const Bytes& value) const {
   require(dpput(depot_, key.data(), keySize, data, static_cast<int>(value.size()), DP_DOVER) != 0, "dpput: " + key);
 }
 
+void OpenDatabase::index(int id, int number, const std::string& value) const {
+  IndexRecord record{};
+  fill(record.value, value);
+  const auto* first = reinterpret_cast<const unsigned char*>(&record);
+  put(std::to_string(id) + "." + std::to_string(number), Bytes(first, first + sizeof record));
+}
+
 Database& Database::create() {
   const OpenDatabase open(path_);
   return *this;
@@ -116,10 +123,8 @@ Database& Database::put(const std::string& key, const Bytes& value) {
 }
 
 Database& Database::index(int id, int number, const std::string& value) {
-  IndexRecord record{};
-  fill(record.value, value);
-  const auto* first = reinterpret_cast<const unsigned char*>(&record);
-  return put(std::to_string(id) + "." + std::to_string(number), Bytes(first, first + sizeof record));
+  OpenDatabase(path_).index(id, number, value);
+  return *this;
 }
 
 Database& Database::drop(const std::string& key) {

@@ -53,6 +53,8 @@ class OpenDatabase {
 
   void put(const std::string& key, const Bytes& value) const;
   void put(const std::string& key, const std::string& value) const { put(key, Bytes(value.begin(), value.end())); }
+  void put(const Device& device) const { put(device.key(), device.bytes()); }
+  void index(int id, int number, const std::string& value) const;
 
  private:
   const UnwatchedDatabaseUse own_;
