@@ -47,7 +47,7 @@ leg_release() {
   bench/short_test.sh "$build/bin" "$build/performance"
   rm -rf "$build/installed"
   cmake --install "$build" --prefix "$build/installed" >/dev/null
-  tests/packaging/hardening.sh "$build/lib/libTembraAssoc.so"
+  tests/packaging/hardening.sh "$build/installed"
   tests/packaging/search_paths.sh "$build" "$build/installed"
   build_as_a_stranger g++
   build_as_a_stranger clang++

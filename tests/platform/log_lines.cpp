@@ -14,14 +14,30 @@
 #include <string>
 #include <thread>
 
+namespace {
+
+void printLine(int priority, const char* format, va_list arguments) {
+  std::array<char, 1024> text{};
+  std::vsnprintf(text.data(), text.size(), format, arguments);
+  std::printf("syslog %d %s\n", priority, text.data());
+}
+
+}  // namespace
+
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the C library has reserved names there
 extern "C" void syslog(int priority, const char* format, ...) {
-  std::array<char, 1024> text{};
   va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(text.data(), text.size(), format, arguments);
+  printLine(priority, format, arguments);
   va_end(arguments);
-  std::printf("syslog %d %s\n", priority, text.data());
+}
+
+// What a hardened caller calls instead.
+extern "C" void __syslog_chk(int priority, int /*flag*/, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  printLine(priority, format, arguments);
+  va_end(arguments);
 }
 
 namespace {

@@ -1,0 +1,48 @@
+# What makes a fault hard to use, in everything that is installed. Each measure is taken where the compiler knows it.
+include(CheckCXXCompilerFlag)
+include(CheckCXXSourceCompiles)
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+set(tembra_hardening -fstack-protector-strong)
+set(CMAKE_REQUIRED_FLAGS -Werror)  # a flag that is ignored is not known
+foreach(flag -fstack-clash-protection -fcf-protection -mbranch-protection=standard)
+  string(MAKE_C_IDENTIFIER "TEMBRA_HAS${flag}" known)
+  check_cxx_compiler_flag(${flag} ${known})
+  if(${known})
+    list(APPEND tembra_hardening ${flag})
+  endif()
+endforeach()
+
+# Level 3 also checks sizes that are known at run time only. Elsewhere the C library would warn of it.
+set(CMAKE_REQUIRED_FLAGS "-O1 -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -Werror=cpp")
+check_cxx_source_compiles("
+  #include <cstring>
+  #if __USE_FORTIFY_LEVEL < 3
+  #error not known
+  #endif
+  int main() {}" TEMBRA_HAS_FORTIFY_3)
+unset(CMAKE_REQUIRED_FLAGS)
+set(tembra_fortify_level 2)
+if(TEMBRA_HAS_FORTIFY_3)
+  set(tembra_fortify_level 3)
+endif()
+
+# tembra_shipped(NAME [IN_LIBRARY]): a target that is installed, or a part of one; IN_LIBRARY: a part of the library.
+# Sanitizers have stronger checks of their own.
+function(tembra_shipped name)
+  tembra_target(${name})
+  if(TEMBRA_SANITIZE)
+    return()
+  endif()
+  target_compile_options(${name} PRIVATE ${tembra_hardening}
+    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${tembra_fortify_level}>)  # needs optimisation
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  get_target_property(type ${name} TYPE)
+  if(type STREQUAL "SHARED_LIBRARY" OR type STREQUAL "EXECUTABLE")
+    target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,text)
+  endif()
+  if(NOT type STREQUAL "SHARED_LIBRARY" AND NOT "IN_LIBRARY" IN_LIST ARGN)
+    target_compile_definitions(${name} PRIVATE _GLIBCXX_ASSERTIONS)  # they end the program, not somebody's front end
+  endif()
+endfunction()
