@@ -32,7 +32,7 @@ constexpr unsigned kLongestSeconds = 10;
 constexpr std::uintmax_t kLargestGrowth = 3 << 19;
 
 // A sanitizer spends a tenth of a second on each gigabyte that the Depot library asks for.
-int damages() {
+int roundsOfDamage() {
   const char* text = std::getenv("TEMBRA_DAMAGES");
   if (text != nullptr) return std::atoi(text);
   return isSanitized() ? 40 : 100;
@@ -249,7 +249,7 @@ TEST(DamagedFile, IsNoHarmToAnyReaderAndReadAsByPlainCalls) {
   const PeakMemory peak;
   Vandal vandal;
   std::uintmax_t largest = 0;
-  for (int round = 0; round < damages() && largest < healthy.size() + kLargestGrowth; ++round) {
+  for (int round = 0; round < roundsOfDamage() && largest < healthy.size() + kLargestGrowth; ++round) {
     const Bytes damaged = vandal.damage(healthy);
     for (const Reader& reader : kReaders) {
       SCOPED_TRACE("damage " + std::to_string(round) + " before " + reader.name);

@@ -3,12 +3,14 @@
 #include <cstdlib>
 #include <string>
 
+#include "house.h"
+
 using kit::Router;
 
 namespace house {
 namespace {
 
-constexpr int kDevices = 50, kNextId = 77, kIdBefore = 5;
+constexpr int kDevicesInOrder = 50, kNextId = 77, kIdBefore = 5;
 constexpr unsigned short kFirstAddress = 0x1000;
 
 bool isLamp(int id) { return id % 5 == 3; }
@@ -20,13 +22,8 @@ int othersIn(int devices, bool /*restIsKept*/) { return devices - lampsIn(device
 template <typename Finds>
 int countIds(Finds finds) {
   int found = 0;
-  for (int id = 1; id <= kDevices; ++id) found += finds(id) ? 1 : 0;
+  for (int id = 1; id <= kDevicesInOrder; ++id) found += finds(id) ? 1 : 0;
   return found;
-}
-
-int findNode(Router& router, int node) {
-  router.assoc().zwNodeRx.nodeId = static_cast<unsigned char>(node);
-  return router.assoc().ZW_checkNodeExists();
 }
 
 int removeNode(Router& router, int node) {
@@ -79,7 +76,7 @@ const Reader kReaders[5] = {
 };
 
 void fillInOrder(kit::Database& database) {
-  for (int id = 1; id <= kDevices; ++id) {
+  for (int id = 1; id <= kDevicesInOrder; ++id) {
     kit::Device device(id, "Device");
     if (isLamp(id)) {
       device.ip().type("HueLamp");
@@ -88,7 +85,7 @@ void fillInOrder(kit::Database& database) {
     }
     database.put(device);
   }
-  for (int id = 1; id <= kDevices; ++id) {
+  for (int id = 1; id <= kDevicesInOrder; ++id) {
     if (!isLamp(id)) continue;
     const std::string number = std::to_string(100 + id);
     database.index(id, 1, "a1b2c3fffe0a1" + number).index(id, 9, "user " + number);

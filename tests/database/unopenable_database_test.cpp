@@ -9,8 +9,10 @@
 #include <fstream>
 #include <string>
 
+#include "house.h"
 #include "kit/router.h"
 
+using house::findNode;
 using kit::Call;
 using kit::Device;
 using kit::lines;
@@ -23,11 +25,6 @@ const std::string kNotOpened = lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr 
                                       "dprepair /tmp/ddb -> failed", "dpopen /tmp/ddb 70 1 -> failed"});
 const std::string kNoFile = lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: stat error",
                                    "dprepair /tmp/ddb -> failed", "dpopen /tmp/ddb 70 1 -> failed"});
-
-int findNode(Router& router, int node) {
-  router.assoc().zwNodeRx.nodeId = static_cast<unsigned char>(node);
-  return router.assoc().ZW_checkNodeExists();
-}
 
 struct Place {
   const char* name;

@@ -16,14 +16,14 @@ namespace {
 
 using namespace steps;
 
-struct Story {
+struct CarryOverStory {
   const char* name;
   std::vector<Step> steps;
 };
 
-void PrintTo(const Story& story, std::ostream* out) { *out << story.name; }
+void PrintTo(const CarryOverStory& story, std::ostream* out) { *out << story.name; }
 
-const Story kStories[] = {
+const CarryOverStory kCarryOverStories[] = {
     {"ATimeOutHasTheSourceOfTheZwaveEventBefore", {kZwaveAdding, kTimeOut, kZwaveFailed, kTimeOut}},
     {"ATimeOutHasNotTheSourceOfARemovalOrOfZigbee", {kZwaveRemoved, kTimeOut, kZigbeeAdding, kTimeOut}},
     {"ATimeOutHasTheSourceAndTheTailOfAHueEventBefore", {kHueDone, kTimeOut, kHueFailed, kTimeOut}},
@@ -45,7 +45,7 @@ const Story kStories[] = {
      {kZwaveAdding, kZwaveStranger, kHueBridges, kHueDone, kReopen, kTimeOut, kNest41, kHueFailed, kZwaveNobody}},
 };
 
-class CarryOver : public testing::TestWithParam<Story> {};
+class CarryOver : public testing::TestWithParam<CarryOverStory> {};
 
 TEST_P(CarryOver, IsExact) {
   Buffers buffers;
@@ -55,7 +55,8 @@ TEST_P(CarryOver, IsExact) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, CarryOver, testing::ValuesIn(kStories), [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(Of, CarryOver, testing::ValuesIn(kCarryOverStories),
+                         [](const auto& test) { return test.param.name; });
 
 }  // namespace
 
