@@ -46,6 +46,12 @@ OUTSIDE(ssize_t, sendto,
         (int descriptor, const void* data, size_t size, int flags, const sockaddr* to, socklen_t length),
         (descriptor, data, size, flags, to, length))
 OUTSIDE(ssize_t, pread, (int descriptor, void* data, size_t size, off_t offset), (descriptor, data, size, offset))
+// A compiler that hardens calls the checked form.
+extern "C" ssize_t preadChecked(int descriptor, void* data, size_t size, off_t offset,
+                                size_t room) __asm__("__pread_chk");
+ssize_t preadChecked(int descriptor, void* data, size_t size, off_t offset, size_t /*room*/) {
+  return pread(descriptor, data, size, offset);
+}
 OUTSIDE(hostent*, gethostbyname, (const char* name), (name))
 OUTSIDE(servent*, getservbyname, (const char* name, const char* protocol), (name, protocol))
 OUTSIDE(FILE*, popen, (const char* command, const char* mode), (command, mode))

@@ -79,7 +79,19 @@ extern "C" int fstatvfs(int descriptor, struct statvfs* status) noexcept {
   return strikes(Call::AskForRoom, __builtin_return_address(0)) ? -1 : real(descriptor, status);
 }
 
+// A compiler that hardens calls the checked form of these.
+extern "C" {
+ssize_t preadChecked(int descriptor, void* buffer, size_t size, off_t offset, size_t room) __asm__("__pread_chk");
+int printfChecked(int flag, const char* format, ...) __asm__("__printf_chk");
+int fprintfChecked(FILE* file, int flag, const char* format, ...) __asm__("__fprintf_chk");
+}
+
 extern "C" ssize_t pread(int descriptor, void* buffer, size_t size, off_t offset) {
+  KIT_REAL(pread);
+  return strikes(Call::ReadAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
+}
+
+ssize_t preadChecked(int descriptor, void* buffer, size_t size, off_t offset, size_t /*room*/) {
   KIT_REAL(pread);
   return strikes(Call::ReadAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
 }
@@ -102,12 +114,6 @@ int complain(const void* site, FILE* file, const char* format, va_list arguments
 }
 
 }  // namespace
-
-// A compiler that hardens calls the checked form of each.
-extern "C" {
-int printfChecked(int flag, const char* format, ...) __asm__("__printf_chk");
-int fprintfChecked(FILE* file, int flag, const char* format, ...) __asm__("__fprintf_chk");
-}
 
 extern "C" int printf(const char* format, ...) {
   va_list arguments;
