@@ -32,13 +32,17 @@ endif()
 # Sanitizers have stronger checks of their own.
 function(tembra_shipped name)
   tembra_target(${name})
+  get_target_property(type ${name} TYPE)
+  if(type STREQUAL "SHARED_LIBRARY")
+    target_link_options(${name} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/hidden_names.map)
+    set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/hidden_names.map)
+  endif()
   if(TEMBRA_SANITIZE)
     return()
   endif()
   target_compile_options(${name} PRIVATE ${tembra_hardening}
     $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${tembra_fortify_level}>)  # needs optimisation
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
-  get_target_property(type ${name} TYPE)
   if(type STREQUAL "SHARED_LIBRARY" OR type STREQUAL "EXECUTABLE")
     target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,text)
   endif()

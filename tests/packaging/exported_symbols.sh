@@ -6,7 +6,7 @@ set -eu
 library=$1
 list=$2
 
-cxx_library='^[WVu] _Z(TI|TS|TV|GV|Z)*(NK?)?S[tabsiod]'
+cxx_library='^[WV] _Z(TI|TS|TV|GV|Z)*(NK?)?S[tabsiod]'
 
 nm -D --defined-only "$library" | awk '{ print $2, $3 }' | grep -Ev "$cxx_library" |
   cut -d' ' -f2- | c++filt | LC_ALL=C sort -u >exported.$$
