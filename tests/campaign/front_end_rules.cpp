@@ -11,7 +11,7 @@ namespace {
 constexpr int kNode = 2;  // the kind of a node's record
 
 unsigned nodeIn(const oracle::Record<1036>& node) { return node.bytes[0]; }
-unsigned addressIn(const oracle::Record<444>& device) { return device.bytes[0] | device.bytes[1] << 8U; }
+unsigned addressIn(const oracle::Record<444>& device) { return device.bytes[0] + 256U * device.bytes[1]; }
 
 // The number of a cancel or reset.
 int numberOf(const std::string& word) {

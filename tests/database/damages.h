@@ -68,7 +68,8 @@ inline const Damage kDamages[] = {
      0, false, -1},
     {"CutInItsHeader", [](W& words) { words.file().resize(24); }, C::GivenUp, C::GivenUp, 0, false, -1},
     {"CutInItsBuckets", [](W& words) { words.file().resize(148); }, C::Repaired, C::Repaired, 0, false, -1},
-    {"CutInItsLastDevice", [](W& words) { words.file().resize(words.offsetOf(kDevices) - 100U); }, C::SavedInPart,
+    {"CutInItsLastDevice",
+     [](W& words) { words.file().resize(static_cast<std::size_t>(words.offsetOf(kDevices) - 100)); }, C::SavedInPart,
      C::SavedInPart, 49, false, -1},
     {"AZeroedSector", zeroASector, C::Opened, C::Opened, 20, true, -1},
 

@@ -81,7 +81,7 @@ void fillInOrder(kit::Database& database) {
     if (isLamp(id)) {
       device.ip().type("HueLamp");
     } else {
-      device.zwave(static_cast<unsigned>(id)).record().zigbeeAddress = kFirstAddress + id;
+      device.zwave(static_cast<unsigned>(id)).record().zigbeeAddress = kFirstAddress + static_cast<unsigned>(id);
     }
     database.put(device);
   }
