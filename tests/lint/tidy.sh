@@ -3,6 +3,7 @@
 # a time in one translation unit: most of the cost is in the headers, which are then looked at once for all of them
 set -euo pipefail
 rm -rf "$3"
+mkdir -p "$(dirname "$3")"
 cmake -S . -B "$3" -G Ninja -DCMAKE_CXX_COMPILER="$2" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON -DCMAKE_UNITY_BUILD=ON \
   -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 -DTEMBRA_BENCH=ON >"$3.log"
 python3 "$(dirname "${BASH_SOURCE[0]}")/merge_units.py" "$3"
