@@ -11,7 +11,6 @@
 
 #include "database_contents.h"
 #include "database_file.h"
-#include "depot/keys.h"
 #include "platform/printable.h"
 #include "texts.h"
 
@@ -23,6 +22,11 @@ DeviceRecord recordFrom(const std::string& value) {
   DeviceRecord record{};
   std::memcpy(&record, value.data(), std::min(value.size(), sizeof record));
   return record;
+}
+
+// A device's key is its id. Where a file is damaged, there seem to be records with other keys, or without one.
+bool isId(const std::string& key) {
+  return !key.empty() && std::ranges::all_of(key, [](char c) { return c >= '0' && c <= '9'; });
 }
 
 std::string hexAddress(unsigned address) {
@@ -72,7 +76,7 @@ DeviceList readDevices(const std::string& path) {
   }
   DeviceList list{{}, contents.areComplete};
   for (const StoredRecord& stored : contents.records) {
-    if (depot::isDeviceKey(stored.key)) list.devices.push_back(describe(recordFrom(stored.value), values[stored.key]));
+    if (isId(stored.key)) list.devices.push_back(describe(recordFrom(stored.value), values[stored.key]));
   }
   std::ranges::stable_sort(list.devices, {}, &Device::id);
   return list;

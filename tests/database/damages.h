@@ -71,7 +71,7 @@ inline const Damage kDamages[] = {
     {"CutInItsLastDevice",
      [](W& words) { words.file().resize(static_cast<std::size_t>(words.offsetOf(kDevices) - 100)); }, C::SavedInPart,
      C::SavedInPart, 49, false, -1},
-    {"AZeroedSector", zeroASector, C::Opened, C::Opened, 20, true, -1},
+    {"AZeroedSector", zeroASector, C::Opened, C::Opened, 20, true, 20},
 
     // The number of buckets.
     {"MoreBucketsThanBytes", [](W& words) { words.set(depot::kBuckets, kHuge - 1); }, C::RefusedInPart,
@@ -80,9 +80,9 @@ inline const Damage kDamages[] = {
      C::RefusedInPart, 0, false, -1},
     {"BucketsBehindAnyMap", [](W& words) { words.set(depot::kBuckets, 0x20000000); }, C::NotMapped, C::NotMapped, 0,
      false, -1},
-    {"OneBucket", [](W& words) { words.set(depot::kBuckets, 1); }, C::Opened, C::Opened, 0, false, -1},
+    {"OneBucket", [](W& words) { words.set(depot::kBuckets, 1); }, C::Opened, C::Opened, 0, false, 0},
     {"OneBucketTooMany", [](W& words) { words.set(depot::kBuckets, words.buckets() + 1); }, C::Opened, C::Opened, 0,
-     false, -1},
+     false, 0},
     {"NoBucketLeadsAnywhere",
      [](W& words) {
        for (int i = 0; i < words.buckets(); ++i) words.set(depot::kFirstBucket + 4 * static_cast<std::size_t>(i), 0);
