@@ -21,7 +21,7 @@ constexpr int kTextLength = -1;
 DepotFile::DepotFile(const std::string& path)
     : path_(path), file_(dpopen(path.c_str(), DP_OWRITER | DP_OCREAT, kDefaultBuckets)) {
   if (!file_) fail("opened");
-  if (depot::hasItsBuckets(dpfdesc(file_.get()))) return;
+  if (depot::lookAtWalk(dpfdesc(file_.get())).safety == depot::Safety::kSafe) return;
   dpecode = DP_EBROKEN;
   fail("opened");
 }

@@ -10,7 +10,6 @@
 #include "database/damages.h"
 #include "support/files.h"
 #include "support/program.h"
-#include "support/sim_router.h"
 
 namespace tembra::test {
 namespace {
@@ -51,16 +50,14 @@ INSTANTIATE_TEST_SUITE_P(Of, DamagedDatabase, testing::ValuesIn(damagesShown()),
                          [](const auto& test) { return test.param.name; });
 
 // What the library does not notice by itself it looks for when it opens the file.
-TEST(Add, TellsThatTheLibraryRepairsADatabaseWhoseLinksFormACycle) {
-  SimRouter router;
-  const auto* const cycle =
+TEST(HueList, TellsThatTheLibraryRepairsADatabaseWhoseLinksFormACircle) {
+  const auto* const circle =
       std::ranges::find(damages::kDamages, std::string("ACircleOnTheWayToADevice"), &Damage::name);
-  damageDatabase(*cycle);
-  const Ended added = router.add("siren", {});
-  EXPECT_EQ(added.status, 0) << added.errors;
-  EXPECT_NE(added.errors.find("a damaged one. The library repairs it when it opens it."), std::string::npos)
-      << added.errors;
-  router.stop();
+  damageDatabase(*circle);
+  const Ended list = runAssoc({"hue", "list"});
+  EXPECT_EQ(list.status, 0) << list.errors;
+  EXPECT_NE(list.errors.find("a damaged one. The library repairs it when it opens it."), std::string::npos)
+      << list.errors;
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 
+#include "database/depot_words.h"
 #include "sim/core/record_bytes.h"
 #include "support/caller.h"
 #include "support/running_sim.h"
@@ -253,21 +254,30 @@ TEST(HaServerStart, ADatabaseThatCannotBeOpenedIsOneSentence) {
   }
 }
 
-// More buckets than the file has bytes: whoever looked into one of them would be killed.
+// Whoever looked into a bucket behind the end would be killed.
+void claimMoreBucketsThanBytes(::depot::Words& words) { words.set(::depot::kBuckets, 1 << 24); }
+
+// Whoever looked for the version would go round for ever.
+void leadTheSearchForTheVersionIntoACircle(::depot::Words& words) {
+  words.set(words.bucketOf("Version"), words.offsetOf(0));
+  words.leadTo(0, 0);
+}
+
 TEST(HaServerRun, ADatabaseThatIsDamagedMeanwhileIsTrouble) {
-  Caller caller;
-  RunningSim sim;
-  {
-    constexpr std::streamoff numberOfBuckets = 32;
-    constexpr int tooMany = 1 << 24;
-    std::fstream file(kit::kDatabasePath, std::ios::in | std::ios::out | std::ios::binary);
-    file.seekp(numberOfBuckets).write(reinterpret_cast<const char*>(&tooMany), sizeof tooMany);
+  for (const auto damage : {claimMoreBucketsThanBytes, leadTheSearchForTheVersionIntoACircle}) {
+    Caller caller;
+    RunningSim sim;
+    kit::Database database;
+    ::depot::Words words(database.file());
+    damage(words);
+    database.replaceWith(words.file());
+    caller.notice(RECORD_ZWAVE, bytesOf(addedNode(2, DEVTYPE_SIREN)));
+    EXPECT_EQ(sim.stop(), 1);
+    EXPECT_NE(sim.program().errors().find("the database /tmp/ddb cannot be opened: broken database file"),
+              std::string::npos)
+        << sim.program().errors();
+    database.remove();
   }
-  caller.notice(RECORD_ZWAVE, bytesOf(addedNode(2, DEVTYPE_SIREN)));
-  EXPECT_EQ(sim.stop(), 1);
-  EXPECT_NE(sim.program().errors().find("the database /tmp/ddb cannot be opened: broken database file"),
-            std::string::npos)
-      << sim.program().errors();
 }
 
 }  // namespace
