@@ -18,7 +18,7 @@ namespace {
 constexpr std::uintmax_t kMostGrowth = 1 << 16;
 
 std::string traceOf(Course course) {
-  const std::string opened = lines({"dpopen /tmp/ddb 6 -1", "dpclose"});
+  std::string opened = lines({"dpopen /tmp/ddb 6 -1", "dpclose"});
   const std::string broken = lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: broken database file"});
   const std::string again = lines({"dpopen /tmp/ddb 70 1", "dpclose"});
   switch (course) {

@@ -35,7 +35,7 @@ struct Damage {
 };
 
 constexpr int kDevices = 50;
-constexpr std::size_t kOne = 19, kOther = 30, kThird = 40;  // the records of the devices 20, 31 and 41
+constexpr std::size_t kOne = 19, kSecond = 30, kThird = 40;  // the records of the devices 20, 31 and 41
 constexpr int kMost = std::numeric_limits<int>::max(), kHuge = 1 << 30;
 constexpr int kDeleted = 1;
 
@@ -43,8 +43,8 @@ inline void lengthen(depot::Words& words) { words.file().push_back(0); }
 
 // The way to device 20 leads into a circle. (One that no search comes into does no harm.)
 inline void leadIntoACircle(depot::Words& words, const char* key) {
-  words.set(words.bucketOf(key), words.offsetOf(kOther));
-  words.leadTo(kOther, kOther);
+  words.set(words.bucketOf(key), words.offsetOf(kSecond));
+  words.leadTo(kSecond, kSecond);
 }
 
 // The end of one record and the header of the next.
@@ -110,8 +110,8 @@ inline const Damage kDamages[] = {
     {"ACircleOfTwo",
      [](W& words) {
        leadIntoACircle(words, "20");
-       words.leadTo(kOther, kThird);
-       words.leadTo(kThird, kOther);
+       words.leadTo(kSecond, kThird);
+       words.leadTo(kThird, kSecond);
      },
      C::Refused, C::Opened, 50, true, 50},
     {"ACircleOnTheWayToTheNextId", [](W& words) { leadIntoACircle(words, "NextDevid"); }, C::Refused, C::Refused, 50,
@@ -126,9 +126,9 @@ inline const Damage kDamages[] = {
 
     // Links that lead elsewhere.
     {"ALinkBehindTheEnd", [](W& words) { words.setIn(kOne, depot::kLeft, kMost); }, C::Opened, C::Opened, 50, true, 50},
-    {"ALinkIntoAValue", [](W& words) { words.setIn(kOne, depot::kLeft, words.offsetOf(kOther) + 100); }, C::Opened,
+    {"ALinkIntoAValue", [](W& words) { words.setIn(kOne, depot::kLeft, words.offsetOf(kSecond) + 100); }, C::Opened,
      C::Opened, 50, true, 50},
-    {"TwoLinksToOneRecord", [](W& words) { words.leadTo(kOne, kOther); }, C::Opened, C::Opened, 50, true, 50},
+    {"TwoLinksToOneRecord", [](W& words) { words.leadTo(kOne, kSecond); }, C::Opened, C::Opened, 50, true, 50},
     {"ANegativeLink", [](W& words) { words.setIn(kOne, depot::kLeft, -1); }, C::EndedEarly, C::Opened, 19, true, 19},
 
     // Sizes of a record that is met while reading.
@@ -150,12 +150,12 @@ inline const Damage kDamages[] = {
      true, 20},
 
     // Sizes whose sum, computed as int, leads somewhere.
-    {"ARecordThatLeadsBack", [](W& words) { words.leadBy(kOther, words.offsetOf(kOne) - words.offsetOf(kOther)); },
+    {"ARecordThatLeadsBack", [](W& words) { words.leadBy(kSecond, words.offsetOf(kOne) - words.offsetOf(kSecond)); },
      C::Opened, C::Opened, 30, true, 31},
     {"ADeletedRecordThatLeadsBack",
      [](W& words) {
-       words.leadBy(kOther, words.offsetOf(kOne) - words.offsetOf(kOther));
-       words.setIn(kOther, 0, kDeleted);
+       words.leadBy(kSecond, words.offsetOf(kOne) - words.offsetOf(kSecond));
+       words.setIn(kSecond, 0, kDeleted);
      },
      C::Opened, C::Opened, 30, true, 30},
     {"ADeletedRecordThatLeadsInFrontOfTheFile",

@@ -138,7 +138,7 @@ const Reader kReaders[] = {
     {"bridge list",
      [](Router& router) {
        char* const list = router.assoc().Hue_getBridgeList();
-       const std::string text = list == nullptr ? "null" : list;
+       std::string text = list == nullptr ? "null" : list;
        std::free(list);
        return text;
      },

@@ -37,7 +37,7 @@ int removeAddress(Router& router, int id) {
 
 std::string bridgesOf(Router& router) {
   char* const list = router.assoc().Hue_getBridgeList();
-  const std::string text = list == nullptr ? "" : list;
+  std::string text = list == nullptr ? "" : list;
   std::free(list);
   return text;
 }

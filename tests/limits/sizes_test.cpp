@@ -5,11 +5,11 @@
 
 namespace {
 
-constexpr std::size_t KiB = 1024;
+constexpr std::size_t kKiB = 1024;
 
 TEST(Sizes, CodeConstantsAndVariablesFit) {
-  EXPECT_LE(bench::ElfFile(TEMBRA_SMALL_LIBRARY).codeAndData(), 68 * KiB);
-  EXPECT_LE(bench::ElfFile(TEMBRA_FAST_LIBRARY).codeAndData(), 80 * KiB);
+  EXPECT_LE(bench::ElfFile(TEMBRA_SMALL_LIBRARY).codeAndData(), 68 * kKiB);
+  EXPECT_LE(bench::ElfFile(TEMBRA_FAST_LIBRARY).codeAndData(), 80 * kKiB);
 }
 
 // The one that there is stands in the compiler's own start-up file; it calls nothing of ours.

@@ -106,6 +106,6 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
 
 extern "C" unsigned sleep(unsigned seconds) {
   if (haste() == 1) return next<unsigned(unsigned)>("sleep")(seconds);
-  usleep(static_cast<useconds_t>(seconds * 1'000'000 / haste()));
+  usleep(static_cast<useconds_t>(seconds * 1'000'000L / haste()));
   return 0;
 }
