@@ -1,0 +1,364 @@
+// The front-end kit: adds and removes devices without the traps of the plain contract (<tembra/association.h>).
+//
+//     tembra_frontend* kit = tembra_frontend_new(NULL);
+//     tembra_frontend_add(kit);
+//     for (;;) {
+//       tembra_event* event = tembra_frontend_next(kit, -1);
+//       const struct tembra_found* found = tembra_event_found(event);
+//       const struct tembra_ended* ended = tembra_event_ended(event);
+//       if (found) tembra_frontend_finish(kit, found->type, NULL, NULL);
+//       if (ended) puts(ended->text);
+//       ...
+//     }
+//
+// One operation runs at a time. Each begins with a fresh wait and ends with exactly one event TEMBRA_EVENT_ENDED.
+//
+// Threads: any thread may call any function at any time. No function blocks, except tembra_frontend_next for the time
+// that it is given, tembra_frontend_free, and those that say so. The kit calls nothing of its caller's.
+//
+// Structures have their size as first member. Those that the kit hands out may be larger in a later version; what is
+// handed in must have its size set by the caller. Texts are UTF-8 and end with a NUL.
+//
+// What the kit cannot mend: stopping or tracing the process (SIGSTOP, a debugger) ends an add, because a receive that
+// fails counts as a time-out. And the library exports plain names such as `idle`, `buff`, `cmdtype`, `tempStr` and
+// `DevId`: a program that has a global of such a name shares it with the library.
+#ifndef TEMBRA_FRONTEND_H
+#define TEMBRA_FRONTEND_H
+
+#include <stddef.h>
+#include <tembra/export.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Version of the JSON objects, their member "schema".
+#define TEMBRA_EVENT_SCHEMA 1
+
+// Longest texts, with their NUL.
+#define TEMBRA_NAME_SIZE 361  ///< a name; the device database has room for 360 bytes
+#define TEMBRA_TEXT_SIZE 256  ///< a sentence
+#define TEMBRA_MAC_SIZE 30    ///< "a1:b2:c3:0a:1b:2c"
+
+// ---- The kit -------------------------------------------------------------------------------------------------------
+
+typedef struct tembra_frontend tembra_frontend;
+
+struct tembra_options {
+  size_t size;             ///< sizeof(struct tembra_options)
+  int role;                ///< the front end's role, in ClientRole numbering (1 web server, 2 touch screen, ...); 0: 2
+  int keep_open;           ///< not 0: the connection stays open between operations, so that no other front end gets in
+  const char* program;     ///< how the program is called for other front ends; null: the process's own name
+  const char* watch_path;  ///< where other front ends may watch and cancel, see <tembra/watch.h>; null: nowhere
+};
+
+/// Makes the kit; it opens and sends nothing. A process has one at a time, because it has one association service.
+/// @param options null: all defaults
+/// @return null with errno: EBUSY when the process has a kit already, EINVAL for a wrong size or role, else what was
+/// short (ENOMEM, EMFILE, EAGAIN).
+TEMBRA_API tembra_frontend* tembra_frontend_new(const struct tembra_options* options);
+
+/// Cancels what runs, closes the connection and frees everything. Waits for a call of the library that is under way,
+/// which may be a reset (9 seconds) or the database's lock. Null is allowed.
+TEMBRA_API void tembra_frontend_free(tembra_frontend* kit);
+
+// ---- Operations ----------------------------------------------------------------------------------------------------
+
+/// What runs. The numbers never change.
+enum tembra_operation {
+  TEMBRA_OPERATION_NONE = 0,
+  TEMBRA_OPERATION_ADD = 1,
+  TEMBRA_OPERATION_REMOVE = 2,
+  TEMBRA_OPERATION_RESET = 3,
+  TEMBRA_OPERATION_HUE_DISCOVER = 4,
+  TEMBRA_OPERATION_HUE_ADD_BRIDGE = 5,
+  TEMBRA_OPERATION_HUE_ADD_LAMP = 6,
+  TEMBRA_OPERATION_HUE_REFRESH = 7,
+  TEMBRA_OPERATION_HUE_REMOVE = 8,
+  TEMBRA_OPERATION_HUE_LIST = 9,
+  TEMBRA_OPERATION_NEST_STATUS = 10,
+  TEMBRA_OPERATION_NEST_LINK = 11,
+  TEMBRA_OPERATION_NEST_UNLINK = 12
+};
+
+// Each starts an operation. What can be wrong on the router (another front end has the connection, a server does not
+// run) comes at once as the operation's end.
+// @return 0 when started; EBUSY while an operation runs, or a call of the library of the last one is not over yet;
+// EINVAL for an argument that is no such thing; EMSGSIZE for a text without room; EILSEQ for a text with control
+// characters or that is no UTF-8.
+
+/// Adds the device whose button is pressed: WAITING, ANSWERED, READING, FOUND (then call tembra_frontend_finish),
+/// ADDED, ENDED.
+TEMBRA_API int tembra_frontend_add(tembra_frontend* kit);
+
+/// Removes the device whose button is pressed: WAITING, REMOVING, REMOVED, ENDED.
+TEMBRA_API int tembra_frontend_remove(tembra_frontend* kit);
+
+/// Resets radio networks: STEP each second, ENDED. @param what a reset_type: 1 ZigBee, 2 Z-Wave, 3 both, 4 both, and
+/// the device list is emptied
+TEMBRA_API int tembra_frontend_reset(tembra_frontend* kit, int what);
+
+/// Looks for Hue bridges in the home's network: WAITING, BRIDGES, ENDED.
+TEMBRA_API int tembra_frontend_hue_discover(tembra_frontend* kit);
+
+/// Adds a Hue bridge: WAITING, LINK_BUTTON until the button was pressed (at most 60 seconds), BRIDGE_LINKED, ENDED.
+TEMBRA_API int tembra_frontend_hue_add_bridge(tembra_frontend* kit, const char* mac);
+
+/// Adds a lamp of a bridge that was added: WAITING, LAMP_ADDED, ENDED. @param lamp its name, at most 49 bytes
+TEMBRA_API int tembra_frontend_hue_add_lamp(tembra_frontend* kit, const char* mac, const char* lamp);
+
+/// Looks for changes of a bridge: WAITING, ENDED. @param text for the Hue server, at most 49 bytes; null: none
+TEMBRA_API int tembra_frontend_hue_refresh(tembra_frontend* kit, const char* mac, const char* text);
+
+/// Removes a bridge and its lamps: WAITING, ENDED.
+TEMBRA_API int tembra_frontend_hue_remove(tembra_frontend* kit, const char* mac);
+
+/// Lists the bridges of the device database, with their users: BRIDGES, ENDED.
+TEMBRA_API int tembra_frontend_hue_list(tembra_frontend* kit);
+
+/// Whether a Nest account is linked: ACCOUNT, ENDED.
+TEMBRA_API int tembra_frontend_nest_status(tembra_frontend* kit);
+
+/// Links the account of an authorisation code (at most 247 bytes): WAITING, ACCOUNT, ENDED.
+TEMBRA_API int tembra_frontend_nest_link(tembra_frontend* kit, const char* code);
+
+/// Unlinks the account: WAITING, ACCOUNT, ENDED.
+TEMBRA_API int tembra_frontend_nest_unlink(tembra_frontend* kit);
+
+/// After FOUND: hands the device to the HA server. Keeps what the library proposed where a text is null or empty, or is
+/// the proposed one. Sends nothing unless all three arguments are good.
+/// @param type one of found.choices; 0: the proposed one
+/// @return 0; ESRCH when no device waits for this; EINVAL for a type that is no choice; EMSGSIZE, EILSEQ for the texts
+TEMBRA_API int tembra_frontend_finish(tembra_frontend* kit, int type, const char* name, const char* place);
+
+/// Cancels what runs: ENDED within 100 ms, "cancelled", unless the operation ended before. @return 0; ESRCH when
+/// nothing runs
+TEMBRA_API int tembra_frontend_cancel(tembra_frontend* kit);
+
+// ---- Events --------------------------------------------------------------------------------------------------------
+
+/// The numbers never change.
+enum tembra_event_kind {
+  TEMBRA_EVENT_WAITING = 1,         ///< for a button, or for a server's answer
+  TEMBRA_EVENT_ANSWERED = 2,        ///< a device answers
+  TEMBRA_EVENT_READING = 3,         ///< its description is being read
+  TEMBRA_EVENT_FOUND = 4,           ///< the device is known: tembra_event_found; call tembra_frontend_finish
+  TEMBRA_EVENT_ADDED = 5,           ///< the database has the device: tembra_event_device
+  TEMBRA_EVENT_REMOVING = 6,        ///< a device leaves: tembra_event_device
+  TEMBRA_EVENT_REMOVED = 7,         ///< the device left, also when its radio never confirms it: tembra_event_device
+  TEMBRA_EVENT_BRIDGES = 8,         ///< Hue bridges: tembra_event_bridges
+  TEMBRA_EVENT_LINK_BUTTON = 9,     ///< press the round button on the Hue bridge: tembra_event_link_button
+  TEMBRA_EVENT_BRIDGE_LINKED = 10,  ///< the Hue bridge was added
+  TEMBRA_EVENT_LAMP_ADDED = 11,     ///< the Hue lamp was added
+  TEMBRA_EVENT_ACCOUNT = 12,        ///< the Nest account: tembra_event_account
+  TEMBRA_EVENT_STEP = 13,           ///< of a reset: tembra_event_step
+  TEMBRA_EVENT_WARNING = 14,        ///< the operation goes on, but something is missing: tembra_event_warning
+  TEMBRA_EVENT_ENDED = 15           ///< the operation is over: tembra_event_ended
+};
+
+/// What an operation is doing. The numbers never change.
+enum tembra_phase {
+  TEMBRA_PHASE_NONE = 0,         ///< nothing runs
+  TEMBRA_PHASE_OPENING = 1,      ///< the connection is being opened
+  TEMBRA_PHASE_BUTTON = 2,       ///< somebody has to press a device's button
+  TEMBRA_PHASE_IDENTITY = 3,     ///< a device answered and says which one it is
+  TEMBRA_PHASE_DESCRIPTION = 4,  ///< the device describes itself
+  TEMBRA_PHASE_CHOICE = 5,       ///< the user chooses type, name and place
+  TEMBRA_PHASE_STORING = 6,      ///< the HA server stores the device
+  TEMBRA_PHASE_LEAVING = 7,      ///< the radio confirms that the device left
+  TEMBRA_PHASE_ANSWER = 8,       ///< a Hue or Nest server answers
+  TEMBRA_PHASE_LINK_BUTTON = 9,  ///< somebody has to press the bridge's button
+  TEMBRA_PHASE_RESETTING = 10,   ///< the radios start anew
+  TEMBRA_PHASE_DATABASE = 11,    ///< the device database is read
+  TEMBRA_PHASE_CLOSING = 12      ///< the last call of the library is not over yet
+};
+
+/// What every event has.
+struct tembra_event_head {
+  size_t size;
+  int kind;                ///< tembra_event_kind
+  int operation;           ///< tembra_operation
+  unsigned number;         ///< 1, 2, 3, ... since the kit was made
+  int phase;               ///< tembra_phase: what is awaited now
+  int radio;               ///< 1 ZigBee, 2 Z-Wave, 0: not known
+  long long milliseconds;  ///< since the operation began
+  long long ends_in;       ///< milliseconds until what is awaited must have come; -1: no limit is known
+};
+
+/// Of TEMBRA_EVENT_FOUND.
+struct tembra_found {
+  size_t size;
+  int type;                     ///< the proposed type, a DevType
+  int choice_count;             ///< 1 at least
+  int choices[52];              ///< what the device can be; the first is the proposed type
+  size_t name_room;             ///< longest name in bytes, without its NUL
+  size_t place_room;            ///< longest place in bytes, without its NUL
+  char name[TEMBRA_NAME_SIZE];  ///< the proposed name
+  char place[180];              ///< the proposed place
+};
+
+/// Of TEMBRA_EVENT_ADDED, REMOVING and REMOVED.
+struct tembra_device_event {
+  size_t size;
+  int id;                       ///< device id
+  int type;                     ///< ADDED: the DevType in the database; else 0
+  char name[TEMBRA_NAME_SIZE];  ///< ADDED: the name in the database; else the name that it had there
+  char place[180];              ///< ADDED: where it is; else empty
+};
+
+/// Of TEMBRA_EVENT_BRIDGES.
+struct tembra_bridge {
+  char mac[TEMBRA_MAC_SIZE];
+  char address[50];  ///< IP address, empty in a list of the database
+  char user[50];     ///< the bridge's user, empty in a discovery
+};
+struct tembra_bridges {
+  size_t size;
+  int count;  ///< at most 25
+  struct tembra_bridge bridges[25];
+};
+
+/// Of TEMBRA_EVENT_LINK_BUTTON.
+struct tembra_link_button {
+  size_t size;
+  int seconds_left;
+};
+
+/// Of TEMBRA_EVENT_ACCOUNT.
+struct tembra_account {
+  size_t size;
+  int linked;  ///< 1 or 0
+};
+
+/// Of TEMBRA_EVENT_STEP.
+struct tembra_step {
+  size_t size;
+  int done;  ///< steps of a second each that are done
+  int all;   ///< of so many
+};
+
+/// Of TEMBRA_EVENT_WARNING.
+struct tembra_warning {
+  size_t size;
+  int reason;  ///< tembra_reason
+  int server;  ///< the server that it is about, in ServerType numbering; 0: none
+  char text[TEMBRA_TEXT_SIZE];
+};
+
+/// How an operation ended. The numbers never change.
+enum tembra_outcome { TEMBRA_DONE = 1, TEMBRA_CANCELLED = 2, TEMBRA_TIMED_OUT = 3, TEMBRA_FAILED = 4 };
+
+/// Why. The numbers never change; docs/reasons.md has the texts.
+enum tembra_reason {
+  TEMBRA_REASON_NONE = 0,  ///< done
+  TEMBRA_REASON_CANCELLED = 1,
+  TEMBRA_REASON_IN_USE = 10,            ///< another front end has the connection
+  TEMBRA_REASON_NO_SOCKET = 11,         ///< `error` says why
+  TEMBRA_REASON_NO_THREAD = 12,         ///< `error` says why
+  TEMBRA_REASON_NO_RADIO_SERVER = 13,   ///< neither radio server runs
+  TEMBRA_REASON_ONE_RADIO_SERVER = 14,  ///< a warning: `server` does not run
+  TEMBRA_REASON_NO_SERVER = 15,         ///< `server` does not run
+  TEMBRA_REASON_NOT_SENT = 16,          ///< nothing could be sent to `server`; `error` says why
+  TEMBRA_REASON_CONNECTION_LOST = 17,
+  TEMBRA_REASON_NO_ANSWER = 18,     ///< `server` said nothing in time
+  TEMBRA_REASON_OTHER_ANSWER = 19,  ///< `server` answered something else
+  TEMBRA_REASON_NOBODY_PRESSED = 30,
+  TEMBRA_REASON_DEVICE_SILENT = 31,  ///< `phase` says when
+  TEMBRA_REASON_RADIO_FAILED = 32,
+  TEMBRA_REASON_UNKNOWN_KIND = 33,   ///< the description came, but fits no kind of device
+  TEMBRA_REASON_ALREADY_KNOWN = 34,  ///< `device_id` and `device_name` say as what
+  TEMBRA_REASON_NOT_IN_LIST = 35,    ///< the device that left is not in the database
+  TEMBRA_REASON_CHOICE_TOO_SLOW = 36,
+  TEMBRA_REASON_NOT_STORED = 37,  ///< the HA server did not store the device
+  TEMBRA_REASON_DATABASE_DAMAGED = 50,
+  TEMBRA_REASON_DATABASE_UNREADABLE = 51,  ///< `error` says why
+  TEMBRA_REASON_LINK_BUTTON = 60,          ///< nobody pressed the bridge's button
+  TEMBRA_REASON_NO_BRIDGE = 61,            ///< no such bridge in the network
+  TEMBRA_REASON_UNKNOWN_BRIDGE = 62,       ///< the bridge was not added before
+  TEMBRA_REASON_HUE_FAILED = 63,
+  TEMBRA_REASON_NEST_REFUSED = 64
+};
+
+/// Of TEMBRA_EVENT_ENDED.
+struct tembra_ended {
+  size_t size;
+  int outcome;       ///< tembra_outcome
+  int reason;        ///< tembra_reason
+  int phase;         ///< tembra_phase in which it ended
+  int server;        ///< the server that it is about, in ServerType numbering; 0: none
+  int error;         ///< errno where there is one; 0: none
+  long long waited;  ///< milliseconds since that phase began
+  int device_id;     ///< a device that it is about; 0: none, or it has no id
+  char device_name[TEMBRA_NAME_SIZE];
+  char text[TEMBRA_TEXT_SIZE];    ///< what happened, in English
+  char advice[TEMBRA_TEXT_SIZE];  ///< what to do about it; empty: nothing
+};
+
+typedef struct tembra_event tembra_event;
+
+/// A descriptor that is readable while there are events, for poll, epoll and event loops. Never read or close it.
+TEMBRA_API int tembra_frontend_descriptor(const tembra_frontend* kit);
+
+/// The next event. @param milliseconds how long to wait for one; 0: not at all, -1: without limit
+/// @return the event, to be released with tembra_event_free; null when none came, with errno ETIMEDOUT or ENOMEM
+TEMBRA_API tembra_event* tembra_frontend_next(tembra_frontend* kit, int milliseconds);
+TEMBRA_API void tembra_event_free(tembra_event* event);  ///< null is allowed
+
+// What an event holds, valid until it is freed. A detail is null when the event is of another kind, or null itself.
+TEMBRA_API const struct tembra_event_head* tembra_event_head(const tembra_event* event);
+TEMBRA_API const struct tembra_found* tembra_event_found(const tembra_event* event);
+TEMBRA_API const struct tembra_device_event* tembra_event_device(const tembra_event* event);
+TEMBRA_API const struct tembra_bridges* tembra_event_bridges(const tembra_event* event);
+TEMBRA_API const struct tembra_link_button* tembra_event_link_button(const tembra_event* event);
+TEMBRA_API const struct tembra_account* tembra_event_account(const tembra_event* event);
+TEMBRA_API const struct tembra_step* tembra_event_step(const tembra_event* event);
+TEMBRA_API const struct tembra_warning* tembra_event_warning(const tembra_event* event);
+TEMBRA_API const struct tembra_ended* tembra_event_ended(const tembra_event* event);
+
+/// The event as one JSON object on one line, see the installed schema tembra-event.schema.json.
+TEMBRA_API const char* tembra_event_json(const tembra_event* event);
+
+// ---- The state -----------------------------------------------------------------------------------------------------
+
+/// Where things are, for a page that loads anew.
+struct tembra_state {
+  size_t size;                ///< sizeof(struct tembra_state), set by the caller
+  int operation;              ///< tembra_operation
+  int phase;                  ///< tembra_phase
+  int radio;                  ///< 1 ZigBee, 2 Z-Wave, 0: not known
+  unsigned last_event;        ///< number of the last event, 0: none yet
+  long long milliseconds;     ///< since the operation began
+  long long ends_in;          ///< milliseconds until what is awaited must have come; -1: no limit is known
+  struct tembra_found found;  ///< in TEMBRA_PHASE_CHOICE; else all zero
+};
+
+/// @return 0; EINVAL for a structure without its size
+TEMBRA_API int tembra_frontend_state(tembra_frontend* kit, struct tembra_state* state);
+
+/// The state as one JSON object, see tembra-state.schema.json. @return the length of the whole text, of which at most
+/// `size` bytes, NUL included, are written
+TEMBRA_API size_t tembra_frontend_state_json(tembra_frontend* kit, char* text, size_t size);
+
+// ---- Names ---------------------------------------------------------------------------------------------------------
+
+/// "add", "hue-list", ...; the names of the JSON objects. Null for an unknown number.
+TEMBRA_API const char* tembra_operation_name(int operation);
+TEMBRA_API const char* tembra_event_kind_name(int kind);
+TEMBRA_API const char* tembra_phase_name(int phase);
+TEMBRA_API const char* tembra_outcome_name(int outcome);
+TEMBRA_API const char* tembra_reason_name(int reason);
+
+/// The English sentence of a reason, and the advice, before anything is filled in; the key of a translation is
+/// tembra_reason_name. Null for an unknown number.
+TEMBRA_API const char* tembra_reason_text(int reason);
+TEMBRA_API const char* tembra_reason_advice(int reason);
+
+/// "BinarySwitch" for 3, and back. Null and 0 when there is none.
+TEMBRA_API const char* tembra_type_name(int type);
+TEMBRA_API int tembra_type_number(const char* name);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
