@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "depot/check.h"
+#include "depot/ownership.h"
 #include "failure.h"
 
 namespace tembra::cli {
@@ -46,6 +47,13 @@ void requireFile(const std::string& path, const struct stat& status) {
   if (S_ISREG(status.st_mode)) return;
   const char* kind = S_ISDIR(status.st_mode) ? "a folder" : "no regular file";
   throw Failure(kFailed, path + " is " + kind + ", not a device database.");
+}
+
+// The library removes such a link, and the program itself must not create a file through it.
+void requireNoForeignLink(const std::string& path) {
+  if (!depot::isForeignLink(path.c_str())) return;
+  throw Failure(kFailed,
+                "the device database " + path + " is a link that belongs to another user, and is not followed.");
 }
 
 // The very open that the library is about to do: the kernel may refuse it where opening without "create" succeeds.
@@ -91,6 +99,7 @@ DepotReader openForReading(const std::string& path) {
 }
 
 void checkBeforeLibraryOpens(const std::string& path) {
+  requireNoForeignLink(path);
   struct stat file = {};
   if (stat(path.c_str(), &file) != 0) {
     if (errno == ENOENT) complain("there is no device database yet at " + path + ": the library begins an empty one.");

@@ -1,6 +1,7 @@
 #include "depot/repair.h"
 
 #include <depot.h>
+#include <strings.h>
 #include <sys/statvfs.h>
 
 #include <climits>
@@ -72,6 +73,18 @@ bool writeRecords(int descriptor, int records) {
   return pwrite(descriptor, &records, sizeof records, offsetof(Header, records)) == kSize;
 }
 
+// The mark of either byte order.
+bool hasMark(const Header& header) {
+  static constexpr char kMark[] = "[depot]\n\f";
+  return strncasecmp(header.magic, kMark, sizeof kMark - 1) == 0;
+}
+
+// A file with a second name is one that somebody needs elsewhere. A file without the Depot library's mark may be any
+// file, so only its owner repairs it.
+bool mayRepair(const struct stat& status, const Header& header) {
+  return status.st_nlink == 1 && (status.st_uid == geteuid() || hasMark(header));
+}
+
 }  // namespace
 
 Preparation::Preparation(const char* path)
@@ -88,7 +101,7 @@ Outlook Preparation::prepare() {
   File file(descriptor);
   if (!file.read(0, header)) return Outlook::kNotNow;
   const Salvage salvage = salvageOf(file, header);
-  if (!salvage.ends) return Outlook::kEndless;
+  if (!salvage.ends || !mayRepair(status, header)) return Outlook::kRefused;
   if (!hasRoom(descriptor, salvage.fileSize()) || !writeRecords(descriptor, salvage.records)) return Outlook::kNotNow;
   return Outlook::kFine;
 }

@@ -7,7 +7,7 @@
 namespace tembra::depot {
 
 enum class Outlook {
-  kEndless,  ///< it would never end
+  kRefused,  ///< it would never end, or the file may be one that others have put in this place
   kNotNow,   ///< it would run out of disk space half-way and take the rest with it, or the file cannot be looked at
   kFine,
   kNotOpen  ///< the file does not open; errno says why

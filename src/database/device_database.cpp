@@ -12,8 +12,10 @@
 #include <mutex>
 
 #include "depot/keys.h"
+#include "depot/ownership.h"
 #include "depot/repair.h"
 #include "depot/search.h"
+#include "depot/temporary_name.h"
 #include "support/text.h"
 
 char DBName[10] = "/tmp/ddb";
@@ -43,16 +45,21 @@ bool isShortage(int error) {
   return std::find(std::begin(kShortages), std::end(kShortages), error) != std::end(kShortages);
 }
 
-// Whether the file had its chance: false when the repair failed for something that ran out through no fault of the
-// file.
+// Whether the file had its chance: false when the repair failed, or was not begun, through no fault of the file.
 bool tryRepair() {
   using depot::Outlook;
+  if (depot::isForeignLink(DBName)) return true;
   const depot::Preparation preparation(DBName);
   const Outlook outlook = preparation.outlook();
+  if (outlook == Outlook::kRefused) return true;
   if (outlook == Outlook::kNotNow || (outlook == Outlook::kNotOpen && isShortage(errno))) return false;
+  const depot::TemporaryName temporary(DBName);
+  if (!temporary.take()) return false;
   errno = 0;
-  if (outlook == Outlook::kEndless || dprepair(DBName) != 0) return true;
-  return !isShortage(errno);
+  if (dprepair(DBName) != 0) return true;
+  const int error = errno;
+  temporary.drop();
+  return !isShortage(error);
 }
 
 // What the Depot library hands out belongs to the caller.
@@ -106,8 +113,12 @@ OpenDatabase::OpenDatabase(const char* onlyKey) {
   if (depot_ != nullptr) fcntl(dpfdesc(depot_), F_SETFD, FD_CLOEXEC);
 }
 
-// A file whose damage the Depot library would not survive counts as one that does not open.
+// Another user's link and a file whose damage the Depot library would not survive count as files that do not open.
 OpenDatabase::Opening OpenDatabase::open(int mode, int buckets, const char* onlyKey) {
+  if (depot::isForeignLink(DBName)) {
+    dpecode = DP_EOPEN;
+    return Opening::kFileIsBad;
+  }
   errno = 0;
   DEPOT* const depot = dpopen(DBName, mode, buckets);
   if (depot == nullptr) {

@@ -199,6 +199,23 @@ std::string foreignFile() {
   return chown(kDatabase, 12345, 12345) == 0 ? kDatabase : "/etc/passwd";
 }
 
+// The same for a link, whose target would be repaired or created.
+std::string foreignLink() {
+  std::filesystem::create_symlink("/tmp/elsewhere", kDatabase);
+  return lchown(kDatabase, 12345, 12345) == 0 ? kDatabase : "/etc/mtab";
+}
+
+TEST(Add, IsRefusedWhereTheDatabaseIsALinkOfAnotherUser) {
+  const UdpListener home("127.255.255.1", 9999);
+  const UdpListener zwave("127.255.255.254", 8888);
+  const std::string link = foreignLink();
+  const Ended added = runAssoc({"add", "--db", link});
+  EXPECT_EQ(added.status, 1);
+  EXPECT_EQ(added.sentence(), "tembra-assoc: the device database " + link +
+                                  " is a link that belongs to another user, and is not followed.");
+  EXPECT_FALSE(std::filesystem::exists("/tmp/elsewhere"));
+}
+
 TEST(Add, WarnsOfADatabaseThatBelongsToAnotherUser) {
   const UdpListener home("127.255.255.1", 9999);
   const UdpListener zwave("127.255.255.254", 8888);

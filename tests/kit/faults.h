@@ -47,6 +47,8 @@ enum class Call {
   AskForRoom,        // fstatvfs
   ReadAt,            // pread
   WriteAt,           // pwrite
+  AskForLink,        // lstat
+  DropName,          // unlink
   AskForAccess,      // faccessat
   DeleteFile,        // remove
   FindHost,          // gethostbyname

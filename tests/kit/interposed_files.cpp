@@ -96,6 +96,16 @@ ssize_t preadChecked(int descriptor, void* buffer, size_t size, off_t offset, si
   return strikes(Call::ReadAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
 }
 
+extern "C" int lstat(const char* name, struct stat* status) noexcept {
+  KIT_REAL(lstat);
+  return strikes(Call::AskForLink, __builtin_return_address(0)) ? -1 : real(name, status);
+}
+
+extern "C" int unlink(const char* name) noexcept {
+  KIT_REAL(unlink);
+  return strikes(Call::DropName, __builtin_return_address(0)) ? -1 : real(name);
+}
+
 extern "C" ssize_t pwrite(int descriptor, const void* buffer, size_t size, off_t offset) {
   KIT_REAL(pwrite);
   return strikes(Call::WriteAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);

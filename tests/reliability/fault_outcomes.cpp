@@ -86,21 +86,21 @@ constexpr Row kRows[] = {
     // Depot's repair does without a record that it has no memory for.
     {"DeviceIdOfADamagedFile", "", "id 17 kept 17"},
     {"DeviceIdOfADamagedFile", "dpget malloc", "id 0 kept 0"},
-    {"DeviceIdOfADamagedFile", "dpopen dprepair open dpfdesc fcntl fstat pread pwrite malloc", "id -1 kept 0"},
+    {"DeviceIdOfADamagedFile", "dpopen dprepair open dpfdesc fcntl fstat pread pwrite unlink malloc", "id -1 kept 0"},
     {"DeviceIdOfADamagedFile", "dpopen dprepair", "id -1 kept 0 gone"},
     {"LookUpInADamagedFile", "", "removed 0"},
-    {"LookUpInADamagedFile", "dpopen dprepair open dpfdesc fcntl fstat pread pwrite dpiternext dpget malloc",
+    {"LookUpInADamagedFile", "dpopen dprepair open dpfdesc fcntl fstat pread pwrite unlink dpiternext dpget malloc",
      "removed -1"},
     {"LookUpInADamagedFile", "dpopen dprepair", "removed 0 gone"},
     {"DeviceIdOfAHopelessFile", "", "id -1 kept 0 gone"},
-    {"DeviceIdOfAHopelessFile", "dpopen dprepair open fstat remove", "id -1 kept 0"},
+    {"DeviceIdOfAHopelessFile", "unlink", "id -1 kept 0 gone leaves a file"},
+    {"DeviceIdOfAHopelessFile", "dpopen dprepair open fstat unlink remove", "id -1 kept 0"},
     {"LookUpInAHopelessFile", "", "removed 0 gone"},
-    {"LookUpInAHopelessFile", "dpopen dprepair open fstat remove", "removed -1"},
+    {"LookUpInAHopelessFile", "unlink", "removed 0 gone leaves a file"},
+    {"LookUpInAHopelessFile", "dpopen dprepair open fstat unlink remove", "removed -1"},
 
-    // Depot's repair leaves its own file, or a descriptor, when it has no memory at all.
-    {"DeviceIdOfADamagedFile", "malloc", "id -1 kept 0 leaves a file"},
+    // Depot's repair leaves a descriptor when it has no memory at all.
     {"DeviceIdOfADamagedFile", "malloc", "id -1 kept 0 leaves a descriptor"},
-    {"LookUpInADamagedFile", "malloc", "removed -1 leaves a file"},
     {"LookUpInADamagedFile", "malloc", "removed -1 leaves a descriptor"},
 };
 

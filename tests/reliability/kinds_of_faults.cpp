@@ -35,6 +35,8 @@ const std::vector<FaultKind> kKinds = {
     {Call::AskForRoom, "fstatvfs", {EIO, ENOSYS}},
     {Call::ReadAt, "pread", {EIO, EINTR}},
     {Call::WriteAt, "pwrite", {EIO, ENOSPC}},
+    {Call::AskForLink, "lstat", {EACCES, ENOENT, EOVERFLOW}},
+    {Call::DropName, "unlink", {EPERM, EISDIR}},
     {Call::AskForAccess, "faccessat", {EACCES, ENOENT, ENOMEM}},
     {Call::DeleteFile, "remove", {EACCES, EBUSY, EROFS, ENOENT}},
     {Call::FindHost, "gethostbyname", {0}},
@@ -74,13 +76,13 @@ const std::set<std::string>& infallibleImports() {
   static const std::set<std::string> all = {
       // Texts and memory that is there already.
       "memchr", "memcmp", "memcpy", "memmove", "memset", "bcmp", "strchr", "strcmp", "strcpy", "strlen", "strncmp",
-      "strncpy", "strnlen", "strstr", "strtok_r", "strtol", "strerror_r", "inet_addr", "inet_aton", "inet_ntop", "free",
-      "_ZdlPv", "_ZdlPvm", "__ctype_b_loc", "isdigit", "putchar", "puts",
+      "strncasecmp", "strncpy", "strnlen", "strstr", "strtok_r", "strtol", "strerror_r", "inet_addr", "inet_aton",
+      "inet_ntop", "free", "_ZdlPv", "_ZdlPvm", "__ctype_b_loc", "isdigit", "putchar", "puts",
       // Clocks, locks and the thread's own variables.
       "clock_gettime", "pthread_mutex_lock", "pthread_mutex_unlock", "pthread_cond_broadcast", "pthread_cond_init",
       "pthread_condattr_init", "pthread_condattr_setclock", "sigfillset", "__errno_location", "__tls_get_addr",
       // States and texts of Depot and of streams.
-      "dpecodeptr", "dperrmsg", "dpinnerhash", "dpprimenum", "clearerr", "ferror",
+      "dpecodeptr", "dperrmsg", "dpinnerhash", "dpprimenum", "geteuid", "clearerr", "ferror",
       // Objects.
       "stderr",
       // malloc is counted by the allocations, the Logger and the router's libraries have tests of their own.

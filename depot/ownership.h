@@ -1,0 +1,13 @@
+// Whose the file in the database's place is. In a folder such as /tmp any user may put a file or a link there.
+#ifndef TEMBRA_DEPOT_OWNERSHIP_H
+#define TEMBRA_DEPOT_OWNERSHIP_H
+
+namespace tembra::depot {
+
+/// Whether the name is a symbolic link that belongs to neither root nor this user. Such a link may lead to a file that
+/// its owner must not write.
+bool isForeignLink(const char* path);
+
+}  // namespace tembra::depot
+
+#endif
