@@ -1,6 +1,6 @@
 // The version of these headers, and of the library that a program runs with.
 //
-// A program works with every library of the same major number that is not older than its headers.
+// Plain C and C++. A program works with every library of the same major number that is not older than its headers.
 #ifndef TEMBRA_VERSION_H
 #define TEMBRA_VERSION_H
 
@@ -13,7 +13,15 @@
 /// All three in one number, which grows with every version: 10203 is 1.2.3.
 #define TEMBRA_VERSION (TEMBRA_VERSION_MAJOR * 10000 + TEMBRA_VERSION_MINOR * 100 + TEMBRA_VERSION_PATCH)
 
+#ifdef __cplusplus
+extern "C" {
+#endif
+
 /// TEMBRA_VERSION of the library that the program runs with. Any thread may call it at any time.
-extern "C" TEMBRA_API int tembra_version();
+TEMBRA_API int tembra_version(void);
+
+#ifdef __cplusplus
+}
+#endif
 
 #endif

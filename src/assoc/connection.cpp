@@ -9,9 +9,11 @@
 #include <unistd.h>
 #include <csignal>
 
+#include <cerrno>
 #include <cstdlib>
 
 #include "mesh/mesh_identity.h"
+#include "support/failures.h"
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/state_lock.h"
@@ -28,13 +30,14 @@ constexpr int kPriority = 1;
 constexpr int kClosed = 0;  // the sock field says so with descriptor 0
 constexpr int kFirstOrdinaryDescriptor = 3;
 
-// The connection that was opened last, and whether a receive thread serves it. Guarded by the state lock, as all of
-// this is.
+// The connection that was opened last, and the receive of the thread that serves it. Guarded by the state lock, as all
+// of this is.
 struct {
   tembra::ConnectionNumber number = 1;
-  bool isServed = false;
+  tembra::CurrentReceive receive;
 } latest;
 constexpr tembra::ConnectionNumber kNoConnection = 0;
+thread_local int connectionsServed = 0;
 
 // What threads wait for: a start is under way, a receive is under way.
 enum class Start { kNone, kAwaitsThread, kAwaitsOpener } start = Start::kNone;
@@ -45,6 +48,7 @@ bool awaitsOpener() { return start == Start::kAwaitsOpener; }
 bool isReceiving() { return receivesUnderWay > 0; }
 
 int fail(const char* message) {
+  tembra::recordOpeningFailure(errno == EADDRINUSE ? TEMBRA_OPENING_IN_USE : TEMBRA_OPENING_NO_SOCKET, errno);
   tembra::displayError(message);
   return -1;
 }
@@ -114,13 +118,14 @@ int createThread(TembraAssociation& assoc) {
 pthread_t startReceiver(TembraAssociation& assoc) {
   const int error = createThread(assoc);
   if (error != 0) {
+    tembra::recordOpeningFailure(TEMBRA_OPENING_NO_THREAD, error);
     tembra::LogLine(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "can't create thread :[")
         << tembra::ErrnoText(error).text() << "]";
     return {};
   }
   const pthread_t thread = receiver_thread;  // another thread may open a connection meanwhile
   start = Start::kAwaitsThread;
-  tembra::waitWhile(awaitsThread);
+  if (!tembra::waitWhile(awaitsThread)) tembra::recordOpeningFailure(TEMBRA_OPENING_NO_THREAD, ETIMEDOUT);
   tembra::log(assoc, Level::kProgress, TEMBRA_LOG_PREFIX "Thread created successfully");
   return thread;
 }
@@ -133,10 +138,14 @@ int TembraAssociation::checkAssocConnection() {
   if (descriptor < 0) return -1;
   sock = descriptor;
   running = 1;
-  latest = {latest.number + 1, false};
+  ++latest.number;
+  latest.receive.isServed = latest.receive.isUnderWay = false;
   const tembra::ConnectionNumber number = latest.number;
   tembra::setAssociationMeshId(tembra::kMeshIdUnknown);
-  if (!readMeshId(*this, number)) return -1;
+  if (!readMeshId(*this, number)) {
+    tembra::recordOpeningFailure(TEMBRA_OPENING_REPLACED, 0);
+    return -1;
+  }
   const pthread_t thread = startReceiver(*this);
   if (latest.number == number) {
     tembra::clearCommandType();
@@ -164,12 +173,16 @@ void TembraAssociation::closeAssocConnection() {
 namespace tembra {
 
 ServedConnection::ServedConnection(TembraAssociation& assoc)
-    : assoc_(assoc), number_(latest.isServed ? kNoConnection : latest.number), descriptor_(assoc.sock) {
-  latest.isServed = true;
+    : assoc_(assoc), number_(latest.receive.isServed ? kNoConnection : latest.number), descriptor_(assoc.sock) {
+  latest.receive.isServed = true;
+  ++connectionsServed;
 }
 
 ServedConnection::~ServedConnection() {
-  if (!isSuperseded()) latest.isServed = false;
+  --connectionsServed;
+  if (isSuperseded()) return;
+  latest.receive.isServed = false;
+  announceChange();
 }
 
 bool ServedConnection::isOpen() const { return assoc_.sock == descriptor_ && !isSuperseded(); }
@@ -183,11 +196,23 @@ void finishStart() {
   waitWhile(awaitsOpener);
 }
 
-void beginReceive() { ++receivesUnderWay; }
-
-void endReceive() {
-  --receivesUnderWay;
+void ServedConnection::beginReceive(int timeoutSeconds) {
+  ++receivesUnderWay;
+  if (isSuperseded()) return;
+  CurrentReceive& receive = latest.receive;
+  receive = {true, true, receive.begun + 1, {}, timeoutSeconds};
+  clock_gettime(CLOCK_MONOTONIC, &receive.begin);
   announceChange();
 }
+
+void ServedConnection::endReceive() {
+  --receivesUnderWay;
+  if (!isSuperseded()) latest.receive.isUnderWay = false;
+  announceChange();
+}
+
+const CurrentReceive& currentReceive() { return latest.receive; }
+
+bool isReceiveThread() { return connectionsServed > 0; }
 
 }  // namespace tembra

@@ -6,6 +6,7 @@
 #define TEMBRA_ASSOC_CONNECTION_H
 
 #include <tembra/association.h>
+#include <ctime>
 
 namespace tembra {
 
@@ -29,6 +30,11 @@ class ServedConnection {
   /// Whether this connection is another thread's, or an earlier one than the latest.
   [[nodiscard]] bool isSuperseded() const;
 
+  /// Around a receive, which itself runs without the lock: closing waits for its end before the descriptor's number is
+  /// given back.
+  void beginReceive(int timeoutSeconds);
+  void endReceive();
+
  private:
   TembraAssociation& assoc_;
   ConnectionNumber number_;
@@ -40,10 +46,18 @@ class ServedConnection {
 /// The new thread is ready: checkAssocConnection goes on, and no datagram is received before the opening is complete.
 void finishStart();
 
-/// Around a receive, which itself runs without the lock: closing waits for its end before the descriptor's number is
-/// given back.
-void beginReceive();
-void endReceive();
+/// How far the thread is that serves the connection opened last.
+struct CurrentReceive {
+  bool isServed = false;
+  bool isUnderWay = false;
+  unsigned begun = 0;  ///< receives since the process began
+  timespec begin{};    ///< of the one that is under way, by the monotonic clock
+  int timeoutSeconds = 0;
+};
+[[nodiscard]] const CurrentReceive& currentReceive();
+
+/// Whether the calling thread serves a connection.
+[[nodiscard]] bool isReceiveThread();
 
 }  // namespace tembra
 

@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 #include <tembra/globals.h>
+#include <tembra/service.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +18,7 @@
 #include "depot/repair.h"
 #include "depot/search.h"
 #include "depot/temporary_name.h"
+#include "support/sized_struct.h"
 #include "support/text.h"
 
 char DBName[10] = "/tmp/ddb";
@@ -28,6 +31,9 @@ constexpr int kReopenMode = DP_OWRITER | DP_OCREAT | DP_OSPARSE;
 constexpr int kDefaultBuckets = -1;
 constexpr int kReopenBuckets = 1;
 constexpr int kWholeKey = -1;  // the Depot library takes the key's text length
+
+std::atomic_uint repaired = 0;
+std::atomic_uint lost = 0;
 
 constinit std::mutex turns;
 thread_local bool inSession = false;
@@ -140,7 +146,9 @@ OpenDatabase::Opening OpenDatabase::open(int mode, int buckets, const char* only
 void OpenDatabase::repairOrDelete(const char* onlyKey) {
   const bool hadItsChance = tryRepair();
   const Opening opening = open(kReopenMode, kReopenBuckets, onlyKey);
+  if (opening == Opening::kDone) ++repaired;
   if (opening == Opening::kFileIsBad && hadItsChance) deletionResult_ = std::remove(DBName);
+  if (deletionResult_ == 0) ++lost;
 }
 
 OpenDatabase::~OpenDatabase() {
@@ -189,3 +197,9 @@ const StoredDevice* DatabaseSession::DeviceWalk::next() {
 }
 
 }  // namespace tembra
+
+// Without the turn, which a session of this process may hold for as long as another process writes.
+int tembra_database_history(struct tembra_database_history* history) {
+  const struct tembra_database_history filled = {0, tembra::repaired, tembra::lost};
+  return tembra::fillIn(history, filled);
+}

@@ -9,8 +9,6 @@
 namespace tembra {
 namespace {
 
-constexpr long kLongestWaitSeconds = 2;
-
 constinit std::mutex mutex;
 thread_local int heldDepth = 0;
 
@@ -48,17 +46,23 @@ StateUnlocked::~StateUnlocked() {
   heldDepth = depth_;
 }
 
-// The depth stays as it is: the waiting thread does nothing meanwhile.
-void waitWhile(bool (*isUnderWay)()) {
+ChangeWait::ChangeWait(int milliseconds) {
+  constexpr long kNanosecondsPerSecond = 1'000'000'000;
   makeChanged();
-  timespec end{};
-  clock_gettime(CLOCK_MONOTONIC, &end);
-  end.tv_sec += kLongestWaitSeconds;
-  ++waiting;
-  while (isUnderWay() && pthread_cond_timedwait(&changed, mutex.native_handle(), &end) == 0) {
+  clock_gettime(CLOCK_MONOTONIC, &end_);
+  end_.tv_sec += milliseconds / 1000;
+  end_.tv_nsec += milliseconds % 1000 * 1'000'000L;
+  if (end_.tv_nsec >= kNanosecondsPerSecond) {
+    end_.tv_nsec -= kNanosecondsPerSecond;
+    ++end_.tv_sec;
   }
-  --waiting;
+  ++waiting;
 }
+
+ChangeWait::~ChangeWait() { --waiting; }
+
+// The lock's depth stays as it is: the waiting thread does nothing meanwhile.
+bool ChangeWait::next() { return pthread_cond_timedwait(&changed, mutex.native_handle(), &end_) == 0; }
 
 void announceChange() {
   if (waiting > 0) pthread_cond_broadcast(&changed);

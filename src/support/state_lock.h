@@ -2,6 +2,8 @@
 #ifndef TEMBRA_SUPPORT_STATE_LOCK_H
 #define TEMBRA_SUPPORT_STATE_LOCK_H
 
+#include <ctime>
+
 namespace tembra {
 
 /// Holds the lock for a public call or a step of the receive thread. It nests, because the router's Logger, which is
@@ -28,9 +30,33 @@ class StateUnlocked {
   int depth_;
 };
 
-/// Waits while something is under way, two seconds at most. Call with the lock held; the lock is given up meanwhile,
-/// however deep. The thread that ends what is under way calls announceChange, also with the lock held.
-void waitWhile(bool (*isUnderWay)());
+constexpr int kLongestWait = 2000;  // milliseconds: for what takes a moment when all goes well
+
+/// A wait for changes that has an end.
+class ChangeWait {
+ public:
+  explicit ChangeWait(int milliseconds);
+  ~ChangeWait();
+  ChangeWait(const ChangeWait&) = delete;
+  ChangeWait& operator=(const ChangeWait&) = delete;
+
+  /// Waits for a change, or for nothing. False at the end.
+  bool next();
+
+ private:
+  timespec end_{};
+};
+
+/// Waits while something is under way. Call with the lock held; the lock is given up meanwhile, however deep. The
+/// thread that ends what is under way calls announceChange, also with the lock held. @return whether it has ended.
+template <typename Condition>
+bool waitWhile(Condition isUnderWay, int milliseconds = kLongestWait) {
+  ChangeWait wait(milliseconds);
+  while (isUnderWay()) {
+    if (!wait.next()) return !isUnderWay();
+  }
+  return true;
+}
 void announceChange();
 
 }  // namespace tembra

@@ -4,9 +4,11 @@
 #include <tembra/association.h>
 #include <tembra/endpoints.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
+#include "support/failures.h"
 #include "support/log.h"
 #include "support/state_lock.h"
 #include "support/text_writer.h"
@@ -33,6 +35,7 @@ int sendTo(const Destination& destination, int sock, const void* datagram) {
   const auto* address = reinterpret_cast<const sockaddr*>(destination.address);
   const auto length = static_cast<socklen_t>(*destination.addressLength);
   if (sendto(sock, datagram, destination.datagramLength, 0, address, length) >= 0) return 0;
+  recordSendFailure(destination.type, errno);
   std::perror("sendto error");
   return -1;
 }

@@ -1,6 +1,6 @@
 #!/bin/sh
 # headers.sh PREFIX SOURCE COMPILER: every public header is installed, and each compiles on its own, twice in a row, in
-# every C++ standard since 11, with nothing but the system's headers beside it.
+# every C++ standard since 11, with nothing but the system's headers beside it. Those for C programs also in C11.
 set -eu
 prefix=$1
 source=$2
@@ -19,3 +19,10 @@ while read -r header; do
         -x c++ -
   done
 done <headers.$$
+
+for header in tembra/export.h tembra/service.h tembra/version.h; do
+  echo "$header: c11"
+  printf '#include <%s>\n#include <%s>\n' "$header" "$header" |
+    "$compiler" -std=c11 -Wall -Wextra -Wpedantic -Wconversion -Wc++-compat -Werror -fsyntax-only \
+      -I"$prefix/include" -x c -
+done

@@ -105,13 +105,13 @@ bool Receiver::receiveOnce() {
 // Returns false and sets `error` if no datagram came.
 bool Receiver::await(int& error) {
   bool hasDatagram = false;
-  beginReceive();
+  connection_.beginReceive(timeoutSeconds_);
   {
     const StateUnlocked unlocked;
     hasDatagram = receive() >= 0;
     if (!hasDatagram) error = errno;
   }
-  endReceive();
+  connection_.endReceive();
   return hasDatagram;
 }
 
