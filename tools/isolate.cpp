@@ -1,6 +1,5 @@
-// tembra-isolate COMMAND [ARG...]: runs a command with a loopback network and a /tmp of its own. The command uses the
-// real addresses and the real database path without touching the machine, and many commands can do so at once. Exit
-// status: the command's; 125 when namespaces are not permitted; 126 when the command cannot be started.
+// Runs a command with a loopback network and a /tmp of its own: the command uses the real addresses and the real
+// database path without touching the machine, and many commands can do so at once.
 #include <fcntl.h>
 #include <net/if.h>
 #include <sched.h>
@@ -23,8 +22,23 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr int kWrongUsage = 2;
 constexpr int kNotPermitted = 125;
 constexpr int kNotStarted = 126;
+
+constexpr const char* kUsage =
+    "usage: tembra-isolate [--speed N] COMMAND [ARG...]\n"
+    "       tembra-isolate --help | --version\n"
+    "\n"
+    "Runs COMMAND with a loopback network and a /tmp of its own, so that it touches nothing on the machine.\n"
+    "\n"
+    "  --speed N   what libTembraAssoc waits for ends N times sooner, 1 to 100000: a time-out of three minutes in two\n"
+    "              seconds with --speed 90. Other waits, clocks and countdowns stay as they are. (The simulated "
+    "router\n"
+    "              has an option of this name, too, for what it does itself.)\n"
+    "\n"
+    "Exit status: the command's; 2 wrong usage, 125 private namespaces are not permitted, 126 the command cannot "
+    "start.\n";
 
 void writeFile(const char* path, const std::string& text) { std::ofstream(path) << text; }
 
@@ -88,19 +102,55 @@ bool coverTmp(const fs::path& command) {
   return chdir(here.c_str()) == 0;
 }
 
+// In front of what is preloaded already.
+void preload(const char* library) {
+  const char* others = std::getenv("LD_PRELOAD");
+  const std::string all = others == nullptr ? library : std::string(library) + ":" + others;
+  setenv("LD_PRELOAD", all.c_str(), 1);
+}
+
+bool hurry(const std::string& speed) {
+  const bool isNumber = !speed.empty() && speed.find_first_not_of("0123456789") == std::string::npos;
+  if (!isNumber || speed.size() > 6 || std::stol(speed) < 1 || std::stol(speed) > 100'000) return false;
+  setenv("TEMBRA_SPEED", speed.c_str(), 1);
+  preload(TEMBRA_HASTE);
+  return true;
+}
+
+[[noreturn]] void refuse(const std::string& what) {
+  std::fprintf(stderr, "tembra-isolate: %s; see tembra-isolate --help\n", what.c_str());
+  std::exit(kWrongUsage);
+}
+
+[[noreturn]] void answer(const char* text) {
+  const bool written = std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0;
+  std::exit(written ? 0 : 1);
+}
+
+/// @return the place of the command among the arguments
+int readOptions(int count, char** arguments) {
+  int at = 1;
+  for (; at < count && arguments[at][0] == '-'; ++at) {
+    const std::string option = arguments[at];
+    if (option == "--help" || option == "-h") answer(kUsage);
+    if (option == "--version") answer("tembra-isolate " TEMBRA_PROJECT_VERSION "\n");
+    if (option != "--speed") refuse("no option " + option);
+    if (++at == count || !hurry(arguments[at])) refuse("--speed takes a number, 1 to 100000");
+  }
+  if (at == count) refuse("no command");
+  return at;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 2) {
-    std::fprintf(stderr, "usage: tembra-isolate COMMAND [ARG...]\n");
-    return kNotStarted;
-  }
-  if (!enterNamespaces() || !raiseLoopback() || !coverTmp(argv[1])) {
+  char** const command = argv + readOptions(argc, argv);
+  if (!enterNamespaces() || !raiseLoopback() || !coverTmp(*command)) {
     std::fprintf(stderr, "tembra-isolate: private namespaces are not permitted here: %s\n", std::strerror(errno));
     return kNotPermitted;
   }
   unsetenv("XDG_RUNTIME_DIR");  // it is shared with the world outside
-  execvp(argv[1], argv + 1);
-  std::fprintf(stderr, "tembra-isolate: %s: %s\n", argv[1], std::strerror(errno));
+  execvp(*command, command);
+  std::fprintf(stderr, "tembra-isolate: %s: %s\n", *command, std::strerror(errno));
   return kNotStarted;
 }

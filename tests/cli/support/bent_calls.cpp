@@ -1,10 +1,8 @@
-// Bends the calls of a program under test: TEMBRA_FAILING names the row of the table whose call fails, TEMBRA_HASTE is
-// by how much receive time-outs and sleeps pass faster.
+// Bends the calls of a program under test: TEMBRA_FAILING names the row of the table whose call fails.
 #include <arpa/inet.h>
 #include <dlfcn.h>
 #include <pthread.h>
 #include <sys/socket.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -45,17 +43,6 @@ bool isHome(const sockaddr* address) {
   return ntohs(place.sin_port) == kHomePort;
 }
 
-long haste() {
-  const char* text = std::getenv("TEMBRA_HASTE");
-  return text == nullptr ? 1 : std::atol(text);
-}
-
-timeval hurried(const timeval& time) {
-  constexpr long kMicroseconds = 1'000'000;
-  const long microseconds = (time.tv_sec * kMicroseconds + time.tv_usec) / haste();
-  return {microseconds / kMicroseconds, microseconds % kMicroseconds};
-}
-
 int fail(int error) {
   errno = error;
   return -1;
@@ -71,14 +58,7 @@ extern "C" int socket(int domain, int type, int protocol) noexcept {
 extern "C" int setsockopt(int fd, int level, int option, const void* value, socklen_t length) noexcept {
   const int error = option == SO_PRIORITY ? errorOf("setsockopt") : 0;
   if (error != 0) return fail(error);
-  timeval time{};
-  const bool isTimeout = level == SOL_SOCKET && option == SO_RCVTIMEO && length == sizeof time;
-  if (isTimeout) {
-    std::memcpy(&time, value, sizeof time);
-    time = hurried(time);
-  }
-  const void* const taken = isTimeout ? &time : value;
-  return next<int(int, int, int, const void*, socklen_t)>("setsockopt")(fd, level, option, taken, length);
+  return next<int(int, int, int, const void*, socklen_t)>("setsockopt")(fd, level, option, value, length);
 }
 
 extern "C" int bind(int fd, const sockaddr* address, socklen_t length) noexcept {
@@ -102,10 +82,4 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
   if (error != 0) return error;
   using Create = int(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
   return next<Create>("pthread_create")(thread, attributes, start, argument);
-}
-
-extern "C" unsigned sleep(unsigned seconds) {
-  if (haste() == 1) return next<unsigned(unsigned)>("sleep")(seconds);
-  usleep(static_cast<useconds_t>(seconds * 1'000'000L / haste()));
-  return 0;
 }

@@ -13,9 +13,9 @@ kit::Settings routerSettings(Clock clock) {
 
 kit::Settings bentCalls(const std::string& failing) {
   const char* options = std::getenv("ASAN_OPTIONS");
-  return {{"LD_PRELOAD", TEMBRA_BENT_CALLS},
+  return {{"LD_PRELOAD", TEMBRA_HASTE ":" TEMBRA_BENT_CALLS},
           {"TEMBRA_FAILING", failing},
-          {"TEMBRA_HASTE", "100"},
+          {"TEMBRA_SPEED", "100"},
           {"ASAN_OPTIONS", std::string(options == nullptr ? "" : options) + ":verify_asan_link_order=0"}};
 }
 
