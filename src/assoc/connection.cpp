@@ -43,9 +43,9 @@ thread_local int connectionsServed = 0;
 enum class Start { kNone, kAwaitsThread, kAwaitsOpener } start = Start::kNone;
 int receivesUnderWay = 0;
 
-bool awaitsThread() { return start == Start::kAwaitsThread; }
-bool awaitsOpener() { return start == Start::kAwaitsOpener; }
-bool isReceiving() { return receivesUnderWay > 0; }
+bool awaitsThread(unsigned /*unused*/) { return start == Start::kAwaitsThread; }
+bool awaitsOpener(unsigned /*unused*/) { return start == Start::kAwaitsOpener; }
+bool isReceiving(unsigned /*unused*/) { return receivesUnderWay > 0; }
 
 int fail(const char* message) {
   tembra::recordOpeningFailure(errno == EADDRINUSE ? TEMBRA_OPENING_IN_USE : TEMBRA_OPENING_NO_SOCKET, errno);

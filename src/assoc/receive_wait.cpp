@@ -9,17 +9,21 @@
 
 using tembra::currentReceive;
 
+namespace {
+
 // A receive that began meanwhile will do: what was under way at the call is over then, even if the thread is busy
 // again.
+bool isBusySince(unsigned begun) {
+  const tembra::CurrentReceive& now = currentReceive();
+  return now.isServed && !now.isUnderWay && now.begun == begun;
+}
+
+}  // namespace
+
 int tembra_settle(int milliseconds) {
   const tembra::StateLock lock;
   if (tembra::isReceiveThread()) return EDEADLK;
-  const unsigned begun = currentReceive().begun;
-  const auto isBusy = [begun] {
-    const tembra::CurrentReceive& now = currentReceive();
-    return now.isServed && !now.isUnderWay && now.begun == begun;
-  };
-  return tembra::waitWhile(isBusy, std::max(milliseconds, 0)) ? 0 : ETIMEDOUT;
+  return tembra::waitWhile(isBusySince, currentReceive().begun, std::max(milliseconds, 0)) ? 0 : ETIMEDOUT;
 }
 
 long long tembra_wait_left() {

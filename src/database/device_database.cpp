@@ -18,7 +18,6 @@
 #include "depot/repair.h"
 #include "depot/search.h"
 #include "depot/temporary_name.h"
-#include "support/sized_struct.h"
 #include "support/text.h"
 
 char DBName[10] = "/tmp/ddb";
@@ -200,6 +199,8 @@ const StoredDevice* DatabaseSession::DeviceWalk::next() {
 
 // Without the turn, which a session of this process may hold for as long as another process writes.
 int tembra_database_history(struct tembra_database_history* history) {
-  const struct tembra_database_history filled = {0, tembra::repaired, tembra::lost};
-  return tembra::fillIn(history, filled);
+  if (history->size < sizeof *history) return EINVAL;
+  history->repaired = tembra::repaired;
+  history->lost = tembra::lost;
+  return 0;
 }

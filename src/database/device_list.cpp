@@ -1,13 +1,12 @@
 // The list of devices for front ends. It only reads: the file's own reader goes through it, not the Depot library.
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <tembra/globals.h>
 #include <tembra/platform.h>
 #include <tembra/service.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
+#include <climits>
 #include <cstring>
 
 #include "database/device_database.h"
@@ -19,22 +18,26 @@
 namespace tembra {
 namespace {
 
-// "12" is the key of a device, "12.3" the key of one of its values; other keys begin with no id.
-struct Key {
-  enum { kOther, kDevice, kValue } kind = kOther;
-  int id = 0;
+enum class Key {
+  kDevice,  // "12"
+  kValue,   // "12.3", of device 12
+  kOther
 };
 
-Key readKey(depot::File& file, long long offset, const depot::Record& record) {
-  char text[16];
-  const std::size_t length = std::min(sizeof text, static_cast<std::size_t>(record.keySize));
-  Key key;
-  if (length == 0 || !file.read(offset + static_cast<long long>(sizeof record), text, length)) return key;
-  const auto [end, error] = std::from_chars(text, text + length, key.id);
-  if (error != std::errc() || text[0] == '-') return key;
-  if (end == text + record.keySize) key.kind = Key::kDevice;
-  if (end != text + length && *end == '.') key.kind = Key::kValue;
-  return key;
+Key readKey(depot::File& file, long long offset, const depot::Record& record, int& id) {
+  char text[12];  // the longest id, a point, and one more
+  const auto size = static_cast<std::size_t>(record.keySize);
+  const std::size_t length = std::min(sizeof text, size);
+  if (!file.read(offset + static_cast<long long>(sizeof record), text, length)) return Key::kOther;
+  long long number = 0;
+  std::size_t digits = 0;
+  for (; digits < length && text[digits] >= '0' && text[digits] <= '9'; ++digits) {
+    number = number * 10 + (text[digits] - '0');
+  }
+  if (digits == 0 || number > INT_MAX) return Key::kOther;
+  id = static_cast<int>(number);
+  if (digits == size) return Key::kDevice;
+  return digits < length && text[digits] == '.' ? Key::kValue : Key::kOther;
 }
 
 tembra_radio radioOf(const DeviceRecord& record) {
@@ -43,20 +46,15 @@ tembra_radio radioOf(const DeviceRecord& record) {
   return record.zigbeeAddress == 0 ? TEMBRA_RADIO_OTHER : TEMBRA_RADIO_ZIGBEE;
 }
 
-unsigned addressOf(const DeviceRecord& record, tembra_radio radio) {
-  if (radio == TEMBRA_RADIO_ZWAVE) return record.zwaveNode;
-  return radio == TEMBRA_RADIO_ZIGBEE ? record.zigbeeAddress : 0;
-}
-
-tembra_device describe(int id, const DeviceRecord& record) {
-  tembra_device device{};
+void describe(tembra_device& device, int id, const DeviceRecord& record) {
+  const tembra_radio radio = radioOf(record);
   device.id = id;
-  device.radio = radioOf(record);
-  device.address = addressOf(record, radioOf(record));
+  device.radio = radio;
+  if (radio == TEMBRA_RADIO_ZWAVE) device.address = record.zwaveNode;
+  if (radio == TEMBRA_RADIO_ZIGBEE) device.address = record.zigbeeAddress;
   copyText(device.name, record.name);
   copyText(device.type_name, record.typeName);
   device.type = StrToDevType(device.type_name);
-  return device;
 }
 
 // The caller's room, in which a later version's devices may be longer.
@@ -67,27 +65,28 @@ class Room {
     if (room > 0) std::memset(begin_, 0, room * deviceSize);
   }
 
-  void add(const tembra_device& device) {
-    if (count_ < room_) std::memcpy(begin_ + count_ * deviceSize_, &device, sizeof device);
+  void add(int id, const DeviceRecord& record) {
+    if (count_ < room_) describe(at(count_), id, record);
     ++count_;
   }
 
-  // A device's values mostly stand together in the file.
+  // The search begins where the last one ended: a device's values mostly stand together in the file.
   void countValue(int id) {
     const std::size_t filled = std::min(count_, room_);
-    for (std::size_t tried = 0; tried < filled; ++tried, last_ = (last_ + 1) % filled) {
-      tembra_device device;
-      char* const place = begin_ + last_ * deviceSize_;
-      std::memcpy(&device.id, place, sizeof device.id);
-      if (device.id != id) continue;
-      ++reinterpret_cast<tembra_device*>(place)->values;
-      return;
+    for (std::size_t tried = 0; tried < filled; ++tried) {
+      if (at(last_).id == id) {
+        ++at(last_).values;
+        return;
+      }
+      if (++last_ == filled) last_ = 0;
     }
   }
 
   [[nodiscard]] long count() const { return static_cast<long>(count_); }
 
  private:
+  tembra_device& at(std::size_t i) { return *reinterpret_cast<tembra_device*>(begin_ + i * deviceSize_); }
+
   char* begin_;
   std::size_t deviceSize_;
   std::size_t room_;
@@ -95,30 +94,36 @@ class Room {
   std::size_t last_ = 0;
 };
 
+// False when the file ends before the record does.
+bool addDevice(depot::File& file, long long offset, const depot::Record& record, int id, Room& room) {
+  DeviceRecord stored{};
+  const std::size_t size = std::min(sizeof stored, static_cast<std::size_t>(record.valueSize));
+  if (!file.read(offset + record.keyEnd(), &stored, size)) return false;
+  room.add(id, stored);
+  return true;
+}
+
 // Whether the file is whole. Two passes, because a device may stand behind its values.
 bool readDevices(depot::File& file, Room& room) {
   static constexpr char kMagic[] = "[depot]\n\f";
   depot::Header header{};
-  if (!file.read(0, header) || std::memcmp(header.magic, kMagic, sizeof kMagic) != 0 || header.buckets <= 0)
-    return false;
-  long long end = header.firstRecord();
-  bool isWhole = header.fileSize == file.size() && depot::walk(file, header).isInOrder;
-  depot::forEachRecord(file, header, [&](long long offset, const depot::Record& record) {
-    end = offset + record.end();
-    const Key key = record.isDeleted() ? Key{} : readKey(file, offset, record);
-    if (key.kind != Key::kDevice) return true;
-    char value[sizeof(DeviceRecord)];
-    const std::size_t size = std::min(sizeof value, static_cast<std::size_t>(record.valueSize));
-    const bool isRead = file.read(offset + record.keyEnd(), value, size);
-    isWhole = isWhole && isRead;
-    if (isRead) room.add(describe(key.id, StoredDevice(value, size).record()));
-    return true;
-  });
-  depot::forEachRecord(file, header, [&](long long offset, const depot::Record& record) {
-    const Key key = record.isDeleted() ? Key{} : readKey(file, offset, record);
-    if (key.kind == Key::kValue) room.countValue(key.id);
-    return true;
-  });
+  if (!file.read(0, header) || std::memcmp(header.magic, kMagic, sizeof kMagic) != 0) return false;
+  bool isWhole = header.buckets > 0 && header.fileSize == file.size() && depot::walk(file, header).isInOrder;
+  long long end = 0;
+  for (const Key wanted : {Key::kDevice, Key::kValue}) {
+    end = header.firstRecord();
+    depot::forEachRecord(file, header, [&](long long offset, const depot::Record& record) {
+      int id = 0;
+      end = offset + record.end();
+      if (record.isDeleted() || readKey(file, offset, record, id) != wanted) return true;
+      if (wanted == Key::kValue) {
+        room.countValue(id);
+      } else if (!addDevice(file, offset, record, id, room)) {
+        isWhole = false;
+      }
+      return true;
+    });
+  }
   return isWhole && end == file.size();
 }
 
@@ -133,18 +138,12 @@ bool lock(int descriptor) {
   return result == 0;
 }
 
-bool isRegular(int descriptor) {
-  struct stat status = {};
-  return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-}
-
 long refuse(int error) {
   errno = error;
   return -1;
 }
 
 long readOpenFile(int descriptor, Room& room) {
-  if (!isRegular(descriptor)) return refuse(EBADMSG);
   if (!lock(descriptor)) return -1;
   depot::File file(descriptor);
   return file.size() == 0 || readDevices(file, room) ? room.count() : refuse(EBADMSG);

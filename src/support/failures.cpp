@@ -1,7 +1,8 @@
 #include "support/failures.h"
 
+#include <cerrno>
+
 #include "support/errno_text.h"
-#include "support/sized_struct.h"
 #include "support/state_lock.h"
 #include "support/text.h"
 
@@ -28,11 +29,14 @@ void recordOpeningFailure(tembra_opening_cause cause, int error) {
 }  // namespace tembra
 
 int tembra_last_failure(int kind, tembra_failure* failure) {
-  using namespace tembra;
-  if (kind != TEMBRA_FAILURE_SEND && kind != TEMBRA_FAILURE_OPENING) return EINVAL;
-  const StateLock lock;
-  const Failure& last = kind == TEMBRA_FAILURE_SEND ? lastSend : lastOpening;
-  tembra_failure filled{0, last.count, last.server, last.cause, last.error, {}};
-  if (last.error != 0) copyCallersText(filled.text, ErrnoText(last.error).text());
-  return fillIn(failure, filled);
+  const bool isSend = kind == TEMBRA_FAILURE_SEND;
+  if ((!isSend && kind != TEMBRA_FAILURE_OPENING) || failure->size < sizeof *failure) return EINVAL;
+  const tembra::StateLock lock;
+  const tembra::Failure& last = isSend ? tembra::lastSend : tembra::lastOpening;
+  failure->count = last.count;
+  failure->server = last.server;
+  failure->cause = last.cause;
+  failure->error = last.error;
+  tembra::copyCallersText(failure->text, last.error == 0 ? "" : tembra::ErrnoText(last.error).text());
+  return 0;
 }

@@ -26,6 +26,16 @@ void makeChanged() {
   pthread_cond_init(&changed, &attributes);
 }
 
+timespec inFuture(int milliseconds) {
+  constexpr long kPerSecond = 1'000'000'000;
+  timespec time{};
+  clock_gettime(CLOCK_MONOTONIC, &time);
+  const long nanoseconds = time.tv_nsec + milliseconds % 1000 * 1'000'000L;
+  time.tv_sec += milliseconds / 1000 + nanoseconds / kPerSecond;
+  time.tv_nsec = nanoseconds % kPerSecond;
+  return time;
+}
+
 }  // namespace
 
 StateLock::StateLock() {
@@ -46,23 +56,16 @@ StateUnlocked::~StateUnlocked() {
   heldDepth = depth_;
 }
 
-ChangeWait::ChangeWait(int milliseconds) {
-  constexpr long kNanosecondsPerSecond = 1'000'000'000;
-  makeChanged();
-  clock_gettime(CLOCK_MONOTONIC, &end_);
-  end_.tv_sec += milliseconds / 1000;
-  end_.tv_nsec += milliseconds % 1000 * 1'000'000L;
-  if (end_.tv_nsec >= kNanosecondsPerSecond) {
-    end_.tv_nsec -= kNanosecondsPerSecond;
-    ++end_.tv_sec;
-  }
-  ++waiting;
-}
-
-ChangeWait::~ChangeWait() { --waiting; }
-
 // The lock's depth stays as it is: the waiting thread does nothing meanwhile.
-bool ChangeWait::next() { return pthread_cond_timedwait(&changed, mutex.native_handle(), &end_) == 0; }
+bool waitWhile(bool (*isUnderWay)(unsigned), unsigned argument, int milliseconds) {
+  makeChanged();
+  const timespec end = inFuture(milliseconds);
+  ++waiting;
+  while (isUnderWay(argument) && pthread_cond_timedwait(&changed, mutex.native_handle(), &end) == 0) {
+  }
+  --waiting;
+  return !isUnderWay(argument);
+}
 
 void announceChange() {
   if (waiting > 0) pthread_cond_broadcast(&changed);

@@ -2,8 +2,6 @@
 #ifndef TEMBRA_SUPPORT_STATE_LOCK_H
 #define TEMBRA_SUPPORT_STATE_LOCK_H
 
-#include <ctime>
-
 namespace tembra {
 
 /// Holds the lock for a public call or a step of the receive thread. It nests, because the router's Logger, which is
@@ -32,31 +30,10 @@ class StateUnlocked {
 
 constexpr int kLongestWait = 2000;  // milliseconds: for what takes a moment when all goes well
 
-/// A wait for changes that has an end.
-class ChangeWait {
- public:
-  explicit ChangeWait(int milliseconds);
-  ~ChangeWait();
-  ChangeWait(const ChangeWait&) = delete;
-  ChangeWait& operator=(const ChangeWait&) = delete;
-
-  /// Waits for a change, or for nothing. False at the end.
-  bool next();
-
- private:
-  timespec end_{};
-};
-
-/// Waits while something is under way. Call with the lock held; the lock is given up meanwhile, however deep. The
-/// thread that ends what is under way calls announceChange, also with the lock held. @return whether it has ended.
-template <typename Condition>
-bool waitWhile(Condition isUnderWay, int milliseconds = kLongestWait) {
-  ChangeWait wait(milliseconds);
-  while (isUnderWay()) {
-    if (!wait.next()) return !isUnderWay();
-  }
-  return true;
-}
+/// Waits while something is under way, which `isUnderWay(argument)` tells. Call with the lock held; the lock is given
+/// up meanwhile, however deep. The thread that ends what is under way calls announceChange, also with the lock held.
+/// @return whether it has ended.
+bool waitWhile(bool (*isUnderWay)(unsigned), unsigned argument = 0, int milliseconds = kLongestWait);
 void announceChange();
 
 }  // namespace tembra
