@@ -1,0 +1,35 @@
+// The other end: a process that watches.
+#ifndef TEMBRA_FRONTEND_WATCH_CLIENT_H
+#define TEMBRA_FRONTEND_WATCH_CLIENT_H
+
+#include <tembra/watch.h>
+
+#include <string>
+
+#include "descriptor.h"
+#include "holder_line.h"
+
+struct tembra_watch {
+ public:
+  explicit tembra_watch(tembra::frontend::Descriptor socket) : socket_(std::move(socket)) {}
+
+  [[nodiscard]] int descriptor() const { return socket_.get(); }
+  [[nodiscard]] const tembra::frontend::HolderReport& holder() const { return holder_; }
+
+  /// Null with errno, as tembra_watch_next.
+  [[nodiscard]] const char* next(int milliseconds);
+  [[nodiscard]] int cancel() const;
+
+ private:
+  [[nodiscard]] bool takeLine();
+  [[nodiscard]] int checkLine();
+  [[nodiscard]] int receive();
+
+  const tembra::frontend::Descriptor socket_;
+  std::string received_;
+  std::string line_;
+  tembra::frontend::HolderReport holder_;
+  bool knowsHolder_ = false;
+};
+
+#endif

@@ -1,0 +1,43 @@
+// The listening end: a socket file for one group, which lies there as long as this object lives.
+#ifndef TEMBRA_FRONTEND_WATCH_LISTENER_H
+#define TEMBRA_FRONTEND_WATCH_LISTENER_H
+
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <sys/un.h>
+
+#include <string>
+
+#include "descriptor.h"
+
+namespace tembra::frontend {
+
+/// Only the process that has the association connection makes one. So a socket file that is there already was left by a
+/// dead process, unless somebody answers at it.
+class WatchListener {
+ public:
+  /// Makes the folder where it is missing (0750), and the file (0660, with the folder's group).
+  /// @throws std::runtime_error with a sentence; then nothing is left behind
+  explicit WatchListener(std::string path);
+  ~WatchListener();
+  WatchListener(const WatchListener&) = delete;
+  WatchListener& operator=(const WatchListener&) = delete;
+
+  [[nodiscard]] int descriptor() const { return socket_.get(); }
+  [[nodiscard]] gid_t group() const { return group_; }  ///< whose members may connect
+
+ private:
+  void bindToPath();
+  void open();
+  void removeOwnFile();
+
+  const std::string path_;
+  const sockaddr_un address_;
+  const gid_t group_;
+  Descriptor socket_;
+  struct stat file_ {};
+};
+
+}  // namespace tembra::frontend
+
+#endif
