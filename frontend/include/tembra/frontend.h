@@ -174,7 +174,7 @@ enum tembra_phase {
 };
 
 /// What every event has.
-struct tembra_event_head {
+struct tembra_head {
   size_t size;
   int kind;                ///< tembra_event_kind
   int operation;           ///< tembra_operation
@@ -252,6 +252,7 @@ enum tembra_outcome { TEMBRA_DONE = 1, TEMBRA_CANCELLED = 2, TEMBRA_TIMED_OUT = 
 enum tembra_reason {
   TEMBRA_REASON_NONE = 0,  ///< done
   TEMBRA_REASON_CANCELLED = 1,
+  TEMBRA_REASON_CANCELLED_JOINED = 2,   ///< the device had joined its radio network already
   TEMBRA_REASON_IN_USE = 10,            ///< another front end has the connection
   TEMBRA_REASON_NO_SOCKET = 11,         ///< `error` says why
   TEMBRA_REASON_NO_THREAD = 12,         ///< `error` says why
@@ -305,7 +306,7 @@ TEMBRA_API tembra_event* tembra_frontend_next(tembra_frontend* kit, int millisec
 TEMBRA_API void tembra_event_free(tembra_event* event);  ///< null is allowed
 
 // What an event holds, valid until it is freed. A detail is null when the event is of another kind, or null itself.
-TEMBRA_API const struct tembra_event_head* tembra_event_head(const tembra_event* event);
+TEMBRA_API const struct tembra_head* tembra_event_head(const tembra_event* event);
 TEMBRA_API const struct tembra_found* tembra_event_found(const tembra_event* event);
 TEMBRA_API const struct tembra_device_event* tembra_event_device(const tembra_event* event);
 TEMBRA_API const struct tembra_bridges* tembra_event_bridges(const tembra_event* event);

@@ -1,0 +1,102 @@
+#include "event.h"
+
+#include <tembra/vocabulary.h>
+
+#include "json.h"
+#include "names.h"
+
+namespace tembra::frontend {
+namespace {
+
+void writeType(JsonWriter& json, std::string_view key, int type) {
+  json.begin(key, '{').member("number", type).member("name", typeName(type)).end('}');
+}
+
+void write(JsonWriter& /*json*/, const std::monostate& /*none*/) {}
+
+void write(JsonWriter& json, const tembra_found& found) {
+  writeType(json, "type", found.type);
+  json.begin("choices", '[');
+  for (int i = 0; i < found.choice_count; ++i) writeType(json, "", found.choices[i]);
+  json.end(']').member("name", found.name).member("place", found.place);
+  json.member("name_room", static_cast<long long>(found.name_room));
+  json.member("place_room", static_cast<long long>(found.place_room));
+}
+
+void write(JsonWriter& json, const tembra_device_event& device) {
+  json.member("id", device.id).member("name", device.name);
+  if (device.type == DEVTYPE_UNKNOWN) return;
+  writeType(json, "type", device.type);
+  json.member("place", device.place);
+}
+
+void writeIfAny(JsonWriter& json, std::string_view key, const char* text) {
+  if (*text != '\0') json.member(key, text);
+}
+
+void write(JsonWriter& json, const tembra_bridges& list) {
+  json.begin("bridges", '[');
+  for (int i = 0; i < list.count; ++i) {
+    json.begin("", '{').member("mac", list.bridges[i].mac);
+    writeIfAny(json, "address", list.bridges[i].address);
+    writeIfAny(json, "user", list.bridges[i].user);
+    json.end('}');
+  }
+  json.end(']');
+}
+
+void write(JsonWriter& json, const tembra_link_button& button) { json.member("seconds_left", button.seconds_left); }
+
+void write(JsonWriter& json, const tembra_account& account) { json.flag("linked", account.linked != 0); }
+
+void write(JsonWriter& json, const tembra_step& step) { json.member("done", step.done).member("all", step.all); }
+
+void write(JsonWriter& json, const tembra_warning& warning) {
+  json.member("reason", reasonName(warning.reason)).member("reason_number", warning.reason);
+  json.member("server", serverName(warning.server)).member("text", warning.text);
+}
+
+void write(JsonWriter& json, const tembra_ended& ended) {
+  json.member("outcome", outcomeName(ended.outcome));
+  json.member("reason", reasonName(ended.reason)).member("reason_number", ended.reason);
+  json.member("ended_in", phaseName(ended.phase)).member("waited_ms", ended.waited);
+  json.member("server", serverName(ended.server)).member("error", ended.error);
+  if (ended.device_id != 0 || ended.device_name[0] != '\0') {
+    json.begin("device", '{').member("id", ended.device_id).member("name", ended.device_name).end('}');
+  }
+  json.member("text", ended.text).member("advice", ended.advice);
+}
+
+void writeLimit(JsonWriter& json, long long endsIn) {
+  endsIn < 0 ? json.null("ends_in_ms") : json.member("ends_in_ms", endsIn);
+}
+
+}  // namespace
+
+std::string eventJson(const tembra_head& head, const Detail& detail) {
+  JsonWriter json;
+  json.begin("", '{').member("schema", TEMBRA_EVENT_SCHEMA).member("event", eventKindName(head.kind));
+  json.member("number", head.number).member("operation", operationName(head.operation));
+  json.member("ms", head.milliseconds).member("phase", phaseName(head.phase));
+  json.member("radio", head.radio == 0 ? nullptr : serverName(head.radio));
+  writeLimit(json, head.ends_in);
+  std::visit([&json](const auto& each) { write(json, each); }, detail);
+  return json.end('}').text();
+}
+
+std::string stateJson(const tembra_state& state) {
+  JsonWriter json;
+  json.begin("", '{').member("schema", TEMBRA_EVENT_SCHEMA).member("operation", operationName(state.operation));
+  json.member("phase", phaseName(state.phase));
+  json.member("radio", state.radio == 0 ? nullptr : serverName(state.radio));
+  json.member("last_event", state.last_event).member("ms", state.milliseconds);
+  writeLimit(json, state.ends_in);
+  if (state.phase == TEMBRA_PHASE_CHOICE) {
+    json.begin("found", '{');
+    write(json, state.found);
+    json.end('}');
+  }
+  return json.end('}').text();
+}
+
+}  // namespace tembra::frontend

@@ -1,0 +1,119 @@
+#include "inbox.h"
+
+namespace tembra::frontend {
+
+bool Inbox::start(Command command) {
+  const std::lock_guard lock(mutex_);
+  if (busy_ || quits_) return false;
+  busy_ = true;
+  cancelled_ = false;
+  events_.clear();
+  choice_.reset();
+  command_ = std::move(command);
+  changed_.notify_all();
+  return true;
+}
+
+bool Inbox::cancel() {
+  const std::lock_guard lock(mutex_);
+  if (!busy_ || cancelled_) return false;
+  cancelled_ = true;
+  changed_.notify_all();
+  return true;
+}
+
+void Inbox::choose(Choice choice) {
+  const std::lock_guard lock(mutex_);
+  choice_ = std::move(choice);
+  changed_.notify_all();
+}
+
+void Inbox::quit() {
+  const std::lock_guard lock(mutex_);
+  cancelled_ = quits_ = true;
+  changed_.notify_all();
+}
+
+void Inbox::hear(std::unique_ptr<LibraryEvent> event) {
+  const std::lock_guard lock(mutex_);
+  if (!busy_) return;
+  events_.push_back(std::move(event));
+  changed_.notify_all();
+}
+
+void Inbox::callEnded() {
+  const std::lock_guard lock(mutex_);
+  callEnded_ = true;
+  changed_.notify_all();
+}
+
+std::optional<Command> Inbox::awaitCommand() {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this] { return command_ || quits_; });
+  if (quits_) return std::nullopt;
+  std::optional<Command> command = std::move(command_);
+  command_.reset();
+  return command;
+}
+
+void Inbox::acceptNext() {
+  const std::lock_guard lock(mutex_);
+  busy_ = false;
+}
+
+Inbox::Call Inbox::awaitCall(Clock::time_point until) {
+  std::unique_lock lock(mutex_);
+  changed_.wait_until(lock, until, [this] { return callEnded_ || cancelled_; });
+  if (!callEnded_) return cancelled_ ? Call::kCancelled : Call::kRuns;
+  callEnded_ = false;
+  return Call::kEnded;
+}
+
+bool Inbox::awaitLateCall(Milliseconds longest) {
+  std::unique_lock lock(mutex_);
+  const auto ended = [this] { return callEnded_; };
+  if (longest.count() < 0) {
+    changed_.wait(lock, ended);
+  } else if (!changed_.wait_for(lock, longest, ended)) {
+    return false;
+  }
+  callEnded_ = false;
+  return true;
+}
+
+void Inbox::await(Clock::time_point until) {
+  std::unique_lock lock(mutex_);
+  changed_.wait_until(lock, until, [this] { return cancelled_ || choice_ || !events_.empty(); });
+}
+
+bool Inbox::isCancelled() const {
+  const std::lock_guard lock(mutex_);
+  return cancelled_;
+}
+
+bool Inbox::hasEvents() const {
+  const std::lock_guard lock(mutex_);
+  return !events_.empty();
+}
+
+bool Inbox::hasChoice() const {
+  const std::lock_guard lock(mutex_);
+  return choice_.has_value();
+}
+
+std::unique_ptr<LibraryEvent> Inbox::takeEvent() {
+  const std::lock_guard lock(mutex_);
+  if (events_.empty()) return nullptr;
+  auto event = std::move(events_.front());
+  events_.pop_front();
+  return event;
+}
+
+std::optional<Choice> Inbox::takeChoice() {
+  const std::lock_guard lock(mutex_);
+  std::optional<Choice> choice = std::move(choice_);
+  choice_.reset();
+  return choice;
+}
+
+}  // namespace tembra::frontend

@@ -1,0 +1,239 @@
+// Hue bridges and their lamps, and the Nest account: one command, one answer.
+#include <tembra/globals.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+#include "operations.h"
+#include "texts.h"
+
+namespace tembra::frontend {
+namespace {
+
+using std::chrono::seconds;
+
+constexpr Milliseconds kBetweenLooks{50};
+constexpr seconds kLongestAnswer{180};
+constexpr seconds kGrace{30};
+constexpr seconds kForLinkButton{60};
+constexpr seconds kBetweenTries{1};
+
+bool isFrom(ServerType server, int code) {
+  return server == SERVER_HUE ? code >= EVENT_HUE_BRIDGES && code <= EVENT_HUE_FAILED
+                              : code >= EVENT_NEST_41 && code <= EVENT_NEST_46;
+}
+
+// What the answers mean that are not the awaited one.
+struct Refusal {
+  int code;
+  tembra_reason reason;
+};
+constexpr Refusal kRefusals[] = {{EVENT_HUE_BUTTON, TEMBRA_REASON_LINK_BUTTON},
+                                 {EVENT_HUE_NO_BRIDGE, TEMBRA_REASON_NO_BRIDGE},
+                                 {EVENT_HUE_UNKNOWN_BRIDGE, TEMBRA_REASON_UNKNOWN_BRIDGE},
+                                 {EVENT_HUE_FAILED, TEMBRA_REASON_HUE_FAILED},
+                                 {EVENT_NEST_46, TEMBRA_REASON_NEST_REFUSED}};
+
+End endOf(ServerType server, int code) {
+  for (const Refusal& refusal : kRefusals) {
+    if (refusal.code == code) return failed(refusal.reason, server);
+  }
+  return failed(TEMBRA_REASON_OTHER_ANSWER, server);
+}
+
+// The library closes the web server's connection behind every answer, also behind one that it does not know.
+std::unique_ptr<LibraryEvent> nextEvent(Session& session, ServerType server) {
+  try {
+    return session.nextEvent(Clock::now() + kBetweenLooks);
+  } catch (const End& end) {
+    const bool isWebServer = session.service().clientRole == ROLE_WEB_SERVER;
+    throw end.reason == TEMBRA_REASON_CONNECTION_LOST && isWebServer ? failed(TEMBRA_REASON_OTHER_ANSWER, server) : end;
+  }
+}
+
+// No event tells of an answer that the library does not know: it only waits no longer.
+std::unique_ptr<LibraryEvent> awaitAnswer(Session& session, ServerType server) {
+  const auto overdue = Clock::now() + kLongestAnswer + kGrace;
+  while (Clock::now() < overdue) {
+    auto heard = nextEvent(session, server);
+    if (heard && heard->event.code == EVENT_TIMEOUT) break;
+    if (heard && isFrom(server, heard->event.code)) return heard;
+    if (!heard && session.isSettled() && Session::libraryIsIdle()) throw failed(TEMBRA_REASON_OTHER_ANSWER, server);
+  }
+  throw timedOut(TEMBRA_REASON_NO_ANSWER, server);
+}
+
+void start(Session& session, ServerType server) {
+  session.requireServer(server);
+  session.requireDatabase();
+  session.open();
+  session.enter(TEMBRA_PHASE_ANSWER, kLongestAnswer);
+  session.tell(TEMBRA_EVENT_WAITING);
+}
+
+/// Gives the command and waits for one of the answers that say "done".
+template <typename Function>
+std::unique_ptr<LibraryEvent> ask(Session& session, ServerType server, Function command,
+                                  std::initializer_list<int> done) {
+  start(session, server);
+  session.send([&] { command(session.service()); });
+  auto heard = awaitAnswer(session, server);
+  const int code = heard->event.code;
+  if (std::find(done.begin(), done.end(), code) == done.end()) throw endOf(server, code);
+  return heard;
+}
+
+void tellAccount(Session& session, bool linked) {
+  auto account = sized<tembra_account>();
+  account.linked = linked ? 1 : 0;
+  session.tell(TEMBRA_EVENT_ACCOUNT, account);
+}
+
+std::string copyOf(const std::string& text) { return text; }
+
+tembra_bridges bridgesOf(const LibraryEvent& heard) {
+  HueBridgeList list;
+  std::memcpy(&list, heard.event.payload, sizeof list);
+  auto bridges = sized<tembra_bridges>();
+  bridges.count = std::clamp(list.count, 0, static_cast<int>(std::size(bridges.bridges)));
+  for (int i = 0; i < bridges.count; ++i) {
+    putText(bridges.bridges[i].mac, libraryText(list.mac[i]));
+    putText(bridges.bridges[i].address, libraryText(list.address[i]));
+  }
+  return bridges;
+}
+
+bool skip(std::string_view& text, std::string_view expected) {
+  if (text.substr(0, expected.size()) != expected) return false;
+  text.remove_prefix(expected.size());
+  return true;
+}
+
+// A text of the library's list, which has no escapes, and what must follow it.
+bool takeText(std::string_view& text, std::string& out, std::string_view behind) {
+  const std::size_t end = text.find('"');
+  if (end == std::string_view::npos) return false;
+  out = cleaned(text.substr(0, end));
+  text.remove_prefix(end);
+  return skip(text, behind);
+}
+
+bool parseBridges(std::string_view text, tembra_bridges& list) {
+  if (!skip(text, R"({"MAClist":[)")) return false;
+  while (skip(text, R"({"mac":")")) {
+    std::string mac;
+    std::string user;
+    if (!takeText(text, mac, R"(","username":")") || !takeText(text, user, "\"}")) return false;
+    if (list.count == static_cast<int>(std::size(list.bridges))) return false;
+    tembra_bridge& bridge = list.bridges[list.count++];
+    putText(bridge.mac, mac);
+    putText(bridge.user, user);
+    skip(text, ",");
+  }
+  return text == "]}";
+}
+
+struct Free {
+  void operator()(char* text) const { std::free(text); }
+};
+
+std::string bridgeList(TembraAssociation& service) {
+  const std::unique_ptr<char, Free> list(service.Hue_getBridgeList());
+  return list ? list.get() : "";
+}
+
+}  // namespace
+
+void discoverBridges(Session& session) {
+  const auto heard =
+      ask(session, SERVER_HUE, [](TembraAssociation& service) { service.Hue_initiateAdd(); }, {EVENT_HUE_BRIDGES});
+  session.tell(TEMBRA_EVENT_BRIDGES, bridgesOf(*heard));
+  throw done();
+}
+
+// The bridge is asked again and again until its button was pressed.
+void addBridge(Session& session, const Command& command) {
+  start(session, SERVER_HUE);
+  session.enter(TEMBRA_PHASE_LINK_BUTTON, kForLinkButton);
+  const auto until = Clock::now() + kForLinkButton;
+  while (true) {
+    auto button = sized<tembra_link_button>();
+    button.seconds_left = static_cast<int>(std::chrono::ceil<seconds>(until - Clock::now()).count());
+    session.tell(TEMBRA_EVENT_LINK_BUTTON, button);
+    std::string mac = copyOf(command.first);
+    session.send([&] { session.service().Hue_addBridge(mac.data()); });
+    const int code = awaitAnswer(session, SERVER_HUE)->event.code;
+    if (code == EVENT_HUE_ADDED) break;
+    if (code != EVENT_HUE_BUTTON) throw endOf(SERVER_HUE, code);
+    const auto next = Clock::now() + kBetweenTries;
+    if (next >= until) throw timedOut(TEMBRA_REASON_LINK_BUTTON, SERVER_HUE);
+    session.pause(next);
+    session.open();
+  }
+  session.tell(TEMBRA_EVENT_BRIDGE_LINKED);
+  throw done();
+}
+
+void addLamp(Session& session, const Command& command) {
+  std::string mac = copyOf(command.first);
+  std::string lamp = copyOf(command.second);
+  ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_addDev(mac.data(), lamp.data()); },
+      {EVENT_HUE_BULB_ADDED});
+  session.tell(TEMBRA_EVENT_LAMP_ADDED);
+  throw done();
+}
+
+void refreshBridge(Session& session, const Command& command) {
+  std::string mac = copyOf(command.first);
+  std::string text = copyOf(command.second);
+  ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_refreshBridge(mac.data(), text.data()); },
+      {EVENT_HUE_DONE, EVENT_HUE_DONE_2});
+  throw done();
+}
+
+void removeBridge(Session& session, const Command& command) {
+  std::string mac = copyOf(command.first);
+  ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_remove(mac.data()); },
+      {EVENT_HUE_DONE, EVENT_HUE_DONE_2});
+  throw done();
+}
+
+// The library would make a database where there is none.
+void listBridges(Session& session) {
+  session.enter(TEMBRA_PHASE_DATABASE, Milliseconds(-1));
+  session.requireDatabase();
+  auto list = sized<tembra_bridges>();
+  if (access(DBName, F_OK) == 0) {
+    TembraAssociation& service = session.service();
+    const std::string text = session.call([&service] { return bridgeList(service); });
+    if (text.empty()) throw failed(TEMBRA_REASON_DATABASE_UNREADABLE);
+    if (!parseBridges(text, list)) throw failed(TEMBRA_REASON_DATABASE_DAMAGED);
+  }
+  session.tell(TEMBRA_EVENT_BRIDGES, list);
+  throw done();
+}
+
+void tellAccount(Session& session) {
+  TembraAssociation& service = session.service();
+  tellAccount(session, session.call([&service] { return service.Nest_checkExist(); }) != 0);
+  throw done();
+}
+
+// Which number confirms what is the Nest server's custom: the library tells them apart by number only.
+void linkAccount(Session& session, const Command& command) {
+  std::string code = copyOf(command.first);
+  ask(session, SERVER_NEST, [&](TembraAssociation& service) { service.Nest_add(code.data()); },
+      {EVENT_NEST_41, EVENT_NEST_45});
+  tellAccount(session, true);
+  throw done();
+}
+
+void unlinkAccount(Session& session) {
+  ask(session, SERVER_NEST, [](TembraAssociation& service) { service.Nest_remove(); }, {EVENT_NEST_43, EVENT_NEST_45});
+  tellAccount(session, false);
+  throw done();
+}
+
+}  // namespace tembra::frontend

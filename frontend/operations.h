@@ -1,0 +1,26 @@
+// The operations. Each runs on the kit's worker and ends by a thrown End.
+#ifndef TEMBRA_FRONTEND_OPERATIONS_H
+#define TEMBRA_FRONTEND_OPERATIONS_H
+
+#include "session.h"
+
+namespace tembra::frontend {
+
+[[noreturn]] void addDevice(Session& session);
+[[noreturn]] void removeDevice(Session& session);
+[[noreturn]] void resetRadios(Session& session, int what);
+
+// Hue and Nest.
+[[noreturn]] void discoverBridges(Session& session);
+[[noreturn]] void addBridge(Session& session, const Command& command);
+[[noreturn]] void addLamp(Session& session, const Command& command);
+[[noreturn]] void refreshBridge(Session& session, const Command& command);
+[[noreturn]] void removeBridge(Session& session, const Command& command);
+[[noreturn]] void listBridges(Session& session);
+[[noreturn]] void tellAccount(Session& session);
+[[noreturn]] void linkAccount(Session& session, const Command& command);
+[[noreturn]] void unlinkAccount(Session& session);
+
+}  // namespace tembra::frontend
+
+#endif

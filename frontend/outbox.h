@@ -1,0 +1,65 @@
+// What the caller sees: the events that wait for it, and the state of the moment.
+#ifndef TEMBRA_FRONTEND_OUTBOX_H
+#define TEMBRA_FRONTEND_OUTBOX_H
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+
+#include "event.h"
+
+namespace tembra::frontend {
+
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::milliseconds;
+
+/// Any thread may call all of it at any time.
+class Outbox {
+ public:
+  Outbox();
+  ~Outbox();
+  Outbox(const Outbox&) = delete;
+  Outbox& operator=(const Outbox&) = delete;
+
+  /// -1 when descriptors are short; errno then says why.
+  [[nodiscard]] int descriptor() const { return descriptor_; }
+
+  // ---- For the operation that runs ----
+  void begin(int operation);                           ///< phase OPENING
+  void enter(tembra_phase phase, Milliseconds limit);  ///< negative: no limit is known
+  void answers(int radio);                             ///< the radio that the operation deals with from now on
+  void offer(const tembra_found& found);               ///< to be chosen from: phase CHOICE must have been entered
+  std::string emit(tembra_event_kind kind, Detail detail = {});  ///< returns the event's JSON line
+  void end();                                                    ///< nothing runs
+
+  /// Milliseconds since the phase began.
+  [[nodiscard]] long long waited() const;
+
+  /// Whether that device waits for a choice; then it does no longer.
+  [[nodiscard]] bool takeOffer();
+
+  // ---- For the caller ----
+  [[nodiscard]] std::unique_ptr<tembra_event> next(int milliseconds);
+  [[nodiscard]] tembra_state state() const;
+
+ private:
+  [[nodiscard]] long long endsIn(Clock::time_point now) const;
+  [[nodiscard]] long long sinceBeginning(Clock::time_point now) const;
+
+  const int descriptor_;
+  mutable std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<std::unique_ptr<tembra_event>> events_;
+  tembra_state state_ = sized<tembra_state>();
+  unsigned lastNumber_ = 0;
+  Clock::time_point began_;
+  Clock::time_point entered_;
+  Clock::time_point limit_;
+  bool hasLimit_ = false;
+};
+
+}  // namespace tembra::frontend
+
+#endif

@@ -1,0 +1,73 @@
+// Removing a device: button, and the radio's confirmation, which may never come.
+#include <algorithm>
+
+#include "operations.h"
+#include "texts.h"
+
+namespace tembra::frontend {
+namespace {
+
+constexpr Milliseconds kBetweenLooks{20};
+constexpr std::chrono::seconds kForConfirmation{20};
+constexpr std::chrono::seconds kGrace{30};
+
+tembra_device_event deviceOf(const LibraryEvent& heard) {
+  DeviceReport report;
+  std::memcpy(&report, heard.event.payload, sizeof report);
+  auto device = sized<tembra_device_event>();
+  device.id = report.removedId;
+  putText(device.name, libraryText(report.removedName));
+  return device;
+}
+
+// A Z-Wave radio that fails names no node.
+End endOfUnknown(const LibraryEvent& heard) {
+  const bool failing = heard.event.source == SERVER_ZWAVE && (heard.node == NODE_NONE || heard.node == NODE_FAILED);
+  return failing ? failed(TEMBRA_REASON_RADIO_FAILED, SERVER_ZWAVE) : failed(TEMBRA_REASON_NOT_IN_LIST);
+}
+
+std::unique_ptr<LibraryEvent> awaitDevice(Session& session) {
+  const auto overdue = Clock::now() + Milliseconds(std::max(0LL, tembra_wait_left())) + kGrace;
+  while (Clock::now() < overdue) {
+    auto heard = session.nextEvent(overdue);
+    if (!heard) break;
+    if (heard->event.code == EVENT_TIMEOUT) throw timedOut(TEMBRA_REASON_NOBODY_PRESSED);
+    if (heard->event.code == EVENT_REMOVED || heard->event.code == EVENT_REMOVED_UNKNOWN) return heard;
+  }
+  throw failed(TEMBRA_REASON_DATABASE_UNREADABLE, 0, EWOULDBLOCK);
+}
+
+// No event tells that a Z-Wave removal is over, only `idle`. When the confirmation does not come, the library's
+// time-out ends the wait: the device has left all the same.
+void awaitConfirmation(Session& session) {
+  const auto overdue = Clock::now() + kForConfirmation + kGrace;
+  session.settle();
+  while (!Session::libraryIsIdle() && Clock::now() < overdue) {
+    const auto heard = session.nextEvent(Clock::now() + kBetweenLooks);
+    if (heard && heard->event.code == EVENT_TIMEOUT) return session.settle();
+  }
+}
+
+}  // namespace
+
+void removeDevice(Session& session) {
+  session.requireRadios();
+  session.requireServer(SERVER_HA);
+  session.requireDatabase();
+  session.open();
+  session.send([&session] { session.service().removeDevZigbeeZwave(); });
+  session.settle();
+  session.enterWait(TEMBRA_PHASE_BUTTON);
+  session.tell(TEMBRA_EVENT_WAITING);
+  const auto heard = awaitDevice(session);
+  session.answers(heard->event.source);
+  session.enter(TEMBRA_PHASE_LEAVING, kForConfirmation);
+  const bool known = heard->event.code == EVENT_REMOVED;
+  if (known) session.tell(TEMBRA_EVENT_REMOVING, deviceOf(*heard));
+  awaitConfirmation(session);
+  if (!known) throw endOfUnknown(*heard);
+  session.tell(TEMBRA_EVENT_REMOVED, deviceOf(*heard));
+  throw done();
+}
+
+}  // namespace tembra::frontend

@@ -1,0 +1,182 @@
+#include "session.h"
+
+#include <fcntl.h>
+#include <tembra/globals.h>
+
+#include <cerrno>
+
+#include "names.h"
+#include "servers.h"
+#include "texts.h"
+
+namespace tembra::frontend {
+namespace {
+
+constexpr Milliseconds kBetweenLooks{250};
+constexpr Milliseconds kForLateCall{50};
+constexpr int kSettlingMilliseconds = 1000;
+
+std::string deviceText(const End& end) {
+  if (end.deviceName.empty()) return "";
+  return end.deviceId == 0 ? end.deviceName : end.deviceName + " (number " + std::to_string(end.deviceId) + ")";
+}
+
+End endOfOpening(const tembra_failure& failure) {
+  switch (failure.cause) {
+    case TEMBRA_OPENING_IN_USE:
+      return failed(TEMBRA_REASON_IN_USE);
+    case TEMBRA_OPENING_NO_THREAD:
+      return failed(TEMBRA_REASON_NO_THREAD, 0, failure.error);
+    case TEMBRA_OPENING_REPLACED:
+      return failed(TEMBRA_REASON_CONNECTION_LOST);
+    default:
+      return failed(TEMBRA_REASON_NO_SOCKET, 0, failure.error);
+  }
+}
+
+}  // namespace
+
+tembra_failure lastFailure(tembra_failure_kind kind) {
+  auto failure = sized<tembra_failure>();
+  tembra_last_failure(kind, &failure);
+  return failure;
+}
+
+DeviceList readDevices() {
+  DeviceList list;
+  while (true) {
+    const long count = tembra_read_devices(list.devices.data(), sizeof(tembra_device), list.devices.size());
+    if (count < 0) return {{}, errno};
+    const auto size = static_cast<std::size_t>(count);
+    const bool complete = size <= list.devices.size();
+    list.devices.resize(size);
+    if (complete) return list;
+  }
+}
+
+Session::Session(TembraAssociation& service, Outbox& outbox, Inbox& inbox, Runner& runner, bool keepOpen, int& socket)
+    : service_(service), outbox_(outbox), inbox_(inbox), runner_(runner), keepOpen_(keepOpen), socket_(socket) {}
+
+void Session::enterWait(tembra_phase phase) { enter(phase, Milliseconds(tembra_wait_left())); }
+
+void Session::warn(tembra_reason reason, int server) {
+  auto warning = sized<tembra_warning>();
+  warning.reason = reason;
+  warning.server = server;
+  Filling filling;
+  filling.server = server;
+  putText(warning.text, filled(findReason(reason)->text, filling));
+  tell(TEMBRA_EVENT_WARNING, warning);
+}
+
+void Session::requireRadios() {
+  const bool zigbee = listens(SERVER_ZIGBEE);
+  const bool zwave = listens(SERVER_ZWAVE);
+  if (!zigbee && !zwave) throw failed(TEMBRA_REASON_NO_RADIO_SERVER);
+  if (!zigbee || !zwave) warn(TEMBRA_REASON_ONE_RADIO_SERVER, zigbee ? SERVER_ZWAVE : SERVER_ZIGBEE);
+}
+
+void Session::requireServer(ServerType server) {
+  if (!listens(server)) throw failed(TEMBRA_REASON_NO_SERVER, server);
+}
+
+// A file that the library cannot read it would delete: it is not even asked.
+void Session::requireDatabase() {
+  const int error = call([] { return readDevices().error; });
+  if (error == EBADMSG) return warn(TEMBRA_REASON_DATABASE_DAMAGED, 0);
+  if (error != 0) throw failed(TEMBRA_REASON_DATABASE_UNREADABLE, 0, error);
+}
+
+void Session::open() {
+  if (socket_ != 0) closeLibrary();
+  const tembra_failure before = lastFailure(TEMBRA_FAILURE_OPENING);
+  TembraAssociation& service = service_;
+  const int result = call([&service] { return service.checkAssocConnection(); });
+  socket_ = result == 0 ? service_.sock : 0;
+  checkOpening(result, before);
+}
+
+// Without a receive thread the library says that it opened the connection, but nobody would ever hear an answer.
+void Session::checkOpening(int result, const tembra_failure& before) {
+  const tembra_failure now = lastFailure(TEMBRA_FAILURE_OPENING);
+  if (now.count != before.count) throw endOfOpening(now);
+  if (result != 0) throw failed(TEMBRA_REASON_NO_SOCKET);
+}
+
+void Session::checkSent(const tembra_failure& before) {
+  const tembra_failure now = lastFailure(TEMBRA_FAILURE_SEND);
+  if (now.count != before.count) throw failed(TEMBRA_REASON_NOT_SENT, now.server, now.error);
+}
+
+bool Session::callEnded() {
+  const Inbox::Call call = inbox_.awaitCall(Clock::now() + kBetweenLooks);
+  if (call == Inbox::Call::kCancelled) throw Cancelled{};
+  callRuns_ = call == Inbox::Call::kRuns;
+  return !callRuns_;
+}
+
+// An event may have come just before the connection was closed.
+bool Session::isLost() const { return fcntl(socket_, F_GETFD) < 0 && !inbox_.hasEvents(); }
+
+std::unique_ptr<LibraryEvent> Session::nextEvent(Clock::time_point until) {
+  while (true) {
+    inbox_.await(std::min(until, Clock::now() + kBetweenLooks));
+    if (inbox_.isCancelled()) throw Cancelled{};
+    if (auto event = inbox_.takeEvent()) return event;
+    if (isLost()) throw failed(TEMBRA_REASON_CONNECTION_LOST);
+    if (inbox_.hasChoice() || Clock::now() >= until) return nullptr;
+  }
+}
+
+void Session::pause(Clock::time_point until) {
+  while (Clock::now() < until) {
+    inbox_.await(until);
+    if (inbox_.isCancelled()) throw Cancelled{};
+    static_cast<void>(inbox_.takeEvent());
+  }
+}
+
+// The library first: what it reports meanwhile is heard before it waits again.
+bool Session::isSettled() { return tembra_settle(0) == 0 && !inbox_.hasEvents(); }
+
+void Session::settle() { tembra_settle(kSettlingMilliseconds); }
+
+bool Session::libraryIsIdle() { return __atomic_load_n(&idle, __ATOMIC_ACQUIRE) != 0; }
+
+void Session::closeLibrary() {
+  service_.closeAssocConnection();
+  socket_ = 0;
+}
+
+// A call that is under way goes on without the connection.
+void Session::close() {
+  if (!libraryIsIdle() && socket_ != 0) service_.sendCancelTo(cancel_both);
+  if (!keepOpen_ || callRuns_) closeLibrary();
+}
+
+void Session::finish(const End& end) {
+  auto ended = sized<tembra_ended>();
+  ended.outcome = end.outcome;
+  ended.reason = end.reason;
+  ended.phase = outbox_.state().phase;
+  ended.waited = outbox_.waited();
+  ended.server = end.server;
+  ended.error = end.error;
+  ended.device_id = end.deviceId;
+  putText(ended.device_name, end.deviceName);
+  const Filling filling{end.server, end.error, ended.phase, deviceText(end), {}};
+  const Reason* reason = findReason(end.reason);
+  putText(ended.text, filled(reason->text, filling));
+  putText(ended.advice, filled(reason->advice, filling));
+  outbox_.enter(TEMBRA_PHASE_CLOSING, Milliseconds(-1));
+  close();
+  if (callRuns_ && inbox_.awaitLateCall(kForLateCall)) callRuns_ = false;
+  if (!callRuns_) inbox_.acceptNext();
+  tell(TEMBRA_EVENT_ENDED, ended);
+  if (callRuns_) {
+    static_cast<void>(inbox_.awaitLateCall(Milliseconds(-1)));
+    inbox_.acceptNext();
+  }
+}
+
+}  // namespace tembra::frontend

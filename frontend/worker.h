@@ -1,0 +1,40 @@
+// The kit's threads: the worker, which runs the operations, and the runner for calls that may take long.
+#ifndef TEMBRA_FRONTEND_WORKER_H
+#define TEMBRA_FRONTEND_WORKER_H
+
+#include <thread>
+
+#include "inbox.h"
+#include "outbox.h"
+#include "runner.h"
+#include "session.h"
+
+namespace tembra::frontend {
+
+class Worker {
+ public:
+  explicit Worker(const tembra_options& options);
+  ~Worker();
+  Worker(const Worker&) = delete;
+  Worker& operator=(const Worker&) = delete;
+
+  Inbox& inbox() { return inbox_; }
+  Outbox& outbox() { return outbox_; }
+  [[nodiscard]] const Outbox& outbox() const { return outbox_; }
+
+ private:
+  void work();
+  void perform(const Command& command);
+
+  Inbox inbox_;
+  Outbox outbox_;
+  TembraAssociation& service_;
+  const bool keepOpen_;
+  int socket_ = 0;
+  Runner runner_;
+  std::thread thread_;
+};
+
+}  // namespace tembra::frontend
+
+#endif
