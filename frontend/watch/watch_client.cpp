@@ -62,9 +62,9 @@ void fill(tembra_holder& holder, const tembra::frontend::HolderReport& report) {
   holder.role = report.holder.role;
   holder.pid = static_cast<int>(report.holder.pid);
   holder.since = report.holder.since;
-  put(holder.program, sizeof holder.program, report.holder.program.c_str());
-  put(holder.operation, sizeof holder.operation, report.operation.c_str());
-  put(holder.phase, sizeof holder.phase, report.phase.c_str());
+  put(holder.program, sizeof holder.program, report.holder.program);
+  put(holder.operation, sizeof holder.operation, report.operation);
+  put(holder.phase, sizeof holder.phase, report.phase);
 }
 
 }  // namespace

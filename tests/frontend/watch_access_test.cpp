@@ -21,13 +21,8 @@ using frontend::WatchServer;
 constexpr gid_t kGroup = 4711;
 constexpr uid_t kStranger = 4712;
 
-/// A peer as the kernel would tell it, where there is only one user: see getsockopt below.
-struct Peer {
-  uid_t user;
-  gid_t group;
-  gid_t otherGroup;
-};
-std::optional<Peer> pretended;
+/// Whom getsockopt below tells of, where there is only one real user.
+std::optional<User> pretended;
 
 }  // namespace
 }  // namespace tembra::test
@@ -250,7 +245,7 @@ TEST_F(WatchPlace, OnlyRootTheSameUserAndTheGroupMayWatch) {
   ASSERT_EQ(lstat(place_.socket().c_str(), &file), 0);
   const gid_t group = file.st_gid;
   const struct {
-    Peer peer;
+    User peer;
     bool may;
   } rows[] = {
       {{0, kGroup, kGroup}, true},          {{geteuid(), kGroup, kGroup}, true},
@@ -275,7 +270,7 @@ TEST_F(WatchPlace, OnlyRootTheSameUserAndTheGroupMayWatch) {
 
 // With real users, first as the rights of folder and file have it, then when somebody has opened both to everybody.
 TEST_F(WatchPlace, OtherUsersOfTheRouterAreKeptOut) {
-  if (asUser(kStranger, kStranger, kStranger, [] { return 0; }) == -1) {
+  if (as({kStranger, kStranger, kStranger}, [] { return 0; }) == -1) {
     // A user namespace of one user: there is nobody else, and the table above has to do.
     std::ifstream map("/proc/self/uid_map");
     long inside = -1;
@@ -300,13 +295,13 @@ TEST_F(WatchPlace, OtherUsersOfTheRouterAreKeptOut) {
     if (watcher.failure() != 0) return watcher.failure() == EACCES ? 2 : 3;
     return watcher.hear().find("\"holder\"") != std::string::npos ? 0 : 1;
   };
-  EXPECT_EQ(asUser(kStranger, kStranger, kStranger, heard), 2);
-  EXPECT_EQ(asUser(kStranger, kGroup, kStranger, heard), 0);
-  EXPECT_EQ(asUser(kStranger, kStranger, kGroup, heard), 0);
+  EXPECT_EQ(as({kStranger, kStranger, kStranger}, heard), 2);
+  EXPECT_EQ(as({kStranger, kGroup, kStranger}, heard), 0);
+  EXPECT_EQ(as({kStranger, kStranger, kGroup}, heard), 0);
   chmod(place_.folder().c_str(), 0755);
   chmod(place_.socket().c_str(), 0666);
-  EXPECT_EQ(asUser(kStranger, kStranger, kStranger, heard), 1);
-  EXPECT_EQ(asUser(kStranger, kStranger, kGroup, heard), 0);
+  EXPECT_EQ(as({kStranger, kStranger, kStranger}, heard), 1);
+  EXPECT_EQ(as({kStranger, kStranger, kGroup}, heard), 0);
 }
 
 TEST_F(WatchPlace, AnotherUsersFolderIsRefused) {

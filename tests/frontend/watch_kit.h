@@ -154,12 +154,19 @@ class OtherProcess {
   pid_t pid_ = -1;
 };
 
+/// Whose process it is.
+struct User {
+  uid_t user;
+  gid_t group;
+  gid_t otherGroup;
+};
+
 /// What a process of another user returns. @return -1: there is no such user here
-inline int asUser(uid_t user, gid_t group, gid_t otherGroup, const std::function<int()>& work) {
+inline int as(const User& user, const std::function<int()>& work) {
   constexpr int kNoSuchUser = 77;
   const pid_t child = fork();
   if (child == 0) {
-    const bool became = setgroups(1, &otherGroup) == 0 && setgid(group) == 0 && setuid(user) == 0;
+    const bool became = setgroups(1, &user.otherGroup) == 0 && setgid(user.group) == 0 && setuid(user.user) == 0;
     _exit(became ? work() : kNoSuchUser);
   }
   int status = 0;
