@@ -82,6 +82,11 @@ constexpr Row kRows[] = {
     {"Nest", "", "linked 1 44"},
     {"Nest", "faccessat", "linked 0 44"},
 
+    // A list is whole or an error; without a file it is empty.
+    {"DeviceList", "", "devices 3"},
+    {"DeviceList", "open", "devices 0"},
+    {"DeviceList", "open fcntl fstat pread", "devices -1"},
+
     // A damaged file that cannot be repaired is deleted, unless there was no descriptor, memory or disk space for it.
     // Depot's repair does without a record that it has no memory for.
     {"DeviceIdOfADamagedFile", "", "id 17 kept 17"},

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <tembra/hue.h>
+#include <tembra/service.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -163,6 +164,10 @@ std::string waitInVain(Router& router) {
   return word("idle", idle);
 }
 
+std::string readDevices(Router& /*router*/) {
+  return word("devices", tembra_read_devices(nullptr, sizeof(tembra_device), 0));
+}
+
 std::string readId(Router& router) { return words({word("id", router.assoc().calculateDevId()), word("kept", DevId)}); }
 
 std::string lookUpZigbee(Router& router) { return word("removed", router.assoc().zb_removeNode(kAddress)); }
@@ -213,6 +218,7 @@ const std::vector<Scenario>& faultScenarios() {
       {"Reset", File::Healthy, true, resetBoth, {}},
       {"TimeOut", File::Healthy, true, waitInVain, {}},
       {"BridgeList", File::Healthy, false, listBridges, {}},
+      {"DeviceList", File::Healthy, false, readDevices, {}},
       {"DeviceId", File::Healthy, false, readId, {}},
       {"DeviceIdOfAMissingFile", File::Missing, false, readId, {}},
       {"DeviceIdOfADamagedFile", File::Repairable, false, readId, {}},
