@@ -1,4 +1,5 @@
-// Start here: the public line of libTembraAssoc. Only <tembra/rules.h>, how ZigBee devices are classified, is apart.
+// Start here: the public line of libTembraAssoc. Apart are <tembra/rules.h>, how ZigBee devices are classified, and
+// <tembra/service.h>, what the library tells about itself.
 #ifndef TEMBRA_ASSOC_H
 #define TEMBRA_ASSOC_H
 

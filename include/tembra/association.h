@@ -107,6 +107,7 @@ class TEMBRA_API TembraAssociation {
   /// - while this or another process has the connection open, which then stays as it is,
   /// - when the socket cannot be had,
   /// - when another thread closed or replaced the connection during the opening.
+  /// tembra_last_failure (<tembra/service.h>) tells which it was.
   int checkAssocConnection();
 
   /// Closes the connection and ends the receive thread. Waits for the end of a receive that is under way, at most 2
@@ -168,9 +169,8 @@ class TEMBRA_API TembraAssociation {
   /// The receive thread still writes a little after the callback of EVENT_SELECT_TYPE has returned: `cmdtype`
   /// ("SelectDeviceType"), and the devType of that moment as the type in the device's record (zwNodeWork.finalType or
   /// zbDevice.devType). Called from that callback, setDevType is always followed by these writes. On another thread
-  /// call setDevType a moment after the callback has returned, as the choice of a user does anyway. Otherwise its
-  /// `cmdtype`
-  /// ("EditNameLocation") and the final type 60 of a generic Z-Wave device may be overwritten.
+  /// call tembra_settle (<tembra/service.h>) before it. Otherwise its `cmdtype` ("EditNameLocation") and the final type
+  /// 60 of a generic Z-Wave device may be overwritten.
   void setDevType(DevType type);
 
   /// Changes the type only: no name. Events: none.
