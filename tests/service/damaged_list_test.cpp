@@ -13,7 +13,7 @@ using kit::Router;
 
 namespace {
 
-constexpr std::size_t kRoom = 60;
+constexpr std::size_t kMostShown = 60;
 
 // The number of records in the header is nobody's but the repair's.
 bool isWhole(const Damage& damage) { return damage.course == damages::Course::Opened && damage.shown < 0; }
@@ -34,9 +34,9 @@ TEST_P(DamagedList, IsToldAndLeftAsItIs) {
   depot::Words words(router.database().file());
   GetParam().cause(words);
   router.database().replaceWith(words.file());
-  std::vector<tembra_device> devices(kRoom);
+  std::vector<tembra_device> devices(kMostShown);
   errno = 0;
-  const long result = tembra_read_devices(devices.data(), sizeof(tembra_device), kRoom);
+  const long result = tembra_read_devices(devices.data(), sizeof(tembra_device), kMostShown);
   EXPECT_EQ(result, isWhole(GetParam()) ? damages::kDevices : -1);
   EXPECT_EQ(errno, result < 0 ? EBADMSG : 0);
   EXPECT_TRUE(router.database().file() == words.file()) << "the file is another one now";

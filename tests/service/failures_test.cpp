@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <ostream>
 #include <thread>
 
@@ -42,13 +43,12 @@ struct Opening {
 
 // While the opening runs the router's command, without the lock.
 void closeMeanwhile(Router& router) {
-  router.nvram().answerWith("sleep 1; echo 3");
-  static std::thread closing;
-  closing = std::thread([&router] {
-    while (router.assoc().sock == 0) std::this_thread::yield();
-    router.assoc().closeAssocConnection();
+  router.nvram().answerWith("touch /tmp/asked; sleep 1; echo 3");
+  static std::jthread closing;
+  closing = std::jthread([&assoc = router.assoc()] {
+    while (!std::filesystem::exists("/tmp/asked")) std::this_thread::yield();
+    assoc.closeAssocConnection();
   });
-  closing.detach();
 }
 
 const Opening kOpenings[] = {

@@ -9,20 +9,21 @@ namespace {
 // The size comes first and is as wide as a pointer; the rest follows without a gap, on 32 and on 64 bits.
 constexpr std::size_t kSize = sizeof(std::size_t);
 
-using Failure = struct tembra_failure;
-static_assert(offsetof(Failure, size) == 0 && offsetof(Failure, count) == kSize);
-static_assert(offsetof(Failure, server) == kSize + 4 && offsetof(Failure, cause) == kSize + 8);
-static_assert(offsetof(Failure, error) == kSize + 12 && offsetof(Failure, text) == kSize + 16);
-static_assert(sizeof(Failure) == kSize + 144);
+using KnownFailure = struct tembra_failure;
+static_assert(offsetof(KnownFailure, size) == 0 && offsetof(KnownFailure, count) == kSize);
+static_assert(offsetof(KnownFailure, server) == kSize + 4 && offsetof(KnownFailure, cause) == kSize + 8);
+static_assert(offsetof(KnownFailure, error) == kSize + 12 && offsetof(KnownFailure, text) == kSize + 16);
+static_assert(sizeof(KnownFailure) == kSize + 144);
 
-using Device = struct tembra_device;
-static_assert(offsetof(Device, id) == 0 && offsetof(Device, type) == 4 && offsetof(Device, radio) == 8);
-static_assert(offsetof(Device, address) == 12 && offsetof(Device, values) == 16 && offsetof(Device, name) == 20);
-static_assert(offsetof(Device, type_name) == 381 && sizeof(Device) == 456 && alignof(Device) == 4);
+using KnownDevice = struct tembra_device;
+static_assert(offsetof(KnownDevice, id) == 0 && offsetof(KnownDevice, type) == 4 && offsetof(KnownDevice, radio) == 8);
+static_assert(offsetof(KnownDevice, address) == 12 && offsetof(KnownDevice, values) == 16 &&
+              offsetof(KnownDevice, name) == 20);
+static_assert(offsetof(KnownDevice, type_name) == 381 && sizeof(KnownDevice) == 456 && alignof(KnownDevice) == 4);
 
-using History = struct tembra_database_history;
-static_assert(offsetof(History, size) == 0 && offsetof(History, repaired) == kSize);
-static_assert(offsetof(History, lost) == kSize + 4 && sizeof(History) == kSize + 8);
+using KnownHistory = struct tembra_database_history;
+static_assert(offsetof(KnownHistory, size) == 0 && offsetof(KnownHistory, repaired) == kSize);
+static_assert(offsetof(KnownHistory, lost) == kSize + 4 && sizeof(KnownHistory) == kSize + 8);
 
 static_assert(TEMBRA_FAILURE_SEND == 1 && TEMBRA_FAILURE_OPENING == 2);
 static_assert(TEMBRA_OPENING_IN_USE == 1 && TEMBRA_OPENING_NO_SOCKET == 2);
@@ -43,12 +44,12 @@ TEST(ServiceStructures, ALargerOneKeepsWhatTheLibraryDoesNotKnow) {
 }
 
 TEST(ServiceStructures, ASmallerOneIsRefused) {
-  for (const std::size_t size : {std::size_t{0}, sizeof(Failure) - 1}) {
-    Failure failure{size, 77, 77, 77, 77, "x"};
+  for (const std::size_t size : {std::size_t{0}, sizeof(KnownFailure) - 1}) {
+    KnownFailure failure{size, 77, 77, 77, 77, "x"};
     EXPECT_EQ(tembra_last_failure(TEMBRA_FAILURE_OPENING, &failure), EINVAL);
     EXPECT_EQ(failure.count, 77U);
   }
-  History history{sizeof history - 1, 77, 77};
+  KnownHistory history{sizeof history - 1, 77, 77};
   EXPECT_EQ(tembra_database_history(&history), EINVAL);
   EXPECT_EQ(history.repaired, 77U);
 }
