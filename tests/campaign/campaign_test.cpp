@@ -74,9 +74,3 @@ TEST(CampaignTest, EverythingAgreesWhateverGoesWrong) {
 }
 
 }  // namespace campaign
-
-// The front end's own main function is among the objects of this program; the linker puts this one in its place.
-extern "C" int __wrap_main(int argc, char** argv) {  // NOLINT(bugprone-reserved-identifier): the linker's name for it
-  testing::InitGoogleTest(&argc, argv);
-  return RUN_ALL_TESTS();
-}

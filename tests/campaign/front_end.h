@@ -1,25 +1,25 @@
-// The command line front end, run by its own main function on a thread of its own.
+// The front end of a run, on a thread of its own.
 #ifndef TEMBRA_TESTS_CAMPAIGN_FRONT_END_H
 #define TEMBRA_TESTS_CAMPAIGN_FRONT_END_H
 
-#include <string>
 #include <thread>
 #include <vector>
 
+#include "campaign/plan.h"
 #include "campaign/world_clock.h"
 
 namespace campaign {
 
-/// A line of its standard output.
-struct Said {
+/// An event that it fetched.
+struct SeenEvent {
   Time at;
-  std::string text;
+  int code;
 };
 
 class FrontEnd {
  public:
-  /// Starts `tembra-assoc ARGUMENTS`.
-  explicit FrontEnd(std::vector<std::string> arguments);
+  /// Starts the step.
+  explicit FrontEnd(const Step& step);
   FrontEnd(const FrontEnd&) = delete;
   FrontEnd& operator=(const FrontEnd&) = delete;
 
@@ -32,17 +32,16 @@ class FrontEnd {
   // When it has ended:
   [[nodiscard]] int status() const { return status_; }
   [[nodiscard]] Time ended() const { return ended_; }
-  [[nodiscard]] const std::vector<Said>& said() const { return said_; }
+  [[nodiscard]] const std::vector<SeenEvent>& seen() const { return seen_; }
 
   ~FrontEnd() { thread_.join(); }
 
  private:
-  void run();
+  void run(const Step& step);
 
-  std::vector<std::string> arguments_;
   int status_ = -1;
   Time ended_ = 0;
-  std::vector<Said> said_;
+  std::vector<SeenEvent> seen_;
   int hasEnded_ = 0;
   std::thread thread_;
 };

@@ -3,50 +3,49 @@
 namespace campaign {
 namespace {
 
-std::vector<std::string> commandOf(const Step& step) {
-  switch (step.goal) {
+const char* nameOf(Goal goal) {
+  switch (goal) {
     case Goal::kAdd:
-      return {"add", "--name", step.name};
+      return "add";
     case Goal::kRemove:
-      return {"remove"};
+      return "remove";
     case Goal::kCancel:
-      return {"cancel", step.word};
+      return "cancel";
     case Goal::kReset:
-      return {"reset", step.word};
+      return "reset";
     case Goal::kHueDiscover:
-      return {"hue", "discover"};
+      return "hue discover";
     case Goal::kHueAdd:
-      return {"hue", "add", kBridgeMac};
+      return "hue add";
     case Goal::kHueBulb:
-      return {"hue", "add-bulb", kBridgeMac, step.word};
+      return "hue add-bulb";
     case Goal::kHueRefresh:
-      return {"hue", "refresh", kBridgeMac};
+      return "hue refresh";
     case Goal::kHueRemove:
-      return {"hue", "remove", kBridgeMac};
+      return "hue remove";
     case Goal::kNestLink:
-      return {"nest", "link", "code"};
+      return "nest link";
     case Goal::kNestUnlink:
-      return {"nest", "unlink"};
+      return "nest unlink";
   }
-  return {};
+  return "";
 }
 
 }  // namespace
 
-std::vector<std::string> argumentsOf(const Step& step) {
-  std::vector<std::string> arguments = {"tembra-assoc", "--json", "--yes", "--role", step.role};
-  const std::vector<std::string> command = commandOf(step);
-  arguments.insert(arguments.end(), command.begin(), command.end());
-  return arguments;
+std::string goalText(const Step& step) {
+  std::string text = nameOf(step.goal);
+  for (const std::string* word : {&step.word, &step.name}) {
+    if (!word->empty()) text.append(" ").append(*word);
+  }
+  return text.append(" as ").append(step.role);
 }
 
 std::string Plan::text() const {
   std::string text = "seed " + std::to_string(seed) + ", " + flow->name + ": " + scenario->name + ", latency " +
                      std::to_string(latencyMs) + " ms\n";
   for (const Step& step : steps) {
-    text.append(" ");
-    for (const std::string& argument : argumentsOf(step)) text.append(" ").append(argument);
-    text.append("\n");
+    text.append("  ").append(goalText(step)).append("\n");
     for (const Action& action : step.actions) {
       text.append("    ").append(std::to_string(action.after / kMillisecond)).append(" ms  ").append(action.request) +=
           "\n";

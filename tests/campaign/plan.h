@@ -45,8 +45,8 @@ struct Plan {
 std::size_t pairs();
 Plan planFor(unsigned long seed);
 
-/// The front end's command line.
-std::vector<std::string> argumentsOf(const Step& step);
+/// The operation in words, "add as web".
+std::string goalText(const Step& step);
 
 }  // namespace campaign
 

@@ -30,7 +30,7 @@ struct Record {
   Time began = 0;
   Time ended = 0;  ///< of the front end
   int status = -1;
-  std::vector<Said> said;
+  std::vector<SeenEvent> seen;
   std::vector<Asked> asked;
   std::optional<Time> interrupted;
   std::vector<Datagram> wire;  ///< from the start of the front end to a moment after its end

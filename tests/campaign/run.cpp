@@ -71,7 +71,7 @@ class Player {
   void perform(Record& record, const std::vector<Action>& actions) {
     firstDatagram_ = wire().count();
     record.began = clock_.now();
-    const FrontEnd frontEnd(argumentsOf(record.step));
+    const FrontEnd frontEnd(record.step);
     std::optional<Time> interrupt;
     if (record.step.interrupt) interrupt = record.began + *record.step.interrupt;
     for (const Action& action : actions) {
@@ -84,7 +84,7 @@ class Player {
     forgetInterruption();
     record.ended = frontEnd.ended();
     record.status = frontEnd.status();
-    record.said = frontEnd.said();
+    record.seen = frontEnd.seen();
   }
 
   // One that the front end did not look for any more would have ended with its process.
@@ -110,7 +110,7 @@ class Player {
 };
 
 void note(const Record& record, const Plan& plan, std::vector<std::string>& reached) {
-  for (const SeenEvent& event : eventsSeen(record)) reached.push_back("event " + std::to_string(event.code));
+  for (const SeenEvent& event : record.seen) reached.push_back("event " + std::to_string(event.code));
   if (!record.step.isTried) return;
   const std::string status = std::string(": status ") + std::to_string(record.status);
   reached.push_back(plan.flow->name + status);

@@ -31,7 +31,7 @@ std::vector<Line> linesOf(const Record& record) {
     lines.push_back({asked.at, "router: " + asked.request + (asked.done ? ": " : ": refused: ") + asked.answer});
   }
   for (const Datagram& datagram : record.wire) lines.push_back({datagram.at, datagramText(datagram)});
-  for (const Said& said : record.said) lines.push_back({said.at, "front end: " + said.text});
+  for (const SeenEvent& seen : record.seen) lines.push_back({seen.at, "front end: event " + std::to_string(seen.code)});
   if (record.interrupted) lines.push_back({*record.interrupted, "the front end is interrupted"});
   lines.push_back({record.ended, "the front end ends, status " + std::to_string(record.status)});
   std::stable_sort(lines.begin(), lines.end(), [](const Line& one, const Line& other) { return one.at < other.at; });
@@ -48,7 +48,7 @@ std::string seconds(Time time) {
 
 std::string story(const Record& record) {
   std::string text = "what happened in the step";
-  for (const std::string& argument : argumentsOf(record.step)) text.append(" ").append(argument);
+  text.append(" ").append(goalText(record.step));
   for (const Line& line : linesOf(record)) {
     text.append("\n  ").append(seconds(line.at - record.began)).append("  ").append(line.text);
   }

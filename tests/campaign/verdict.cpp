@@ -84,7 +84,7 @@ void Verdict::checkInterruption() {
 
 void Verdict::checkStatus() {
   const bool must = record_.step.mustSucceed && record_.status != 0;
-  const auto events = eventsSeen(record_);
+  const auto& events = record_.seen;
   const bool known = std::any_of(events.begin(), events.end(),
                                  [](const SeenEvent& event) { return event.code == EVENT_ALREADY_ADDED; });
   if (must && !known) disagree("this should have succeeded, whatever was before");
@@ -102,7 +102,7 @@ void Verdict::checkStatus() {
 }
 
 void Verdict::checkEvents() {
-  const std::vector<SeenEvent> seen = eventsSeen(record_);
+  const std::vector<SeenEvent>& seen = record_.seen;
   const auto& expected = expected_.events;
   if (std::equal(expected.begin(), expected.end(), seen.begin(), seen.end(), sameEvent)) return;
   disagree("the front end saw these events:" + eventsText(seen) + "\n  instead of:" + eventsText(expected));
@@ -218,17 +218,6 @@ void Verdict::checkAccount() {
 }
 
 }  // namespace
-
-// An event as the front end prints it begins with {"event":"ADDING","code":3 .
-std::vector<SeenEvent> eventsSeen(const Record& record) {
-  constexpr char kCode[] = "\"code\":";
-  std::vector<SeenEvent> events;
-  for (const Said& line : record.said) {
-    const std::size_t at = line.text.find(kCode);
-    if (at != std::string::npos) events.push_back({line.at, std::atoi(line.text.c_str() + at + sizeof kCode - 1)});
-  }
-  return events;
-}
 
 std::vector<std::string> disagreementsIn(const Record& record) { return Verdict(record).give(); }
 

@@ -10,14 +10,6 @@
 
 namespace campaign {
 
-struct SeenEvent {
-  Time at;
-  int code;
-};
-
-/// What the front end showed.
-std::vector<SeenEvent> eventsSeen(const Record& record);
-
 /// One sentence for each thing that does not agree.
 std::vector<std::string> disagreementsIn(const Record& record);
 
