@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <tembra/globals.h>
+#include <tembra/service.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -49,11 +50,17 @@ void requireFile(const std::string& path, const struct stat& status) {
   throw Failure(kFailed, path + " is " + kind + ", not a device database.");
 }
 
-// The library removes such a link, and the program itself must not create a file through it.
-void requireNoForeignLink(const std::string& path) {
-  if (!depot::isForeignLink(path.c_str())) return;
-  throw Failure(kFailed,
-                "the device database " + path + " is a link that belongs to another user, and is not followed.");
+// The library deletes another user's link, and in strict mode leaves others' files alone. The program itself must not
+// create a file through such a link, nor read such a file.
+void requireTrusted(const std::string& path) {
+  if (tembra_set_strict(-1) != 0 && depot::isOthers(path.c_str())) {
+    throw Failure(kFailed, "the device database " + path +
+                               " is left alone in strict mode, since another user owns or may write it.");
+  }
+  if (depot::isForeignLink(path.c_str())) {
+    throw Failure(kFailed,
+                  "the device database " + path + " is a link that belongs to another user, and is not followed.");
+  }
 }
 
 // The very open that the library is about to do: the kernel may refuse it where opening without "create" succeeds.
@@ -85,6 +92,7 @@ void useDatabase(const std::string& path) {
 }
 
 DepotReader openForReading(const std::string& path) {
+  requireTrusted(path);
   struct stat file = {};
   if (stat(path.c_str(), &file) != 0) {
     if (errno != ENOENT) throw Failure(kFailed, whyNotOpen(path, DP_ESTAT));
@@ -99,7 +107,7 @@ DepotReader openForReading(const std::string& path) {
 }
 
 void checkBeforeLibraryOpens(const std::string& path) {
-  requireNoForeignLink(path);
+  requireTrusted(path);
   struct stat file = {};
   if (stat(path.c_str(), &file) != 0) {
     if (errno == ENOENT) complain("there is no device database yet at " + path + ": the library begins an empty one.");

@@ -8,6 +8,12 @@ namespace tembra::depot {
 /// its owner must not write.
 bool isForeignLink(const char* path);
 
+/// Whether the file, or a link to it, belongs to neither root nor this user, or group or others may write it. Its owner
+/// may change it while it is open, whatever its lock says. A file that cannot be asked counts as one of others; a name
+/// that is free does not.
+bool isOthers(const char* path);
+bool isOthers(int descriptor);
+
 }  // namespace tembra::depot
 
 #endif

@@ -87,6 +87,7 @@ struct tembra_device {
 ///           `devices`, with zeros behind it.
 ///         - EINVAL: `device_size` is too small.
 ///         - ELOOP: another user's link stands in the file's place.
+///         - EPERM: strict mode leaves the file alone, see tembra_set_strict.
 ///         - EDEADLK: the calling thread has the database already, because it is in the router's Logger.
 ///         - otherwise the errno of the system call that failed to open, lock or read the file.
 TEMBRA_API long tembra_read_devices(struct tembra_device* devices, size_t device_size, size_t room);
@@ -100,6 +101,23 @@ struct tembra_database_history {
 
 /// @return 0; EINVAL for a `size` that is too small.
 TEMBRA_API int tembra_database_history(struct tembra_database_history* history);
+
+/// Switches strict mode on or off for this process. It is off, unless the environment has TEMBRA_STRICT=1 when the
+/// library first asks. A program that runs with other rights than its user's (setuid) takes nothing from the
+/// environment, which is the user's: only this call counts there.
+///
+/// In strict mode
+/// - a datagram counts only when address and port are those of a server of the endpoint table (<tembra/endpoints.h>).
+///   No other process can bind these while the server runs. It cuts off a server that sends from another port.
+/// - an answer of a radio server counts only while an operation runs (`idle` is 0). It cuts off the late answer to an
+///   operation that was cancelled or timed out: a device that joined just before is known to the radio alone.
+/// - a datagram that does not count changes nothing. The wait goes on, and the log gets at most one line a second.
+/// - a device database is not opened, repaired or deleted when it, or a link to it, belongs to neither root nor the
+///   effective user, or when group or others may write it. A line on standard error says so, and the operation finds no
+///   database. It cuts off front ends that run as another user than the HA server, unless this is root.
+/// @param on 1: on; 0: off; negative: only ask. It holds for the next datagram and the next opening of the database.
+/// @return 1 when strict mode was on before, else 0.
+TEMBRA_API int tembra_set_strict(int on);
 
 #ifdef __cplusplus
 }

@@ -196,11 +196,11 @@ void finishStart() {
   waitWhile(awaitsOpener);
 }
 
-void ServedConnection::beginReceive(int timeoutSeconds) {
+void ServedConnection::beginReceive(timeval timeout) {
   ++receivesUnderWay;
   if (isSuperseded()) return;
   CurrentReceive& receive = latest.receive;
-  receive = {true, true, receive.begun + 1, {}, timeoutSeconds};
+  receive = {true, true, receive.begun + 1, {}, timeout};
   clock_gettime(CLOCK_MONOTONIC, &receive.begin);
   announceChange();
 }

@@ -5,6 +5,7 @@
 #ifndef TEMBRA_ASSOC_CONNECTION_H
 #define TEMBRA_ASSOC_CONNECTION_H
 
+#include <sys/time.h>
 #include <tembra/association.h>
 #include <ctime>
 
@@ -32,7 +33,7 @@ class ServedConnection {
 
   /// Around a receive, which itself runs without the lock: closing waits for its end before the descriptor's number is
   /// given back.
-  void beginReceive(int timeoutSeconds);
+  void beginReceive(timeval timeout);
   void endReceive();
 
  private:
@@ -52,7 +53,7 @@ struct CurrentReceive {
   bool isUnderWay = false;
   unsigned begun = 0;  ///< receives since the process began
   timespec begin{};    ///< of the one that is under way, by the monotonic clock
-  int timeoutSeconds = 0;
+  timeval timeout{};
 };
 [[nodiscard]] const CurrentReceive& currentReceive();
 

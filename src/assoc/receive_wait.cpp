@@ -29,12 +29,13 @@ int tembra_settle(int milliseconds) {
 long long tembra_wait_left() {
   constexpr long long kPerSecond = 1'000'000'000;
   constexpr long long kPerMillisecond = 1'000'000;
+  constexpr long long kPerMicrosecond = 1'000;
   const tembra::StateLock lock;
   const tembra::CurrentReceive& receive = currentReceive();
   if (!receive.isUnderWay) return -1;
   timespec now{};
   clock_gettime(CLOCK_MONOTONIC, &now);
-  const long long left =
-      (receive.begin.tv_sec + receive.timeoutSeconds - now.tv_sec) * kPerSecond + (receive.begin.tv_nsec - now.tv_nsec);
+  const long long left = (receive.begin.tv_sec + receive.timeout.tv_sec - now.tv_sec) * kPerSecond +
+                         receive.timeout.tv_usec * kPerMicrosecond + (receive.begin.tv_nsec - now.tv_nsec);
   return std::max((left + kPerMillisecond - 1) / kPerMillisecond, 0LL);
 }

@@ -18,6 +18,8 @@
 #include "depot/repair.h"
 #include "depot/search.h"
 #include "depot/temporary_name.h"
+#include "support/log.h"
+#include "support/strict_mode.h"
 #include "support/text.h"
 
 char DBName[10] = "/tmp/ddb";
@@ -48,6 +50,11 @@ void complain(const char* call) {
 bool isShortage(int error) {
   static constexpr int kShortages[] = {EMFILE, ENFILE, ENOMEM, ENOLCK, EDEADLK, ENOSPC, EDQUOT, EOVERFLOW};
   return std::find(std::begin(kShortages), std::end(kShortages), error) != std::end(kShortages);
+}
+
+void complainOfOthers() {
+  std::fprintf(stderr, TEMBRA_LOG_PREFIX "strict mode: %s is left alone, since another user owns or may write it\n",
+               DBName);
 }
 
 // Whether the file had its chance: false when the repair failed, or was not begun, through no fault of the file.
@@ -113,13 +120,18 @@ DatabaseTurn::~DatabaseTurn() {
 OpenDatabase::OpenDatabase(const char* onlyKey) {
   if (!turn_.isOurs()) return;
   const Opening opening = open(kOpenMode, kDefaultBuckets, onlyKey);
-  if (opening != Opening::kDone) complain("dpopen");
+  if (opening == Opening::kFileIsOthers) {
+    complainOfOthers();
+  } else if (opening != Opening::kDone) {
+    complain("dpopen");
+  }
   if (opening == Opening::kFileIsBad) repairOrDelete(onlyKey);
   if (depot_ != nullptr) fcntl(dpfdesc(depot_), F_SETFD, FD_CLOEXEC);
 }
 
 // Another user's link and a file whose damage the Depot library would not survive count as files that do not open.
 OpenDatabase::Opening OpenDatabase::open(int mode, int buckets, const char* onlyKey) {
+  if (isStrict() && depot::isOthers(DBName)) return Opening::kFileIsOthers;
   if (depot::isForeignLink(DBName)) {
     dpecode = DP_EOPEN;
     return Opening::kFileIsBad;
@@ -129,6 +141,10 @@ OpenDatabase::Opening OpenDatabase::open(int mode, int buckets, const char* only
   if (depot == nullptr) {
     const bool isFilesFault = !isShortage(errno) || (errno == ENOMEM && depot::lacksItsBuckets(DBName));
     return isFilesFault ? Opening::kFileIsBad : Opening::kFileIsNotToBlame;
+  }
+  if (isStrict() && depot::isOthers(dpfdesc(depot))) {  // it came after the first look
+    dpclose(depot);
+    return Opening::kFileIsOthers;
   }
   look_ = onlyKey == nullptr ? depot::lookAtWalk(dpfdesc(depot)) : depot::lookAtKey(dpfdesc(depot), onlyKey);
   if (look_.safety == depot::Safety::kSafe) {

@@ -67,7 +67,7 @@ class OpenDatabase {
  protected:
   /// Waits for the writer's lock, without limit. A file that does not open is repaired and opened again. A file that
   /// does not open even then is deleted, so that the HA server makes a new one. When descriptors, memory or disk space
-  /// ran out, the session stays closed and the file as it is. Only what reading this key takes is looked through for
+  /// ran out, the session stays closed and the file as it is; so does a file of others in strict mode. Only what reading this key takes is looked through for
   /// damage; null: everything.
   explicit OpenDatabase(const char* onlyKey);
   ~OpenDatabase();
@@ -76,7 +76,7 @@ class OpenDatabase {
   [[nodiscard]] const depot::Look& look() const { return look_; }
 
  private:
-  enum class Opening { kDone, kFileIsBad, kFileIsNotToBlame };
+  enum class Opening { kDone, kFileIsBad, kFileIsNotToBlame, kFileIsOthers };
 
   Opening open(int mode, int buckets, const char* onlyKey);
   void repairOrDelete(const char* onlyKey);

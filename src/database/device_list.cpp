@@ -13,6 +13,7 @@
 #include "depot/open_file.h"
 #include "depot/ownership.h"
 #include "depot/walk.h"
+#include "support/strict_mode.h"
 #include "support/text.h"
 
 namespace tembra {
@@ -159,6 +160,7 @@ long tembra_read_devices(tembra_device* devices, size_t device_size, size_t room
   const DatabaseTurn turn;
   if (!turn.isOurs()) return refuse(EDEADLK);
   Room callers(devices, device_size, room);
+  if (isStrict() && depot::isOthers(DBName)) return refuse(EPERM);
   if (depot::isForeignLink(DBName)) return refuse(ELOOP);
   const depot::OpenFile file(DBName, O_RDONLY);
   if (!file.isOpen()) return errno == ENOENT ? 0 : -1;

@@ -216,6 +216,22 @@ TEST(Add, IsRefusedWhereTheDatabaseIsALinkOfAnotherUser) {
   EXPECT_FALSE(std::filesystem::exists("/tmp/elsewhere"));
 }
 
+// In strict mode neither the library nor the program itself reads a file that others may write.
+TEST(StrictMode, LeavesADatabaseOfOthersAlone) {
+  const UdpListener home("127.255.255.1", 9999);
+  const UdpListener zwave("127.255.255.254", 8888);
+  Database().create();
+  chmod(kDatabase, 0664);
+  for (const char* command : {"devices", "add"}) {
+    const Ended refused = Program(assocCommand({command}), kit::Settings{{"TEMBRA_STRICT", "1"}}).end();
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.sentence(),
+              "tembra-assoc: the device database /tmp/ddb is left alone in strict mode, since another user owns or may "
+              "write it.");
+  }
+  EXPECT_EQ(runAssoc({"devices"}).status, 0);
+}
+
 TEST(Add, WarnsOfADatabaseThatBelongsToAnotherUser) {
   const UdpListener home("127.255.255.1", 9999);
   const UdpListener zwave("127.255.255.254", 8888);

@@ -47,6 +47,7 @@ enum class Call {
   AskForRoom,        // fstatvfs
   ReadAt,            // pread
   WriteAt,           // pwrite
+  AskForFile,        // stat
   AskForLink,        // lstat
   DropName,          // unlink
   AskForAccess,      // faccessat

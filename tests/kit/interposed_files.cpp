@@ -96,6 +96,11 @@ ssize_t preadChecked(int descriptor, void* buffer, size_t size, off_t offset, si
   return strikes(Call::ReadAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
 }
 
+extern "C" int stat(const char* name, struct stat* status) noexcept {
+  KIT_REAL(stat);
+  return strikes(Call::AskForFile, __builtin_return_address(0)) ? -1 : real(name, status);
+}
+
 extern "C" int lstat(const char* name, struct stat* status) noexcept {
   KIT_REAL(lstat);
   return strikes(Call::AskForLink, __builtin_return_address(0)) ? -1 : real(name, status);

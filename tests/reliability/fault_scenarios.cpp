@@ -186,6 +186,13 @@ void putDatabase(Router& router, File file) {
   if (file == File::Hopeless) router.database().makeUnopenable();
 }
 
+std::string readIdStrictly(Router& router) {
+  tembra_set_strict(1);
+  const std::string id = readId(router);
+  tembra_set_strict(0);
+  return id;
+}
+
 void forgetDevice(TembraAssociation& assoc) {
   assoc.assocState = ASSOC_IDLE;
   assoc.lastEventCode = assoc.cancelTarget = assoc.activeRadio = assoc.removedId = 0;
@@ -220,6 +227,7 @@ const std::vector<Scenario>& faultScenarios() {
       {"BridgeList", File::Healthy, false, listBridges, {}},
       {"DeviceList", File::Healthy, false, readDevices, {}},
       {"DeviceId", File::Healthy, false, readId, {}},
+      {"DeviceIdInStrictMode", File::Healthy, false, readIdStrictly, {}},
       {"DeviceIdOfAMissingFile", File::Missing, false, readId, {}},
       {"DeviceIdOfADamagedFile", File::Repairable, false, readId, {}},
       {"DeviceIdOfAHopelessFile", File::Hopeless, false, readId, {}},

@@ -35,6 +35,7 @@ const std::vector<FaultKind> kKinds = {
     {Call::AskForRoom, "fstatvfs", {EIO, ENOSYS}},
     {Call::ReadAt, "pread", {EIO, EINTR}},
     {Call::WriteAt, "pwrite", {EIO, ENOSPC}},
+    {Call::AskForFile, "stat", {EACCES, EOVERFLOW}},
     {Call::AskForLink, "lstat", {EACCES, ENOENT, EOVERFLOW}},
     {Call::DropName, "unlink", {EPERM, EISDIR}},
     {Call::AskForAccess, "faccessat", {EACCES, ENOENT, ENOMEM}},
@@ -82,7 +83,7 @@ const std::set<std::string>& infallibleImports() {
       "clock_gettime", "pthread_mutex_lock", "pthread_mutex_unlock", "pthread_cond_broadcast", "pthread_cond_init",
       "pthread_condattr_init", "pthread_condattr_setclock", "sigfillset", "__errno_location", "__tls_get_addr",
       // States and texts of Depot and of streams.
-      "dpecodeptr", "dperrmsg", "dpinnerhash", "dpprimenum", "geteuid", "clearerr", "ferror",
+      "dpecodeptr", "dperrmsg", "dpinnerhash", "dpprimenum", "geteuid", "secure_getenv", "clearerr", "ferror",
       // Objects.
       "stderr",
       // malloc is counted by the allocations, the Logger and the router's libraries have tests of their own.

@@ -12,10 +12,12 @@
 #include "assoc/event_delivery.h"
 #include "assoc/receiver/event_buffers.h"
 #include "assoc/receiver/flow.h"
+#include "assoc/receiver/strict_gate.h"
 #include "assoc/receiver/timeouts.h"
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/state_lock.h"
+#include "support/strict_mode.h"
 #include "support/text_writer.h"
 
 namespace tembra {
@@ -41,23 +43,26 @@ class LastSender {
 
 class Receiver {
  public:
-  explicit Receiver(TembraAssociation& assoc) : assoc_(assoc), connection_(assoc) {}
+  explicit Receiver(TembraAssociation& assoc) : assoc_(assoc), connection_(assoc), gate_(assoc) {}
   void run();
 
  private:
   void enter();
   bool receiveOnce();
   bool await(int& error);
-  ssize_t receive();
+  ssize_t receive(const timeval& wait);
   void timedOut();
   void reportTimeout();
-  void dispatch();
+  [[nodiscard]] bool handleDatagram();
+  void dispatch(ClientType sender);
   void runFlow(void (*handle)(const Flow&));
 
   TembraAssociation& assoc_;
   ServedConnection connection_;
   sockaddr_in sender_{};
   LastSender lastSender_;
+  StrictGate gate_;
+  bool isStrict_ = isStrict();
   int timeoutSeconds_ = kIdleTimeout;
   EventBuffers events_;
   // Keep this after `events_`. If it came first, an answer would be copied between addresses a multiple of 4096 apart,
@@ -97,7 +102,8 @@ bool Receiver::receiveOnce() {
   int error = 0;
   const bool hasDatagram = await(error);
   if (!connection_.isOpen()) return false;
-  hasDatagram ? dispatch() : timedOut();
+  if (!hasDatagram) timedOut();
+  if (!hasDatagram || handleDatagram()) gate_.restart();
   pauseIfDescriptorIsLost(error);
   return true;
 }
@@ -105,19 +111,24 @@ bool Receiver::receiveOnce() {
 // Returns false and sets `error` if no datagram came.
 bool Receiver::await(int& error) {
   bool hasDatagram = false;
-  connection_.beginReceive(timeoutSeconds_);
+  const timeval wait = isStrict_ ? gate_.left(timeoutSeconds_) : timeval{timeoutSeconds_, 0};
+  connection_.beginReceive(wait);
   {
     const StateUnlocked unlocked;
-    hasDatagram = receive() >= 0;
+    hasDatagram = receive(wait) >= 0;
     if (!hasDatagram) error = errno;
   }
   connection_.endReceive();
+  isStrict_ = isStrict();
   return hasDatagram;
 }
 
 // The time-out is set on every pass, and any failure to receive counts as one.
-ssize_t Receiver::receive() {
-  const timeval wait = {timeoutSeconds_, 0};
+ssize_t Receiver::receive(const timeval& wait) {
+  if (wait.tv_sec == 0 && wait.tv_usec == 0) {  // strangers' datagrams have filled the wait; zero would be for ever
+    errno = EAGAIN;
+    return -1;
+  }
   if (setsockopt(connection_.descriptor(), SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait) != 0) {
     std::perror("libTembraAssoc:setsockopt: rcvtimeo");
   }
@@ -153,9 +164,17 @@ void Receiver::reportTimeout() {
   setIdle(true);
 }
 
+// False when the datagram does not count: then the wait goes on.
+bool Receiver::handleDatagram() {
+  const ClientType sender = lastSender_.typeOf(assoc_, sender_.sin_addr);
+  if (isStrict_ && !gate_.admits(sender_, sender)) return false;
+  dispatch(sender);
+  return true;
+}
+
 // Four servers have a flow each. Only their answers make the association this router's own.
-void Receiver::dispatch() {
-  switch (lastSender_.typeOf(assoc_, sender_.sin_addr)) {
+void Receiver::dispatch(ClientType sender) {
+  switch (sender) {
     case CLIENT_ZWAVE:
       return runFlow(handleZwave);
     case CLIENT_ZIGBEE:

@@ -1,0 +1,117 @@
+// What strict mode keeps of the waits, of the log and of the daemons.
+#include <gtest/gtest.h>
+#include <tembra/endpoints.h>
+#include <tembra/service.h>
+
+#include "ipdev/wire.h"
+#include "kit/router_test.h"
+
+using kit::Bytes;
+using kit::lines;
+using kit::Node;
+
+namespace {
+
+constexpr char kDropped[] = "log 2 libTembraAssoc:strict mode: dropped a stranger's datagram";
+
+class StrictWait : public kit::ConnectedTest {
+ protected:
+  StrictWait() { tembra_set_strict(1); }
+
+  // The removal of a device that the database does not hold: 20 seconds for the closing answer.
+  void awaitClosingAnswer() {
+    assoc.removeDevZigbeeZwave();
+    router.zwave().send(Node(5));
+    router.forget();
+  }
+
+  [[nodiscard]] bool hasTimedOut() {
+    for (const kit::RecordedEvent& event : router.takeEvents()) {
+      if (event.event.code == EVENT_TIMEOUT) return true;
+    }
+    return false;
+  }
+};
+
+}  // namespace
+
+// The kit's clock knows whole seconds, and rounds up.
+TEST_F(StrictWait, GoesOnWhateverStrangersSend) {
+  kit::Peer stranger = router.from("127.0.0.1");
+  awaitClosingAnswer();
+  for (int i = 0; i < 2; ++i) {
+    router.advance(7);
+    stranger.send(Bytes(1));
+  }
+  router.advance(5);
+  EXPECT_FALSE(hasTimedOut());
+  router.advance(1);
+  EXPECT_TRUE(hasTimedOut());
+  EXPECT_EQ(idle, 1);
+}
+
+TEST_F(StrictWait, BeginsAnewWithADatagramThatCounts) {
+  awaitClosingAnswer();
+  router.advance(15);
+  router.ha().send(Bytes(1));
+  router.advance(19);
+  EXPECT_FALSE(hasTimedOut());
+  router.advance(1);
+  EXPECT_TRUE(hasTimedOut());
+}
+
+TEST_F(StrictWait, EndsWhenStrangersDatagramsHaveFilledIt) {
+  kit::Peer stranger = router.from("127.0.0.1");
+  awaitClosingAnswer();
+  router.advance(19);
+  stranger.send(Bytes(1));
+  EXPECT_LE(tembra_wait_left(), 1000);
+  router.advance(1);
+  EXPECT_TRUE(hasTimedOut());
+  stranger.send(Bytes(1));
+  EXPECT_GT(tembra_wait_left(), 18'000);
+}
+
+TEST_F(StrictWait, LogsAStrangerOnceASecond) {
+  kit::Peer stranger = router.from("127.0.0.1");
+  for (int i = 0; i < 50; ++i) stranger.send(Bytes(1));
+  EXPECT_EQ(router.takeTrace(), lines({kDropped}));
+  router.advance(1);
+  for (int i = 0; i < 50; ++i) stranger.send(Bytes(1));
+  EXPECT_EQ(router.takeTrace(), lines({kDropped}));
+}
+
+TEST_F(StrictWait, HearsTheDaemonsAtTheEndpointTablesAddresses) {
+  assoc.removeDevZigbeeZwave();
+  router.zigbee().send(kit::ZigbeeDevice(7).status(12));
+  assoc.removeDevZigbeeZwave();
+  router.zwave().send(Node(5));
+  router.hue().send(hueAnswer(1));
+  router.nest().send(nestAnswer(100));
+  std::vector<int> codes;
+  for (const kit::RecordedEvent& event : router.takeEvents()) codes.push_back(event.event.code);
+  EXPECT_EQ(codes, (std::vector<int>{EVENT_REMOVED_UNKNOWN, EVENT_REMOVED_UNKNOWN, EVENT_HUE_FAILED, EVENT_NEST_44}));
+}
+
+// A front end that moves an endpoint moves what strict mode expects.
+TEST_F(StrictWait, KnowsAnEndpointThatWasMoved) {
+  kit::Peer moved = router.from("127.255.255.254", 7777);
+  assoc.removeDevZigbeeZwave();
+  moved.send(Node(5));
+  EXPECT_TRUE(router.takeEvents().empty());
+  adr_ozw.sin_port = htons(7777);
+  moved.send(Node(5));
+  EXPECT_EQ(router.takeEvents().size(), 1U);
+}
+
+TEST_F(StrictWait, IsAsWithoutStrictModeOnceItIsOff) {
+  tembra_set_strict(0);
+  kit::Peer stranger = router.from("127.0.0.1");
+  awaitClosingAnswer();
+  for (int i = 0; i < 5; ++i) {
+    router.advance(7);
+    stranger.send(Bytes(1));
+  }
+  EXPECT_FALSE(hasTimedOut());
+  EXPECT_EQ(idle, 0);
+}
