@@ -1,5 +1,6 @@
 // The list of devices for front ends. It only reads: the file's own reader goes through it, not the Depot library.
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <tembra/globals.h>
 #include <tembra/platform.h>
 #include <tembra/service.h>
@@ -144,7 +145,16 @@ long refuse(int error) {
   return -1;
 }
 
+// What is no file at all holds no list to be repaired.
+int whyNoFile(int descriptor) {
+  struct stat status = {};
+  if (fstat(descriptor, &status) != 0) return errno;
+  if (S_ISREG(status.st_mode)) return 0;
+  return S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+}
+
 long readOpenFile(int descriptor, Room& room) {
+  if (const int error = whyNoFile(descriptor); error != 0) return refuse(error);
   if (!lock(descriptor)) return -1;
   depot::File file(descriptor);
   return file.size() == 0 || readDevices(file, room) ? room.count() : refuse(EBADMSG);
