@@ -49,7 +49,7 @@ int startForBridge(tembra_frontend* kit, int operation, const char* mac, const c
 }
 
 bool areValid(const tembra_options& options) {
-  return options.size == sizeof options && options.role >= 0 && options.role <= ROLE_FREE_USER_2;
+  return options.size >= sizeof options && options.role >= 0 && options.role <= ROLE_FREE_USER_2;
 }
 
 template <typename Structure>
@@ -190,8 +190,10 @@ const tembra_ended* tembra_event_ended(const tembra_event* event) { return detai
 const char* tembra_event_json(const tembra_event* event) { return event == nullptr ? nullptr : event->json.c_str(); }
 
 int tembra_frontend_state(tembra_frontend* kit, tembra_state* state) {
-  if (state == nullptr || state->size != sizeof *state) return EINVAL;
+  if (state == nullptr || state->size < sizeof *state) return EINVAL;
+  const std::size_t size = state->size;
   *state = kit->worker.outbox().state();
+  state->size = size;
   return 0;
 }
 

@@ -1,0 +1,433 @@
+// Every operation of the kit against the simulated router: which events come in which order, and with which reason each
+// operation ends. The driver beside this file is the front end.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "json_schema.h"
+#include "kit/text.h"
+#include "support/files.h"
+#include "support/program.h"
+#include "support/udp_listener.h"
+
+namespace tembra::test {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr const char* kMac = "mac=02:a1:b2:0c:00:01";
+
+std::string with(const std::string& operation, const std::string& settings) { return operation + "," + settings; }
+
+/// A row: what the router does, what the front end does, and what it hears.
+struct Story {
+  const char* name;
+  std::vector<std::string> router;  ///< options of tembra-sim
+  const char* scenario;             ///< what its users do
+  std::vector<std::string> tasks;
+  std::vector<std::string> heard;  ///< one line an operation, see `heardIn`
+  Clock clock = Clock::kReal;
+  const char* role = "2";
+};
+
+void PrintTo(const Story& story, std::ostream* out) { *out << story.name; }
+
+// What the stories tell of an event beside its kind.
+std::string particulars(const Json& event) {
+  const std::string kind = event.at("event");
+  if (kind == "found") return "(" + event.at("type").at("name").get<std::string>() + ")";
+  if (kind == "added") {
+    return "(" + event.at("name").get<std::string>() + ", " + event.at("type").at("name").get<std::string>() + ", " +
+           event.at("place").get<std::string>() + ")";
+  }
+  if (kind == "removing" || kind == "removed") return "(" + event.at("name").get<std::string>() + ")";
+  if (kind == "bridges") return "(" + std::to_string(event.at("bridges").size()) + ")";
+  if (kind == "account") return event.at("linked").get<bool>() ? "(linked)" : "(not linked)";
+  if (kind == "warning") return "(" + event.at("reason").get<std::string>() + ")";
+  return kind == "ended"
+             ? "(" + event.at("outcome").get<std::string>() + ", " + event.at("reason").get<std::string>() + ")"
+             : "";
+}
+
+// "waiting answered reading found(Siren) added(Siren #1, Siren, Default) ended(done, none)"; of the same kind several
+// times in a row only the first.
+std::vector<std::string> heardIn(const std::string& output) {
+  const JsonSchema eventSchema(TEMBRA_SCHEMAS "/tembra-event.schema.json");
+  const JsonSchema stateSchema(TEMBRA_SCHEMAS "/tembra-state.schema.json");
+  std::vector<std::string> operations(1);
+  std::istringstream lines(output);
+  std::string last;
+  unsigned number = 0;
+  for (std::string line; std::getline(lines, line);) {
+    const Json object = Json::parse(line);
+    if (object.contains("state")) {
+      EXPECT_EQ(stateSchema.faultOf(object.at("state")), "") << line;
+      continue;
+    }
+    const bool refused = object.contains("refused");
+    if (!refused) {
+      EXPECT_EQ(eventSchema.faultOf(object), "") << line;
+      EXPECT_EQ(object.at("number"), ++number);
+    }
+    const std::string kind = refused ? "refused" : object.at("event").get<std::string>();
+    if (kind == last && kind != "refused") continue;
+    last = kind;
+    std::string& operation = operations.back();
+    operation += (operation.empty() ? "" : " ") + kind +
+                 (refused ? "(" + object.at("refused").get<std::string>() + ")" : particulars(object));
+    if (kind == "ended") operations.emplace_back();
+  }
+  if (operations.back().empty()) operations.pop_back();
+  return operations;
+}
+
+std::vector<std::string> driver(std::vector<std::string> tasks) {
+  tasks.insert(tasks.begin(), TEMBRA_OPERATIONS_DRIVER);
+  return tasks;
+}
+
+Ended drive(const std::vector<std::string>& tasks, Clock clock = Clock::kReal, const char* role = "2") {
+  kit::Settings settings = routerSettings(clock);
+  settings["ROLE"] = role;
+  return kit::Program(driver(tasks), settings).end();
+}
+
+kit::Program simulator(const Story& story) {
+  std::vector<std::string> command = {TEMBRA_SIM_PROGRAM, "run", "--speed", "20", "--latency", "20"};
+  command.insert(command.end(), story.router.begin(), story.router.end());
+  if (*story.scenario != '\0') {
+    writeFile("/tmp/scenario.json", story.scenario);
+    command.insert(command.end(), {"--scenario", "/tmp/scenario.json"});
+  }
+  return kit::Program(command, routerSettings(Clock::kReal));
+}
+
+constexpr char kPressPlug[] = R"([{"on": "add", "press": "metering-plug"}])";
+constexpr char kPressSiren[] = R"([{"on": "add", "press": "siren"}])";
+constexpr char kPressContact[] = R"([{"on": "zigbee-add", "press": "zb-contact"}])";
+constexpr char kAddAndRemovePlug[] = R"([{"on": "add", "press": "metering-plug"},
+                                         {"on": "remove", "press": "metering-plug"}])";
+constexpr char kAddAndRemoveContact[] = R"([{"on": "zigbee-add", "press": "zb-contact"},
+                                            {"on": "zigbee-remove", "press": "zb-contact"}])";
+constexpr char kAddedPlug[] =
+    "waiting answered reading found(MeterSwitch) added(MeterSwitch #1, MeterSwitch, Default) "
+    "ended(done, none)";
+constexpr char kAddedContact[] =
+    "waiting answered reading found(ContactSwitch) "
+    "added(ContactSwitch #1, ContactSwitch, Default) ended(done, none)";
+
+const Story kAdds[] = {
+    {"ZwaveDevice", {}, kPressPlug, {"add"}, {kAddedPlug}},
+    {"ZigbeeDevice", {}, kPressContact, {"add"}, {kAddedContact}},
+    {"NothingToChoose",
+     {},
+     kPressSiren,
+     {"add"},
+     {"waiting answered reading found(Siren) added(Siren #1, Siren, Default) ended(done, none)"}},
+    {"GenericDevice",
+     {},
+     R"([{"on": "add", "press": "chime"}])",
+     {"add"},
+     {"waiting answered reading found(GenericDevice) added(GenericDevice #1, GenericDevice, Default) ended(done, "
+      "none)"}},
+    {"TypeNameAndPlace",
+     {},
+     kPressPlug,
+     {"add,type=43,name=Washing machine,place=Bath"},
+     {"waiting answered reading found(MeterSwitch) added(Washing machine, MultiSwitch, Bath) ended(done, none)"}},
+    {"AnotherTypeTakesItsOwnName",
+     {},
+     kPressPlug,
+     {"add,type=43,name=MeterSwitch #1"},
+     {"waiting answered reading found(MeterSwitch) added(MultiSwitch #1, MultiSwitch, Default) ended(done, none)"}},
+    {"BetterNameStays",
+     {},
+     R"([{"on": "zigbee-add", "press": "zb-tilt"}])",
+     {"add"},
+     {"waiting answered reading found(ContactSwitch) added(Tilt Sensor #1, ContactSwitch, Default) ended(done, none)"}},
+    {"TypeThatItCannotBe",
+     {},
+     kPressPlug,
+     {"add,type=1"},
+     {"waiting answered reading found(MeterSwitch) refused(EINVAL) added(MeterSwitch #1, MeterSwitch, Default) "
+      "ended(done, none)"}},
+    {"NameWithoutRoom",
+     {},
+     kPressContact,
+     {"add,name=0123456789012345678901234567890X"},
+     {"waiting answered reading found(ContactSwitch) refused(EMSGSIZE) added(ContactSwitch #1, ContactSwitch, Default) "
+      "ended(done, none)"}},
+    {"NameWithControlCharacter",
+     {},
+     kPressContact,
+     {"add,name=a\x1b[31mb"},
+     {"waiting answered reading found(ContactSwitch) refused(EILSEQ) added(ContactSwitch #1, ContactSwitch, Default) "
+      "ended(done, none)"}},
+    {"PlaceThatIsNoUtf8",
+     {},
+     kPressContact,
+     {"add,place=K\xfc"
+      "che"},
+     {"waiting answered reading found(ContactSwitch) refused(EILSEQ) added(ContactSwitch #1, ContactSwitch, Default) "
+      "ended(done, none)"}},
+    {"KnownAlready",
+     {},
+     R"([{"on": "add", "press": "metering-plug"}, {"on": "add", "press": "metering-plug"}])",
+     {"add", "add"},
+     {kAddedPlug, "waiting answered ended(failed, already-known)"}},
+    {"NobodyPresses", {}, "", {"add"}, {"waiting ended(timed-out, nobody-pressed)"}, Clock::kFast},
+    {"SilentBeforeItsIdentity",
+     {"--fault", "identity:silence"},
+     kPressPlug,
+     {"add"},
+     {"waiting answered ended(timed-out, device-silent)"},
+     Clock::kFast},
+    {"SilentBeforeItsDescription",
+     {"--fault", "info:silence"},
+     kPressPlug,
+     {"add"},
+     {"waiting answered reading ended(timed-out, device-silent)"},
+     Clock::kFast},
+    {"ZigbeeSilentBeforeItsDescription",
+     {"--fault", "complete:silence"},
+     kPressContact,
+     {"add"},
+     {"waiting answered reading ended(timed-out, device-silent)"},
+     Clock::kFast},
+    {"ZwaveRadioFails", {}, R"([{"on": "add", "fail": "zwave"}])", {"add"}, {"waiting ended(failed, radio-failed)"}},
+    {"ZigbeeRadioFails",
+     {},
+     R"([{"on": "zigbee-add", "fail": "zigbee"}])",
+     {"add"},
+     {"waiting ended(failed, radio-failed)"}},
+    {"ZigbeeRadioGivesUpWithoutAWord",
+     {"--fault", "getting:code=9"},
+     kPressContact,
+     {"add"},
+     {"waiting answered ended(failed, radio-failed)"}},
+    {"FitsNoKind",
+     {},
+     R"([{"on": "zigbee-add", "press": "zb-ac-plug-mute"}])",
+     {"add"},
+     {"waiting answered reading ended(failed, unknown-kind)"}},
+    {"ChosenTooLate",
+     {},
+     kPressPlug,
+     {"add,slow"},
+     {"waiting answered reading found(MeterSwitch) ended(timed-out, choice-too-slow)"},
+     Clock::kFast},
+    {"StoredElsewhere",
+     {"--db", "/tmp/other"},
+     kPressPlug,
+     {"add"},
+     {"waiting answered reading found(MeterSwitch) ended(failed, not-stored)"}},
+    {"CancelledAtTheButton", {}, "", {"add,cancel=waiting"}, {"waiting ended(cancelled, cancelled)"}},
+    {"CancelledAtTheIdentity",
+     {},
+     kPressPlug,
+     {"add,cancel=answered"},
+     {"waiting answered ended(cancelled, cancelled-joined)"}},
+    {"CancelledAtTheDescription",
+     {},
+     kPressPlug,
+     {"add,cancel=reading"},
+     {"waiting answered reading ended(cancelled, cancelled-joined)"}},
+    {"CancelledAtTheChoice",
+     {},
+     kPressPlug,
+     {"add,cancel=found"},
+     {"waiting answered reading found(MeterSwitch) ended(cancelled, cancelled-joined)"}},
+    {"OneRadioOnly",
+     {},
+     R"([{"at": 0, "kill": "zigbee"}, {"on": "add", "press": "metering-plug"}])",
+     {"add"},
+     {"warning(one-radio-server) " + std::string(kAddedPlug)}},
+};
+
+const Story kOthers[] = {
+    {"RemovesAZwaveDevice",
+     {},
+     kAddAndRemovePlug,
+     {"add", "remove"},
+     {kAddedPlug, "waiting removing(MeterSwitch #1) removed(MeterSwitch #1) ended(done, none)"}},
+    {"RemovesAZigbeeDevice",
+     {},
+     kAddAndRemoveContact,
+     {"add", "remove"},
+     {kAddedContact, "waiting removing(ContactSwitch #1) removed(ContactSwitch #1) ended(done, none)"}},
+    {"RemovesWithoutConfirmation",
+     {"--fault", "closing:lost"},
+     kAddAndRemovePlug,
+     {"add", "remove"},
+     {kAddedPlug, "waiting removing(MeterSwitch #1) removed(MeterSwitch #1) ended(done, none)"},
+     Clock::kFast},
+    {"RemovesAStranger",
+     {"--fault", "removed:code=77"},
+     kAddAndRemovePlug,
+     {"add", "remove"},
+     {kAddedPlug, "waiting ended(failed, not-in-list)"}},
+    {"RemovingRadioFails",
+     {},
+     R"([{"on": "remove", "fail": "zwave"}])",
+     {"remove"},
+     {"waiting ended(failed, radio-failed)"}},
+    {"NobodyPressesToRemove", {}, "", {"remove"}, {"waiting ended(timed-out, nobody-pressed)"}, Clock::kFast},
+    {"RemovalCancelled", {}, "", {"remove,cancel=waiting"}, {"waiting ended(cancelled, cancelled)"}},
+    {"Resets",
+     {},
+     "",
+     {"reset,what=1", "reset,what=2", "reset,what=3", "reset,what=4"},
+     {"step ended(done, none)", "step ended(done, none)", "step ended(done, none)", "step ended(done, none)"},
+     Clock::kFast},
+    {"ResetOfNothing", {}, "", {"reset,what=0", "reset,what=5"}, {"refused(EINVAL) refused(EINVAL)"}},
+    {"BridgeFromStartToEnd",
+     {},
+     R"([{"on": "hue-add", "press": "hue-button"}])",
+     {"hue-discover", with("hue-add", kMac), "hue-list", with("hue-add-lamp,text=Lamp", kMac),
+      with("hue-refresh", kMac), with("hue-remove", kMac), "hue-list"},
+     {"waiting bridges(1) ended(done, none)", "waiting link-button bridge-linked ended(done, none)",
+      "bridges(1) ended(done, none)", "waiting lamp-added ended(done, none)", "waiting ended(done, none)",
+      "waiting ended(done, none)", "bridges(0) ended(done, none)"}},
+    {"BridgeOfAWebServer",
+     {},
+     R"([{"on": "hue-add", "press": "hue-button"}])",
+     {"hue-discover", with("hue-add", kMac), "hue-list"},
+     {"waiting bridges(1) ended(done, none)", "waiting link-button bridge-linked ended(done, none)",
+      "bridges(1) ended(done, none)"},
+     Clock::kReal,
+     "1"},
+    {"NoBridge",
+     {"--bridges", "0"},
+     "",
+     {"hue-discover", with("hue-add", kMac)},
+     {"waiting bridges(0) ended(done, none)", "waiting link-button ended(failed, no-bridge)"}},
+    {"ManyBridges", {"--bridges", "30"}, "", {"hue-discover"}, {"waiting bridges(25) ended(done, none)"}},
+    {"ButtonPressedAtTheSecondAsking",
+     {"--fault", "hue:code=4"},
+     R"([{"on": "hue-add", "press": "hue-button"}])",
+     {with("hue-add", kMac)},
+     {"waiting link-button bridge-linked ended(done, none)"}},
+    {"LampOfAnUnknownBridge",
+     {},
+     "",
+     {with("hue-add-lamp,text=Lamp", kMac)},
+     {"waiting ended(failed, unknown-bridge)"}},
+    {"HueServerFails",
+     {"--fault", "hue:code=1"},
+     "",
+     {with("hue-refresh", kMac)},
+     {"waiting ended(failed, hue-failed)"}},
+    {"HueServerAnswersSomethingElse",
+     {"--fault", "hue:code=6"},
+     "",
+     {with("hue-refresh", kMac)},
+     {"waiting ended(failed, other-answer)"}},
+    {"HueServerIsSilent",
+     {"--fault", "hue:silence"},
+     "",
+     {with("hue-refresh", kMac)},
+     {"waiting ended(timed-out, no-answer)"},
+     Clock::kFast},
+    {"BridgeThatIsNone",
+     {},
+     "",
+     {"hue-remove,mac=02:a1", "hue-remove", with("hue-add-lamp", kMac),
+      with("hue-refresh,text=01234567890123456789012345678901234567890123456789", kMac)},
+     {"refused(EINVAL) refused(EINVAL) refused(EINVAL) refused(EMSGSIZE)"}},
+    {"NestAccount",
+     {},
+     "",
+     {"nest-status", "nest-link,text=code", "nest-status", "nest-unlink", "nest-status"},
+     {"account(not linked) ended(done, none)", "waiting account(linked) ended(done, none)",
+      "account(linked) ended(done, none)", "waiting account(not linked) ended(done, none)",
+      "account(not linked) ended(done, none)"}},
+    {"NestServerRefuses",
+     {},
+     R"([{"on": "nest-link", "answer": "nest 124 -1"}])",
+     {"nest-link,text=code"},
+     {"waiting ended(failed, nest-refused)"}},
+    {"NestServerAnswersWhatNobodyKnows",
+     {"--fault", "nest:code=99"},
+     "",
+     {"nest-link,text=code"},
+     {"waiting ended(failed, other-answer)"}},
+    {"NestServerAnswersAWebServerWhatNobodyKnows",
+     {"--fault", "nest:code=99"},
+     "",
+     {"nest-link,text=code"},
+     {"waiting ended(failed, other-answer)"},
+     Clock::kReal,
+     "1"},
+    {"NestServerIsSilent",
+     {"--fault", "nest:silence"},
+     "",
+     {"nest-unlink"},
+     {"waiting ended(timed-out, no-answer)"},
+     Clock::kFast},
+    {"CodeThatIsNone", {}, "", {"nest-link"}, {"refused(EINVAL)"}},
+};
+
+class Operations : public testing::TestWithParam<Story> {};
+
+TEST_P(Operations, TellWhatHappens) {
+  const Story& story = GetParam();
+  kit::Program router = simulator(story);
+  router.waitFor("tembra-sim: ready");
+  const Ended ended = drive(story.tasks, story.clock, story.role);
+  EXPECT_EQ(ended.status, 0) << ended.errors;
+  EXPECT_EQ(heardIn(ended.output), story.heard);
+  router.signal(SIGTERM);
+  EXPECT_EQ(router.end().status, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Adds, Operations, testing::ValuesIn(kAdds), [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(Others, Operations, testing::ValuesIn(kOthers),
+                         [](const auto& test) { return test.param.name; });
+
+std::vector<std::string> heardWithoutRouter(const std::string& task) { return heardIn(drive({task}).output); }
+
+using Heard = std::vector<std::string>;
+
+TEST(OperationsWithoutARouter, EndAtOnce) {
+  EXPECT_EQ(heardWithoutRouter("add"), Heard{"ended(failed, no-radio-server)"});
+  EXPECT_EQ(heardWithoutRouter("reset,what=2"), Heard{"ended(failed, no-server)"});
+  EXPECT_EQ(heardWithoutRouter("hue-discover"), Heard{"ended(failed, no-server)"});
+  EXPECT_EQ(heardWithoutRouter("nest-unlink"), Heard{"ended(failed, no-server)"});
+}
+
+TEST(OperationsWithoutAnHaServer, EndAtOnce) {
+  const UdpListener zwave("127.255.255.254", 8888);
+  const ZigbeeListener zigbee;
+  EXPECT_EQ(heardWithoutRouter("add"), Heard{"ended(failed, no-server)"});
+  EXPECT_EQ(heardWithoutRouter("remove"), Heard{"ended(failed, no-server)"});
+  EXPECT_EQ(heardWithoutRouter("reset,what=4"), Heard{"ended(failed, no-server)"});
+}
+
+class OperationsInTrouble : public testing::Test {
+ protected:
+  OperationsInTrouble() { router_.waitFor("tembra-sim: ready"); }
+  kit::Program router_ = simulator({"", {}, "", {}, {}});
+};
+
+TEST_F(OperationsInTrouble, SayThatTheConnectionIsInUse) {
+  const UdpListener other("127.255.255.4", 8888);
+  EXPECT_EQ(heardWithoutRouter("add"), Heard{"ended(failed, in-use)"});
+}
+
+TEST_F(OperationsInTrouble, LeaveADeviceListAloneThatCannotBeRead) {
+  std::filesystem::remove(kDatabase);
+  std::filesystem::create_directory(kDatabase);
+  EXPECT_EQ(heardWithoutRouter("add"), Heard{"ended(failed, database-unreadable)"});
+  EXPECT_EQ(heardWithoutRouter("hue-list"), Heard{"ended(failed, database-unreadable)"});
+  EXPECT_TRUE(std::filesystem::is_directory(kDatabase));
+}
+
+TEST_F(OperationsInTrouble, WarnOfADamagedDeviceList) {
+  writeFile(kDatabase, healthyDatabase().substr(0, 3000));
+  EXPECT_EQ(heardWithoutRouter("remove,cancel=waiting"),
+            Heard{"warning(database-damaged) waiting ended(cancelled, cancelled)"});
+}
+
+}  // namespace
+}  // namespace tembra::test
