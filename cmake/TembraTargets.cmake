@@ -5,7 +5,7 @@ function(tembra_warnings name)
   target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wconversion)
   if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # A unit includes sources: their unnamed namespaces are in no other unit, though they are in no main file.
-    target_compile_options(${name} PRIVATE -Wno-subobject-linkage)
+    target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
   endif()
 endfunction()
 

@@ -152,7 +152,7 @@ TEST_F(Devices, OfWhatCannotBeOpenedAreAnError) {
   router.database().makeDirectory();
   list = read();
   EXPECT_EQ(list.result, -1);
-  EXPECT_EQ(list.error, EBADMSG);
+  EXPECT_EQ(list.error, EISDIR);
 }
 
 // A signal does not end the wait.
