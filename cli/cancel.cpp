@@ -28,9 +28,9 @@ void cancel(const Context& context, const std::string& radios) {
   requireOneOf(target.servers);
   const Connection connection(context, service);
   context.display.command("sendCancelTo(" + radios + ")");
-  ErrorCapture errors;
+  Sending sending;
   service.sendCancelTo(target.type);
-  requireSent(errors);
+  sending.require();
   context.display.note("Cancelled adding and removing (" + radios + ").");
 }
 

@@ -1,20 +1,17 @@
 #include "connection.h"
 
 #include <fcntl.h>
-
-#include <cerrno>
-#include <cstring>
-#include <memory>
+#include <tembra/service.h>
 
 #include "event_inbox.h"
 #include "failure.h"
 #include "library_call.h"
-#include "log_capture.h"
 
 namespace tembra::cli {
 namespace {
 
 constexpr std::chrono::milliseconds kPause{100};
+constexpr int kLongestSettling = 1000;  // milliseconds; it takes a moment
 constexpr char kNoConnectionBecause[] = "no connection: ";
 
 struct Role {
@@ -28,40 +25,36 @@ constexpr Role kRoles[] = {
     {"free1", TembraAssociation::FreeUsr1AssocInit},  {"free2", TembraAssociation::FreeUsr2AssocInit},
 };
 
-std::string whyNotOpen(int error) {
-  if (error == EADDRINUSE) return std::string(assoc_adr) + " is in use, so another front end has it open.";
-  return std::string(assoc_adr) + " cannot be opened: " + std::strerror(error) + ".";
+tembra_failure lastFailure(tembra_failure_kind kind) {
+  tembra_failure failure{};
+  failure.size = sizeof failure;
+  tembra_last_failure(kind, &failure);
+  return failure;
 }
 
-struct Opening {
-  int error = 0;  ///< errno of what the library could not do; 0: it says that it has opened the connection
-  std::string whyDeaf;
-};
-
-// That the library has no thread to receive with, only its log tells.
-std::string whyDeaf(const std::vector<std::string>& log) {
-  constexpr std::string_view kLine = "can't create thread :[";
-  for (const std::string& line : log) {
-    if (line.starts_with(kLine)) return line.substr(kLine.size(), line.rfind(']') - kLine.size());
+std::string sentenceFor(const tembra_failure& opening) {
+  switch (opening.cause) {
+    case TEMBRA_OPENING_IN_USE:
+      return std::string(assoc_adr) + " is in use, so another front end has it open.";
+    case TEMBRA_OPENING_NO_THREAD:
+      return std::string("the library has no thread to receive with (") + opening.text + ").";
+    case TEMBRA_OPENING_REPLACED:
+      return std::string(assoc_adr) + " was closed again at once.";
+    default:
+      return std::string(assoc_adr) + " cannot be opened: " + opening.text + ".";
   }
-  return "";
 }
 
-// Opening runs a command of the router, which may hang.
-Opening tryToOpen(const Context& context, TembraAssociation& service) {
-  const auto opening = std::make_shared<Opening>();
-  const auto call = [&service, opening] {
-    LogCapture log(RouterLog::kGetsAll);
-    errno = 0;
-    if (service.checkAssocConnection() != 0) opening->error = errno == 0 ? EIO : errno;
-    opening->whyDeaf = whyDeaf(log.take());
-  };
+// Nothing when it worked. Opening runs a command of the router, which may hang.
+std::optional<tembra_failure> tryToOpen(const Context& context, TembraAssociation& service) {
+  const unsigned before = lastFailure(TEMBRA_FAILURE_OPENING).count;
   try {
-    runLibraryCall(call, [&context] { context.attention.pause(kPause); });
+    runLibraryCall([&service] { service.checkAssocConnection(); }, [&context] { context.attention.pause(kPause); });
   } catch (const Failure& failure) {
     throw Failure(kNoConnection, std::string(kNoConnectionBecause) + failure.what());
   }
-  return *opening;
+  const tembra_failure failure = lastFailure(TEMBRA_FAILURE_OPENING);
+  return failure.count == before ? std::nullopt : std::optional(failure);
 }
 
 // The library takes a command that the shell does not find for one that answers nothing.
@@ -90,28 +83,30 @@ TembraAssociation& serviceAs(const std::string& role) {
 Connection::Connection(const Context& context, TembraAssociation& service) : service_(service), socket_(-1) {
   service_.registerAssocEventCB(hearEvent);
   ErrorCapture errors;
-  const Opening opening = tryToOpen(context, service);
+  const auto failure = tryToOpen(context, service);
   complainOfMissingCommand(errors);
-  if (opening.error != 0) {
-    errors.take(std::strerror(opening.error), ": libTembraAssoc:");
-    throw Failure(kNoConnection, kNoConnectionBecause + whyNotOpen(opening.error));
-  }
-  if (!opening.whyDeaf.empty()) {
-    service_.closeAssocConnection();
-    throw Failure(kNoConnection,
-                  kNoConnectionBecause + ("the library has no thread to receive with (" + opening.whyDeaf + ")."));
+  if (failure) {
+    errors.take(failure->text, ": libTembraAssoc:");
+    if (failure->cause == TEMBRA_OPENING_NO_THREAD) service_.closeAssocConnection();
+    throw Failure(kNoConnection, kNoConnectionBecause + sentenceFor(*failure));
   }
   socket_ = service_.sock;
-  // This takes the library's lock once more: what the library writes from here on comes after that read.
-  service_.registerAssocEventCB(hearEvent);
+  // What the library writes from here on comes after that read, and its first wait can be told.
+  tembra_settle(kLongestSettling);
 }
 
 Connection::~Connection() { service_.closeAssocConnection(); }
 
-std::optional<std::string> whyNotSent(ErrorCapture& errors) { return errors.take("sendto error", ": "); }
+Sending::Sending() : failuresBefore_(lastFailure(TEMBRA_FAILURE_SEND).count) {}
 
-void requireSent(ErrorCapture& errors) {
-  const auto why = whyNotSent(errors);
+std::optional<std::string> Sending::failure() {
+  errors_.take("sendto error", ": ");
+  const tembra_failure failure = lastFailure(TEMBRA_FAILURE_SEND);
+  return failure.count == failuresBefore_ ? std::nullopt : std::optional<std::string>(failure.text);
+}
+
+void Sending::require() {
+  const auto why = failure();
   if (why) throw Failure(kNoConnection, kNoConnectionBecause + ("nothing can be sent (" + *why + ")."));
 }
 

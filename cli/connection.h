@@ -38,11 +38,21 @@ class Connection {
   int socket_;
 };
 
-/// Why the library could not send a datagram while the errors were kept, if so: no result of a call tells it.
-[[nodiscard]] std::optional<std::string> whyNotSent(ErrorCapture& errors);
+/// Calls that send, while it lives: no result of theirs tells whether they could.
+class Sending {
+ public:
+  Sending();
 
-/// Throws Failure (kNoConnection) with that reason.
-void requireSent(ErrorCapture& errors);
+  /// Why the library could not send a datagram, if so.
+  [[nodiscard]] std::optional<std::string> failure();
+
+  /// Throws Failure (kNoConnection) with that reason.
+  void require();
+
+ private:
+  ErrorCapture errors_;  // the library's own line would stand beside our sentence
+  unsigned failuresBefore_;
+};
 
 }  // namespace tembra::cli
 

@@ -1,4 +1,4 @@
-// How long the library will wait for the next answer, reckoned from what it reports.
+// How long the library will wait for the next answer.
 #ifndef TEMBRA_CLI_COUNTDOWN_H
 #define TEMBRA_CLI_COUNTDOWN_H
 
@@ -6,22 +6,14 @@
 
 namespace tembra::cli {
 
-/// The library tells events, not time-outs; this mirrors its waiting times. It is an upper bound only before the first
-/// answer: an operation inherits what is left of the wait that was running when it began. Answers of which the library
-/// reports nothing prolong its wait.
+/// While the library handles something it waits for no answer. The wait before is then counted on, below zero.
 class Countdown {
  public:
-  Countdown();
-
-  /// An event that a daemon's answer caused: the wait begins anew.
-  void heard(int eventCode);
-
   /// Negative once the time is over.
-  [[nodiscard]] int secondsLeft() const;
+  [[nodiscard]] int secondsLeft();
 
  private:
-  std::chrono::seconds wait_;
-  std::chrono::steady_clock::time_point began_;
+  std::chrono::steady_clock::time_point end_ = std::chrono::steady_clock::now();
 };
 
 }  // namespace tembra::cli

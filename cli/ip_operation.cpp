@@ -62,7 +62,7 @@ class IpOperation {
   }
 
  private:
-  [[nodiscard]] bool libraryWaitsNoLonger() const {
+  [[nodiscard]] bool libraryWaitsNoLonger() {
     const bool idleAgain = __atomic_load_n(&idle, __ATOMIC_ACQUIRE) != 0;
     return idleAgain || !connection_.isOpen() || operation_.secondsLeft() < -kLongestSilenceSeconds;
   }

@@ -10,7 +10,6 @@ namespace tembra::cli {
 namespace {
 
 thread_local std::vector<std::string>* capturing = nullptr;
-thread_local bool routerLogGetsAll = true;
 thread_local std::vector<std::string> captured;
 
 constexpr char kPrefix[] = "libTembraAssoc:";
@@ -29,16 +28,12 @@ void logElsewhere(Logger* logger, int level, const char* text) {
 
 }  // namespace
 
-LogCapture::LogCapture(RouterLog routerLog) {
+LogCapture::LogCapture() {
   captured.clear();
   capturing = &captured;
-  routerLogGetsAll = routerLog == RouterLog::kGetsAll;
 }
 
-LogCapture::~LogCapture() {
-  capturing = nullptr;
-  routerLogGetsAll = true;
-}
+LogCapture::~LogCapture() { capturing = nullptr; }
 
 std::vector<std::string> LogCapture::take() { return std::exchange(captured, {}); }
 
@@ -46,6 +41,5 @@ std::vector<std::string> LogCapture::take() { return std::exchange(captured, {})
 
 // A program's own definition stands before the router's.
 void Logger::Log(int level, const char* text) {
-  if (tembra::cli::capturing != nullptr) tembra::cli::capture(text);
-  if (tembra::cli::routerLogGetsAll) tembra::cli::logElsewhere(this, level, text);
+  tembra::cli::capturing != nullptr ? tembra::cli::capture(text) : tembra::cli::logElsewhere(this, level, text);
 }

@@ -7,12 +7,10 @@
 
 namespace tembra::cli {
 
-enum class RouterLog { kGetsNothing, kGetsAll };
-
-/// While it lives, the lines of this thread's library calls come here.
+/// While it lives, the lines of this thread's library calls come here, and nowhere else.
 class LogCapture {
  public:
-  explicit LogCapture(RouterLog routerLog = RouterLog::kGetsNothing);
+  LogCapture();
   ~LogCapture();
   LogCapture(const LogCapture&) = delete;
   LogCapture& operator=(const LogCapture&) = delete;

@@ -86,10 +86,10 @@ std::string decide(Operation& operation, const std::string& what, const std::str
 void handOver(Operation& operation) {
   checkEvents(operation);
   operation.context().display.command("addingDone()");
-  ErrorCapture errors;
+  Sending sending;
   const int result = operation.service().addingDone();
   operation.ended();
-  const auto why = whyNotSent(errors);
+  const auto why = sending.failure();
   const std::string reason = why ? " (" + *why + ")" : "";
   if (result != 0)
     throw Failure(kFailed, "the device could not be handed to the home-automation server" + reason + ".");

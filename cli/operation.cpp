@@ -1,5 +1,7 @@
 #include "operation.h"
 
+#include <tembra/service.h>
+
 #include "failure.h"
 #include "library_call.h"
 
@@ -9,7 +11,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kTick = 100ms;
-constexpr auto kSettling = 100ms;
 constexpr int kLongestOverdueSeconds = 60;
 
 bool libraryIsIdle() { return __atomic_load_n(&idle, __ATOMIC_ACQUIRE) != 0; }
@@ -25,19 +26,19 @@ Operation::~Operation() {
   } catch (const Interrupted&) {
     // Nobody reads the display any more; the radios are told all the same.
   }
-  ErrorCapture errors;
+  Sending sending;
   service_.sendCancelTo(cancel_both);
-  const auto why = whyNotSent(errors);
+  const auto why = sending.failure();
   if (!why || !reachesServers_) return;
   context_.display.makeRoom();
   complain("the radios cannot be told to stop (" + *why + ").");
 }
 
 void Operation::callSending(const std::function<void()>& call) {
-  ErrorCapture errors;
+  Sending sending;
   call();
   reachesServers_ = false;
-  requireSent(errors);
+  sending.require();
   reachesServers_ = true;
 }
 
@@ -55,7 +56,6 @@ void Operation::waitBriefly() {
 std::optional<HeardEvent> Operation::eventSoFar() {
   auto heard = fetchEvent();
   if (!heard) return heard;
-  if (heard->fromDatagram) countdown_.heard(heard->event.code);
   context_.display.event(*heard);
   return heard;
 }
@@ -88,6 +88,8 @@ void Operation::run(const std::string& call, const std::function<void(TembraAsso
   });
 }
 
-void Operation::letLibrarySettle() { context_.attention.pause(kSettling); }
+void Operation::letLibrarySettle() {
+  while (tembra_settle(kTick.count()) != 0) waitBriefly();
+}
 
 }  // namespace tembra::cli

@@ -42,11 +42,11 @@ class Operation {
   /// Runs a call of the library that may have to wait for the device database; `call` is its text.
   void run(const std::string& call, const std::function<void(TembraAssociation&)>& function);
 
-  /// Waits a moment: after the callback of an event the library still writes something about the event, which must not
-  /// come after our next call.
+  /// Waits until the library has written what it writes about an event behind the callback, which must not come after
+  /// our next call.
   void letLibrarySettle();
 
-  [[nodiscard]] int secondsLeft() const { return countdown_.secondsLeft(); }
+  [[nodiscard]] int secondsLeft() { return countdown_.secondsLeft(); }
 
   /// Nothing is left to cancel.
   void ended() { running_ = false; }

@@ -73,9 +73,9 @@ void reset(const Context& context, const std::string& radios) {
   const Connection connection(context, service);
   context.display.command("doResetFor(" + radios + ")");
   ResetProgress progress(context, target.takes);
-  ErrorCapture errors;
+  Sending sending;
   runLibraryCall([&service, &target] { service.doResetFor(target.type); }, [&progress] { progress.wait(); });
-  requireSent(errors);
+  sending.require();
   context.display.note("Reset " + radios + ".");
   if (progress.wasInterrupted()) throw Interrupted{};
 }
