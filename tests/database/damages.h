@@ -37,6 +37,7 @@ struct Damage {
 constexpr int kDevices = 50;
 constexpr std::size_t kOne = 19, kSecond = 30, kThird = 40;  // the records of the devices 20, 31 and 41
 constexpr int kMost = std::numeric_limits<int>::max(), kHuge = 1 << 30;
+constexpr int kLarge = 1 << 24;  // larger than the file; a sanitizer marks each byte that is asked for
 constexpr int kDeleted = 1;
 
 inline void lengthen(depot::Words& words) { words.file().push_back(0); }
@@ -136,7 +137,7 @@ inline const Damage kDamages[] = {
      19},
     {"ANegativePadding", [](W& words) { words.setIn(kOne, depot::kPadding, -kMost); }, C::EndedEarly, C::Opened, 19,
      true, 19},
-    {"AKeyBehindTheEnd", [](W& words) { words.setIn(kOne, depot::kKeySize, kHuge); }, C::EndedEarly, C::Opened, 19,
+    {"AKeyBehindTheEnd", [](W& words) { words.setIn(kOne, depot::kKeySize, kLarge); }, C::EndedEarly, C::Opened, 19,
      true, 19},
     {"AnEndlessKey", [](W& words) { words.setIn(kOne, depot::kKeySize, kMost); }, C::EndedEarly, C::Opened, 19, true,
      19},

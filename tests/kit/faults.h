@@ -6,13 +6,7 @@
 #include <mutex>
 #include <vector>
 
-#if defined(__has_feature)
-#if __has_feature(thread_sanitizer)
-#define KIT_KEEPS_OPERATOR_NEW 1
-#endif
-#elif defined(__SANITIZE_THREAD__)
-#define KIT_KEEPS_OPERATOR_NEW 1
-#endif
+#include "kit/sanitized.h"
 
 namespace kit {
 
@@ -63,11 +57,7 @@ enum class Call {
 };
 
 /// The thread sanitizer lets nobody replace its operator new.
-#ifdef KIT_KEEPS_OPERATOR_NEW
-constexpr bool kReplacesOperatorNew = false;
-#else
-constexpr bool kReplacesOperatorNew = true;
-#endif
+constexpr bool kReplacesOperatorNew = !kIsThreadSanitized;
 
 /// For the Depot calls: its own code, and the errno that it leaves.
 constexpr int depotError(int code, int error) { return code | error << 16; }

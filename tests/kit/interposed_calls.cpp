@@ -69,7 +69,7 @@ extern "C" int dpfdesc(DEPOT* depot) {
   return fails(Call::DatabaseFile, __builtin_return_address(0)) ? -1 : real(depot);
 }
 
-#ifndef KIT_KEEPS_OPERATOR_NEW
+#if !KIT_THREAD_SANITIZER
 
 void* operator new(std::size_t size) {
   void* const block = fails(Call::MakeObject, __builtin_return_address(0)) ? nullptr : std::malloc(size);

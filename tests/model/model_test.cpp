@@ -6,12 +6,14 @@
 
 #include "comparison.h"
 #include "generator.h"
+#include "kit/sanitized.h"
 
 namespace oracle {
 namespace {
 
 constexpr std::size_t kSteps = 60;
 constexpr unsigned long kUsualSequences = 300;
+constexpr unsigned long kSequences = kit::kIsSanitized ? 100 : kUsualSequences;
 constexpr unsigned long kUsualSeed = 20240501;
 
 unsigned long setting(const char* name, unsigned long otherwise) {
@@ -28,7 +30,7 @@ std::string howToRepeat(unsigned long seed) {
 TEST(ModelTest, TheLibraryDoesWhatTheModelSays) {
   Library library;
   Coverage coverage;
-  const unsigned long sequences = setting("TEMBRA_MODEL_SEQUENCES", kUsualSequences);
+  const unsigned long sequences = setting("TEMBRA_MODEL_SEQUENCES", kSequences);
   const unsigned long firstSeed = setting("TEMBRA_MODEL_SEED", kUsualSeed);
   for (unsigned long seed = firstSeed; seed < firstSeed + sequences; ++seed) {
     const std::vector<Step> steps = Generator(seed).run(kSteps);

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "kit/memory.h"
+#include "kit/sanitized.h"
 
 namespace {
 
@@ -190,14 +191,14 @@ TEST(CommandClassNamesTest, WholeTextsAreCompared) {
       expectAsInTheTable(name.substr(at));
       expectAsInTheTable(name.substr(0, at) + name.substr(at + 1));
       expectAsInTheTable(name.substr(0, at) + name[at] + name.substr(at));
-      for (int byte = 1; byte < 256; ++byte) {
+      for (int byte = 1; byte < 256; byte += kit::kOneIn) {
         std::string changed = name;
         changed[at] = static_cast<char>(byte);
         expectAsInTheTable(changed);
       }
     }
   }
-  EXPECT_GT(tried, 82U * 255U);
+  EXPECT_GT(tried, 82U * 255U / kit::kOneIn);
 }
 
 TEST(CommandClassNamesTest, NothingIsAllocated) {

@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "kit/sanitized.h"
 #include "oracle/zigbee_reading.h"
 
 using kit::Router;
@@ -141,18 +142,18 @@ void place(ZbDeviceInfo& device, std::size_t at, unsigned short cluster) {
   device.clusters[at + 1] = {0xFFFF, 2};
 }
 
-void checkTriples(Agreement& agreement, ZbDeviceInfo device, int id) {
+void checkTriples(Agreement& agreement, ZbDeviceInfo device, int id, int& met) {
   for (const unsigned short third : kClusters) {
     place(device, 2, third);
-    agreement.check(device, id);
+    if (++met % kit::kOneIn == 0) agreement.check(device, id);
   }
 }
 
-void checkPairs(Agreement& agreement, ZbDeviceInfo device, int id) {
+void checkPairs(Agreement& agreement, ZbDeviceInfo device, int id, int& triples) {
   for (const unsigned short second : kClusters) {
     place(device, 1, second);
     agreement.check(device, id);
-    checkTriples(agreement, device, id);
+    checkTriples(agreement, device, id, triples);
   }
 }
 
@@ -160,17 +161,19 @@ template <std::size_t Size>
 void checkEveryPairAndTriple(const Circumstances (&circumstances)[Size]) {
   Router router;
   Agreement agreement(router);
+  int triples = 0;
   for (const Circumstances& all : circumstances) {
     ZbDeviceInfo device = deviceIn(all);
     for (const unsigned short first : kClusters) {
       place(device, 0, first);
       agreement.check(device, all.id);
-      checkPairs(agreement, device, all.id);
+      checkPairs(agreement, device, all.id, triples);
     }
   }
   agreement.expectNothingElseTouched();
   static_assert(std::size(kClusters) == 18 + 3);
-  EXPECT_EQ(agreement.checked(), static_cast<int>(Size) * (21 + 21 * 21 + 21 * 21 * 21));
+  EXPECT_EQ(triples, static_cast<int>(Size) * 21 * 21 * 21);
+  EXPECT_EQ(agreement.checked(), static_cast<int>(Size) * (21 + 21 * 21) + triples / kit::kOneIn);
 }
 
 }  // namespace
@@ -191,13 +194,13 @@ void checkEveryZoneType(const Circumstances& all) {
   int known = 0;
   for (unsigned zone = 0; zone <= 0xFFFF; ++zone) {
     device.zoneType = static_cast<unsigned short>(zone);
-    agreement.check(device, all.id);
     const std::string name = assoc.GetDeviceTypeInStringFormat(device.zoneType);
     if (name != oracle::zoneName(zone, all.maker, all.model)) ADD_FAILURE() << describe(device) << " is a " << name;
     if (name != "UnknownDevice") ++known;
+    if (name != "UnknownDevice" || zone % kit::kOneIn == 0) agreement.check(device, all.id);
   }
   agreement.expectNothingElseTouched();
-  EXPECT_EQ(agreement.checked(), 65536);
+  EXPECT_GE(agreement.checked(), 0x10000 / kit::kOneIn);
   EXPECT_EQ(known, 12);
 }
 
