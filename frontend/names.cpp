@@ -66,6 +66,8 @@ constexpr Reason kReasons[] = {
     {TEMBRA_REASON_NO_ANSWER, "no-answer", "The {server} server did not answer in time.",
      "Try again; start the {server} server anew if that does not help."},
     {TEMBRA_REASON_OTHER_ANSWER, "other-answer", "The {server} server gave an answer that does not fit.", "Try again."},
+    {TEMBRA_REASON_NOT_WATCHED, "not-watched", "Other front ends cannot watch or cancel what this one does{why}.",
+     "Look at the folder of the watch socket and its rights."},
     {TEMBRA_REASON_NOBODY_PRESSED, "nobody-pressed", "No device answered in time.",
      "Press the button of the device. A device that never answers may have to be excluded with its old controller "
      "first."},
@@ -104,6 +106,7 @@ std::string valueOf(std::string_view key, const Filling& filling) {
   if (key == "error" && filling.error != 0) return std::string(" (") + std::strerror(filling.error) + ")";
   if (key == "device") return filling.device.empty() ? "" : " as " + filling.device;
   if (key == "named") return filling.device.empty() ? "" : " " + filling.device;
+  if (key == "why") return filling.why.empty() ? "" : ": " + filling.why;
   if (key == "holder") return filling.holder.empty() ? "" : ": " + filling.holder;
   const char* when = key == "phase" ? nameIn(kWhen, filling.phase) : nullptr;
   return when == nullptr ? "" : when;

@@ -18,7 +18,7 @@ namespace tembra::frontend {
 struct Reason {
   int number;
   const char* name;
-  const char* text;    ///< with {server}, {error}, {device}, {named}, {holder} and {phase} to be filled in
+  const char* text;    ///< with {server}, {error}, {device}, {named}, {holder}, {why} and {phase} to be filled in
   const char* advice;  ///< likewise
 };
 
@@ -31,6 +31,7 @@ struct Filling {
   int phase = 0;
   std::string device;  ///< name and number; empty: unknown
   std::string holder;  ///< who has the connection; empty: unknown
+  std::string why;     ///< what is in the way; empty: unknown
 };
 
 [[nodiscard]] std::string filled(std::string_view sentence, const Filling& filling);

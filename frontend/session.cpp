@@ -54,17 +54,25 @@ DeviceList readDevices() {
   }
 }
 
-Session::Session(TembraAssociation& service, Outbox& outbox, Inbox& inbox, Runner& runner, bool keepOpen, int& socket)
-    : service_(service), outbox_(outbox), inbox_(inbox), runner_(runner), keepOpen_(keepOpen), socket_(socket) {}
+Session::Session(TembraAssociation& service, Outbox& outbox, Inbox& inbox, Runner& runner, Watching& watching,
+                 bool keepOpen, int& socket)
+    : service_(service),
+      outbox_(outbox),
+      inbox_(inbox),
+      runner_(runner),
+      watching_(watching),
+      keepOpen_(keepOpen),
+      socket_(socket) {}
 
 void Session::enterWait(tembra_phase phase) { enter(phase, Milliseconds(tembra_wait_left())); }
 
-void Session::warn(tembra_reason reason, int server) {
+void Session::warn(tembra_reason reason, int server, const std::string& why) {
   auto warning = sized<tembra_warning>();
   warning.reason = reason;
   warning.server = server;
   Filling filling;
   filling.server = server;
+  filling.why = why;
   putText(warning.text, filled(findReason(reason)->text, filling));
   tell(TEMBRA_EVENT_WARNING, warning);
 }
@@ -88,12 +96,15 @@ void Session::requireDatabase() {
 }
 
 void Session::open() {
-  if (socket_ != 0) closeLibrary();
+  if (socket_ != 0) service_.closeAssocConnection();  // whoever watches goes on watching
+  socket_ = 0;
   const tembra_failure before = lastFailure(TEMBRA_FAILURE_OPENING);
   TembraAssociation& service = service_;
   const int result = call([&service] { return service.checkAssocConnection(); });
   socket_ = result == 0 ? service_.sock : 0;
   checkOpening(result, before);
+  const std::string why = watching_.begin();
+  if (!why.empty()) warn(TEMBRA_REASON_NOT_WATCHED, 0, why);
 }
 
 // Without a receive thread the library says that it opened the connection, but nobody would ever hear an answer.
@@ -144,6 +155,7 @@ void Session::settle() { tembra_settle(kSettlingMilliseconds); }
 bool Session::libraryIsIdle() { return __atomic_load_n(&idle, __ATOMIC_ACQUIRE) != 0; }
 
 void Session::closeLibrary() {
+  watching_.leave();
   service_.closeAssocConnection();
   socket_ = 0;
 }
@@ -164,7 +176,8 @@ void Session::finish(const End& end) {
   ended.error = end.error;
   ended.device_id = end.deviceId;
   putText(ended.device_name, end.deviceName);
-  const Filling filling{end.server, end.error, ended.phase, deviceText(end), {}};
+  const std::string holder = end.reason == TEMBRA_REASON_IN_USE ? watching_.describeHolder() : "";
+  const Filling filling{end.server, end.error, ended.phase, deviceText(end), holder, {}};
   const Reason* reason = findReason(end.reason);
   putText(ended.text, filled(reason->text, filling));
   putText(ended.advice, filled(reason->advice, filling));
@@ -173,6 +186,7 @@ void Session::finish(const End& end) {
   if (callRuns_ && inbox_.awaitLateCall(kForLateCall)) callRuns_ = false;
   if (!callRuns_) inbox_.acceptNext();
   tell(TEMBRA_EVENT_ENDED, ended);
+  if (socket_ == 0) watching_.end();
   if (callRuns_) {
     static_cast<void>(inbox_.awaitLateCall(Milliseconds(-1)));
     inbox_.acceptNext();

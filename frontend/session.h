@@ -12,6 +12,7 @@
 #include "inbox.h"
 #include "outbox.h"
 #include "runner.h"
+#include "watch/watching.h"
 
 namespace tembra::frontend {
 
@@ -39,7 +40,8 @@ struct Cancelled {};
 class Session {
  public:
   /// @param socket the descriptor of the open connection, 0: none; kept from one operation to the next
-  Session(TembraAssociation& service, Outbox& outbox, Inbox& inbox, Runner& runner, bool keepOpen, int& socket);
+  Session(TembraAssociation& service, Outbox& outbox, Inbox& inbox, Runner& runner, Watching& watching, bool keepOpen,
+          int& socket);
 
   TembraAssociation& service() { return service_; }
 
@@ -48,8 +50,8 @@ class Session {
   void enterWait(tembra_phase phase);  ///< its limit is the end of the library's wait
   void answers(int radio) { outbox_.answers(radio); }
   void offer(const tembra_found& found) { outbox_.offer(found); }
-  void tell(tembra_event_kind kind, Detail detail = {}) { outbox_.emit(kind, std::move(detail)); }
-  void warn(tembra_reason reason, int server);
+  void tell(tembra_event_kind kind, Detail detail = {}) { watching_.publish(outbox_.emit(kind, std::move(detail))); }
+  void warn(tembra_reason reason, int server, const std::string& why = {});
 
   // ---- What is checked before the connection is opened ----
   void requireRadios();  ///< one at least; warns when only one runs
@@ -100,6 +102,7 @@ class Session {
   Outbox& outbox_;
   Inbox& inbox_;
   Runner& runner_;
+  Watching& watching_;
   const bool keepOpen_;
   int& socket_;
   bool callRuns_ = false;

@@ -89,7 +89,10 @@ End endOf(Session& session, const Command& command) {
 }  // namespace
 
 Worker::Worker(const tembra_options& options)
-    : service_(serviceAs(options.role)), keepOpen_(options.keep_open != 0), runner_(inbox_) {
+    : service_(serviceAs(options.role)),
+      keepOpen_(options.keep_open != 0),
+      runner_(inbox_),
+      watching_(options, outbox_, inbox_) {
   listenWith(&inbox_);
   service_.registerAssocEventCB(hear);
   thread_ = startThread([this] { work(); });
@@ -104,12 +107,13 @@ Worker::~Worker() {
 
 void Worker::work() {
   while (const auto command = inbox_.awaitCommand()) perform(*command);
+  watching_.end();
   if (socket_ != 0) service_.closeAssocConnection();
 }
 
 void Worker::perform(const Command& command) {
   outbox_.begin(command.operation);
-  Session session(service_, outbox_, inbox_, runner_, keepOpen_, socket_);
+  Session session(service_, outbox_, inbox_, runner_, watching_, keepOpen_, socket_);
   session.finish(endOf(session, command));
   outbox_.end();
 }

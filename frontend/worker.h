@@ -32,6 +32,7 @@ class Worker {
   const bool keepOpen_;
   int socket_ = 0;
   Runner runner_;
+  Watching watching_;
   std::thread thread_;
 };
 

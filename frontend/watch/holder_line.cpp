@@ -1,31 +1,27 @@
 #include "holder_line.h"
 
+#include "json.h"
 #include "json_scan.h"
 
 namespace tembra::frontend {
 namespace {
 
-std::string jsonText(std::string_view text) {
-  std::string quoted = "\"";
-  for (const char c : text) {
-    const bool plain = c >= ' ' && c <= '~';
-    if (c == '"' || c == '\\') quoted += '\\';
-    quoted += plain ? c : '?';
-  }
-  return quoted + '"';
-}
+constexpr int kSchema = 1;
 
 }  // namespace
 
 std::string holderLine(const Holder& holder, std::string_view state) {
-  std::string line = R"({"schema":1,"holder":{"role":)" + std::to_string(holder.role);
-  line += R"(,"program":)" + jsonText(holder.program);
-  line += R"(,"pid":)" + std::to_string(holder.pid);
-  line += R"(,"since":)" + std::to_string(holder.since);
-  return line.append(R"(},"state":)").append(state) + '}';
+  JsonWriter json;
+  json.begin("", '{').member("schema", kSchema).begin("holder", '{');
+  json.member("role", holder.role).member("program", holder.program);
+  json.member("pid", holder.pid).member("since", holder.since).end('}');
+  return std::string(json.text()).append(",\"state\":").append(state) + '}';
 }
 
-std::string errorLine(std::string_view what) { return R"({"schema":1,"error":)" + jsonText(what) + '}'; }
+std::string errorLine(std::string_view what) {
+  JsonWriter json;
+  return json.begin("", '{').member("schema", kSchema).member("error", what).end('}').text();
+}
 
 bool readHolderLine(std::string_view line, HolderReport& report) {
   long long role = 0;

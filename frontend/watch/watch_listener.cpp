@@ -74,8 +74,10 @@ WatchListener::WatchListener(std::string path)
   }
 }
 
-WatchListener::~WatchListener() {
-  removeOwnFile();
+WatchListener::~WatchListener() { stop(); }
+
+void WatchListener::stop() const {
+  removeFile();
   shutdown(socket_.get(), SHUT_RDWR);  // a child that the program started may have the descriptor, too
 }
 
@@ -96,7 +98,8 @@ void WatchListener::open() {
   if (listen(socket_.get(), kBacklog) != 0) failAt(path_);
 }
 
-void WatchListener::removeOwnFile() {
+// As long as the socket is open, its file's number is nobody else's.
+void WatchListener::removeFile() const {
   struct stat there {};
   const bool own = lstat(path_.c_str(), &there) == 0 && there.st_dev == file_.st_dev && there.st_ino == file_.st_ino;
   if (own) unlink(path_.c_str());

@@ -23,13 +23,18 @@ class WatchListener {
   WatchListener(const WatchListener&) = delete;
   WatchListener& operator=(const WatchListener&) = delete;
 
+  /// Nobody finds the socket any longer. Any thread may call it.
+  void removeFile() const;
+
+  /// Nobody can connect any longer. Any thread may call it.
+  void stop() const;
+
   [[nodiscard]] int descriptor() const { return socket_.get(); }
   [[nodiscard]] gid_t group() const { return group_; }  ///< whose members may connect
 
  private:
   void bindToPath();
   void open();
-  void removeOwnFile();
 
   const std::string path_;
   const sockaddr_un address_;

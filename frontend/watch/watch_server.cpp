@@ -80,6 +80,10 @@ WatchServer::~WatchServer() {
   pthread_join(*thread_, nullptr);
 }
 
+void WatchServer::leave() {
+  if (listener_) listener_->removeFile();
+}
+
 void WatchServer::publish(std::string_view line) noexcept {
   if (count_ == 0) return;  // whoever comes later hears of it from the state
   {
@@ -101,7 +105,7 @@ void WatchServer::serve() {
   } catch (const std::exception&) {
     // No memory: nobody is served any more.
   }
-  listener_.reset();  // first, so that a watcher that hears the end finds nobody when it connects anew
+  listener_->stop();  // first, so that a watcher that hears the end finds nobody when it connects anew
   for (Watcher& each : watchers_) drop(each);
   count_ = 0;
 }

@@ -46,6 +46,9 @@ class WatchServer {
   WatchServer(const WatchServer&) = delete;
   WatchServer& operator=(const WatchServer&) = delete;
 
+  /// Frees the path for another process. Those who watch go on.
+  void leave();
+
   /// Sends an event, one JSON object without a newline, to each watcher. Never waits for a watcher.
   void publish(std::string_view line) noexcept;
 

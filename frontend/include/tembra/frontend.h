@@ -263,6 +263,7 @@ enum tembra_reason {
   TEMBRA_REASON_CONNECTION_LOST = 17,
   TEMBRA_REASON_NO_ANSWER = 18,     ///< `server` said nothing in time
   TEMBRA_REASON_OTHER_ANSWER = 19,  ///< `server` answered something else
+  TEMBRA_REASON_NOT_WATCHED = 20,   ///< a warning: nobody can be served at the option's watch_path
   TEMBRA_REASON_NOBODY_PRESSED = 30,
   TEMBRA_REASON_DEVICE_SILENT = 31,  ///< `phase` says when
   TEMBRA_REASON_RADIO_FAILED = 32,
