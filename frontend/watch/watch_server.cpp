@@ -84,13 +84,14 @@ void WatchServer::leave() {
   if (listener_) listener_->removeFile();
 }
 
-void WatchServer::publish(std::string_view line) noexcept {
+void WatchServer::publish(unsigned number, std::string_view line) noexcept {
   if (count_ == 0) return;  // whoever comes later hears of it from the state
   {
     const std::lock_guard lock(mutex_);
     try {
-      isLost_ = isLost_ || unsent_.size() + line.size() >= kMostBehind;
-      if (!isLost_) unsent_.append(line).append(1, '\n');
+      isLost_ = isLost_ || unsentBytes_ + line.size() >= kMostBehind;
+      if (!isLost_) unsent_.push_back({number, std::string(line) + '\n'});
+      unsentBytes_ += line.size();
     } catch (const std::bad_alloc&) {
       isLost_ = true;
     }
@@ -119,9 +120,9 @@ bool WatchServer::serveOnce() {
   isShort_ = false;
   eventfd_t count = 0;
   if (waits[0].revents != 0) eventfd_read(alarm_.get(), &count);
-  std::string lines;
-  const bool goesOn = takeUnsent(lines);
-  for (Watcher& each : watchers_) say(each, lines);
+  std::vector<Event> events;
+  const bool goesOn = takeUnsent(events);
+  for (Watcher& each : watchers_) tell(each, events);
   if (!goesOn) return false;
   for (std::size_t i = 0; i < watchers_.size(); ++i) {
     if (waits[i + 2].revents != 0) listenTo(watchers_[i], (waits[i + 2].revents & POLLHUP) != 0);
@@ -134,17 +135,27 @@ bool WatchServer::serveOnce() {
   return true;
 }
 
-bool WatchServer::takeUnsent(std::string& lines) {
+bool WatchServer::takeUnsent(std::vector<Event>& events) {
   const std::lock_guard lock(mutex_);
   if (isLost_) {  // they would miss an event and not know it
     for (Watcher& each : watchers_) drop(each);
   }
   isLost_ = false;
-  lines.swap(unsent_);
+  unsentBytes_ = 0;
+  events.swap(unsent_);
   return !ends_;
 }
 
-// The count grows before the state is asked for: an event that comes meanwhile is told twice rather than never.
+// An event that was published before the state was asked for may still be unsent. The new watcher has heard of it.
+void WatchServer::tell(Watcher& watcher, const std::vector<Event>& events) {
+  std::string lines;
+  for (const Event& each : events) {
+    if (each.number > watcher.lastEvent) lines += each.line;
+  }
+  say(watcher, lines);
+}
+
+// The count grows before the state is asked for, so that no event in between is left out.
 void WatchServer::accept() {
   Watcher watcher{Descriptor(accept4(listener_->descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK))};
   if (!watcher.socket.valid()) {
@@ -155,7 +166,9 @@ void WatchServer::accept() {
   ++count_;
   const int room = kMostBehind;
   setsockopt(watcher.socket.get(), SOL_SOCKET, SO_SNDBUF, &room, sizeof room);
-  say(watcher, holderLine(holder_, host_.stateLine()) + '\n');
+  const State state = host_.state();
+  watcher.lastEvent = state.lastEvent;
+  say(watcher, holderLine(holder_, state.json) + '\n');
   if (watchers_.size() == kMostWatchers) return say(watcher, errorLine("too many watchers") + '\n');
   if (watcher.socket.valid()) watchers_.push_back(std::move(watcher));
 }

@@ -25,6 +25,11 @@ inline constexpr std::size_t kMostBehind = 65536;  ///< bytes that a watcher may
 /// Whatever goes wrong here is no reason to fail an operation: then it serves nobody.
 class WatchServer {
  public:
+  struct State {
+    std::string json;        ///< one object on one line
+    unsigned lastEvent = 0;  ///< number of the last event that is part of it
+  };
+
   /// What the server asks of its owner, on a thread of its own. It must not be destroyed by either.
   struct Host {
     Host() = default;
@@ -32,8 +37,8 @@ class WatchServer {
     Host& operator=(const Host&) = delete;
     virtual ~Host() = default;
 
-    /// The state as one JSON object on one line. What publish() was told before is part of it.
-    virtual std::string stateLine() = 0;
+    /// What publish() was told before is part of it.
+    virtual State state() = 0;
     virtual void cancelAsked() = 0;
   };
 
@@ -49,15 +54,22 @@ class WatchServer {
   /// Frees the path for another process. Those who watch go on.
   void leave();
 
-  /// Sends an event, one JSON object without a newline, to each watcher. Never waits for a watcher.
-  void publish(std::string_view line) noexcept;
+  /// Sends an event to each watcher that has not heard of it by the state. Never waits for a watcher.
+  /// @param number of the event, greater than those before
+  /// @param line one JSON object without a newline
+  void publish(unsigned number, std::string_view line) noexcept;
 
   /// Why nobody is served; empty when all is well.
   [[nodiscard]] const std::string& error() const { return error_; }
 
  private:
+  struct Event {
+    unsigned number;
+    std::string line;
+  };
   struct Watcher {
     Descriptor socket;
+    unsigned lastEvent = 0;  ///< that it has heard of
     WatcherLines lines{};
     bool isSilent = false;  ///< it closed its half of the connection, and may go on reading
   };
@@ -65,7 +77,8 @@ class WatchServer {
   void start();
   void serve();
   [[nodiscard]] bool serveOnce();
-  [[nodiscard]] bool takeUnsent(std::string& lines);
+  [[nodiscard]] bool takeUnsent(std::vector<Event>& events);
+  void tell(Watcher& watcher, const std::vector<Event>& events);
   void accept();
   void listenTo(Watcher& watcher, bool isGone);
   void obey(Watcher& watcher, std::string_view line);
@@ -86,8 +99,9 @@ class WatchServer {
   // Of both threads.
   std::atomic<std::size_t> count_ = 0;  ///< of watchers, one that is being accepted included
   std::mutex mutex_;
-  std::string unsent_;
-  bool isLost_ = false;  ///< lines for which there was no room
+  std::vector<Event> unsent_;
+  std::size_t unsentBytes_ = 0;
+  bool isLost_ = false;  ///< events for which there was no room
   bool ends_ = false;
 };
 

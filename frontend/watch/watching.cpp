@@ -40,14 +40,17 @@ std::string Watching::begin() {
 }
 
 void Watching::publish(const std::string& json) {
-  if (server_) server_->publish(json);
+  if (server_) server_->publish(outbox_.state().last_event, json);
 }
 
 void Watching::leave() {
   if (server_) server_->leave();
 }
 
-std::string Watching::stateLine() { return stateJson(outbox_.state()); }
+WatchServer::State Watching::state() {
+  const tembra_state now = outbox_.state();
+  return {stateJson(now), now.last_event};
+}
 
 void Watching::cancelAsked() { static_cast<void>(inbox_.cancel()); }
 

@@ -34,7 +34,7 @@ class Watching : public WatchServer::Host {
   [[nodiscard]] std::string describeHolder() const;
 
  private:
-  std::string stateLine() override;
+  WatchServer::State state() override;
   void cancelAsked() override;
 
   const std::string path_;

@@ -59,7 +59,7 @@ mode_t rightsOf(const std::string& path) {
 std::string complaint(const std::string& path) {
   Host host;
   WatchServer server(path, {}, host);
-  server.publish("{}");  // and nothing happens
+  server.publish(1, "{}");  // and nothing happens
   std::string error = server.error();
   const std::size_t at = error.find(path);
   if (at != std::string::npos && !path.empty()) error.replace(at, path.size(), "PATH");
@@ -181,7 +181,7 @@ TEST_F(WatchPlace, AnotherProgramThatServesThereGoesOn) {
   EXPECT_EQ(complaint(place_.socket()), "nobody can watch: another program serves PATH");
   PlainWatcher watcher(place_.socket());
   EXPECT_NE(watcher.hear(), "(end)");
-  first.publish("{}");
+  first.publish(1, "{}");
   EXPECT_EQ(watcher.hear(), "{}");
 }
 

@@ -91,8 +91,8 @@ TEST_F(WatchClient, WatchesAndCancels) {
   EXPECT_NE(next(watch).find("\"holder\""), std::string::npos);
   EXPECT_EQ(next(watch, 0), "ETIMEDOUT");
   EXPECT_EQ(next(watch, 20), "ETIMEDOUT");
-  server.publish(R"({"number":1})");
-  server.publish(R"({"number":2})");
+  server.publish(1, R"({"number":1})");
+  server.publish(1, R"({"number":2})");
   pollfd one{tembra_watch_descriptor(watch.get()), POLLIN, 0};
   EXPECT_EQ(poll(&one, 1, kLong), 1);
   EXPECT_EQ(next(watch), R"({"number":1})");
@@ -104,7 +104,7 @@ TEST_F(WatchClient, WatchesAndCancels) {
 TEST_F(WatchClient, HearsTheEndOfTheHolder) {
   OtherProcess holder([this] {
     auto* const host = new Host;
-    (new WatchServer(place_.socket(), {}, *host))->publish("{}");
+    (new WatchServer(place_.socket(), {}, *host))->publish(1, "{}");
   });
   const Watch watch(tembra_watch_open(place_.socket().c_str()));
   ASSERT_TRUE(watch);

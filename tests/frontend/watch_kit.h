@@ -41,10 +41,11 @@ inline bool comesTrue(const std::function<bool()>& condition) {
 
 class Host : public frontend::WatchServer::Host {
  public:
-  std::string stateLine() override {
+  frontend::WatchServer::State state() override {
     ++asked_;
     const std::lock_guard turn(turn_);  // a test that takes it makes the server's thread wait
-    return R"({"operation":"add","phase":"button","last_event":)" + std::to_string(lastEvent) + "}";
+    const unsigned last = lastEvent;
+    return {R"({"operation":"add","phase":"button","last_event":)" + std::to_string(last) + "}", last};
   }
   void cancelAsked() override { ++cancels; }
 
@@ -52,7 +53,7 @@ class Host : public frontend::WatchServer::Host {
   [[nodiscard]] std::mutex& turn() { return turn_; }
 
   std::atomic<int> cancels = 0;
-  std::atomic<int> lastEvent = 0;
+  std::atomic<unsigned> lastEvent = 0;
 
  private:
   std::mutex turn_;

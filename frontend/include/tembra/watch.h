@@ -63,7 +63,7 @@ TEMBRA_API tembra_watch* tembra_watch_open(const char* path);
 TEMBRA_API int tembra_watch_descriptor(const tembra_watch* watch);
 
 /// The next line: a JSON object without its newline. The first one is the state, the others are events, see
-/// docs/watch-socket.md. The state may tell of an event already that comes as a line, too: compare the numbers.
+/// docs/watch-socket.md. They go on where the state is: no event is left out, none is told twice.
 /// @param milliseconds how long to wait for a line; 0: not at all, -1: without limit
 /// @return a text that is valid until the next call; null with errno: ETIMEDOUT when no line came; ECONNRESET when the
 /// other process closed the connection, ended, or dropped this watcher; EPROTO when something else answers there, such
