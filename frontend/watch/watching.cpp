@@ -17,7 +17,7 @@ constexpr int kForHolder = 50;  // milliseconds for its answer
 std::string textOr(const char* text, const char* other) { return text != nullptr ? text : other; }
 
 std::string elapsed(long long seconds) {
-  if (seconds < 120) return std::to_string(seconds) + " seconds";
+  if (seconds < 120) return std::to_string(seconds) + (seconds == 1 ? " second" : " seconds");
   return std::to_string(seconds / 60) + " minutes";
 }
 
