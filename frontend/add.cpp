@@ -13,14 +13,12 @@ namespace {
 
 using std::chrono::seconds;
 
-// How long the library waits after each of these events, and how much later the kit ends an add of which it hears
-// nothing more.
+// How long the library waits after each of these events.
 constexpr seconds kForIdentity{60};
 constexpr seconds kForDescription{180};
 constexpr seconds kForChoice{180};
-constexpr seconds kGrace{30};
 
-constexpr Milliseconds kBetweenLooks{50};
+constexpr Milliseconds kBetweenAddLooks{50};
 constexpr Milliseconds kLongestStoring{5000};
 constexpr Milliseconds kFirstPause{1};
 constexpr Milliseconds kLongestPause{50};
@@ -102,7 +100,7 @@ class Add {
 
 void Add::awaitDevice() {
   while (phase_ != TEMBRA_PHASE_CHOICE) {
-    if (const auto heard = session_.nextEvent(Clock::now() + kBetweenLooks)) {
+    if (const auto heard = session_.nextEvent(Clock::now() + kBetweenAddLooks)) {
       hear(*heard);
     } else {
       throwIfGivenUp();
@@ -185,7 +183,7 @@ void Add::find(const LibraryEvent& heard) {
 Choice Add::awaitChoice() {
   while (true) {
     if (const auto choice = session_.takeChoice()) return *choice;
-    const auto heard = session_.nextEvent(Clock::now() + kBetweenLooks);
+    const auto heard = session_.nextEvent(Clock::now() + kBetweenAddLooks);
     if (heard && heard->event.code == EVENT_TIMEOUT) throw endOf(*heard);
     if (Clock::now() >= overdue_) throw timedOut(TEMBRA_REASON_CHOICE_TOO_SLOW);
   }

@@ -14,9 +14,8 @@ namespace {
 
 using std::chrono::seconds;
 
-constexpr Milliseconds kBetweenLooks{50};
+constexpr Milliseconds kBetweenAnswerLooks{50};
 constexpr seconds kLongestAnswer{180};
-constexpr seconds kGrace{30};
 constexpr seconds kForLinkButton{60};
 constexpr seconds kBetweenTries{1};
 
@@ -46,7 +45,7 @@ End endOf(ServerType server, int code) {
 // The library closes the web server's connection behind every answer, also behind one that it does not know.
 std::unique_ptr<LibraryEvent> nextEvent(Session& session, ServerType server) {
   try {
-    return session.nextEvent(Clock::now() + kBetweenLooks);
+    return session.nextEvent(Clock::now() + kBetweenAnswerLooks);
   } catch (const End& end) {
     const bool isWebServer = session.service().clientRole == ROLE_WEB_SERVER;
     throw end.reason == TEMBRA_REASON_CONNECTION_LOST && isWebServer ? failed(TEMBRA_REASON_OTHER_ANSWER, server) : end;

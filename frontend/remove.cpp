@@ -7,9 +7,8 @@
 namespace tembra::frontend {
 namespace {
 
-constexpr Milliseconds kBetweenLooks{20};
+constexpr Milliseconds kBetweenRemoveLooks{20};
 constexpr std::chrono::seconds kForConfirmation{20};
-constexpr std::chrono::seconds kGrace{30};
 
 tembra_device_event deviceOf(const LibraryEvent& heard) {
   DeviceReport report;
@@ -43,7 +42,7 @@ void awaitConfirmation(Session& session) {
   const auto overdue = Clock::now() + kForConfirmation + kGrace;
   session.settle();
   while (!Session::libraryIsIdle() && Clock::now() < overdue) {
-    const auto heard = session.nextEvent(Clock::now() + kBetweenLooks);
+    const auto heard = session.nextEvent(Clock::now() + kBetweenRemoveLooks);
     if (heard && heard->event.code == EVENT_TIMEOUT) return session.settle();
   }
 }

@@ -12,7 +12,7 @@
 namespace tembra::frontend {
 namespace {
 
-constexpr Milliseconds kBetweenLooks{250};
+constexpr Milliseconds kBetweenCancelLooks{250};
 constexpr Milliseconds kForLateCall{50};
 constexpr int kSettlingMilliseconds = 1000;
 
@@ -120,7 +120,7 @@ void Session::checkSent(const tembra_failure& before) {
 }
 
 bool Session::callEnded() {
-  const Inbox::Call call = inbox_.awaitCall(Clock::now() + kBetweenLooks);
+  const Inbox::Call call = inbox_.awaitCall(Clock::now() + kBetweenCancelLooks);
   if (call == Inbox::Call::kCancelled) throw Cancelled{};
   callRuns_ = call == Inbox::Call::kRuns;
   return !callRuns_;
@@ -131,7 +131,7 @@ bool Session::isLost() const { return fcntl(socket_, F_GETFD) < 0 && !inbox_.has
 
 std::unique_ptr<LibraryEvent> Session::nextEvent(Clock::time_point until) {
   while (true) {
-    inbox_.await(std::min(until, Clock::now() + kBetweenLooks));
+    inbox_.await(std::min(until, Clock::now() + kBetweenCancelLooks));
     if (inbox_.isCancelled()) throw Cancelled{};
     if (auto event = inbox_.takeEvent()) return event;
     if (isLost()) throw failed(TEMBRA_REASON_CONNECTION_LOST);

@@ -16,6 +16,9 @@
 
 namespace tembra::frontend {
 
+/// How much later than the library the kit ends an operation of which it hears nothing more.
+inline constexpr std::chrono::seconds kGrace{30};
+
 /// Thrown to end the operation.
 struct End {
   tembra_outcome outcome;
