@@ -85,7 +85,8 @@ struct tembra_device {
 ///         then errno is
 ///         - EBADMSG: the file is damaged, or no database. What can still be read of it stands at the beginning of
 ///           `devices`, with zeros behind it.
-///         - EINVAL: `device_size` is too small.
+///         - EISDIR: a folder stands in the file's place.
+///         - EINVAL: something else that is no file does, or `device_size` is too small.
 ///         - ELOOP: another user's link stands in the file's place.
 ///         - EPERM: strict mode leaves the file alone, see tembra_set_strict.
 ///         - EDEADLK: the calling thread has the database already, because it is in the router's Logger.
