@@ -79,19 +79,19 @@ struct tembra_device {
 /// Reads the devices of the device database, in the order of the file. Waits, without limit, until no other process
 /// writes it. Creates, repairs and deletes nothing. A file that is missing or empty has no devices.
 /// @param devices      room for `room` devices; null when `room` is 0
-/// @param device_size  sizeof(struct tembra_device)
+/// @param deviceSize  sizeof(struct tembra_device)
 /// @param room         number of devices that fit
 /// @return the number of devices in the database, which may be more than `room`. -1 when there is no complete list;
 ///         then errno is
 ///         - EBADMSG: the file is damaged, or no database. What can still be read of it stands at the beginning of
 ///           `devices`, with zeros behind it.
 ///         - EISDIR: a folder stands in the file's place.
-///         - EINVAL: something else that is no file does, or `device_size` is too small.
+///         - EINVAL: something else that is no file does, or `deviceSize` is too small.
 ///         - ELOOP: another user's link stands in the file's place.
 ///         - EPERM: strict mode leaves the file alone, see tembra_set_strict.
 ///         - EDEADLK: the calling thread has the database already, because it is in the router's Logger.
 ///         - otherwise the errno of the system call that failed to open, lock or read the file.
-TEMBRA_API long tembra_read_devices(struct tembra_device* devices, size_t device_size, size_t room);
+TEMBRA_API long tembra_read_devices(struct tembra_device* devices, size_t deviceSize, size_t room);
 
 /// What became of damaged device databases since the process began.
 struct tembra_database_history {

@@ -163,13 +163,13 @@ long readOpenFile(int descriptor, Room& room) {
 }  // namespace
 }  // namespace tembra
 
-long tembra_read_devices(tembra_device* devices, size_t device_size, size_t room) {
+long tembra_read_devices(tembra_device* devices, size_t deviceSize, size_t room) {
   using namespace tembra;
-  if (device_size < sizeof(tembra_device)) return refuse(EINVAL);
+  if (deviceSize < sizeof(tembra_device)) return refuse(EINVAL);
   const StateUnlocked unlocked;
   const DatabaseTurn turn;
   if (!turn.isOurs()) return refuse(EDEADLK);
-  Room callers(devices, device_size, room);
+  Room callers(devices, deviceSize, room);
   if (isStrict() && depot::isOthers(DBName)) return refuse(EPERM);
   if (depot::isForeignLink(DBName)) return refuse(ELOOP);
   const depot::OpenFile file(DBName, O_RDONLY);
