@@ -183,14 +183,17 @@ void Session::finish(const End& end) {
   putText(ended.advice, filled(reason->advice, filling));
   outbox_.enter(TEMBRA_PHASE_CLOSING, Milliseconds(-1));
   close();
-  if (callRuns_ && inbox_.awaitLateCall(kForLateCall)) callRuns_ = false;
-  if (!callRuns_) inbox_.acceptNext();
+  if (!callRuns_ || isLateCallOver(kForLateCall)) inbox_.acceptNext();
   tell(TEMBRA_EVENT_ENDED, ended);
   if (socket_ == 0) watching_.end();
-  if (callRuns_) {
-    static_cast<void>(inbox_.awaitLateCall(Milliseconds(-1)));
-    inbox_.acceptNext();
-  }
+  if (callRuns_ && isLateCallOver(Milliseconds(-1))) inbox_.acceptNext();
+}
+
+// An opening that was cancelled before it had the connection has it at its end.
+bool Session::isLateCallOver(Milliseconds longest) {
+  callRuns_ = !inbox_.awaitLateCall(longest);
+  if (!callRuns_) closeLibrary();
+  return !callRuns_;
 }
 
 }  // namespace tembra::frontend

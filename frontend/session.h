@@ -99,6 +99,7 @@ class Session {
   void checkOpening(int result, const tembra_failure& before);
   static void checkSent(const tembra_failure& before);
   void close();
+  bool isLateCallOver(Milliseconds longest);  ///< negative: waits without limit
   void closeLibrary();
 
   TembraAssociation& service_;
