@@ -1,0 +1,48 @@
+"""The devices of the database, and the names of types."""
+import ctypes
+import os
+from typing import List, NamedTuple, Optional
+
+from .library import C, DeviceRow
+from .numbers import Radio
+
+
+class Device(NamedTuple):
+    """A device of the database."""
+    id: int
+    type: int  # 0: the database has a name that is none of a type
+    type_name: str
+    name: str
+    radio: Radio
+    address: int  # ZigBee short address or Z-Wave node id
+    values: int  # value slots in the database
+
+
+def _device(row: DeviceRow) -> Device:
+    return Device(row.id, row.type, row.type_name.decode(errors="replace"), row.name.decode(errors="replace"),
+                  Radio(row.radio), row.address, row.values)
+
+
+def devices() -> List[Device]:
+    """The devices of the database. OSError when it cannot be read; its errno is EBADMSG when the database is damaged."""
+    room = 0
+    while True:  # there may be more of them meanwhile
+        rows = (DeviceRow * room)()
+        count = C.tembra_read_devices(rows, ctypes.sizeof(DeviceRow), room)
+        if count < 0:
+            error = ctypes.get_errno()
+            raise OSError(error, os.strerror(error))
+        if count <= room:
+            return [_device(row) for row in rows[:count]]
+        room = count
+
+
+def type_name(number: int) -> Optional[str]:
+    """"BinarySwitch" for 1; None when there is no such type."""
+    name = C.tembra_type_name(number)
+    return name.decode() if name else None
+
+
+def type_number(name: str) -> int:
+    """1 for "BinarySwitch"; 0 when there is no such type."""
+    return C.tembra_type_number(name.encode())

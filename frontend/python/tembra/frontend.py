@@ -1,0 +1,219 @@
+"""The kit itself."""
+import asyncio
+import ctypes
+import errno
+import select
+import time
+from typing import Optional, Union
+
+from .events import DeviceType, Ended, Event, State, event_from_json, state_from_json
+from .library import C, Options
+
+_REFUSALS = {
+    errno.EBUSY: "something else is still under way",
+    errno.ESRCH: "there is nothing to do this with",
+    errno.EINVAL: "this is not possible",
+    errno.EMSGSIZE: "the text is too long",
+    errno.EILSEQ: "the text has characters that are not allowed",
+}
+
+
+class Refused(OSError):
+    """A call did nothing. Its errno is EBUSY, ESRCH, EINVAL, EMSGSIZE or EILSEQ, as in the C face."""
+
+    def __init__(self, error: int):
+        super().__init__(error, _REFUSALS.get(error, "this failed"))
+
+
+def _text(text: Optional[str]) -> Optional[bytes]:
+    """For C, where a text ends at its first NUL."""
+    if text is None:
+        return None
+    try:
+        encoded = text.encode()
+    except UnicodeEncodeError:
+        raise Refused(errno.EILSEQ) from None
+    if b"\0" in encoded:
+        raise Refused(errno.EILSEQ)
+    return encoded
+
+
+def _check(error: int) -> None:
+    if error != 0:
+        raise Refused(error)
+
+
+class Frontend:
+    """The front-end kit; a process has one at a time. Operations raise Refused when they do not start.
+
+        with tembra.Frontend() as kit:
+            kit.add()
+            for event in kit:  # or: async for
+                if isinstance(event, tembra.Found):
+                    kit.finish(name="Hall lamp")
+                elif isinstance(event, tembra.Ended):
+                    print(event.text)
+
+    Any thread may call it, but for close(). Asynchronous reading is for one task at a time.
+    """
+
+    def __init__(self, *, role: int = 0, keep_open: bool = False, program: Optional[str] = None,
+                 watch_path: Optional[str] = None):
+        options = Options(ctypes.sizeof(Options), role, keep_open, _text(program), _text(watch_path))
+        self._kit = C.tembra_frontend_new(ctypes.byref(options))
+        if not self._kit:
+            raise Refused(ctypes.get_errno())
+
+    def close(self) -> None:
+        """Cancels what runs and closes the connection."""
+        kit, self._kit = self._kit, None
+        C.tembra_frontend_free(kit)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def __del__(self):
+        if getattr(self, "_kit", None):
+            self.close()
+
+    # ---- Operations: each ends with exactly one event Ended ----
+
+    def add(self) -> None:
+        """Adds the device whose button is pressed. After the event Found call finish()."""
+        self._call(C.tembra_frontend_add)
+
+    def remove(self) -> None:
+        """Removes the device whose button is pressed."""
+        self._call(C.tembra_frontend_remove)
+
+    def reset(self, what: int) -> None:
+        """Resets radio networks. @param what a Reset"""
+        self._call(C.tembra_frontend_reset, what)
+
+    def hue_discover(self) -> None:
+        """Looks for Hue bridges in the home's network."""
+        self._call(C.tembra_frontend_hue_discover)
+
+    def hue_add_bridge(self, mac: str) -> None:
+        """Adds a Hue bridge, whose round button has to be pressed."""
+        self._call(C.tembra_frontend_hue_add_bridge, _text(mac))
+
+    def hue_add_lamp(self, mac: str, lamp: str) -> None:
+        """Adds a lamp of a bridge that was added."""
+        self._call(C.tembra_frontend_hue_add_lamp, _text(mac), _text(lamp))
+
+    def hue_refresh(self, mac: str, text: Optional[str] = None) -> None:
+        """Looks for changes of a bridge."""
+        self._call(C.tembra_frontend_hue_refresh, _text(mac), _text(text))
+
+    def hue_remove(self, mac: str) -> None:
+        """Removes a bridge and its lamps."""
+        self._call(C.tembra_frontend_hue_remove, _text(mac))
+
+    def hue_list(self) -> None:
+        """Lists the bridges of the device database, with their users."""
+        self._call(C.tembra_frontend_hue_list)
+
+    def nest_status(self) -> None:
+        """Asks whether a Nest account is linked."""
+        self._call(C.tembra_frontend_nest_status)
+
+    def nest_link(self, code: str) -> None:
+        """Links the account of an authorisation code."""
+        self._call(C.tembra_frontend_nest_link, _text(code))
+
+    def nest_unlink(self) -> None:
+        """Unlinks the account."""
+        self._call(C.tembra_frontend_nest_unlink)
+
+    def finish(self, type: Union[int, DeviceType] = 0, name: Optional[str] = None, place: Optional[str] = None) -> None:
+        """After Found: hands the device over. What is left out stays as it was proposed."""
+        number = type.number if isinstance(type, DeviceType) else type
+        self._call(C.tembra_frontend_finish, number, _text(name), _text(place))
+
+    def cancel(self) -> bool:
+        """Cancels what runs. Returns False when nothing runs."""
+        error = C.tembra_frontend_cancel(self._open())
+        if error not in (0, errno.ESRCH):
+            raise Refused(error)
+        return error == 0
+
+    # ---- Events ----
+
+    def fileno(self) -> int:
+        """A descriptor that is readable while there are events, for select and event loops."""
+        return C.tembra_frontend_descriptor(self._open())
+
+    def next(self, timeout: Optional[float] = None) -> Optional[Event]:
+        """The next event; None when none came within so many seconds. Ctrl-C interrupts the wait."""
+        end = None if timeout is None else time.monotonic() + timeout
+        readable = select.poll()
+        readable.register(self.fileno(), select.POLLIN)
+        while True:
+            event = self._take()
+            left = None if end is None else end - time.monotonic()
+            if event is not None or (left is not None and left <= 0):
+                return event
+            readable.poll(None if left is None else left * 1000)
+
+    async def next_async(self) -> Event:
+        """The next event, without blocking the event loop. asyncio.wait_for() limits the wait."""
+        loop = asyncio.get_running_loop()
+        while True:
+            event = self._take()
+            if event is not None:
+                return event
+            readable = loop.create_future()
+            loop.add_reader(self.fileno(), lambda: readable.done() or readable.set_result(None))
+            try:
+                await readable
+            finally:
+                loop.remove_reader(self.fileno())
+
+    def __iter__(self):
+        """The events of the operation that was started, up to its end."""
+        event = None
+        while not isinstance(event, Ended):
+            event = self.next()
+            yield event
+
+    async def __aiter__(self):
+        """The same for `async for`."""
+        event = None
+        while not isinstance(event, Ended):
+            event = await self.next_async()
+            yield event
+
+    def state(self) -> State:
+        """Where things are, for a page that loads anew."""
+        size = 4096
+        while True:  # the state may change meanwhile
+            text = ctypes.create_string_buffer(size)
+            length = C.tembra_frontend_state_json(self._open(), text, size)
+            if length < size:
+                return state_from_json(text.value)
+            size = length + 1
+
+    # ---- Helpers ----
+
+    def _open(self):
+        if not self._kit:
+            raise ValueError("the front end is closed")
+        return self._kit
+
+    def _call(self, function, *arguments) -> None:
+        _check(function(self._open(), *arguments))
+
+    def _take(self) -> Optional[Event]:
+        event = C.tembra_frontend_next(self._open(), 0)
+        if not event:
+            if ctypes.get_errno() == errno.ENOMEM:
+                raise MemoryError
+            return None
+        try:
+            return event_from_json(C.tembra_event_json(event))
+        finally:
+            C.tembra_event_free(event)

@@ -1,0 +1,211 @@
+"""The package against the simulated router, with the library's waits a hundred times shorter."""
+import asyncio
+import errno
+import os
+import pathlib
+import random
+import signal
+import subprocess
+import sys
+import threading
+import time
+import unittest
+
+import tembra
+
+DATABASE = pathlib.Path("/tmp/ddb")
+
+
+def control(*words):
+    return subprocess.run(["tembra-sim", *words], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+
+
+class WithRouter(unittest.TestCase):
+    def setUp(self):
+        DATABASE.unlink(missing_ok=True)
+        self.router = subprocess.Popen(["tembra-sim", "run", "--speed", "20"], stdout=subprocess.DEVNULL)
+        self.addCleanup(self.stop_router)
+        while not control("status"):
+            time.sleep(0.01)
+
+    def stop_router(self):
+        control("stop")
+        self.assertEqual(self.router.wait(), 0, "the simulated router found something wrong")
+
+
+def events_of(kit, finish=lambda kit, found: kit.finish()):
+    """The events of the operation; `press` when its button is awaited."""
+    events = []
+    for event in kit:
+        events.append(event)
+        if isinstance(event, tembra.Waiting):
+            control("press", "plain-plug")
+        if isinstance(event, tembra.Found):
+            finish(kit, event)
+    return events
+
+
+class Blocking(WithRouter):
+    def test_a_device_is_added_as_chosen_and_removed(self):
+        def choose(kit, found):
+            self.assertEqual(found.choices[0], found.type)
+            self.assertEqual(kit.state().found.name, found.name)
+            kit.finish(tembra.type_number("Siren"), name="Öffner", place="Hall")
+
+        with tembra.Frontend() as kit:
+            kit.add()
+            *before, added, ended = events_of(kit, choose)
+            self.assertEqual([type(event) for event in before],
+                             [tembra.Waiting, tembra.Answered, tembra.Reading, tembra.Found])
+            self.assertEqual((added.name, added.type.name, added.place), ("Öffner", "Siren", "Hall"))
+            self.assertEqual(ended.outcome, tembra.Outcome.DONE)
+            [device] = tembra.devices()
+            self.assertEqual((device.id, device.name, device.type_name, device.radio),
+                             (added.id, "Öffner", "Siren", tembra.Radio.ZWAVE))
+            kit.remove()
+            *_, removed, ended = events_of(kit)
+            self.assertEqual((removed.id, removed.name), (added.id, "Öffner"))
+            self.assertEqual(tembra.devices(), [])
+
+    def test_a_bad_text_is_refused_and_a_good_one_taken_afterwards(self):
+        def choose(kit, found):
+            for name, error in [("x" * (found.name_room + 1), errno.EMSGSIZE), ("a\nb", errno.EILSEQ),
+                                ("a\0b", errno.EILSEQ), ("\udc80", errno.EILSEQ)]:
+                with self.subTest(name), self.assertRaises(tembra.Refused) as refused:
+                    kit.finish(name=name)
+                self.assertEqual(refused.exception.errno, error)
+            with self.assertRaises(tembra.Refused) as refused:
+                kit.finish(tembra.type_number("DoorLock"))
+            self.assertEqual(refused.exception.errno, errno.EINVAL)
+            kit.finish(found.choices[-1])
+
+        with tembra.Frontend() as kit:
+            kit.add()
+            self.assertEqual(events_of(kit, choose)[-1].outcome, tembra.Outcome.DONE)
+
+    def test_one_operation_and_one_kit_at_a_time(self):
+        with tembra.Frontend() as kit:
+            self.assertFalse(kit.cancel())
+            kit.add()
+            for call in (kit.add, kit.hue_list, tembra.Frontend):
+                with self.assertRaises(tembra.Refused) as refused:
+                    call()
+                self.assertEqual(refused.exception.errno, errno.EBUSY)
+            self.assertTrue(kit.cancel())
+            self.assertEqual(list(kit)[-1].reason, tembra.Reason.CANCELLED)
+
+    def test_a_cancelled_opening_leaves_no_connection_behind(self):
+        for _ in range(150):  # the cancel has to meet the moment before the connection is there
+            with tembra.Frontend() as kit:
+                kit.add()
+                time.sleep(random.uniform(0, 0.004))
+                kit.cancel()
+                self.assertEqual(list(kit)[-1].reason, tembra.Reason.CANCELLED)
+
+    def test_nobody_presses(self):
+        with tembra.Frontend() as kit:
+            started = time.monotonic()
+            kit.add()
+            ended = list(kit)[-1]
+            self.assertEqual((ended.outcome, ended.reason, ended.ended_in),
+                             (tembra.Outcome.TIMED_OUT, tembra.Reason.NOBODY_PRESSED, tembra.Phase.BUTTON))
+            self.assertLess(time.monotonic() - started, 20)
+
+    def test_no_event_comes_while_nothing_runs(self):
+        with tembra.Frontend() as kit:
+            self.assertIsNone(kit.next(0))
+            self.assertIsNone(kit.next(0.05))
+
+    def test_control_c_interrupts_a_wait(self):
+        with tembra.Frontend() as kit:
+            threading.Timer(0.1, os.kill, (os.getpid(), signal.SIGINT)).start()
+            with self.assertRaises(KeyboardInterrupt):
+                kit.next()
+
+    def test_a_closed_kit_refuses(self):
+        kit = tembra.Frontend()
+        kit.close()
+        kit.close()
+        with self.assertRaises(ValueError):
+            kit.add()
+
+    def test_bridges_are_found(self):
+        with tembra.Frontend() as kit:
+            kit.hue_discover()
+            found = [event for event in kit if isinstance(event, tembra.Bridges)]
+            self.assertEqual([bridge.mac for bridge in found[0].bridges], ["02:a1:b2:0c:00:01"])
+
+
+class Asynchronous(WithRouter):
+    def test_two_tasks_go_on_beside_an_add(self):
+        async def add():
+            ticks = 0
+
+            async def tick():
+                nonlocal ticks
+                while True:
+                    ticks += 1
+                    await asyncio.sleep(0.001)
+
+            ticking = asyncio.create_task(tick())
+            with tembra.Frontend() as kit:
+                kit.add()
+                async for event in kit:
+                    if isinstance(event, tembra.Waiting):
+                        press = await asyncio.create_subprocess_exec("tembra-sim", "press", "zb-tilt",
+                                                                     stdout=subprocess.DEVNULL)
+                        await press.wait()
+                    elif isinstance(event, tembra.Found):
+                        kit.finish()
+            ticking.cancel()
+            return event, ticks
+
+        ended, ticks = asyncio.run(add())
+        self.assertEqual(ended.outcome, tembra.Outcome.DONE)
+        self.assertGreater(ticks, 3)
+        self.assertEqual([device.name for device in tembra.devices()], ["Tilt Sensor #1"])
+
+    def test_a_wait_can_be_limited(self):
+        async def wait():
+            with tembra.Frontend() as kit:
+                with self.assertRaises(asyncio.TimeoutError):
+                    await asyncio.wait_for(kit.next_async(), 0.05)
+                kit.nest_status()
+                return [event async for event in kit]
+
+        account, ended = asyncio.run(wait())
+        self.assertFalse(account.linked)
+        self.assertEqual(ended.outcome, tembra.Outcome.DONE)
+
+
+class Database(unittest.TestCase):
+    def list_devices(self, **where):
+        return subprocess.run([sys.executable, "-m", "tembra", "devices"], text=True, stderr=subprocess.PIPE,
+                              **{"stdout": subprocess.PIPE, **where})
+
+    def tearDown(self):
+        DATABASE.unlink(missing_ok=True)
+
+    def test_none_has_no_devices(self):
+        DATABASE.unlink(missing_ok=True)
+        self.assertEqual((self.list_devices().returncode, self.list_devices().stdout), (0, ""))
+
+    def test_a_damaged_one_is_an_error(self):
+        DATABASE.write_bytes(bytes(range(256)) * 20)
+        with self.assertRaises(OSError) as raised:
+            tembra.devices()
+        self.assertEqual(raised.exception.errno, errno.EBADMSG)
+        self.assertEqual((self.list_devices().returncode, self.list_devices().stderr), (1, "tembra: Bad message\n"))
+
+
+class Module(WithRouter):
+    def test_lists_the_devices(self):
+        with tembra.Frontend() as kit:
+            kit.add()
+            events_of(kit, lambda kit, found: kit.finish(name="Plug \N{DEGREE SIGN}"))
+        listing = [sys.executable, "-m", "tembra", "devices"]
+        said = subprocess.run(listing, text=True, stdout=subprocess.PIPE, check=True).stdout
+        self.assertRegex(said, "^1 +BinarySwitch +Z-Wave +2 +Plug °\n$")
+        with open("/dev/full", "w") as full:
+            said = subprocess.run(listing, text=True, stdout=full, stderr=subprocess.PIPE)
+        self.assertEqual((said.returncode, said.stderr), (1, "tembra: No space left on device\n"))
