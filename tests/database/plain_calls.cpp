@@ -74,13 +74,13 @@ void forEachDevice(DEPOT* depot, const std::function<void(const Stored&)>& visit
 
 std::string nameOf(const DeviceRecord& record) { return {record.name, strnlen(record.name, sizeof record.name - 1)}; }
 
-// Every device that passes the test, and then the last of them.
-std::string matches(DEPOT* depot, const std::function<bool(const Stored&)>& test) {
+// Every device that passes the test, and then the last of them. Of a ZigBee device no node is told.
+std::string matches(DEPOT* depot, const std::function<bool(const Stored&)>& test, bool hasNode = true) {
   std::ostringstream told;
   std::string last = "nobody 0";
   forEachDevice(depot, [&](const Stored& stored) {
     if (!test(stored)) return;
-    told << "match " << stored.record.zwaveNode << "\n";
+    told << "match " << (hasNode ? stored.record.zwaveNode : 0) << "\n";
     last = nameOf(stored.record) + " " + std::to_string(stored.record.id);
   });
   return told.str() + last;
@@ -166,7 +166,7 @@ std::string zigbeeRemoval(unsigned address) {
   const auto [depot, deletion] = open();
   if (depot == nullptr) return std::to_string(deletion) + " nobody 0";
   const std::string found = matches(
-      depot, [&](const Stored& stored) { return stored.size >= 372 && stored.record.zigbeeAddress == address; });
+      depot, [&](const Stored& stored) { return stored.size >= 372 && stored.record.zigbeeAddress == address; }, false);
   return (found.find("match") == std::string::npos ? "-1 " : "0 ") + found;
 }
 
