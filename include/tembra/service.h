@@ -110,8 +110,8 @@ TEMBRA_API int tembra_database_history(struct tembra_database_history* history);
 /// In strict mode
 /// - a datagram counts only when address and port are those of a server of the endpoint table (<tembra/endpoints.h>).
 ///   No other process can bind these while the server runs. It cuts off a server that sends from another port.
-/// - an answer of a radio server counts only while an operation runs (`idle` is 0). It cuts off the late answer to an
-///   operation that was cancelled or timed out: a device that joined just before is known to the radio alone.
+/// - an answer of a radio server does not count between an add or removal that was cancelled, timed out or closed upon,
+///   and the next one. It cuts off the late answer: a device that joined just before is known to the radio alone.
 /// - a datagram that does not count changes nothing. The wait goes on, and the log gets at most one line a second.
 /// - a device database is not opened, repaired or deleted when it, or a link to it, belongs to neither root nor the
 ///   effective user, or when group or others may write it. A line on standard error says so, and the operation finds no

@@ -142,6 +142,7 @@ int TembraAssociation::checkAssocConnection() {
   latest.receive.isServed = latest.receive.isUnderWay = false;
   const tembra::ConnectionNumber number = latest.number;
   tembra::setAssociationMeshId(tembra::kMeshIdUnknown);
+  tembra::setStateLeft(true);
   if (!readMeshId(*this, number)) {
     tembra::recordOpeningFailure(TEMBRA_OPENING_REPLACED, 0);
     return -1;

@@ -54,6 +54,7 @@ void startOperation(TembraAssociation& assoc, zigbee_cmd zigbee, zwave_cmd zwave
   assoc.cmdToZwave(zwave);
   setCommandType(commandType);
   setIdle(false);
+  setStateLeft(false);
   setState(assoc, state);
 }
 
@@ -129,6 +130,7 @@ void TembraAssociation::sendCancelTo(cancel_type type) {
       cancelZigbee(*this);
       cancelZwave(*this);
       setIdle(true);
+      setStateLeft(true);
       return;
   }
   log(*this, Level::kError, TEMBRA_LOG_PREFIX "Unknown cancel type");

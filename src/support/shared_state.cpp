@@ -24,6 +24,15 @@ int SensorType = 0;
 unsigned int HomeId = 0;
 
 namespace tembra {
+namespace {
+
+bool stateIsLeft = false;
+
+}  // namespace
+
+void setStateLeft(bool value) { stateIsLeft = value; }
+
+bool isStateLeft() { return stateIsLeft; }
 
 void setIdle(bool value) { __atomic_store_n(&idle, static_cast<unsigned char>(value ? 1 : 0), __ATOMIC_RELEASE); }
 

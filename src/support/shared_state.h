@@ -12,6 +12,11 @@ namespace tembra {
 void setIdle(bool value);
 [[nodiscard]] bool isIdle();
 
+/// Whether the association state is what an operation has left that was cancelled, timed out or closed upon. Only the
+/// next add or removal sets another one.
+void setStateLeft(bool value);
+[[nodiscard]] bool isStateLeft();
+
 /// Replaces the "CommandType" text; bytes behind its NUL keep their value.
 void setCommandType(const char* text);
 void clearCommandType();

@@ -42,6 +42,13 @@ void letRemovalTimeOut(Router& router) {
   router.advance(190);
 }
 
+void closeUponRemoval(Router& router) {
+  beginRemoval(router);
+  router.close();
+  router.open();
+  router.settle();
+}
+
 void cancelAdd(Router& router) {
   router.assoc().addDevZigbeeZwave();
   router.assoc().sendCancelTo(cancel_both);
@@ -76,6 +83,8 @@ const struct Attack {
     {"ZwavesOwnPortAfterACancelledRemoval", &TembraAssociation::LCDAssocInit, &cancelRemoval,
      [](Router& router) { router.zwave().send(Node(kLock)); }, "late answer"},
     {"ZwavesOwnPortAfterATimedOutRemoval", &TembraAssociation::LCDAssocInit, &letRemovalTimeOut,
+     [](Router& router) { router.zwave().send(Node(kLock)); }, "late answer"},
+    {"ZwavesOwnPortAfterARemovalThatWasClosedUpon", &TembraAssociation::LCDAssocInit, &closeUponRemoval,
      [](Router& router) { router.zwave().send(Node(kLock)); }, "late answer"},
     {"ZigbeesOwnPortAfterACancelledRemoval", &TembraAssociation::LCDAssocInit, &cancelRemoval,
      [](Router& router) { router.zigbee().send(ZigbeeDevice(kDoor).status(2)); }, "late answer"},

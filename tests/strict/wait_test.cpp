@@ -93,6 +93,16 @@ TEST_F(StrictWait, HearsTheDaemonsAtTheEndpointTablesAddresses) {
   EXPECT_EQ(codes, (std::vector<int>{EVENT_REMOVED_UNKNOWN, EVENT_REMOVED_UNKNOWN, EVENT_HUE_FAILED, EVENT_NEST_44}));
 }
 
+// A late answer of the Hue server sets `idle`, and then no time-out comes: the radios must be heard.
+TEST_F(StrictWait, HearsARadioWhoseOperationTheHueServerEnds) {
+  assoc.removeDevZigbeeZwave();
+  router.hue().send(hueAnswer(1));
+  EXPECT_EQ(idle, 1);
+  router.takeEvents();
+  router.zwave().send(Node(5));
+  EXPECT_EQ(router.takeEvents().size(), 1U);
+}
+
 // A front end that moves an endpoint moves what strict mode expects.
 TEST_F(StrictWait, KnowsAnEndpointThatWasMoved) {
   kit::Peer moved = router.from("127.255.255.254", 7777);

@@ -162,6 +162,7 @@ void Receiver::reportTimeout() {
   assoc_.lastEventCode = 0;
   assoc_.cancelTarget = 0;
   setIdle(true);
+  setStateLeft(true);
 }
 
 // False when the datagram does not count: then the wait goes on.

@@ -41,7 +41,7 @@ timeval StrictGate::left(int seconds) {
 
 bool StrictGate::admits(const sockaddr_in& sender, ClientType type) {
   const bool isStranger = !isEndpoint(sender);
-  if (!isStranger && !(isRadio(type) && isIdle())) return true;
+  if (!isStranger && !(isRadio(type) && isStateLeft())) return true;
   complain(isStranger ? TEMBRA_LOG_PREFIX "strict mode: dropped a stranger's datagram"
                       : TEMBRA_LOG_PREFIX "strict mode: dropped a late answer");
   return false;
