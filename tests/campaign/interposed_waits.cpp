@@ -10,7 +10,9 @@
 
 #include <cerrno>
 #include <ctime>
+#include <map>
 #include <memory>
+#include <mutex>
 
 #include "campaign/real_poll.h"
 #include "campaign/world_clock.h"
@@ -34,12 +36,26 @@ bool mayBlock(int socket, int flags) {
   return (flags & MSG_DONTWAIT) == 0 && (fcntl(socket, F_GETFL) & O_NONBLOCK) == 0;
 }
 
+Time fromTimeval(const timeval& time) { return time.tv_sec * kSecond + time.tv_usec * 1000; }
+
+// The time-outs as they were set: the kernel rounds them up to its ticks.
+struct {
+  std::mutex mutex;
+  std::map<int, Time> bySocket;
+} exactTimeouts;
+
 std::optional<Time> receiveDeadline(WorldClock& clock, int socket) {
+  constexpr Time kLongestTick = 20 * kMillisecond;
   timeval timeout{};
   socklen_t length = sizeof timeout;
   getsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &timeout, &length);
-  const Time time = timeout.tv_sec * kSecond + timeout.tv_usec * 1000;
-  return time == 0 ? std::nullopt : std::optional(clock.now() + time);
+  const Time rounded = fromTimeval(timeout);
+  if (rounded == 0) return std::nullopt;
+  const std::lock_guard lock(exactTimeouts.mutex);
+  const auto exact = exactTimeouts.bySocket.find(socket);
+  const bool isThisOne =
+      exact != exactTimeouts.bySocket.end() && exact->second <= rounded && rounded - exact->second < kLongestTick;
+  return clock.now() + (isThisOne ? exact->second : rounded);
 }
 
 // False, and errno as a receive leaves it, when nothing arrived in time.
@@ -97,6 +113,15 @@ extern "C" int poll(pollfd* entries, nfds_t count, int milliseconds) {
   if (ready != 0 || milliseconds == 0) return ready;
   const auto deadline = milliseconds < 0 ? std::nullopt : std::optional(world->now() + milliseconds * kMillisecond);
   return world->wait({.deadline = deadline, .descriptors = all}) ? campaign::realPoll(all, 0) : 0;
+}
+
+extern "C" int setsockopt(int socket, int level, int option, const void* value, socklen_t length) noexcept {
+  KIT_REAL(setsockopt);
+  if (level == SOL_SOCKET && option == SO_RCVTIMEO && length == sizeof(timeval)) {
+    const std::lock_guard lock(exactTimeouts.mutex);
+    exactTimeouts.bySocket[socket] = fromTimeval(*static_cast<const timeval*>(value));
+  }
+  return real(socket, level, option, value, length);
 }
 
 extern "C" ssize_t recvfrom(int socket, void* buffer, size_t size, int flags, sockaddr* from, socklen_t* length) {

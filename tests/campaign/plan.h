@@ -31,12 +31,19 @@ struct Step {
   bool mustSucceed = false;
 };
 
+/// A run that is compared with another one, and not judged.
+struct Spoofing {
+  bool isStrict = false;
+  bool hasSpoofers = false;
+};
+
 struct Plan {
   unsigned long seed = 0;
   const Flow* flow = nullptr;
   const ScenarioName* scenario = nullptr;
   int latencyMs = 200;
   std::vector<Step> steps;
+  std::optional<Spoofing> spoofing;
 
   [[nodiscard]] std::string text() const;
 };

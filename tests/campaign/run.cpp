@@ -1,6 +1,7 @@
 #include "campaign/run.h"
 
 #include <pthread.h>
+#include <tembra/service.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -9,6 +10,7 @@
 #include <iostream>
 
 #include "campaign/home.h"
+#include "campaign/spoofers.h"
 #include "campaign/story.h"
 #include "campaign/verdict.h"
 
@@ -117,6 +119,15 @@ void note(const Record& record, const Plan& plan, std::vector<std::string>& reac
   reached.push_back(plan.scenario->name + status);
 }
 
+// All that a step came to.
+std::string fingerprint(const Record& record) {
+  std::string text = story(record);
+  for (const auto& [key, value] : record.after.rows) {
+    text.append("\n").append(key).append(" ").append(value.begin(), value.end());
+  }
+  return text + (record.linkedAfter ? "\nlinked" : "\nnot linked");
+}
+
 // The router's own view: it polices the library.
 void checkRouter(Home& home, std::vector<std::string>& disagreements) {
   const std::string status = home.ask("status").text;
@@ -130,6 +141,7 @@ void checkRouter(Home& home, std::vector<std::string>& disagreements) {
 
 Outcome play(const Plan& plan, const Alteration& alter) {
   prepareProcess();
+  tembra_set_strict(plan.spoofing && plan.spoofing->isStrict ? 1 : 0);
   WorldClock& clock = *new WorldClock(kBoot);  // never destroyed: a thread that ends leaves through it
   enterWorld(&clock);
   Outcome outcome;
@@ -137,13 +149,20 @@ Outcome play(const Plan& plan, const Alteration& alter) {
   {
     Home home(plan.latencyMs);
     Player player(clock, home);
+    std::optional<Spoofers> spoofers;
+    if (plan.spoofing && plan.spoofing->hasSpoofers) spoofers.emplace(plan.seed);
     for (const Step& step : plan.steps) {
       Record record = player.play(step);
       if (alter) alter(record);
+      if (plan.spoofing) {
+        outcome.reached.push_back(fingerprint(record));
+        continue;
+      }
       for (const std::string& found : disagreementsIn(record)) disagreements.push_back(found);
       if (!disagreements.empty()) disagreements.push_back(story(record));
       note(record, plan, outcome.reached);
     }
+    spoofers.reset();
     checkRouter(home, disagreements);
   }
   // The library's receive thread of the last connection may still be on its way out.
