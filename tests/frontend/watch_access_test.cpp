@@ -1,15 +1,11 @@
 // Where the socket of the watchers lies, whose it may be, and who may connect.
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <fstream>
-#include <optional>
 
-#include "watch/watch_peer.h"
-#include "watch_kit.h"
+#include "watch_faults.h"
 
 namespace tembra::test {
 namespace {
@@ -20,35 +16,6 @@ using frontend::WatchServer;
 
 constexpr gid_t kGroup = 4711;
 constexpr uid_t kStranger = 4712;
-
-/// Whom getsockopt below tells of, where there is only one real user.
-std::optional<User> pretended;
-
-}  // namespace
-}  // namespace tembra::test
-
-/// The C library's, but for who is at the other end of a socket.
-extern "C" int getsockopt(int socket, int level, int name, void* value, socklen_t* size) noexcept {
-  using tembra::test::pretended;
-  if (level == SOL_SOCKET && name == SO_PEERCRED && pretended) {
-    const ucred peer{getpid(), pretended->user, pretended->group};
-    std::memcpy(value, &peer, sizeof peer);
-    return 0;
-  }
-  if (level == SOL_SOCKET && name == SO_PEERGROUPS && pretended) {
-    const bool hasRoom = *size >= sizeof(gid_t);
-    *size = sizeof(gid_t);
-    if (!hasRoom) errno = ERANGE;
-    if (hasRoom) std::memcpy(value, &pretended->otherGroup, sizeof(gid_t));
-    return hasRoom ? 0 : -1;
-  }
-  using Call = int (*)(int, int, int, void*, socklen_t*);
-  static const auto real = reinterpret_cast<Call>(dlsym(RTLD_NEXT, "getsockopt"));
-  return real(socket, level, name, value, size);
-}
-
-namespace tembra::test {
-namespace {
 
 mode_t rightsOf(const std::string& path) {
   struct stat status {};
@@ -225,16 +192,13 @@ TEST_F(WatchPlace, APathThatCannotBeServedIsRefused) {
 }
 
 TEST_F(WatchPlace, AShortageIsNoReasonToFail) {
-  rlimit limit{};
-  getrlimit(RLIMIT_NOFILE, &limit);
-  for (rlim_t allowed = 3; allowed < 5; ++allowed) {  // no socket, no alarm
-    const rlimit some{allowed, limit.rlim_max};
-    for (int descriptor = 3; descriptor < 16; ++descriptor) close(descriptor);
-    setrlimit(RLIMIT_NOFILE, &some);
-    EXPECT_NE(complaint(place_.socket()).find("Too many open files"), std::string::npos) << allowed;
+  for (const char* const call : {"socket", "eventfd", "pthread_create"}) {
+    watchFaults().failing = call;
+    const std::string said = complaint(place_.socket());
+    watchFaults().failing.clear();
+    EXPECT_NE(said.find("Too many open files"), std::string::npos) << call << ": " << said;
+    EXPECT_FALSE(fs::exists(place_.socket())) << call;
   }
-  setrlimit(RLIMIT_NOFILE, &limit);
-  EXPECT_FALSE(fs::exists(place_.socket()));
   expectServed();
 }
 
@@ -255,10 +219,10 @@ TEST_F(WatchPlace, OnlyRootTheSameUserAndTheGroupMayWatch) {
   for (const auto& row : rows) {
     PlainWatcher watcher(place_.socket());
     EXPECT_NE(watcher.hear().find("holder"), std::string::npos);  // the kernel's own answer
-    pretended = row.peer;
+    watchFaults().peer = row.peer;
     PlainWatcher judged(place_.socket());
     const std::string line = judged.hear();
-    pretended.reset();
+    watchFaults().peer.reset();
     EXPECT_EQ(line.find("\"holder\"") != std::string::npos, row.may) << line;
     if (row.may) continue;
     judged.say("cancel\n");
