@@ -42,7 +42,10 @@ void setCommandType(const char* text) { copyCallersText(cmdtype, text); }
 
 void clearCommandType() { std::memset(cmdtype, 0, sizeof cmdtype); }
 
-void setState(TembraAssociation& assoc, AssocState state) { assoc.assocState = state; }
+// Front ends look at the state while the library works.
+void setState(TembraAssociation& assoc, AssocState state) {
+  __atomic_store_n(&assoc.assocState, state, __ATOMIC_RELAXED);
+}
 
 void setAssociationMeshId(int id) { assoc_meshID = id; }
 
