@@ -43,7 +43,7 @@ function(tembra_shipped name)
   target_compile_options(${name} PRIVATE ${tembra_hardening}
     $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${tembra_fortify_level}>)  # needs optimisation
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
-  if(type STREQUAL "SHARED_LIBRARY" OR type STREQUAL "EXECUTABLE")
+  if(type MATCHES "SHARED_LIBRARY|MODULE_LIBRARY|EXECUTABLE")
     target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,text)
   endif()
   if(NOT type STREQUAL "SHARED_LIBRARY" AND NOT "IN_LIBRARY" IN_LIST ARGN)

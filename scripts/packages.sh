@@ -10,9 +10,11 @@ demo_packages=(g++ cmake ninja-build pkgconf libqdbm-dev libcli11-dev libjsmn-de
 # What measuring takes: the same as building, the framework, and what draws the curves.
 bench_packages=("${demo_packages[@]}" libbenchmark-dev gnuplot-nox)
 
-# What testing takes: all that, the test framework, the second compiler, the checkers, and what counts instructions.
+# What testing takes: all that, the test framework, the second compiler, the checkers, what counts instructions, and the
+# languages that the front-end kit speaks.
 # shellcheck disable=SC2034
-test_packages=("${bench_packages[@]}" libgtest-dev ccache clang libclang-rt-dev clang-format clang-tidy python3 valgrind)
+test_packages=("${bench_packages[@]}" libgtest-dev ccache clang libclang-rt-dev clang-format clang-tidy python3 valgrind
+  lua5.1 lua5.4 liblua5.1-0-dev liblua5.4-dev)
 
 # What the coverage of the fuzzers' corpora takes: the same as building, the second compiler, and its readers.
 # shellcheck disable=SC2034

@@ -1,0 +1,113 @@
+#include "tables.h"
+
+void set_text(lua_State* lua, const char* key, const char* text) {
+  lua_pushstring(lua, text);
+  lua_setfield(lua, -2, key);
+}
+
+void set_integer(lua_State* lua, const char* key, long long number) {
+  lua_pushinteger(lua, (lua_Integer)number);
+  lua_setfield(lua, -2, key);
+}
+
+void set_seconds(lua_State* lua, const char* key, long long milliseconds) {
+  if (milliseconds < 0) return;
+  lua_pushnumber(lua, (lua_Number)milliseconds / 1000);
+  lua_setfield(lua, -2, key);
+}
+
+const char* server_name(int server) {
+  static const char* const kNames[] = {NULL, "ZigBee", "Z-Wave", "Hue", "Nest", "HA"};
+  return server > 0 && server < (int)(sizeof kNames / sizeof *kNames) ? kNames[server] : NULL;
+}
+
+void set_found(lua_State* lua, const struct tembra_found* found) {
+  set_integer(lua, "type", found->type);
+  set_text(lua, "name", found->name);
+  set_text(lua, "place", found->place);
+  set_integer(lua, "name_room", (long long)found->name_room);
+  set_integer(lua, "place_room", (long long)found->place_room);
+  lua_createtable(lua, found->choice_count, 0);
+  for (int i = 0; i < found->choice_count; ++i) {
+    lua_pushinteger(lua, found->choices[i]);
+    lua_rawseti(lua, -2, i + 1);
+  }
+  lua_setfield(lua, -2, "choices");
+}
+
+static void set_device(lua_State* lua, const struct tembra_device_event* device) {
+  set_integer(lua, "id", device->id);
+  set_text(lua, "name", device->name);
+  if (device->type == 0) return;
+  set_integer(lua, "type", device->type);
+  set_text(lua, "place", device->place);
+}
+
+static void set_bridges(lua_State* lua, const struct tembra_bridges* list) {
+  lua_createtable(lua, list->count, 0);
+  for (int i = 0; i < list->count; ++i) {
+    const struct tembra_bridge* bridge = &list->bridges[i];
+    lua_createtable(lua, 0, 3);
+    set_text(lua, "mac", bridge->mac);
+    set_text(lua, "address", bridge->address[0] == '\0' ? NULL : bridge->address);
+    set_text(lua, "user", bridge->user[0] == '\0' ? NULL : bridge->user);
+    lua_rawseti(lua, -2, i + 1);
+  }
+  lua_setfield(lua, -2, "bridges");
+}
+
+static void set_ended(lua_State* lua, const struct tembra_ended* ended) {
+  set_text(lua, "outcome", tembra_outcome_name(ended->outcome));
+  set_text(lua, "reason", tembra_reason_name(ended->reason));
+  set_integer(lua, "reason_number", ended->reason);
+  set_text(lua, "ended_in", tembra_phase_name(ended->phase));
+  set_seconds(lua, "waited", ended->waited);
+  set_text(lua, "server", server_name(ended->server));
+  set_integer(lua, "error", ended->error);
+  set_text(lua, "text", ended->text);
+  set_text(lua, "advice", ended->advice);
+  if (ended->device_id == 0 && ended->device_name[0] == '\0') return;
+  set_integer(lua, "device_id", ended->device_id);
+  set_text(lua, "device_name", ended->device_name);
+}
+
+static void set_warning(lua_State* lua, const struct tembra_warning* warning) {
+  set_text(lua, "reason", tembra_reason_name(warning->reason));
+  set_integer(lua, "reason_number", warning->reason);
+  set_text(lua, "server", server_name(warning->server));
+  set_text(lua, "text", warning->text);
+}
+
+static void set_details(lua_State* lua, const tembra_event* event) {
+  const struct tembra_link_button* button = tembra_event_link_button(event);
+  const struct tembra_account* account = tembra_event_account(event);
+  const struct tembra_step* step = tembra_event_step(event);
+  if (tembra_event_found(event) != NULL) set_found(lua, tembra_event_found(event));
+  if (tembra_event_device(event) != NULL) set_device(lua, tembra_event_device(event));
+  if (tembra_event_bridges(event) != NULL) set_bridges(lua, tembra_event_bridges(event));
+  if (tembra_event_warning(event) != NULL) set_warning(lua, tembra_event_warning(event));
+  if (tembra_event_ended(event) != NULL) set_ended(lua, tembra_event_ended(event));
+  if (button != NULL) set_integer(lua, "seconds_left", button->seconds_left);
+  if (account != NULL) {
+    lua_pushboolean(lua, account->linked);
+    lua_setfield(lua, -2, "linked");
+  }
+  if (step != NULL) {
+    set_integer(lua, "done", step->done);
+    set_integer(lua, "all", step->all);
+  }
+}
+
+void push_event(lua_State* lua, const tembra_event* event) {
+  const struct tembra_head* head = tembra_event_head(event);
+  lua_createtable(lua, 0, 16);
+  set_text(lua, "kind", tembra_event_kind_name(head->kind));
+  set_text(lua, "operation", tembra_operation_name(head->operation));
+  set_text(lua, "phase", tembra_phase_name(head->phase));
+  set_text(lua, "radio", server_name(head->radio));
+  set_integer(lua, "number", head->number);
+  set_seconds(lua, "elapsed", head->milliseconds);
+  set_seconds(lua, "ends_in", head->ends_in);
+  set_text(lua, "json", tembra_event_json(event));
+  set_details(lua, event);
+}

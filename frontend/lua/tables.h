@@ -1,0 +1,21 @@
+/* What the kit says, as Lua tables. Setters set a member of the table on top of the stack. */
+#ifndef TEMBRA_LUA_TABLES_H
+#define TEMBRA_LUA_TABLES_H
+
+#include <lua.h>
+#include <tembra/frontend.h>
+
+void set_text(lua_State* lua, const char* key, const char* text); /* null: nil */
+void set_integer(lua_State* lua, const char* key, long long number);
+void set_seconds(lua_State* lua, const char* key, long long milliseconds); /* negative: nil */
+
+/* What a device is and can be. */
+void set_found(lua_State* lua, const struct tembra_found* found);
+
+/* Pushes the event's table. */
+void push_event(lua_State* lua, const tembra_event* event);
+
+/* "ZigBee" for 1, in ServerType numbering; null when there is none. */
+const char* server_name(int server);
+
+#endif
