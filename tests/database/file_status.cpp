@@ -47,3 +47,8 @@ extern "C" int lstat(const char* name, struct stat* status) noexcept {
   KIT_REAL(lstat);
   return status::told(real(name, status), *status, __builtin_return_address(0));
 }
+
+extern "C" int stat(const char* name, struct stat* status) noexcept {
+  KIT_REAL(stat);
+  return status::told(real(name, status), *status, __builtin_return_address(0));
+}

@@ -1,4 +1,4 @@
-// What fstat and lstat tell in this program.
+// What fstat, stat and lstat tell in this program.
 #ifndef TEMBRA_TESTS_DATABASE_FILE_STATUS_H
 #define TEMBRA_TESTS_DATABASE_FILE_STATUS_H
 
