@@ -237,6 +237,23 @@ TEST(WatchEnd, WhatWasPublishedIsHeardThenTheEnd) {
   EXPECT_EQ(PlainWatcher(place.socket()).failure(), ENOENT);
 }
 
+TEST(WatchEnd, WhoLeavesMakesRoomAndStillTellsTheEnd) {
+  const Place place;
+  Host host;
+  auto first = std::make_unique<WatchServer>(place.socket(), frontend::Holder{2, "first", 0, 0}, host);
+  PlainWatcher watcher(place.socket());
+  EXPECT_NE(watcher.hear(), "(end)");
+  first->leave();
+  EXPECT_EQ(PlainWatcher(place.socket()).failure(), ENOENT);
+  const WatchServer second(place.socket(), {3, "second", 0, 0}, host);
+  EXPECT_EQ(second.error(), "");
+  first->publish(1, R"({"event":"ended"})");
+  first.reset();
+  EXPECT_EQ(watcher.hear(), R"({"event":"ended"})");
+  EXPECT_EQ(watcher.hear(), "(end)");
+  EXPECT_NE(PlainWatcher(place.socket()).hear().find("\"second\""), std::string::npos);
+}
+
 TEST(WatchEnd, AChildOfTheHolderKeepsNoWatcherWaiting) {
   const Place place;
   Host host;
