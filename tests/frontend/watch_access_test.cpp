@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <tembra/watch.h>
 
 #include <fstream>
 
@@ -64,6 +65,7 @@ TEST_F(WatchPlace, FolderAndFileAreForOneGroupWhateverTheMaskSays) {
     EXPECT_EQ(server.error(), "");
     EXPECT_EQ(rightsOf(place_.folder()), 0750U);
     EXPECT_EQ(rightsOf(place_.socket()), 0660U);
+    EXPECT_EQ(watchFaults().rightsAtFirst & 0077U, 0U);  // nobody else's until it has its group
     fs::remove(place_.socket());
     fs::remove(place_.folder());
   }
@@ -106,6 +108,8 @@ TEST_F(WatchPlace, ADeadHoldersChildKeepsNobodyFromServing) {
   pid_t orphan = 0;
   ASSERT_EQ(read(child[0], &orphan, sizeof orphan), static_cast<ssize_t>(sizeof orphan));
   EXPECT_EQ(PlainWatcher(place_.socket()).failure(), 0);
+  EXPECT_EQ(tembra_watch_open(place_.socket().c_str()), nullptr);
+  EXPECT_EQ(errno, ENOENT);
   expectServed();
   kill(orphan, SIGKILL);
 }
@@ -208,21 +212,24 @@ TEST_F(WatchPlace, OnlyRootTheSameUserAndTheGroupMayWatch) {
   struct stat file {};
   ASSERT_EQ(lstat(place_.socket().c_str(), &file), 0);
   const gid_t group = file.st_gid;
+  constexpr uid_t kSelf = 4713;
   const struct {
     User peer;
     bool may;
   } rows[] = {
-      {{0, kGroup, kGroup}, true},          {{geteuid(), kGroup, kGroup}, true},
+      {{0, kGroup, kGroup}, true},          {{kSelf, kGroup, kGroup}, true},
       {{kStranger, group, kGroup}, true},   {{kStranger, kGroup, group}, true},
-      {{kStranger, kGroup, kGroup}, false}, {{geteuid() + 1, group + 1, group + 2}, false},
+      {{kStranger, kGroup, kGroup}, false}, {{kSelf + 1, group + 1, group + 2}, false},
   };
   for (const auto& row : rows) {
     PlainWatcher watcher(place_.socket());
     EXPECT_NE(watcher.hear().find("holder"), std::string::npos);  // the kernel's own answer
+    watchFaults().self = kSelf;
     watchFaults().peer = row.peer;
     PlainWatcher judged(place_.socket());
     const std::string line = judged.hear();
     watchFaults().peer.reset();
+    watchFaults().self.reset();
     EXPECT_EQ(line.find("\"holder\"") != std::string::npos, row.may) << line;
     if (row.may) continue;
     judged.say("cancel\n");

@@ -154,7 +154,7 @@ TEST_F(WatchClient, AHolderHasToBeTheProcessThatItSays) {
       {"a NUL", start + std::string("\0\n", 2), "EPROTO"},
       {"half a line", start, "ECONNRESET"},
       {"nothing", "", "ECONNRESET"},
-      {"an endless line", std::string(70000, ' ') + "\n", "EPROTO"},
+      {"an endless line", start + std::string(70000, ' ') + "\n", "EPROTO"},
       {"a refusal", frontend::errorLine("not permitted") + "\n", "EACCES"},
   };
   for (const auto& row : rows) {
@@ -164,6 +164,15 @@ TEST_F(WatchClient, AHolderHasToBeTheProcessThatItSays) {
     EXPECT_EQ(next(watch), *row.heard != '\0' ? row.heard : start) << row.what;
     std::filesystem::remove(place_.socket());
   }
+}
+
+TEST_F(WatchClient, ALineThatIsNoTextIsRefused) {
+  const std::string start = lineOf(getpid());
+  const Impostor impostor(place_.socket(), start + "\n{}\n{\"a\":" + std::string("\0", 1) + "1}\n");
+  const Watch watch(tembra_watch_open(place_.socket().c_str()));
+  EXPECT_EQ(next(watch), start);
+  EXPECT_EQ(next(watch), "{}");
+  EXPECT_EQ(next(watch), "EPROTO");
 }
 
 TEST_F(WatchClient, ASilentHolderIsWaitedForAsLongAsSaid) {

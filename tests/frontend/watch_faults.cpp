@@ -2,6 +2,7 @@
 #include "watch_faults.h"
 
 #include <sys/eventfd.h>
+#include <sys/stat.h>
 
 #include "kit/real_libc.h"
 
@@ -36,6 +37,19 @@ extern "C" int getsockopt(int socket, int level, int name, void* value, socklen_
   if (name == SO_PEERCRED) return answer(&credentials, sizeof credentials, value, size);
   if (name == SO_PEERGROUPS) return answer(&peer->otherGroup, sizeof peer->otherGroup, value, size);
   return real(socket, level, name, value, size);
+}
+
+extern "C" uid_t geteuid() noexcept {
+  KIT_REAL(geteuid);
+  return watchFaults().self.value_or(real());
+}
+
+extern "C" int lchown(const char* path, uid_t user, gid_t group) noexcept {
+  KIT_REAL(lchown);
+  struct stat status {};
+  lstat(path, &status);
+  watchFaults().rightsAtFirst = status.st_mode & 07777;
+  return real(path, user, group);
 }
 
 extern "C" int socket(int family, int type, int protocol) noexcept {

@@ -10,8 +10,10 @@
 namespace tembra::test {
 
 struct WatchFaults {
-  std::optional<User> peer;  ///< who is at the other end of every socket
-  std::string failing;       ///< "socket", "eventfd" or "pthread_create": fails with EMFILE
+  std::optional<User> peer;   ///< who is at the other end of every socket
+  std::optional<uid_t> self;  ///< whose process this is
+  mode_t rightsAtFirst = 0;   ///< of a socket's file, when it gets its group
+  std::string failing;        ///< "socket", "eventfd" or "pthread_create": fails with EMFILE
 };
 
 WatchFaults& watchFaults();

@@ -223,6 +223,21 @@ TEST_F(WatchTest, NoEventIsMissedOrToldTwice) {
   two.join();
 }
 
+TEST_F(WatchTest, AnEventThatTheStateTellsIsToldToTheOthersOnly) {
+  PlainWatcher& first = join();
+  std::unique_lock turn(host_.turn());
+  PlainWatcher second(place_.socket());
+  ASSERT_TRUE(comesTrue([this] { return host_.asked() == 2; }));  // the server's thread waits for the state
+  host_.lastEvent = 1;
+  server_.publish(1, "{}");
+  turn.unlock();
+  EXPECT_NE(second.hear().find(R"("last_event":1)"), std::string::npos);
+  server_.publish(2, "[]");
+  EXPECT_EQ(second.hear(), "[]");
+  EXPECT_EQ(first.hear(), "{}");
+  EXPECT_EQ(first.hear(), "[]");
+}
+
 TEST(WatchEnd, WhatWasPublishedIsHeardThenTheEnd) {
   const Place place;
   Host host;
