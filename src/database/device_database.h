@@ -67,8 +67,8 @@ class OpenDatabase {
  protected:
   /// Waits for the writer's lock, without limit. A file that does not open is repaired and opened again. A file that
   /// does not open even then is deleted, so that the HA server makes a new one. When descriptors, memory or disk space
-  /// ran out, the session stays closed and the file as it is; so does a file of others in strict mode. Only what reading this key takes is looked through for
-  /// damage; null: everything.
+  /// ran out, the session stays closed and the file as it is; so does a file of others in strict mode. Only what
+  /// reading this key takes is looked through for damage; null: everything.
   explicit OpenDatabase(const char* onlyKey);
   ~OpenDatabase();
 

@@ -3,5 +3,5 @@
 cpp_files() {
   local pattern tests=()
   for pattern; do tests+=(-o -name "$pattern"); done
-  find include src frontend examples platform sim cli words tests tools bench fuzz -type f \( "${tests[@]:1}" \) | sort
+  find include src depot frontend examples platform sim cli words tests tools bench fuzz -type f \( "${tests[@]:1}" \) | sort
 }

@@ -3,6 +3,8 @@
 #include <tembra/endpoints.h>
 #include <tembra/service.h>
 
+#include <algorithm>
+
 #include "ipdev/wire.h"
 #include "kit/router_test.h"
 
@@ -26,10 +28,8 @@ class StrictWait : public kit::ConnectedTest {
   }
 
   [[nodiscard]] bool hasTimedOut() {
-    for (const kit::RecordedEvent& event : router.takeEvents()) {
-      if (event.event.code == EVENT_TIMEOUT) return true;
-    }
-    return false;
+    return std::ranges::any_of(router.takeEvents(),
+                               [](const kit::RecordedEvent& recorded) { return recorded.event.code == EVENT_TIMEOUT; });
   }
 };
 
