@@ -27,7 +27,7 @@ void listDevices() {
 
 class Kiosk {
  public:
-  Kiosk() : loop_(epoll_create1(EPOLL_CLOEXEC)) {
+  explicit Kiosk(const tembra::Options& options) : loop_(epoll_create1(EPOLL_CLOEXEC)), kit_(options) {
     watch(STDIN_FILENO);
     watch(kit_.descriptor());
   }
@@ -115,4 +115,9 @@ class Kiosk {
 
 }  // namespace
 
-int main() { Kiosk().run(); }
+int main(int argc, char** argv) {
+  tembra::Options options;
+  options.program = "kiosk";
+  if (argc > 1) options.watchPath = argv[1];
+  Kiosk(options).run();
+}

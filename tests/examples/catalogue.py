@@ -3,7 +3,8 @@
 against one simulated router. Then the device database has for each what `tembra-assoc classify` says.
 
 HOW the front end learns how many to add: ARGUMENT (one more argument), LINES (a line "add" of standard input for each),
-DIALOGUE (a terminal of 40 columns at which somebody presses Enter at each question)."""
+DIALOGUE (a terminal of 40 columns at which somebody presses Enter at each question), EACH (not at all: it is started for
+each device, and the next one when the device is stored)."""
 import contextlib
 import fcntl
 import json
@@ -59,9 +60,22 @@ def talk(command, devices):
     assert len(longest) <= 40, f"longer than the terminal: {longest!r}"
 
 
-def check(expected):
+def stored_devices():
     lines = subprocess.run(["tembra-assoc", "--json", "devices"], stdout=subprocess.PIPE, text=True, check=True).stdout
-    stored = {device["id"]: device for device in map(json.loads, lines.splitlines())}
+    return {device["id"]: device for device in map(json.loads, lines.splitlines())}
+
+
+def run_for_each(command, devices):
+    for number in range(1, devices + 1):
+        run(command)
+        deadline = time.monotonic() + 10
+        while number not in stored_devices():
+            assert time.monotonic() < deadline, f"device {number} was not stored"
+            time.sleep(0.01)
+
+
+def check(expected):
+    stored = stored_devices()
     wrong = 0
     for number, (label, (kind, name)) in enumerate(expected.items(), 1):
         device = stored.get(number)
@@ -81,6 +95,8 @@ def main(expected_file, how, *command):
             talk(command, len(expected))
         elif how == "LINES":
             run(command, "add\n" * len(expected))
+        elif how == "EACH":
+            run_for_each(command, len(expected))
         else:
             run([*command, str(len(expected))])
         check(expected)

@@ -1,24 +1,26 @@
 #!/bin/sh
-# readme.sh README PREFIX WORK SCENARIO ISOLATE COMPILER [FLAG...]: the front end that the README shows compiles without
-# a warning in the oldest and the newest C++ standard, and adds a device of the simulated router.
+# readme.sh PAGE PACKAGE STANDARDS PREFIX WORK SCENARIO ISOLATE COMPILER [FLAG...]: the front end that the page shows
+# compiles without a warning in these C++ standards, and adds a device of the simulated router.
 set -eu
-readme=$1
-prefix=$2
-work=$3
-scenario=$4
-isolate=$5
-compiler=$6
-shift 6
+page=$1
+package=$2
+standards=$3
+prefix=$4
+work=$5
+scenario=$6
+isolate=$7
+compiler=$8
+shift 8
 
 mkdir -p "$work"
 # shellcheck disable=SC2016 # nothing is to be expanded
-sed -n '/^```cpp$/,/^```$/p' "$readme" | sed '/^```/d' >"$work/front_end.cpp"
-PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name tembra-assoc.pc)")
+sed -n '/^```cpp$/,/^```$/p' "$page" | sed '/^```/d' >"$work/front_end.cpp"
+PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name "$package.pc")")
 export PKG_CONFIG_PATH
-cflags=$(pkg-config --cflags tembra-assoc)
-libs="$(pkg-config --libs tembra-assoc) -Wl,-rpath,$(pkg-config --variable=libdir tembra-assoc)"
+cflags=$(pkg-config --cflags "$package")
+libs="$(pkg-config --libs "$package") -Wl,-rpath,$(pkg-config --variable=libdir "$package")"
 
-for standard in 11 20; do
+for standard in $standards; do
   echo "c++$standard"
   # shellcheck disable=SC2086 # several words each
   "$compiler" -std=c++$standard -Wall -Wextra -Wpedantic -Wconversion -Werror "$@" $cflags "$work/front_end.cpp" \
