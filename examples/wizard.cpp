@@ -38,12 +38,14 @@ static bool isGood(tembra::Result result) {
   return result == tembra::Result::ok;
 }
 
-struct Wizard {
+class Wizard {
+ public:
   void run() {
     constexpr const char* kMenu = "Enter: add a device, h: Hue bridges, q: quit";
     for (auto line = ask(kMenu); line.value_or("q") != "q"; line = ask(kMenu)) *line == "h" ? linkBridge() : add();
   }
 
+ private:
   void add() {
     found_.reset();
     runs_ = isGood(kit_.add());
@@ -72,7 +74,7 @@ struct Wizard {
   std::optional<std::string> ask(const std::string& question) {
     if (isThere_) say(question), std::cout << "> " << std::flush;
     for (const bool duringOperation = runs_; isThere_ && runs_ == duringOperation;) {
-      if (const auto line = wait()) return line;
+      if (auto line = wait()) return line;
     }
     return std::nullopt;
   }

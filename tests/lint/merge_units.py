@@ -35,6 +35,8 @@ def main(build):
     commands = build / "compile_commands.json"
     groups = {}
     for entry in json.loads(commands.read_text()):
+        if entry["file"].endswith(".c"):  # the rules are for C++
+            continue
         options = options_of(entry)
         is_test = GOOGLE_TEST in options and entry["file"].endswith(".cxx")
         place = entry["file"].partition("/CMakeFiles/")[0] if is_test else entry["file"]

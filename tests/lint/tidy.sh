@@ -9,7 +9,7 @@ cmake -S . -B "$3" -G Ninja -DCMAKE_CXX_COMPILER="$2" -DCMAKE_DISABLE_PRECOMPILE
 python3 "$(dirname "${BASH_SOURCE[0]}")/merge_units.py" "$3"
 # The checker takes its settings from above the file it is given, which is a unit in that folder.
 cp .clang-tidy "$3/"
-for folder in tests bench fuzz; do cp $folder/.clang-tidy "$3/$folder/"; done
+for folder in tests bench fuzz tools; do cp $folder/.clang-tidy "$3/$folder/"; done
 "$1" -quiet -p "$3" -j "$(nproc)" >>"$3.log" 2>/dev/null || {
   grep -E "(warning|error):" "$3.log" | sort -u
   exit 1

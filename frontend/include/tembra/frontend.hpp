@@ -161,6 +161,7 @@ inline std::optional<std::vector<Device>> devices() {
     rows.resize(static_cast<std::size_t>(count));
   }
   std::vector<Device> list;
+  list.reserve(rows.size());
   for (const tembra_device& row : rows) {
     list.push_back({row.id, row.type, static_cast<Radio>(row.radio), row.address, row.values, row.name, row.type_name});
   }

@@ -169,6 +169,7 @@ inline Found found(const tembra_found& c) {
 
 inline Bridges bridges(const tembra_bridges& c) {
   Bridges all;
+  all.bridges.reserve(static_cast<std::size_t>(c.count));
   for (int i = 0; i < c.count; ++i) all.bridges.push_back({c.bridges[i].mac, c.bridges[i].address, c.bridges[i].user});
   return all;
 }
