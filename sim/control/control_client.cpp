@@ -25,7 +25,9 @@ Outcome ask(const std::string& controlPath, const std::string& request) {
   }
   std::array<char, 65536> answer{};
   send(socket.get(), request.data(), request.size(), MSG_NOSIGNAL);
-  const ssize_t length = recv(socket.get(), answer.data(), answer.size(), 0);
+  ssize_t length = 0;
+  do length = recv(socket.get(), answer.data(), answer.size(), 0);
+  while (length < 0 && errno == EINTR);
   if (length <= 0) throw std::runtime_error("the simulator at " + controlPath + " does not answer");
   return {answer.front() == kAnswerDone, {answer.data() + 1, static_cast<std::size_t>(length) - 1}};
 }
