@@ -9,16 +9,16 @@ namespace tembra::frontend {
 
 class JsonWriter {
  public:
-  JsonWriter& member(std::string_view name, std::string_view text);
-  JsonWriter& member(std::string_view name, const char* text);  ///< null: null
-  JsonWriter& member(std::string_view name, long long number);
-  JsonWriter& member(std::string_view name, int number) { return member(name, static_cast<long long>(number)); }
-  JsonWriter& member(std::string_view name, unsigned number) { return member(name, static_cast<long long>(number)); }
-  JsonWriter& flag(std::string_view name, bool value);
-  JsonWriter& null(std::string_view name);
+  JsonWriter& member(std::string_view key, std::string_view text);
+  JsonWriter& member(std::string_view key, const char* text);  ///< null: null
+  JsonWriter& member(std::string_view key, long long number);
+  JsonWriter& member(std::string_view key, int number) { return member(key, static_cast<long long>(number)); }
+  JsonWriter& member(std::string_view key, unsigned number) { return member(key, static_cast<long long>(number)); }
+  JsonWriter& flag(std::string_view key, bool value);
+  JsonWriter& null(std::string_view key);
 
-  /// `open` is '{' or '['; an element of an array has an empty name.
-  JsonWriter& begin(std::string_view name, char open);
+  /// `open` is '{' or '['; an element of an array has an empty key.
+  JsonWriter& begin(std::string_view key, char open);
   JsonWriter& end(char close);
 
   [[nodiscard]] const std::string& text() const { return text_; }

@@ -61,13 +61,13 @@ bool Outbox::takeOffer() {
   return offered;
 }
 
-std::string Outbox::emit(tembra_event_kind kind, Detail detail) {
+std::string Outbox::emit(tembra_event_kind kind, const Detail& detail) {
   const std::lock_guard lock(mutex_);
   const Clock::time_point now = Clock::now();
   auto event = std::make_unique<tembra_event>();
   event->head = {sizeof event->head, kind,         state_.operation,    ++lastNumber_,
                  state_.phase,       state_.radio, sinceBeginning(now), endsIn(now)};
-  event->detail = std::move(detail);
+  event->detail = detail;
   event->json = eventJson(event->head, event->detail);
   std::string json = event->json;
   events_.push_back(std::move(event));

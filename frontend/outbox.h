@@ -31,8 +31,8 @@ class Outbox {
   void enter(tembra_phase phase, Milliseconds limit);  ///< negative: no limit is known
   void answers(int radio);                             ///< the radio that the operation deals with from now on
   void offer(const tembra_found& found);               ///< to be chosen from: phase CHOICE must have been entered
-  std::string emit(tembra_event_kind kind, Detail detail = {});  ///< returns the event's JSON line
-  void end();                                                    ///< nothing runs
+  std::string emit(tembra_event_kind kind, const Detail& detail = {});  ///< returns the event's JSON line
+  void end();                                                           ///< nothing runs
 
   /// Milliseconds since the phase began.
   [[nodiscard]] long long waited() const;

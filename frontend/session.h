@@ -53,7 +53,7 @@ class Session {
   void enterWait(tembra_phase phase);  ///< its limit is the end of the library's wait
   void answers(int radio) { outbox_.answers(radio); }
   void offer(const tembra_found& found) { outbox_.offer(found); }
-  void tell(tembra_event_kind kind, Detail detail = {}) { watching_.publish(outbox_.emit(kind, std::move(detail))); }
+  void tell(tembra_event_kind kind, const Detail& detail = {}) { watching_.publish(outbox_.emit(kind, detail)); }
   void warn(tembra_reason reason, int server, const std::string& why = {});
 
   // ---- What is checked before the connection is opened ----

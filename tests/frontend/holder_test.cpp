@@ -38,7 +38,7 @@ std::string next(const Watch& watch) {
 std::string faultOf(const std::string& line) {
   const auto object = nlohmann::json::parse(line);
   if (object.contains("event")) return JsonSchema(TEMBRA_SCHEMAS "/tembra-event.schema.json").faultOf(object);
-  const std::string fault = JsonSchema(TEMBRA_SCHEMAS "/tembra-watch.schema.json").faultOf(object);
+  std::string fault = JsonSchema(TEMBRA_SCHEMAS "/tembra-watch.schema.json").faultOf(object);
   if (!fault.empty() || object.contains("error")) return fault;
   return JsonSchema(TEMBRA_SCHEMAS "/tembra-state.schema.json").faultOf(object.at("state"));
 }
