@@ -1,7 +1,9 @@
 #include "display.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -23,6 +25,20 @@ std::string timeLeft(const std::string& what, int seconds) {
   return what + " (at most " + std::to_string(seconds) + " s left)";
 }
 
+// 0: not known. A user may change it at any time.
+std::size_t columnsOfTerminal() {
+  winsize size{};
+  return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
+// A line that wraps cannot be cleared as one, and a new one would come below it each second.
+std::string timeLeftIn(std::size_t columns, const std::string& what, int seconds) {
+  const std::string line = timeLeft(what, seconds);
+  if (columns == 0 || line.size() < columns) return line;
+  const std::string end = seconds < 0 ? "... overdue" : "... " + std::to_string(seconds) + " s";
+  return (what.substr(0, columns - std::min(columns, end.size() + 1)) + end).substr(0, columns - 1);
+}
+
 /// For a file or a pipe: lines, and no countdown.
 class PlainDisplay : public Display {
  public:
@@ -37,7 +53,7 @@ class LiveDisplay : public Display {
   void note(const std::string& sentence) override { printAbove(printable(sentence)); }
   void event(const HeardEvent& heard) override { printAbove(describeEvent(heard)); }
   void waiting(const std::string& what, int secondsLeft) override {
-    const std::string line = timeLeft(what, secondsLeft);
+    const std::string line = timeLeftIn(columnsOfTerminal(), what, secondsLeft);
     if (line == alive_) return;
     makeRoom();
     alive_ = line;

@@ -27,6 +27,17 @@ TEST(TerminalAdd, ShowsWhatHappensAndTheSecondsLeft) {
   router.stop();
 }
 
+// A line that is as wide as the terminal wraps in some of them.
+TEST(TerminalAdd, ShowsTheSecondsLeftInOneLineOfANarrowTerminal) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add"}), Clock::kReal, 40);
+  terminal.waitFor("Press the button of the device... 180 s");
+  terminal.waitFor("\r\033[KPress the button of the device... 179 s");
+  terminal.type("\x03");
+  EXPECT_EQ(terminal.end(), 130);
+  router.stop();
+}
+
 TEST(TerminalAdd, AsksForTheTypeUntilItGetsOne) {
   SimRouter router;
   Terminal terminal(assocCommand({"add"}));

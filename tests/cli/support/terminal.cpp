@@ -21,8 +21,9 @@ void keepOutputAtInterrupts() {
 
 }  // namespace
 
-Terminal::Terminal(const std::vector<std::string>& command, Clock clock)
-    : pid_(forkpty(&terminal_, nullptr, nullptr, nullptr)) {
+Terminal::Terminal(const std::vector<std::string>& command, Clock clock, unsigned short columns) {
+  const winsize size{24, columns, 0, 0};
+  pid_ = forkpty(&terminal_, nullptr, nullptr, &size);
   if (pid_ != 0) return;
   keepOutputAtInterrupts();
   kit::becomeProgram(command, routerSettings(clock));

@@ -13,7 +13,8 @@ namespace tembra::test {
 
 class Terminal {
  public:
-  explicit Terminal(const std::vector<std::string>& command, Clock clock = Clock::kReal);
+  /// A terminal of so many columns; 0: it does not tell.
+  explicit Terminal(const std::vector<std::string>& command, Clock clock = Clock::kReal, unsigned short columns = 0);
   ~Terminal();
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
