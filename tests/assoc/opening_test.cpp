@@ -21,7 +21,7 @@ using OpeningTest = kit::RouterTest;
 
 TEST_F(OpeningTest, StepsInOrder) {
   router.assoc();
-  router.watch(kit::kWatchConnection);
+  router.watch(kit::kWatchConnection | kit::kWatchTimeouts);
   EXPECT_EQ(router.open(), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "socket 2 2 17",
@@ -32,6 +32,7 @@ TEST_F(OpeningTest, StepsInOrder) {
                                     "log 0 libTembraAssoc:entered receive thread",
                                     "log 0 libTembraAssoc:Thread created successfully",
                                     "detach",
+                                    "timeout 180",
                                 }));
 }
 

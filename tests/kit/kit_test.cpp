@@ -101,24 +101,6 @@ TEST(KitTest, AnInterruptedReceiveFails) {
                                 }));
 }
 
-TEST(KitTest, ConnectionCanBeWatched) {
-  Router router;
-  router.assoc();
-  router.watch(kit::kWatchConnection | kit::kWatchTimeouts);
-  router.open();
-  EXPECT_EQ(router.takeTrace(), lines({
-                                    "socket 2 2 17",
-                                    "priority 1",
-                                    "bind 127.255.255.4:8888 length 16",
-                                    "popen r nvram_get 2860 MeshSlaveID",
-                                    "thread",
-                                    "log 0 libTembraAssoc:entered receive thread",
-                                    "log 0 libTembraAssoc:Thread created successfully",
-                                    "detach",
-                                    "timeout 180",
-                                }));
-}
-
 TEST(KitTest, DatabaseCanBeFilledAndBroken) {
   Router router;
   TembraAssociation& assoc = router.connect();

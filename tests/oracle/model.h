@@ -87,8 +87,8 @@ struct Model {
   void zwaveLeaves(int node);
   void zwaveLeft();
   void zwaveAddFailed();
-  void offerZwaveTypes();
-  void announceZwaveDevice();
+  void offerTypes(int radio);
+  void announceDevice(int radio);
   void zigbeeAnswer();
   void zigbeeAdding(int status);
   void zigbeeFound();

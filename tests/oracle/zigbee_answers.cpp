@@ -69,20 +69,10 @@ void Model::zigbeeDescribed() {
     report.setNumber(kReportType, devType);
     if (listSubTypes(classifiedType)) {
       report.setNumber(kReportStatus, 10);
-      eventB.put(report, kPayload);
-      event(eventB, 6, kZigbee);
-      cmdtype.setText("SelectDeviceType");
+      offerTypes(kZigbee);
       zbDevice.setByte(kZigbeeType, devType);
-      eventB.clear();
     } else {
-      report.clear();
-      report.setText(devName.text(), kReportName, kTextField);
-      devLocation.setText("Default");
-      report.setText("Default", kReportLocation);
-      report.setNumber(kReportType, devType);
-      eventB.put(report, kPayload);
-      event(eventB, 7, kZigbee);
-      cmdtype.setText("EditNameLocation");
+      announceDevice(kZigbee);
     }
   }
   log(0, "libTembraAssoc:Sensor got Associated " + std::to_string(deviceId) + " name " + devName.text() + " (Zigbee)");

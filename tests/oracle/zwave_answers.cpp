@@ -89,29 +89,29 @@ void Model::zwaveDescribed() {
   report.setNumber(kReportType, zwWork.number(kNodeProposedType));
   zwWork.setNumber(kNodeFinalType, zwWork.number(kNodeProposedType));
   if (listSubTypes(zwWork.number(kNodeProposedType))) {
-    offerZwaveTypes();
+    offerTypes(kZwave);
+    zwWork.setNumber(kNodeFinalType, devType);
   } else {
-    announceZwaveDevice();
+    announceDevice(kZwave);
   }
   state = 0;
 }
 
-void Model::offerZwaveTypes() {
+void Model::offerTypes(int radio) {
   eventB.put(report, kPayload);
-  event(eventB, 6, kZwave);
+  event(eventB, 6, radio);
   cmdtype.setText("SelectDeviceType");
-  zwWork.setNumber(kNodeFinalType, devType);
   eventB.clear();
 }
 
-void Model::announceZwaveDevice() {
+void Model::announceDevice(int radio) {
   report.clear();
   report.setText(devName.text(), kReportName, kTextField);
   devLocation.setText("Default");
   report.setText("Default", kReportLocation);
   report.setNumber(kReportType, devType);
   eventB.put(report, kPayload);
-  event(eventB, 7, kZwave);
+  event(eventB, 7, radio);
   cmdtype.setText("EditNameLocation");
 }
 
