@@ -1,0 +1,117 @@
+// What the C++ face adds to the C face: values, ownership, and texts that C would cut. No router runs.
+#include <gtest/gtest.h>
+#include <tembra/frontend.hpp>
+
+#include <cerrno>
+#include <chrono>
+#include <fstream>
+#include <string>
+#include <utility>
+
+namespace {
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+using tembra::Frontend;
+using tembra::Result;
+
+TEST(CppFace, HoldsWhatTheKindOfAnEventHas) {
+  Frontend kit;
+  ASSERT_TRUE(kit);
+  ASSERT_EQ(kit.add(), Result::ok);
+  const auto event = kit.next(10s);
+  ASSERT_TRUE(event);
+  EXPECT_EQ(event->as<tembra::Found>(), nullptr);
+  const auto* ended = event->as<tembra::Ended>();
+  ASSERT_NE(ended, nullptr) << event->json;
+  EXPECT_EQ(event->operation, TEMBRA_OPERATION_ADD);
+  EXPECT_EQ(event->number, 1U);
+  EXPECT_EQ(event->radio, TEMBRA_RADIO_OTHER);
+  EXPECT_EQ(event->endsIn, std::nullopt);
+  EXPECT_EQ(ended->outcome, TEMBRA_FAILED);
+  EXPECT_EQ(ended->reason, TEMBRA_REASON_NO_RADIO_SERVER);
+  EXPECT_EQ(ended->text, tembra_reason_text(TEMBRA_REASON_NO_RADIO_SERVER));
+  EXPECT_EQ(event->json.rfind("{\"schema\":1,\"event\":\"ended\"", 0), 0U) << event->json;
+}
+
+TEST(CppFace, TellsTheState) {
+  Frontend kit;
+  const auto state = kit.state();
+  ASSERT_TRUE(state);
+  EXPECT_EQ(state->operation, TEMBRA_OPERATION_NONE);
+  EXPECT_EQ(state->lastEvent, 0U);
+  EXPECT_FALSE(state->found);
+  EXPECT_EQ(kit.stateJson().back(), '}');
+  EXPECT_EQ(kit.stateJson().find('\0'), std::string::npos);
+}
+
+TEST(CppFace, CutsNoTextAtANul) {
+  Frontend kit;
+  EXPECT_EQ(kit.hueAddLamp("02:a1:b2:0c:00:01", "a\0b"s), Result::badText);
+  EXPECT_EQ(kit.nestLink("code\0"s), Result::badText);
+  EXPECT_EQ(kit.finish(0, "a\0b"s), Result::badText);
+  EXPECT_EQ(kit.finish(0, "a"), Result::nothingRuns);
+  EXPECT_EQ(kit.hueRemove("nonsense"), Result::invalid);
+  EXPECT_EQ(kit.reset(7), Result::invalid);
+  EXPECT_EQ(kit.hueAddLamp("02:a1:b2:0c:00:01", std::string(50, 'x')), Result::tooLong);
+  EXPECT_EQ(kit.cancel(), Result::nothingRuns);
+}
+
+TEST(CppFace, WaitsNoLongerThanItIsTold) {
+  Frontend kit;
+  EXPECT_FALSE(kit.next(0ms));
+  EXPECT_FALSE(kit.next(10ms));
+  EXPECT_EQ(errno, ETIMEDOUT);
+}
+
+TEST(CppFace, MovesTheKit) {
+  Frontend first;
+  Frontend second(std::move(first));
+  EXPECT_GE(second.descriptor(), 0);
+  first = std::move(second);
+  EXPECT_EQ(first.nestStatus(), Result::ok);
+}
+
+TEST(CppFace, SaysWhyThereIsNoKit) {
+  tembra::Options wrong;
+  wrong.role = 99;
+  EXPECT_FALSE(Frontend(wrong));
+  EXPECT_EQ(errno, EINVAL);
+  {
+    const Frontend first;
+    EXPECT_FALSE(Frontend());
+    EXPECT_EQ(errno, EBUSY);
+  }
+  EXPECT_TRUE(Frontend());
+}
+
+TEST(CppFace, RefusesEverythingWithoutAKit) {
+  const Frontend first;
+  Frontend none;
+  EXPECT_EQ(none.add(), Result::noKit);
+  EXPECT_EQ(none.cancel(), Result::noKit);
+  EXPECT_EQ(none.descriptor(), -1);
+  EXPECT_FALSE(none.next());
+  EXPECT_FALSE(none.state());
+  EXPECT_EQ(none.stateJson(), "");
+}
+
+TEST(CppFace, ListsDevicesOrSaysWhyNot) {
+  const auto none = tembra::devices();
+  ASSERT_TRUE(none);
+  EXPECT_TRUE(none->empty());
+  std::ofstream("/tmp/ddb") << std::string(5000, 'x');
+  EXPECT_FALSE(tembra::devices());
+  EXPECT_EQ(errno, EBADMSG);
+}
+
+TEST(CppFace, HasASentenceForEachRefusal) {
+  EXPECT_STREQ(tembra::sentence(Result::ok), "");
+  for (const Result result :
+       {Result::busy, Result::nothingRuns, Result::invalid, Result::tooLong, Result::badText, Result::noKit}) {
+    EXPECT_EQ(std::string(tembra::sentence(result)).back(), '.');
+  }
+  EXPECT_EQ(tembra::typeName(1), "BinarySwitch");
+}
+
+}  // namespace
