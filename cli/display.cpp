@@ -33,7 +33,7 @@ std::size_t columnsOfTerminal() {
 
 // A line that wraps cannot be cleared as one, and a new one would come below it each second.
 std::string timeLeftIn(std::size_t columns, const std::string& what, int seconds) {
-  const std::string line = timeLeft(what, seconds);
+  std::string line = timeLeft(what, seconds);
   if (columns == 0 || line.size() < columns) return line;
   const std::string end = seconds < 0 ? "... overdue" : "... " + std::to_string(seconds) + " s";
   return (what.substr(0, columns - std::min(columns, end.size() + 1)) + end).substr(0, columns - 1);
