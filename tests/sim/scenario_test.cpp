@@ -87,10 +87,11 @@ TEST(Scenario, WaitsForEveryEventOfTheServers) {
   }
 }
 
+// The server's own answer to the discovery is lost: on a slow machine it comes before the steps behind it are played.
 TEST(Scenario, AnswersOnDemandAndChangesTheBridges) {
   Caller caller;
-  RunningSim sim(scenario(R"({"on": "hue-discover", "bridges": 3}, {"answer": "hue 0"}, {"answer": "nest 124 -1"},
-                             {"press": "hue-button"}, {"stop": true})"));
+  RunningSim sim(scenario(R"({"fault": "bridges:lost"}, {"on": "hue-discover", "bridges": 3}, {"answer": "hue 0"},
+                             {"answer": "nest 124 -1"}, {"press": "hue-button"}, {"stop": true})"));
   caller.hue(114);
   EXPECT_EQ(caller.hear().as<HueAnswer>().count, 3);
   EXPECT_EQ(caller.hear().as<NestAnswer>().status, -1);
