@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "operations.h"
@@ -138,6 +139,18 @@ struct Free {
   void operator()(char* text) const { std::free(text); }
 };
 
+// A user that reads like the end of one bridge and the beginning of the next makes one bridge look like two; the table
+// of users, from which the library wrote the list, does not agree then.
+bool agreesWithUsers(const tembra_bridges& list) {
+  for (int i = 0; i < list.count; ++i) {
+    if (i >= static_cast<int>(std::size(username1))) return false;
+    char user[sizeof list.bridges[i].user] = {};
+    putText(user, cleaned({username1[i], strnlen(username1[i], sizeof username1[i])}));
+    if (std::strcmp(user, list.bridges[i].user) != 0) return false;
+  }
+  return true;
+}
+
 std::string bridgeList(TembraAssociation& service) {
   const std::unique_ptr<char, Free> list(service.Hue_getBridgeList());
   return list ? list.get() : "";
@@ -208,7 +221,7 @@ void listBridges(Session& session) {
     TembraAssociation& service = session.service();
     const std::string text = session.call([&service] { return bridgeList(service); });
     if (text.empty()) throw failed(TEMBRA_REASON_DATABASE_UNREADABLE);
-    if (!parseBridges(text, list)) throw failed(TEMBRA_REASON_DATABASE_DAMAGED);
+    if (!parseBridges(text, list) || !agreesWithUsers(list)) throw failed(TEMBRA_REASON_DATABASE_DAMAGED);
   }
   session.tell(TEMBRA_EVENT_BRIDGES, list);
   throw done();

@@ -1,7 +1,9 @@
 #include "session.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <tembra/globals.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -14,6 +16,7 @@ namespace {
 
 constexpr Milliseconds kBetweenCancelLooks{250};
 constexpr Milliseconds kForLateCall{50};
+constexpr Milliseconds kForWriter{5000};  // of the database, before an operation
 constexpr int kSettlingMilliseconds = 1000;
 
 std::string deviceText(const End& end) {
@@ -32,6 +35,23 @@ End endOfOpening(const tembra_failure& failure) {
     default:
       return failed(TEMBRA_REASON_NO_SOCKET, 0, failure.error);
   }
+}
+
+// The very open that the library is about to do: the kernel may refuse it where opening without "create" succeeds.
+int errorOfWriting() {
+  struct stat status = {};
+  if (stat(DBName, &status) != 0) return 0;
+  const int descriptor = ::open(DBName, O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+  if (descriptor < 0) return errno;
+  ::close(descriptor);
+  return 0;
+}
+
+int errorOfDatabase() {
+  const int reading = readDevices().error;
+  const bool isRead = reading == 0 || reading == EBADMSG;
+  const int writing = isRead ? errorOfWriting() : 0;
+  return writing != 0 ? writing : reading;
 }
 
 }  // namespace
@@ -88,9 +108,13 @@ void Session::requireServer(ServerType server) {
   if (!listens(server)) throw failed(TEMBRA_REASON_NO_SERVER, server);
 }
 
-// A file that the library cannot read it would delete: it is not even asked.
+// A file that the library cannot read or write it would delete: it is not even asked.
 void Session::requireDatabase() {
-  const int error = call([] { return readDevices().error; });
+  const auto until = Clock::now() + kForWriter;
+  const auto giveUp = [until] {
+    if (Clock::now() >= until) throw failed(TEMBRA_REASON_DATABASE_UNREADABLE, 0, EWOULDBLOCK);
+  };
+  const int error = call([] { return errorOfDatabase(); }, giveUp);
   if (error == EBADMSG) return warn(TEMBRA_REASON_DATABASE_DAMAGED, 0);
   if (error != 0) throw failed(TEMBRA_REASON_DATABASE_UNREADABLE, 0, error);
 }
@@ -160,9 +184,11 @@ void Session::closeLibrary() {
   socket_ = 0;
 }
 
-// A call that is under way goes on without the connection.
+// A call that is under way goes on without the connection. The radios have no part in what other servers do.
 void Session::close() {
-  if (!libraryIsIdle() && socket_ != 0) service_.sendCancelTo(cancel_both);
+  const int operation = outbox_.state().operation;
+  const bool onRadios = operation == TEMBRA_OPERATION_ADD || operation == TEMBRA_OPERATION_REMOVE;
+  if (onRadios && !libraryIsIdle() && socket_ != 0) service_.sendCancelTo(cancel_both);
   if (!keepOpen_ || callRuns_) closeLibrary();
 }
 
