@@ -1,9 +1,8 @@
-// The one place where the program waits: for events, for lines that the user types, and for Ctrl-C.
+// The one place where the program waits: for events, for what the user types, and for Ctrl-C.
 #ifndef TEMBRA_CLI_ATTENTION_H
 #define TEMBRA_CLI_ATTENTION_H
 
 #include <chrono>
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -16,29 +15,35 @@ class Interrupted {};
 /// wait throw Interrupted. Construct it before any thread starts, so that every thread leaves the signals to it.
 class Attention {
  public:
+  static constexpr int kNoDescriptor = -1;
+  enum class Input { kIgnored, kAwaited };
+
   Attention();
   ~Attention();
   Attention(const Attention&) = delete;
   Attention& operator=(const Attention&) = delete;
 
-  /// Waits until there is an event to fetch, or for this long. Throws Interrupted.
-  void waitForEvent(std::chrono::milliseconds longest);
+  /// Waits until the descriptor is readable, standard input says something if it is awaited, or for this long. Throws
+  /// Interrupted.
+  void wait(int descriptor, Input input, std::chrono::milliseconds longest);
 
   /// Waits this long. Throws Interrupted.
-  void pause(std::chrono::milliseconds time);
+  void pause(std::chrono::milliseconds time) { wait(kNoDescriptor, Input::kIgnored, time); }
 
-  /// Reads a line from standard input and meanwhile calls `onEvent` for events to fetch. Nothing at the end of input.
-  /// Throws Interrupted.
-  [[nodiscard]] std::optional<std::string> readLine(const std::function<void()>& onEvent);
+  /// A line of standard input that has come, or its last words. Nothing: none yet, or none any more.
+  [[nodiscard]] std::optional<std::string> takeLine();
+
+  /// A byte of standard input that has come.
+  [[nodiscard]] std::optional<char> takeByte();
+
+  /// Whether standard input has ended and everything was taken.
+  [[nodiscard]] bool inputIsOver() const { return inputEnded_ && typed_.empty(); }
+
+  /// Reads a line from standard input. Nothing at the end of input. Throws Interrupted.
+  [[nodiscard]] std::optional<std::string> readLine();
 
  private:
-  struct Sources {
-    bool event;
-    bool input;
-  };
-  /// Those of the sources asked for that are ready; none when the time is over.
-  [[nodiscard]] Sources wait(int milliseconds, Sources asked) const;
-  [[nodiscard]] std::optional<std::string> takeLine();
+  void readInput();
 
   int signals_;
   std::string typed_;

@@ -1,45 +1,122 @@
-// tembra-assoc cancel: ends adding and removing on the radios, also when another front end began it.
+// tembra-assoc cancel: ends what another front end does; or, where none has the connection, adding and removing on the
+// radios, which a front end that died may have left behind.
+#include <tembra/assoc.h>
+#include <tembra/service.h>
+
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
 #include <map>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "commands.h"
-#include "connection.h"
-#include "servers.h"
+#include "failure.h"
+#include "library_call.h"
+#include "other_front_end.h"
+#include "roles.h"
 
 namespace tembra::cli {
 namespace {
 
-struct Target {
-  cancel_type type;
-  std::vector<ServerType> servers;
+const std::map<std::string, cancel_type> kTargets = {
+    {"zigbee", cancel_zigbee}, {"zwave", cancel_zwave}, {"both", cancel_both}};
+
+constexpr int kAnswerMilliseconds = 3000;
+
+bool isEnd(const std::string& line) {
+  const auto said = nlohmann::json::parse(line, nullptr, false);
+  return said.is_object() && said.contains("event") && said["event"] == "ended";
+}
+
+// False when there is nobody, or nothing to cancel.
+bool cancelOther(const Context& context) {
+  const std::string& path = context.options.watchPath;
+  auto holder = tembra_holder{};
+  holder.size = sizeof holder;
+  if (tembra_read_holder(path.c_str(), kAnswerMilliseconds, &holder) != 0) return false;
+  const Watch watch{tembra_watch_open(path.c_str())};
+  if (!watch || std::string(holder.operation) == "none" || tembra_watch_cancel(watch.get()) != 0) return false;
+  const std::string what = std::string(holder.operation) + " of " + holder.program;
+  while (const char* line = tembra_watch_next(watch.get(), kAnswerMilliseconds)) {
+    if (!isEnd(line)) continue;
+    context.display.note("Cancelled the " + what + ".");
+    return true;
+  }
+  if (errno != ECONNRESET) throw Failure(kFailed, "the " + what + " was not cancelled in time.");
+  context.display.note("Cancelled the " + what + ".");
+  return true;
+}
+
+struct Attempt {
+  tembra_failure opening{};
+  tembra_failure sending{};
+  unsigned openingsBefore = 0;
+  unsigned sendingsBefore = 0;
 };
 
-const std::map<std::string, Target> kTargets = {
-    {"zigbee", {cancel_zigbee, {SERVER_ZIGBEE}}},
-    {"zwave", {cancel_zwave, {SERVER_ZWAVE}}},
-    {"both", {cancel_both, {SERVER_ZIGBEE, SERVER_ZWAVE}}},
-};
+tembra_failure failureOf(tembra_failure_kind kind) {
+  tembra_failure failure{};
+  failure.size = sizeof failure;
+  tembra_last_failure(kind, &failure);
+  return failure;
+}
+
+void cancelOnRadios(Attempt& attempt, TembraAssociation& service, cancel_type radios) {
+  attempt.openingsBefore = failureOf(TEMBRA_FAILURE_OPENING).count;
+  attempt.sendingsBefore = failureOf(TEMBRA_FAILURE_SEND).count;
+  service.checkAssocConnection();
+  attempt.opening = failureOf(TEMBRA_FAILURE_OPENING);
+  if (attempt.opening.count != attempt.openingsBefore) return;
+  service.sendCancelTo(radios);
+  attempt.sending = failureOf(TEMBRA_FAILURE_SEND);
+}
+
+std::string reason(tembra_reason number, const tembra_failure& failure) {
+  const std::string why = failure.text[0] == '\0' ? "" : std::string(" (") + failure.text + ")";
+  std::string text = tembra_reason_text(number);
+  for (const auto& [mark, value] : {std::pair{"{error}", why}, {"{holder}", std::string()}}) {
+    if (const std::size_t at = text.find(mark); at != std::string::npos) text.replace(at, std::strlen(mark), value);
+  }
+  return text + " " + tembra_reason_advice(number);
+}
+
+void throwUnlessDone(const Attempt& attempt) {
+  if (attempt.opening.count != attempt.openingsBefore) {
+    const int cause = attempt.opening.cause;
+    const auto number = cause == TEMBRA_OPENING_IN_USE      ? TEMBRA_REASON_IN_USE
+                        : cause == TEMBRA_OPENING_NO_THREAD ? TEMBRA_REASON_NO_THREAD
+                                                            : TEMBRA_REASON_NO_SOCKET;
+    throw Failure(kNoConnection, reason(number, attempt.opening));
+  }
+  if (attempt.sending.count == attempt.sendingsBefore) return;
+  const std::string why = attempt.sending.text;
+  throw Failure(kNoConnection, "Nothing can be sent to the radio servers (" + why + ").");
+}
+
+// Opening runs a command of the router, which may hang: the user need not.
+void cancelRadios(const Context& context, const std::string& radios) {
+  TembraAssociation& service = serviceAs(context.options.role);
+  const auto attempt = std::make_shared<Attempt>();
+  static_cast<void>(runLibraryCall(
+      context, [attempt, &service, type = kTargets.at(radios)] { cancelOnRadios(*attempt, service, type); },
+      std::chrono::hours(1)));
+  if (attempt->opening.cause != TEMBRA_OPENING_IN_USE) service.closeAssocConnection();
+  throwUnlessDone(*attempt);
+  context.display.note("Cancelled adding and removing (" + radios + ").");
+}
 
 void cancel(const Context& context, const std::string& radios) {
-  const Target& target = kTargets.at(radios);
-  TembraAssociation& service = serviceAs(context.options.role);
-  requireOneOf(target.servers);
-  const Connection connection(context, service);
-  context.display.command("sendCancelTo(" + radios + ")");
-  Sending sending;
-  service.sendCancelTo(target.type);
-  sending.require();
-  context.display.note("Cancelled adding and removing (" + radios + ").");
+  if (!cancelOther(context)) cancelRadios(context, radios);
 }
 
 }  // namespace
 
 void declareCancel(CLI::App& program, Action& action) {
-  CLI::App* command = program.add_subcommand("cancel", "end adding and removing on the radios");
+  CLI::App* command = program.add_subcommand("cancel", "end what another front end does, or what the radios do");
   auto radios = std::make_shared<std::string>("both");
-  command->add_option("radios", *radios, "zigbee, zwave or both")
+  command->add_option("radios", *radios, "zigbee, zwave or both, where no front end has the connection")
       ->check(CLI::IsMember(&kTargets))
       ->capture_default_str();
   command->callback([&action, radios] { action = [radios](const Context& context) { cancel(context, *radios); }; });

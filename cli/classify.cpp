@@ -12,13 +12,13 @@
 
 #include "classification.h"
 #include "commands.h"
-#include "connection.h"
 #include "device_description.h"
 #include "device_types.h"
-#include "event_report.h"
 #include "failure.h"
+#include "json_line.h"
 #include "platform/printable.h"
 #include "private_database.h"
+#include "roles.h"
 #include "texts.h"
 
 namespace tembra::cli {
@@ -33,7 +33,7 @@ constexpr std::size_t kLongestText = 1'000'000;  // a description needs some tho
 std::string readInput(const Context& context) {
   if (isatty(STDIN_FILENO) == 1) complain("type the description of the device, then Ctrl-D.");
   std::string text;
-  while (const auto line = context.attention.readLine([] {})) {
+  while (const auto line = context.attention.readLine()) {
     text.append(*line).append(1, '\n');
     if (text.size() > kLongestText) refuseFile("standard input", "too long for the description of a device");
   }

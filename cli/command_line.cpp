@@ -1,8 +1,13 @@
 #include "command_line.h"
 
-#include <CLI/CLI.hpp>
+#include <tembra/version.h>
+#include <tembra/watch.h>
 
-#include "connection.h"
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+
+#include "roles.h"
 
 namespace tembra::cli {
 namespace {
@@ -16,6 +21,30 @@ constexpr char kExitStatus[] =
     "Exit status: 0 done, 1 the operation failed, 2 wrong usage, 3 no connection, 130 interrupted.\n"
     "Ctrl-C cancels a running operation on both radios. What the Hue or the Nest server was told cannot be taken back.";
 
+std::string versionText() {
+  const int version = tembra_version();
+  return "tembra-assoc " + std::to_string(version / 10000) + "." + std::to_string(version / 100 % 100) + "." +
+         std::to_string(version % 100);
+}
+
+void declareHelp(CLI::App& program) {
+  CLI::App* help = program.add_subcommand("help", "the same as --help");
+  auto command = std::make_shared<std::string>();
+  help->add_option("command", *command, "a command");
+  help->callback([&program, command] {
+    if (command->empty()) {
+      std::cout << program.help() << std::flush;
+      throw CLI::Success();
+    }
+    for (const CLI::App* each : program.get_subcommands([](CLI::App*) { return true; })) {
+      if (each->get_name() != *command) continue;
+      std::cout << each->help() << std::flush;
+      throw CLI::Success();
+    }
+    throw CLI::ValidationError("help", "there is no command " + *command);
+  });
+}
+
 }  // namespace
 
 void declareCommandLine(CLI::App& program, Options& options, Action& action) {
@@ -23,13 +52,19 @@ void declareCommandLine(CLI::App& program, Options& options, Action& action) {
       ->check(CLI::IsMember(roleNames()))
       ->capture_default_str();
   program.add_option("--db", options.database, "device database, instead of the system's own");
-  program.add_flag("--json", options.json, "one JSON object a line for each event (or device)");
-  program.add_flag("--yes", options.yes, "ask nothing: confirm, take the first type, keep the default name");
+  program.add_flag("--json", options.json, "one JSON object a line; questions are answered by lines of JSON");
+  program.add_flag("--yes", options.yes, "ask nothing: confirm, take the proposed type, keep the proposed name");
+  program.add_flag("--verbose", options.verbose, "every event with its numbers, and the library's log");
+  program.add_option("--watch-path", options.watchPath, "socket where other processes watch and cancel")
+      ->envname("TEMBRA_WATCH_PATH")
+      ->default_val(TEMBRA_WATCH_PATH);
+  program.set_version_flag("--version", versionText);
   program.add_flag("--timeline", options.timeline, "report for a timeline")->envname("TEMBRA_TIMELINE")->group("");
   program.footer(kExitStatus);
   program.require_subcommand(0, 1);
   program.fallthrough();
   for (const auto declare : kCommands) declare(program, action);
+  declareHelp(program);
 }
 
 }  // namespace tembra::cli

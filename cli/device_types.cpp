@@ -1,27 +1,27 @@
 #include "device_types.h"
 
-#include <tembra/platform.h>
+#include <tembra/frontend.h>
 
-#include <array>
-#include <charconv>
+#include "numbers.h"
 
 namespace tembra::cli {
 
-std::string typeName(DevType type) {
-  std::array<char, 512> name{};  // the router's library knows of 180 bytes; nothing stops it from writing more
-  DevtypeEnumToStr(type, name.data());
-  return name.data();
+std::string typeName(int type) {
+  const char* name = tembra_type_name(type);
+  return name == nullptr ? std::to_string(type) : name;
 }
 
-std::optional<DevType> parseType(const std::string& text) {
-  int number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  if (error == std::errc() && stop == end) return static_cast<DevType>(number);
-  const DevType type = StrToDevType(text.c_str());
-  // 0 is the answer to unknown names, and a type of its own.
-  if (type == DEVTYPE_UNKNOWN && typeName(type) != text) return std::nullopt;
-  return type;
+std::optional<int> parseType(const std::string& text) {
+  const std::optional<int> number = parseNumber(text);
+  const int type = number ? *number : tembra_type_number(text.c_str());
+  // The number of a text that names no type is that of no type.
+  return isType(type) && (number || typeName(type) == text) ? std::optional(type) : std::nullopt;
+}
+
+// The router's library names a number without a type after the number.
+bool isType(int number) {
+  const char* name = number > 0 ? tembra_type_name(number) : nullptr;
+  return name != nullptr && name != "DevType" + std::to_string(number);
 }
 
 }  // namespace tembra::cli

@@ -2,17 +2,19 @@
 #ifndef TEMBRA_CLI_DEVICE_TYPES_H
 #define TEMBRA_CLI_DEVICE_TYPES_H
 
-#include <tembra/vocabulary.h>
-
 #include <optional>
 #include <string>
 
 namespace tembra::cli {
 
-[[nodiscard]] std::string typeName(DevType type);
+/// "BinarySwitch" for 3.
+[[nodiscard]] std::string typeName(int type);
 
-/// Nothing when it is neither a number nor the name of a device type.
-[[nodiscard]] std::optional<DevType> parseType(const std::string& text);
+/// The number of a type that is given by its name or number. Nothing when there is none.
+[[nodiscard]] std::optional<int> parseType(const std::string& text);
+
+/// Whether a device can have this type.
+[[nodiscard]] bool isType(int number);
 
 }  // namespace tembra::cli
 

@@ -1,96 +1,102 @@
 #include "display.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <iostream>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "attention.h"
-#include "event_report.h"
+#include "event_text.h"
+#include "json_line.h"
+#include "live_line.h"
 #include "platform/printable.h"
-#include "words/event_names.h"
 #include "words/timeline.h"
 
 namespace tembra::cli {
 namespace {
 
 constexpr char kProgram[] = "tembra-assoc";
-constexpr char kLibrary[] = "library";
+constexpr char kKit[] = "kit";
 constexpr char kUser[] = "user";
-
-std::string timeLeft(const std::string& what, int seconds) {
-  if (seconds < 0) return what + ", overdue";
-  return what + " (at most " + std::to_string(seconds) + " s left)";
-}
-
-// 0: not known. A user may change it at any time.
-std::size_t columnsOfTerminal() {
-  winsize size{};
-  return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
-}
-
-// A line that wraps cannot be cleared as one, and a new one would come below it each second.
-std::string timeLeftIn(std::size_t columns, const std::string& what, int seconds) {
-  std::string line = timeLeft(what, seconds);
-  if (columns == 0 || line.size() < columns) return line;
-  const std::string end = seconds < 0 ? "... overdue" : "... " + std::to_string(seconds) + " s";
-  return (what.substr(0, columns - std::min(columns, end.size() + 1)) + end).substr(0, columns - 1);
-}
 
 /// For a file or a pipe: lines, and no countdown.
 class PlainDisplay : public Display {
  public:
   void note(const std::string& sentence) override { printLine(printable(sentence)); }
-  void event(const HeardEvent& heard) override { printLine(describeEvent(heard)); }
+  void event(const Event& event) override {
+    if (const auto* warning = event.as<Warning>()) return warn(*warning);
+    if (const std::string text = eventText(event); !text.empty()) printLine(text);
+  }
+};
+
+/// The same with everything that the kit tells.
+class VerboseDisplay : public PlainDisplay {
+ public:
+  void event(const Event& event) override {
+    char time[32];
+    std::snprintf(time, sizeof time, "%8.3f s  ", static_cast<double>(event.elapsed.count()) / 1000);
+    printLine(time + event.json);
+    PlainDisplay::event(event);
+  }
 };
 
 /// For a terminal: the last line is alive.
 class LiveDisplay : public Display {
  public:
-  ~LiveDisplay() override { LiveDisplay::makeRoom(); }
+  ~LiveDisplay() override { line_.clear(); }
   void note(const std::string& sentence) override { printAbove(printable(sentence)); }
-  void event(const HeardEvent& heard) override { printAbove(describeEvent(heard)); }
-  void waiting(const std::string& what, int secondsLeft) override {
-    const std::string line = timeLeftIn(columnsOfTerminal(), what, secondsLeft);
-    if (line == alive_) return;
-    makeRoom();
-    alive_ = line;
-    std::cout << alive_ << std::flush;
+  void event(const Event& event) override {
+    if (const auto* warning = event.as<Warning>()) return warn(*warning);
+    if (event.as<Waiting>() != nullptr) return;  // the line that is alive says so
+    if (const std::string text = eventText(event); !text.empty()) printAbove(text);
   }
-  void makeRoom() override {
-    constexpr char kClearLine[] = "\r\033[K";
-    if (!alive_.empty()) std::cout << kClearLine << std::flush;
-    alive_.clear();
+  void waiting(const std::string& what, std::optional<int> seconds) override {
+    if (!what.empty()) line_.showCountdown(what, seconds);
+  }
+  void prompt(const std::string& question, std::optional<int> seconds, const std::string& typed) override {
+    line_.showPrompt(printable(question), seconds, printable(typed));
+  }
+  void endPrompt() override { line_.keep(); }
+  void complain(const std::string& sentence) override {
+    line_.clear();
+    Display::complain(sentence);
   }
 
  private:
   void printAbove(const std::string& line) {
-    makeRoom();
+    line_.clear();
     printLine(line);
   }
 
-  std::string alive_;
+  LiveLine line_;
 };
 
-/// For programs: one object an event and nothing else.
+/// For programs: one object a line and nothing else.
 class JsonDisplay : public Display {
  public:
-  void event(const HeardEvent& heard) override { printLine(jsonLine(eventJson(heard))); }
+  void event(const Event& event) override { printLine(event.json); }
+  void complain(const std::string& sentence) override { printLine(jsonEvent("remark", {{"text", sentence}})); }
+  void failed(const Failure& failure) override {
+    if (failure.told() == Failure::Told::kByEvent) return;
+    printLine(jsonEvent("error", {{"status", static_cast<int>(failure.status())}, {"text", failure.what()}}));
+  }
+  void ask(const nlohmann::ordered_json& question) override { printLine(jsonEvent("question", question)); }
+  void ended(int status) override { printLine(jsonEvent("exit", {{"status", status}})); }
 };
 
 /// For a demonstration: who said what to whom, and every second that passes.
 class TimelineDisplay : public Display {
  public:
   void note(const std::string& sentence) override { words::say(kProgram, kUser, sentence); }
-  void command(const std::string& call) override { words::say(kProgram, kLibrary, call); }
-  void event(const HeardEvent& heard) override {
-    words::say(kLibrary, kProgram, "event " + std::to_string(heard.event.code) + " " + describeEvent(heard));
+  void command(const std::string& call) override { words::say(kProgram, kKit, call); }
+  void event(const Event& event) override {
+    words::say(kKit, kProgram, "event " + nlohmann::json::parse(event.json).at("event").get<std::string>());
+    if (const auto* warning = event.as<Warning>()) return warn(*warning);
+    if (const std::string text = eventText(event); !text.empty()) note(text);
   }
-  void waiting(const std::string& what, int secondsLeft) override {
-    const std::string line = timeLeft(what, secondsLeft);
-    if (line != lastWait_) words::say(kProgram, kUser, line);
+  void waiting(const std::string& what, std::optional<int> seconds) override {
+    constexpr std::size_t kWide = 1000;
+    const std::string line = countdownText(what, seconds, kWide);
+    if (!what.empty() && line != lastWait_) note(line);
     lastWait_ = line;
   }
 
@@ -100,14 +106,17 @@ class TimelineDisplay : public Display {
 
 }  // namespace
 
-void printLine(const std::string& line) {
-  std::cout << line << std::endl;
-  if (!std::cout) throw Interrupted{};
+void Display::complain(const std::string& sentence) { cli::complain(sentence); }
+
+// Most users may not serve watchers, and most have none.
+void Display::warn(const Warning& warning) {
+  if (warning.reason != TEMBRA_REASON_NOT_WATCHED) complain(warning.text);
 }
 
 std::unique_ptr<Display> makeDisplay(const Options& options) {
   if (options.json) return std::make_unique<JsonDisplay>();
   if (options.timeline) return std::make_unique<TimelineDisplay>();
+  if (options.verbose) return std::make_unique<VerboseDisplay>();
   if (isatty(STDOUT_FILENO) == 1) return std::make_unique<LiveDisplay>();
   return std::make_unique<PlainDisplay>();
 }

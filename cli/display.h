@@ -4,13 +4,17 @@
 #define TEMBRA_CLI_DISPLAY_H
 
 #include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <string>
+#include <tembra/frontend.hpp>
 
-#include "event_inbox.h"
+#include "failure.h"
 #include "options.h"
 
 namespace tembra::cli {
 
+/// Throws Failure (from any call that prints) when standard output cannot be written.
 class Display {
  public:
   Display() = default;
@@ -18,26 +22,40 @@ class Display {
   Display& operator=(const Display&) = delete;
   virtual ~Display() = default;
 
-  /// A sentence of lasting interest, such as a result. What would steer a terminal is replaced, as in the next two.
+  // ---- For people ----
+
+  /// A sentence of lasting interest, such as a result. What would steer a terminal is replaced.
   virtual void note(const std::string& /*sentence*/) {}
 
-  /// A command that is given to the library.
+  /// A command that is given to the front-end kit.
   virtual void command(const std::string& /*call*/) {}
 
-  virtual void event(const HeardEvent& /*heard*/) {}
-
   /// What is being waited for, and how many seconds at most. Called several times a second.
-  virtual void waiting(const std::string& /*what*/, int /*secondsLeft*/) {}
+  virtual void waiting(const std::string& /*what*/, std::optional<int> /*seconds*/) {}
 
-  /// Makes room for a question or a complaint.
-  virtual void makeRoom() {}
+  /// The question and what was typed so far. Called several times a second.
+  virtual void prompt(const std::string& /*question*/, std::optional<int> /*seconds*/, const std::string& /*typed*/) {}
+  virtual void endPrompt() {}
+
+  // ---- For people and programs ----
+
+  virtual void event(const Event& event) = 0;
+  virtual void complain(const std::string& sentence);
+  virtual void failed(const Failure& failure) { complain(failure.what()); }
+
+  // ---- For programs ----
+
+  /// A question, to be answered by a line of JSON.
+  virtual void ask(const nlohmann::ordered_json& /*question*/) {}
+
+  /// The last that is said.
+  virtual void ended(int /*status*/) {}
+
+ protected:
+  void warn(const Warning& warning);
 };
 
-/// Throws Interrupted (from any call that prints) when the reader of standard output has gone away.
 [[nodiscard]] std::unique_ptr<Display> makeDisplay(const Options& options);
-
-/// Prints a line on standard output at once. Throws Interrupted when nobody reads it any more.
-void printLine(const std::string& line);
 
 }  // namespace tembra::cli
 

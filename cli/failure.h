@@ -15,14 +15,20 @@ enum ExitStatus : int {
   kInterrupted = 130,  ///< by a signal
 };
 
-/// Ends the command with this status and one sentence that says why.
+/// Ends the command with this status and a sentence that says why.
 class Failure : public std::runtime_error {
  public:
-  Failure(ExitStatus status, const std::string& why) : std::runtime_error(why), status_(status) {}
+  /// Whether an event of the front-end kit has told programs of it already.
+  enum class Told { kNot, kByEvent };
+
+  Failure(ExitStatus status, const std::string& why, Told told = Told::kNot)
+      : std::runtime_error(why), status_(status), told_(told) {}
   [[nodiscard]] ExitStatus status() const { return status_; }
+  [[nodiscard]] Told told() const { return told_; }
 
  private:
   ExitStatus status_;
+  Told told_;
 };
 
 /// Writes one sentence to standard error under the program's name.

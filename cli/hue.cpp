@@ -1,15 +1,10 @@
-// tembra-assoc hue: finds, adds, refreshes and removes Hue bridges, and adds their bulbs.
-#include <tembra/records.h>
-
+// tembra-assoc hue: finds, lists, adds, refreshes and removes Hue bridges, and adds their bulbs.
 #include <CLI/CLI.hpp>
-#include <array>
 #include <cctype>
 #include <memory>
 
 #include "commands.h"
-#include "event_report.h"
-#include "hue_list.h"
-#include "ip_operation.h"
+#include "dialogue.h"
 #include "questions.h"
 #include "texts.h"
 
@@ -27,99 +22,40 @@ struct HueTask {
   const char* name;
   const char* help;
   HueTakes takes;
-  const char* call;
-  void (*give)(TembraAssociation& service, char* mac, char* text);
-  std::array<int, 2> done;  ///< the answers that say so
-  const char* waitsFor;
-  const char* advice;
+  Result (*start)(Frontend& kit, const HueTexts& texts);
   const char* consequence;  ///< to be confirmed; null: nothing is lost
-  const char* result;       ///< what was done, up to the bridge's MAC address
+  const char* result;       ///< what was done, up to the bridge's MAC address; null: the event says so
 };
 
-// Of the answers 22 and 23 nothing is known but that the server finished what it was told.
 constexpr HueTask kHueTasks[] = {
-    {"discover",
-     "find the Hue bridges of the home's network",
-     HueTakes::kNothing,
-     "Hue_initiateAdd",
-     [](TembraAssociation& service, char*, char*) { service.Hue_initiateAdd(); },
-     {EVENT_HUE_BRIDGES},
-     "Looking for Hue bridges",
-     "",
-     nullptr,
-     ""},
-    {"add",
-     "add a Hue bridge and its bulbs: press its link button when told to",
-     HueTakes::kBridge,
-     "Hue_addBridge",
-     [](TembraAssociation& service, char* mac, char*) { service.Hue_addBridge(mac); },
-     {EVENT_HUE_ADDED},
-     "Press the round link button on top of the Hue bridge",
-     "The bridge lets nobody in before its link button is pressed, the round one on its top: press it now.",
-     nullptr,
+    {"discover", "find the Hue bridges of the home's network", HueTakes::kNothing,
+     [](Frontend& kit, const HueTexts&) { return kit.hueDiscover(); }, nullptr, nullptr},
+    {"add", "add a Hue bridge and its bulbs: press its link button when told to", HueTakes::kBridge,
+     [](Frontend& kit, const HueTexts& texts) { return kit.hueAddBridge(texts.mac); }, nullptr,
      "Added the Hue bridge "},
-    {"add-bulb",
-     "add a bulb of a Hue bridge that was added",
-     HueTakes::kBridgeAndBulb,
-     "Hue_addDev",
-     [](TembraAssociation& service, char* mac, char* text) { service.Hue_addDev(mac, text); },
-     {EVENT_HUE_BULB_ADDED},
-     "Adding the bulb",
-     "",
-     nullptr,
+    {"add-bulb", "add a bulb of a Hue bridge that was added", HueTakes::kBridgeAndBulb,
+     [](Frontend& kit, const HueTexts& texts) { return kit.hueAddLamp(texts.mac, texts.text); }, nullptr,
      "Added the bulb to the Hue bridge "},
-    {"refresh",
-     "look for changes of a Hue bridge that was added",
-     HueTakes::kBridgeAndText,
-     "Hue_refreshBridge",
-     [](TembraAssociation& service, char* mac, char* text) { service.Hue_refreshBridge(mac, text); },
-     {EVENT_HUE_DONE, EVENT_HUE_DONE_2},
-     "Refreshing the Hue bridge",
-     "",
-     nullptr,
+    {"refresh", "look for changes of a Hue bridge that was added", HueTakes::kBridgeAndText,
+     [](Frontend& kit, const HueTexts& texts) { return kit.hueRefresh(texts.mac, texts.text); }, nullptr,
      "Refreshed the Hue bridge "},
-    {"remove",
-     "remove a Hue bridge and its bulbs",
-     HueTakes::kBridge,
-     "Hue_remove",
-     [](TembraAssociation& service, char* mac, char*) { service.Hue_remove(mac); },
-     {EVENT_HUE_DONE, EVENT_HUE_DONE_2},
-     "Removing the Hue bridge",
-     "",
-     "The Hue bridge and its bulbs leave the home and the device list.",
-     "Removed the Hue bridge "},
+    {"remove", "remove a Hue bridge and its bulbs", HueTakes::kBridge,
+     [](Frontend& kit, const HueTexts& texts) { return kit.hueRemove(texts.mac); },
+     "The Hue bridge and its bulbs leave the home and the device list.", "Removed the Hue bridge "},
+    {"list", "list the Hue bridges of the device database and their users", HueTakes::kNothing,
+     [](Frontend& kit, const HueTexts&) { return kit.hueList(); }, nullptr, nullptr},
 };
-
-constexpr Refusal kHueRefusals[] = {
-    {EVENT_HUE_FAILED, "the Hue server failed to do it."},
-    {EVENT_HUE_BUTTON, "the link button of the Hue bridge was not pressed in time."},
-    {EVENT_HUE_NO_BRIDGE, "there is no such Hue bridge in the home's network."},
-    {EVENT_HUE_UNKNOWN_BRIDGE, "this Hue bridge has not been added; \"hue list\" tells those that have."},
-};
-
-std::string joinedTexts(const HueTask& task, const HueTexts& texts) {
-  if (task.takes == HueTakes::kNothing) return "";
-  return task.takes == HueTakes::kBridge ? texts.mac : texts.mac + ", " + texts.text;
-}
-
-void tellBridges(const Context& context, const HeardEvent& heard) {
-  const std::vector<FoundBridge> bridges = foundBridges(heard);
-  if (bridges.empty()) context.display.note("No Hue bridge was found.");
-  for (const FoundBridge& bridge : bridges) {
-    context.display.note("Found the Hue bridge " + bridge.mac + " at " + bridge.address + ".");
-  }
-}
 
 void performHueTask(const Context& context, const HueTask& task, const HueTexts& texts) {
   if (task.consequence != nullptr) confirm(context, task.consequence);
-  const auto give = [&task, texts = HueTexts(texts)](TembraAssociation& service) mutable {
-    task.give(service, texts.mac.data(), texts.text.data());
-  };
-  const std::string call = std::string(task.call) + "(" + joinedTexts(task, texts) + ")";
-  const HeardEvent heard =
-      askServer(context, {SERVER_HUE, call, give, task.waitsFor, task.advice}, task.done, kHueRefusals);
-  if (heard.event.code == EVENT_HUE_BRIDGES) return tellBridges(context, heard);
-  context.display.note(task.result + texts.mac + ".");
+  const bool asksServer = std::string(task.name) != "list";
+  std::string call = std::string("hue ") + task.name;
+  if (task.takes != HueTakes::kNothing) call += " " + texts.mac;
+  if (!texts.text.empty()) call += " " + texts.text;
+  Dialogue(context).run(
+      call, [&task, &texts](Frontend& kit) { return task.start(kit, texts); }, {},
+      asksServer ? Dialogue::AtInterrupt::kCancelUnheard : Dialogue::AtInterrupt::kCancel);
+  if (task.result != nullptr) context.display.note(task.result + texts.mac + ".");
 }
 
 // The library takes any text; only one of this form becomes a bridge's id.
@@ -134,8 +70,10 @@ std::string checkMac(const std::string& text) {
 
 // The library would cut it without a word.
 std::string checkHueText(const std::string& text) {
-  constexpr std::size_t kLongest = sizeof HueCommand::argument - 1;
-  return text.size() <= kLongest ? "" : "the text is longer than " + std::to_string(kLongest) + " bytes";
+  constexpr std::size_t kLongest = 49;
+  if (text.size() > kLongest) return "the text is longer than " + std::to_string(kLongest) + " bytes";
+  const std::string fault = text.empty() ? "" : faultOf(text, kLongest);
+  return fault.empty() ? "" : "the text " + fault;
 }
 
 void addTextOption(CLI::App& command, HueTakes takes, HueTexts& texts) {
@@ -165,7 +103,6 @@ void declareHueTask(CLI::App& hue, Action& action, const HueTask& task) {
 void declareHue(CLI::App& program, Action& action) {
   CLI::App* hue = program.add_subcommand("hue", "Hue bridges and their bulbs");
   for (const HueTask& task : kHueTasks) declareHueTask(*hue, action, task);
-  declareHueList(*hue, action);
 }
 
 }  // namespace tembra::cli

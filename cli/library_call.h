@@ -2,13 +2,17 @@
 #ifndef TEMBRA_CLI_LIBRARY_CALL_H
 #define TEMBRA_CLI_LIBRARY_CALL_H
 
+#include <chrono>
 #include <functional>
+
+#include "context.h"
 
 namespace tembra::cli {
 
-/// Runs the call on a thread of its own and meanwhile calls `whileWaiting`, which takes its time, again and again. When
-/// that throws, the call is left to end by itself. Throws Failure (kFailed) when the system has no thread for it.
-void runLibraryCall(const std::function<void()>& call, const std::function<void()>& whileWaiting);
+/// Runs the call on a thread of its own. Returns whether it has ended in time; one that has not is left to end by
+/// itself. Throws Interrupted, and Failure when the system has no thread for it.
+[[nodiscard]] bool runLibraryCall(const Context& context, const std::function<void()>& call,
+                                  std::chrono::milliseconds longest);
 
 }  // namespace tembra::cli
 

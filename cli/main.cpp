@@ -3,35 +3,47 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <exception>
+#include <iostream>
 
 #include "attention.h"
 #include "command_line.h"
 #include "database_file.h"
+#include "dialogue.h"
 #include "failure.h"
 
 namespace tembra::cli {
 namespace {
 
-void perform(const Options& options, const Action& action) {
-  Attention attention;
-  const std::unique_ptr<Display> display = makeDisplay(options);
-  useDatabase(options.database);
-  action(Context{options, attention, *display});
-}
-
 // Every way a command can end, as a status and at most one sentence.
-int run(const Options& options, const Action& action) {
+int perform(const Options& options, const Action& action, Display& display) {
+  Attention attention;
   try {
-    perform(options, action);
+    useDatabase(options.database);
+    action(Context{options, attention, display});
     return kDone;
   } catch (const Interrupted&) {
-    complain("interrupted.");
+    display.failed(Failure(kInterrupted, "interrupted."));
     return kInterrupted;
   } catch (const Failure& failure) {
-    complain(failure.what());
+    display.failed(failure);
     return failure.status();
+  }
+}
+
+int run(const Options& options, const Action& action) {
+  const std::unique_ptr<Display> display = makeDisplay(options);
+  try {
+    const int status = perform(options, action, *display);
+    display->ended(status);
+    return status;
+  } catch (const Failure& unwritten) {
+    complain(unwritten.what());
+    return unwritten.status();
   }
 }
 
@@ -44,19 +56,40 @@ void occupyStandardStreams() {
   if (descriptor >= 0) close(descriptor);
 }
 
+// As any other failure, also for programs.
+int refuse(const Options& options, const std::string& why) {
+  const std::unique_ptr<Display> display = makeDisplay(options);
+  display->failed(Failure(kUsage, why));
+  display->ended(kUsage);
+  return kUsage;
+}
+
+bool asksForJson(int argc, char** argv) {
+  return std::any_of(argv, argv + argc, [](const char* argument) { return std::strcmp(argument, "--json") == 0; });
+}
+
+// The countdown is the last line of a terminal: what the library logs there would run into it.
+void quietLog(const Options& options) {
+  constexpr int kUnlessSet = 0;
+  const bool isLive = isatty(STDOUT_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
+  if (isLive && !options.verbose && !options.json) setenv("TEMBRA_LOG", "off", kUnlessSet);
+}
+
 int parseAndRun(int argc, char** argv) {
-  CLI::App program{"Adds and removes the devices of a home."};
+  CLI::App program{"Adds and removes the devices of a home.", "tembra-assoc"};
   Options options;
   Action action;
   declareCommandLine(program, options, action);
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& refusal) {
-    return program.exit(refusal) == kDone ? kDone : kUsage;
+    if (refusal.get_exit_code() == kDone) return program.exit(refusal);
+    options.json = asksForJson(argc, argv);
+    return refuse(options, std::string(refusal.what()) + " (--help tells what is possible)");
   }
-  if (action) return run(options, action);
-  complain("a command is needed; --help tells which there are.");
-  return kUsage;
+  if (!action) return refuse(options, "a command is needed; --help tells which there are.");
+  quietLog(options);
+  return run(options, action);
 }
 
 }  // namespace
@@ -65,7 +98,10 @@ int parseAndRun(int argc, char** argv) {
 int main(int argc, char** argv) {
   try {
     tembra::cli::occupyStandardStreams();
-    return tembra::cli::parseAndRun(argc, argv);
+    const int status = tembra::cli::parseAndRun(argc, argv);
+    std::cout.flush();
+    if (tembra::cli::Dialogue::leavesCallBehind()) std::_Exit(status);
+    return status;
   } catch (const std::exception& unexpected) {
     std::fprintf(stderr, "tembra-assoc: %s\n", unexpected.what());
     return tembra::cli::kFailed;

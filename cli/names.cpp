@@ -11,8 +11,9 @@
 #include <sstream>
 
 #include "commands.h"
-#include "event_report.h"
+#include "device_types.h"
 #include "failure.h"
+#include "json_line.h"
 #include "numbers.h"
 
 namespace tembra::cli {
@@ -31,7 +32,10 @@ std::string nameOf(int value) {
 
 constexpr int kLargestCommandClass = 255;
 
+constexpr int kLargestDeviceType = 255;
+
 const std::map<std::string, Vocabulary> kVocabularies = {
+    {"device-types", {1, kLargestDeviceType, typeName}},
     {"cclass", {0, kLargestCommandClass, nameOf<unsigned char, cclassStr>}},
     {"operation", {0, ozw_Code_UpdateValueOperation, nameOf<ozw_OperationCode, OperationCodeenumToString>}},
     {"command", {0, ozw_ControllerCommand_DeleteButton, nameOf<ozw_ControllerCommand, ControllerCommandenumToString>}},
@@ -61,11 +65,12 @@ void print(const Context& context, const std::string& kind, int value) {
   }
 }
 
-// The numbers of the whole table; a command class without a name of its own is none of it.
+// The numbers of the whole table; a command class or type without a name of its own is none of it.
 void printAll(const Context& context, const std::string& kind) {
   const Vocabulary& vocabulary = kVocabularies.at(kind);
   for (int value = vocabulary.first; value <= vocabulary.last; ++value) {
     if (kind == "cclass" && vocabulary.name(value) == "NO OPERATION") continue;
+    if (kind == "device-types" && !isType(value)) continue;
     print(context, kind, value);
   }
 }

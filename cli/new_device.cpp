@@ -1,10 +1,9 @@
 #include "new_device.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
-#include "add_outcome.h"
 #include "device_types.h"
-#include "event_report.h"
 #include "failure.h"
 #include "platform/printable.h"
 #include "questions.h"
@@ -13,105 +12,114 @@
 namespace tembra::cli {
 namespace {
 
-// What the device's record holds of a name or a location; a longer one would run into the next field.
-std::size_t longestText(int radio) { return radio == SERVER_ZIGBEE ? 31 : 179; }
-
-void checkEvents(Operation& operation) {
-  while (const auto heard = operation.eventSoFar()) throwIfAddEnded(operation, *heard);
+std::vector<std::string> namesOf(const std::vector<int>& types) {
+  std::vector<std::string> names;
+  std::ranges::transform(types, std::back_inserter(names), typeName);
+  return names;
 }
 
-std::string joined(const std::vector<DevType>& types) {
+std::string possible(const Found& found) {
   std::string text;
-  for (const DevType type : types) text += (text.empty() ? "" : ", ") + typeName(type);
+  for (const int type : found.choices) text += (text.empty() ? "" : ", ") + typeName(type);
   return text;
 }
 
-DevType askType(Operation& operation, const std::vector<DevType>& types) {
-  std::vector<std::string> names;
-  std::ranges::transform(types, std::back_inserter(names), typeName);
-  const std::size_t index = askChoice(
-      operation.context(), "What is the device? At most " + std::to_string(operation.secondsLeft()) + " s left.", names,
-      [&operation] { checkEvents(operation); });
-  return types[index];
+// Why the device cannot get this; empty when it can.
+std::string faultIn(const Found& found, const Wishes& wanted) {
+  const bool keepsType = wanted.type == 0;
+  if (!keepsType && std::ranges::find(found.choices, wanted.type) == found.choices.end()) {
+    return "the device cannot be a " + typeName(wanted.type) + "; possible: " + possible(found) + ".";
+  }
+  const bool keepsName = wanted.name.empty() || wanted.name == found.name;
+  const std::string nameFault = keepsName ? "" : faultOf(wanted.name, found.nameRoom);
+  if (!nameFault.empty()) return "the name " + nameFault + ".";
+  const std::string placeFault = wanted.location.empty() ? "" : faultOf(wanted.location, found.placeRoom);
+  return placeFault.empty() ? "" : "the location " + placeFault + ".";
 }
 
-DevType chooseType(Operation& operation, const HeardEvent& created, const Wishes& wishes) {
-  const Options& options = operation.context().options;
-  const bool choice = created.event.code == EVENT_SELECT_TYPE;
-  const std::vector<DevType> types = choice ? choices(deviceReport(created)) : std::vector{createdType(created)};
-  if (wishes.type) {
-    if (std::ranges::find(types, *wishes.type) != types.end()) return *wishes.type;
-    throw Failure(kFailed, "the device cannot be a " + typeName(*wishes.type) + "; possible: " + joined(types) + ".");
-  }
-  if (!choice || types.empty()) return createdType(created);
-  if (options.mayAsk()) return askType(operation, types);
-  if (options.yes) return types.front();
+int chooseType(Dialogue& dialogue, const Found& found, const Wishes& wishes) {
+  const Options& options = dialogue.context().options;
+  if (wishes.type != 0) return wishes.type;
+  if (found.choices.size() == 1 || options.yes) return found.type;
+  if (options.mayAsk()) return found.choices[askChoice(dialogue, "What is the device?", namesOf(found.choices))];
   throw Failure(kFailed,
-                "the device's type must be chosen with --type (or --yes for the first): " + joined(types) + ".");
+                "the device's type must be chosen with --type, or --yes for the first: " + possible(found) + ".");
 }
 
-// Gives the device its type; the library answers with the name and location that it proposes.
-DeviceReport confirmType(Operation& operation, DevType type) {
-  operation.waitsFor("Looking up the device's number");
-  operation.letLibrarySettle();
-  operation.run("setDevType(" + std::to_string(type) + " " + typeName(type) + ")",
-                [type](TembraAssociation& service) { service.setDevType(type); });
-  std::optional<DeviceReport> proposal;
-  while (const auto heard = operation.eventSoFar()) {
-    throwIfAddEnded(operation, *heard);
-    if (heard->event.code == EVENT_CREATED && !heard->fromDatagram) proposal = deviceReport(*heard);
+// Empty: the proposed text is kept.
+std::string askText(Dialogue& dialogue, const std::string& what, const std::string& proposal, std::size_t room) {
+  if (!dialogue.context().options.mayAsk()) return "";
+  Display& display = dialogue.context().display;
+  display.note(what + ": Enter for " + printable(proposal));
+  while (true) {
+    const auto answer = ask(dialogue, what);
+    if (!answer) throw Failure(kFailed, "the input ended, so the device was not added.");
+    const std::string fault = answer->empty() ? "" : faultOf(*answer, room);
+    if (fault.empty()) return *answer;
+    display.note("The text " + fault + ".");
   }
-  if (!proposal) throw Failure(kFailed, "the library did not confirm the device's type.");
-  return *proposal;
 }
 
-std::string fitted(Operation& operation, const std::string& text, int radio, const std::string& what) {
-  std::string fitting = cutText(text, longestText(radio));
-  if (fitting != text) {
-    operation.context().display.makeRoom();
-    complain("the " + what + " was cut to the " + std::to_string(fitting.size()) +
-             " bytes that the device's record holds.");
+// What a program answers: {"type":"MeterSwitch","name":"Washer","place":"Bath"}, each of them if it likes.
+Wishes readAnswer(const std::string& line, const Wishes& proposal) {
+  const auto said = nlohmann::json::parse(line, nullptr, false);
+  if (!said.is_object()) throw Failure(kUsage, "the answer is no JSON object.");
+  Wishes wanted = proposal;
+  for (const auto& [name, value] : said.items()) {
+    if (name == "type" && value.is_number_integer()) {
+      wanted.type = value.get<int>();
+    } else if (name == "type" && value.is_string() && parseType(value.get<std::string>())) {
+      wanted.type = *parseType(value.get<std::string>());
+    } else if (name == "name" && value.is_string()) {
+      wanted.name = value.get<std::string>();
+    } else if (name == "place" && value.is_string()) {
+      wanted.location = value.get<std::string>();
+    } else {
+      throw Failure(kUsage, "the answer's member " + name + " is none of type, name and place, or has no such value.");
+    }
   }
-  return fitting;
+  return wanted;
 }
 
-std::string decide(Operation& operation, const std::string& what, const std::string& wish,
-                   const std::string& proposal) {
-  if (!wish.empty()) return wish;
-  if (!operation.context().options.mayAsk()) return proposal;
-  const std::string question = what + " (at most " + std::to_string(operation.secondsLeft()) + " s left)";
-  return askText(operation.context(), question, printable(proposal), [&operation] { checkEvents(operation); });
+// The event has told the program what there is to choose from.
+Wishes askProgram(Dialogue& dialogue, const Found& found, const Wishes& proposal) {
+  Display& display = dialogue.context().display;
+  while (true) {
+    display.ask({{"question", "device"}, {"members", {"type", "name", "place", "cancel"}}});
+    const auto line = dialogue.answer();
+    if (!line) throw Failure(kFailed, "the input ended, so the device was not added.");
+    try {
+      const Wishes wanted = readAnswer(*line, proposal);
+      const std::string fault = faultIn(found, wanted);
+      if (fault.empty()) return wanted;
+      display.complain(fault);
+    } catch (const Failure& failure) {
+      display.complain(failure.what());
+    }
+  }
 }
 
-void handOver(Operation& operation) {
-  checkEvents(operation);
-  operation.context().display.command("addingDone()");
-  Sending sending;
-  const int result = operation.service().addingDone();
-  operation.ended();
-  const auto why = sending.failure();
-  const std::string reason = why ? " (" + *why + ")" : "";
-  if (result != 0)
-    throw Failure(kFailed, "the device could not be handed to the home-automation server" + reason + ".");
+Wishes decide(Dialogue& dialogue, const Found& found, Wishes wanted) {
+  if (dialogue.context().options.mayAskProgram() && wanted.type == 0) return askProgram(dialogue, found, wanted);
+  wanted.type = chooseType(dialogue, found, wanted);
+  if (const std::string fault = faultIn(found, wanted); !fault.empty()) throw Failure(kFailed, fault);
+  const bool isProposed = wanted.type == found.type;
+  if (wanted.name.empty()) {
+    wanted.name = askText(dialogue, "Name", isProposed ? found.name : "the usual one", found.nameRoom);
+  }
+  if (wanted.location.empty()) wanted.location = askText(dialogue, "Location", found.place, found.placeRoom);
+  return wanted;
 }
 
 }  // namespace
 
-void finishDevice(Operation& operation, const HeardEvent& created, const Wishes& wishes) {
-  const int radio = created.event.source;
-  const DevType type = chooseType(operation, created, wishes);
-  const DeviceReport proposal = confirmType(operation, type);
-  Display& display = operation.context().display;
-  const std::string wantedName = decide(operation, "Name", wishes.name, fieldText(proposal.name));
-  std::string name = fitted(operation, wantedName, radio, "name");
-  const std::string wantedLocation = decide(operation, "Location", wishes.location, fieldText(proposal.location));
-  std::string location = fitted(operation, wantedLocation, radio, "location");
-  display.command("setDevName(" + name + ")");
-  operation.service().setDevName(name.data());
-  display.command("setDevLocation(" + location + ")");
-  operation.service().setDevLocation(location.data());
-  handOver(operation);
-  display.note("Added " + name + " (" + typeName(type) + ", " + location + ").");
+void finishDevice(Dialogue& dialogue, const Found& found, const Wishes& wishes) {
+  const Wishes wanted = decide(dialogue, found, wishes);
+  dialogue.context().display.command("finish(" + typeName(wanted.type) + ", \"" + wanted.name + "\", \"" +
+                                     wanted.location + "\")");
+  const Result result = dialogue.kit().finish(wanted.type, wanted.name, wanted.location);
+  if (result == Result::nothingRuns) return;  // its end is on its way
+  if (result != Result::ok) throw Failure(kFailed, sentence(result));
 }
 
 }  // namespace tembra::cli

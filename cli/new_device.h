@@ -2,23 +2,21 @@
 #ifndef TEMBRA_CLI_NEW_DEVICE_H
 #define TEMBRA_CLI_NEW_DEVICE_H
 
-#include <optional>
 #include <string>
 
-#include "operation.h"
+#include "dialogue.h"
 
 namespace tembra::cli {
 
-/// What the command line says of the device; empty where it says nothing.
+/// What the command line says of the device; 0 and empty where it says nothing.
 struct Wishes {
-  std::optional<DevType> type;
+  int type = 0;
   std::string name;
   std::string location;
 };
 
-/// Asks for what neither the command line nor a default tells, and hands the device to the home-automation server.
-/// `created` is the EVENT_SELECT_TYPE or EVENT_CREATED of the device. Throws Failure.
-void finishDevice(Operation& operation, const HeardEvent& created, const Wishes& wishes);
+/// Asks for what neither the command line nor a default tells, and hands the device over. Throws Failure.
+void finishDevice(Dialogue& dialogue, const Found& found, const Wishes& wishes);
 
 }  // namespace tembra::cli
 

@@ -2,28 +2,26 @@
 #ifndef TEMBRA_CLI_QUESTIONS_H
 #define TEMBRA_CLI_QUESTIONS_H
 
-#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "context.h"
+#include "dialogue.h"
 
 namespace tembra::cli {
-
-/// Called for events that arrive while the user thinks; throws when they make the question pointless.
-using OnEvent = std::function<void()>;
 
 /// Asks whether to go on with something that drops devices; --yes answers for the user. Throws Failure when the answer
 /// is not yes, or when nobody can be asked.
 void confirm(const Context& context, const std::string& consequence);
 
-/// The user's text; the proposal when the answer is empty.
-[[nodiscard]] std::string askText(const Context& context, const std::string& question, const std::string& proposal,
-                                  const OnEvent& onEvent);
+/// The user's text at the terminal while the operation runs. Nothing when the user ends the input.
+[[nodiscard]] std::optional<std::string> ask(Dialogue& dialogue, const std::string& question);
 
-/// The index of the choice that the user takes by its number or its name. Throws Failure when the input ends.
-[[nodiscard]] std::size_t askChoice(const Context& context, const std::string& question,
-                                    const std::vector<std::string>& choices, const OnEvent& onEvent);
+/// The index of the choice that the user takes by its number or its name; an empty answer takes the first. Throws
+/// Failure when the input ends.
+[[nodiscard]] std::size_t askChoice(Dialogue& dialogue, const std::string& question,
+                                    const std::vector<std::string>& choices);
 
 /// A line that no screen shows: from the user at the terminal, or from what else standard input is. Empty when there is
 /// none.

@@ -1,4 +1,4 @@
-// Texts that come from records or go into them.
+// Texts that people type and read.
 #ifndef TEMBRA_CLI_TEXTS_H
 #define TEMBRA_CLI_TEXTS_H
 
@@ -17,6 +17,15 @@ template <std::size_t Size>
 
 /// At most this many bytes, without leaving half a UTF-8 character at the end.
 [[nodiscard]] std::string cutText(const std::string& text, std::size_t bytes);
+
+/// Number of UTF-8 characters.
+[[nodiscard]] std::size_t characters(const std::string& text);
+
+/// At most this many UTF-8 characters.
+[[nodiscard]] std::string firstCharacters(const std::string& text, std::size_t count);
+
+/// Why a text is no name for a device or a place, after "the text "; empty when it is one.
+[[nodiscard]] std::string faultOf(const std::string& text, std::size_t room);
 
 }  // namespace tembra::cli
 

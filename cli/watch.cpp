@@ -1,31 +1,121 @@
-// tembra-assoc watch: opens the connection and shows events until Ctrl-C.
+// tembra-assoc status and watch: who has the connection, and what happens there.
+#include <tembra/watch.h>
+
 #include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <nlohmann/json.hpp>
 
 #include "commands.h"
-#include "connection.h"
+#include "dialogue.h"
+#include "event_text.h"
+#include "failure.h"
+#include "json_line.h"
+#include "other_front_end.h"
+#include "platform/printable.h"
 
 namespace tembra::cli {
 namespace {
 
-constexpr std::chrono::milliseconds kLongestWait{1000};
+using Json = nlohmann::json;
 
-void watchEvents(const Context& context) {
-  const Connection connection(context, serviceAs(context.options.role));
-  context.display.note("Watching " + std::string(assoc_adr) + " until Ctrl-C.");
-  bool open = true;
-  while (open) {
-    context.attention.waitForEvent(kLongestWait);
-    open = connection.isOpen();
-    while (const auto heard = fetchEvent()) context.display.event(*heard);
+constexpr std::chrono::milliseconds kBetweenTries{300};
+constexpr std::chrono::milliseconds kLongestWait{1000};
+constexpr int kHolderMilliseconds = 1000;
+
+std::string timeText(const char* format, std::time_t moment) {
+  char text[32] = {};
+  std::tm local{};
+  std::strftime(text, sizeof text, format, localtime_r(&moment, &local));
+  return text;
+}
+
+std::string textOf(const Json& object, const char* member) {
+  const auto found = object.find(member);
+  return found != object.end() && found->is_string() ? found->get<std::string>() : "";
+}
+
+// "added Siren #1", "ended done: Done.", from the lines that other processes tell.
+std::string lineText(const std::string& line) {
+  const Json said = Json::parse(line, nullptr, false);
+  if (!said.is_object()) return line;
+  if (!textOf(said, "error").empty()) return "refused: " + textOf(said, "error");
+  if (const auto holder = said.find("holder"); holder != said.end() && holder->is_object()) {
+    const auto state = said.find("state");
+    const std::string operation = state != said.end() && state->is_object() ? textOf(*state, "operation") : "";
+    return textOf(*holder, "program") + " has the connection: " + operation;
   }
-  context.display.note(kClosedForWebServer);
+  std::string text = textOf(said, "operation") + ": " + textOf(said, "event");
+  for (const char* member : {"outcome", "name", "device_name", "text", "advice"}) {
+    if (const std::string detail = textOf(said, member); !detail.empty()) text += " " + detail;
+  }
+  return text;
+}
+
+void show(const Context& context, const std::string& line) {
+  if (context.options.json) return printLine(line);
+  printLine(timeText("%H:%M:%S  ", std::time(nullptr)) + printable(lineText(line)));
+}
+
+bool isNobodyThere(int error) { return error == ENOENT || error == ECONNREFUSED; }
+
+// Until the other front end closes its connection.
+void showLines(const Context& context, tembra_watch* watch) {
+  while (true) {
+    context.attention.wait(tembra_watch_descriptor(watch), Attention::Input::kIgnored, kLongestWait);
+    while (const char* line = tembra_watch_next(watch, 0)) show(context, line);
+    if (errno == ECONNRESET) return;
+    if (errno != ETIMEDOUT) throw Failure(kFailed, "watching ended: " + std::string(std::strerror(errno)) + ".");
+  }
+}
+
+void watchFrontEnds(const Context& context) {
+  const std::string& path = context.options.watchPath;
+  context.display.note("Watching " + path + " until Ctrl-C.");
+  try {
+    while (true) {
+      if (const Watch watch{tembra_watch_open(path.c_str())}) {
+        showLines(context, watch.get());
+      } else if (!isNobodyThere(errno)) {
+        throw Failure(kFailed, path + " cannot be watched: " + std::strerror(errno) + ".");
+      }
+      context.attention.pause(kBetweenTries);
+    }
+  } catch (const Interrupted&) {
+    return;  // its proper end
+  }
+}
+
+void tellStatus(const Context& context) {
+  auto holder = tembra_holder{};
+  holder.size = sizeof holder;
+  const bool isHeld = tembra_read_holder(context.options.watchPath.c_str(), kHolderMilliseconds, &holder) == 0;
+  if (!isHeld && !isNobodyThere(errno)) {
+    throw Failure(kFailed,
+                  context.options.watchPath + " does not say who has the connection: " + std::strerror(errno) + ".");
+  }
+  if (context.options.json) {
+    Json object = {{"holder", nullptr}};
+    if (isHeld) {
+      object["holder"] = {{"role", holder.role},   {"program", holder.program},     {"pid", holder.pid},
+                          {"since", holder.since}, {"operation", holder.operation}, {"phase", holder.phase}};
+    }
+    return printLine(jsonEvent("status", object));
+  }
+  if (!isHeld) return printLine("No front end that can be watched has the connection.");
+  printLine(printable(std::string(holder.program)) + " (process " + std::to_string(holder.pid) +
+            ") has the connection since " + timeText("%H:%M:%S", holder.since) + ": " + holder.operation + ", " +
+            holder.phase + ".");
 }
 
 }  // namespace
 
 void declareWatch(CLI::App& program, Action& action) {
-  CLI::App* command = program.add_subcommand("watch", "show events until Ctrl-C");
-  command->callback([&action] { action = watchEvents; });
+  CLI::App* watch = program.add_subcommand("watch", "show what other front ends do until Ctrl-C");
+  watch->callback([&action] { action = watchFrontEnds; });
+  CLI::App* status = program.add_subcommand("status", "tell which front end has the connection, and what it does");
+  status->callback([&action] { action = tellStatus; });
 }
 
 }  // namespace tembra::cli

@@ -7,6 +7,7 @@
 #include <ostream>
 #include <sstream>
 
+#include "support/files.h"
 #include "support/sim_router.h"
 
 namespace tembra::test {
@@ -42,7 +43,9 @@ const Success kSuccesses[] = {
      {"--type", "MeterSwitch", "--name", "Washing machine", "--location", "Bath"},
      "1   Washing machine  MeterSwitch  Z-Wave  2"},
     {"TypeByNumber", "metering-plug", {"--type", "43"}, "1   MultiSwitch #1  MultiSwitch  Z-Wave  2"},
-    {"FirstTypeWithYes", "metering-plug", {"--yes"}, "1   MultiSwitch #1  MultiSwitch  Z-Wave  2"},
+    {"ProposedTypeWithYes", "metering-plug", {"--yes"}, "1   MeterSwitch #1  MeterSwitch  Z-Wave  2"},
+    {"ProposedTypeThatTheLibraryDoesNotOffer", "outlet", {"--yes"}, "1   OutletSwitch #1  OutletSwitch  Z-Wave  2"},
+    {"ProposedTypeByName", "outlet", {"--type", "OutletSwitch"}, "1   OutletSwitch #1  OutletSwitch  Z-Wave  2"},
     {"NoChoiceOfTypes", "siren", {}, "1   Siren #1  Siren  Z-Wave  2"},
     {"NoChoiceButTheTypeIsTold", "siren", {"--type", "Siren"}, "1   Siren #1  Siren  Z-Wave  2"},
     {"GenericDevice", "chime", {}, "1   GenericDevice #1  GenericDevice  Z-Wave  2"},
@@ -82,20 +85,20 @@ const Trouble kTroubles[] = {
     {"TypeNotTold",
      "metering-plug",
      {},
-     "the device's type must be chosen with --type (or --yes for the first): MultiSwitch, MeterSwitch.",
+     "the device's type must be chosen with --type, or --yes for the first: MeterSwitch, MultiSwitch.",
      true},
     {"TypeNotOffered",
      "metering-plug",
      {"--type", "Siren"},
-     "the device cannot be a Siren; possible: MultiSwitch, MeterSwitch.",
+     "the device cannot be a Siren; possible: MeterSwitch, MultiSwitch.",
      true},
     {"NoChoiceAndAnotherTypeTold",
      "siren",
      {"--type", "DoorLock"},
      "the device cannot be a DoorLock; possible: Siren.",
      true},
-    {"RadioGivesUp", "--fail", {}, "the device could not be added: the radio gave it up", false},
-    {"NothingKnownOfIt", "no-basic-class", {}, "nothing is known of its kind.", false},
+    {"RadioGivesUp", "--fail", {}, "The Z-Wave radio gave up.", false},
+    {"NothingKnownOfIt", "no-basic-class", {}, "The device described itself, but it fits no kind of device.", false},
 };
 
 class AddFailure : public testing::TestWithParam<Trouble> {};
@@ -124,10 +127,10 @@ INSTANTIATE_TEST_SUITE_P(Devices, AddFailure, testing::ValuesIn(kTroubles),
 TEST(Add, RefusesAKnownDevice) {
   SimRouter router;
   EXPECT_EQ(router.add("siren", {}).status, 0);
-  const Ended again = router.add("siren", {"--json"});
+  const Ended again = router.add("siren", {});
   EXPECT_EQ(again.status, 1);
-  EXPECT_EQ(again.sentence(), "tembra-assoc: the device is in the device list already.");
-  EXPECT_EQ(eventNames(lines(again.output)), (std::vector<std::string>{"ADDING", "ALREADY_ADDED"}));
+  EXPECT_EQ(again.sentence(),
+            "tembra-assoc: The device is known already as Siren #1 (number 1). To add it anew, remove it first.");
   router.stop();
 }
 
@@ -136,50 +139,57 @@ TEST(Add, WritesOneJsonObjectForEachEvent) {
   const Ended added = router.add("metering-plug", {"--json", "--type", "MeterSwitch"});
   EXPECT_EQ(added.status, 0) << added.errors;
   const std::vector<Json> objects = lines(added.output);
-  ASSERT_EQ(eventNames(objects), (std::vector<std::string>{"ADDING", "GETTING_INFO", "SELECT_TYPE", "CREATED"}));
-  EXPECT_EQ(objects[0], Json::parse(R"({"event": "ADDING", "code": 3, "source": "Z-Wave"})"));
-  EXPECT_EQ(objects[2], Json::parse(R"({"event": "SELECT_TYPE", "code": 6, "source": "Z-Wave",
-      "type": {"number": 45, "name": "MeterSwitch"},
-      "choices": [{"number": 43, "name": "MultiSwitch"}, {"number": 45, "name": "MeterSwitch"}]})"));
-  EXPECT_EQ(objects[3], Json::parse(R"({"event": "CREATED", "code": 7, "source": "Z-Wave", "name": "MeterSwitch #1",
-      "location": "Default", "type": {"number": 45, "name": "MeterSwitch"}})"));
+  ASSERT_EQ(eventNames(objects),
+            (std::vector<std::string>{"waiting", "answered", "reading", "found", "added", "ended"}));
+  EXPECT_EQ(objects[3].at("choices"),
+            Json::parse(R"([{"number": 45, "name": "MeterSwitch"}, {"number": 43, "name": "MultiSwitch"}])"));
+  EXPECT_EQ(objects[4].at("name"), "MeterSwitch #1");
+  EXPECT_EQ(objects[5].at("outcome"), "done");
   router.stop();
 }
 
-TEST(Add, CutsANameThatTheRecordCannotHoldAtAWholeCharacter) {
-  SimRouter router;
-  std::string name;
-  for (int i = 0; i < 100; ++i) name += "ö";
-  const Ended added = router.add("siren", {"--name", name});
-  ASSERT_EQ(added.status, 0);
-  EXPECT_EQ(added.sentence(), "tembra-assoc: the name was cut to the 178 bytes that the device's record holds.");
-  router.waitFor("device 1 stored");
-  EXPECT_EQ(lines(runAssoc({"devices", "--json"}).output).at(0).at("name"), name.substr(0, 178));
-  router.stop();
+// A program answers by lines of JSON; those that are wrong are told so, and it is asked again.
+std::vector<std::string> answered(const std::string& answers) {
+  writeFile("/tmp/answers", answers);
+  return {"/bin/sh", "-c", TEMBRA_ASSOC_PROGRAM " add --json </tmp/answers"};
 }
 
-TEST(Add, TellsTheStatusOfAZigbeeDevice) {
+TEST(Add, IsAnsweredByLinesOfJson) {
   SimRouter router;
-  const Ended added = router.add("zb-dimmer", {"--json"});
-  EXPECT_EQ(added.status, 0) << added.errors;
+  Program add(answered(R"({"type":"Siren"}
+no JSON
+{"name":"Wash\u001b"}
+{"type":"MultiSwitch","name":"W\u00e4sche","place":"Bad"}
+)"));
+  router.pressOnAdd("metering-plug");
+  const Ended added = add.end();
+  EXPECT_EQ(added.status, 0) << added.output;
   const std::vector<Json> objects = lines(added.output);
-  ASSERT_EQ(eventNames(objects), (std::vector<std::string>{"ADDING", "GETTING_INFO", "CREATED", "CREATED"}));
-  EXPECT_EQ(objects[0], Json::parse(R"({"event": "ADDING", "code": 3, "source": "ZigBee", "status": 1,
-      "report": {"CommandType": "AddingDevice", "MobileInternalIndex": ""}})"));
-  EXPECT_EQ(objects[2].at("type"), objects[3].at("type"));
+  EXPECT_EQ(eventNames(objects),
+            (std::vector<std::string>{"waiting", "answered", "reading", "found", "question", "remark", "question",
+                                      "remark", "question", "remark", "question", "added", "ended"}));
+  EXPECT_EQ(objects[11].at("name"), "W\u00e4sche");
+  EXPECT_EQ(objects[11].at("type").at("name"), "MultiSwitch");
   router.stop();
 }
 
-TEST(Add, CutsTextsToTheShorterRecordOfAZigbeeDevice) {
+TEST(Add, IsCancelledByALineOfJson) {
   SimRouter router;
-  const std::string name(40, 'n');
-  const std::string location(40, 'l');
-  const Ended added = router.add("zb-dimmer", {"--name", name, "--location", location});
-  EXPECT_EQ(added.status, 0) << added.errors;
-  EXPECT_NE(added.errors.find("the name was cut to the 31 bytes"), std::string::npos) << added.errors;
-  EXPECT_NE(added.errors.find("the location was cut to the 31 bytes"), std::string::npos) << added.errors;
-  router.waitFor("device 1 stored");
-  EXPECT_EQ(lines(runAssoc({"devices", "--json"}).output).at(0).at("name"), name.substr(0, 31));
+  Program add(answered("{\"cancel\":true}\n"));
+  const Ended ended = add.end();
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(lines(ended.output).back().at("outcome"), "cancelled");
+  router.stop();
+}
+
+TEST(Add, IsNotDoneWhenAProgramEndsItsAnswers) {
+  SimRouter router;
+  Program add(answered(""));
+  router.pressOnAdd("metering-plug");
+  const Ended ended = add.end();
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(lines(ended.output).back().at("text"), "the input ended, so the device was not added.");
+  router.waitForBothRadiosToHear("cancel");
   router.stop();
 }
 

@@ -33,8 +33,7 @@ void damageDatabase(const Damage& damage) {
 void expectDamage(const Ended& devices, int lines) {
   EXPECT_EQ(devices.status, 1);
   EXPECT_EQ(std::ranges::count(devices.output, '\n'), lines) << devices.output;
-  EXPECT_EQ(devices.errors,
-            "tembra-assoc: the device database /tmp/ddb is damaged: there may be devices that cannot be read.\n");
+  EXPECT_NE((devices.output + devices.errors).find("may be devices that cannot be read."), std::string::npos);
 }
 
 class DamagedDatabase : public testing::TestWithParam<Damage> {};
@@ -43,7 +42,8 @@ TEST_P(DamagedDatabase, IsShownAsFarAsItCanBeReadAndToldToBeDamaged) {
   damageDatabase(GetParam());
   constexpr int kHeading = 1;
   expectDamage(runAssoc({"devices"}), kHeading + GetParam().shown);
-  expectDamage(runAssoc({"devices", "--json"}), GetParam().shown);
+  constexpr int kErrorObject = 1;
+  expectDamage(runAssoc({"devices", "--json"}), kErrorObject + GetParam().shown);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, DamagedDatabase, testing::ValuesIn(damagesShown()),
@@ -56,7 +56,7 @@ TEST(HueList, TellsThatTheLibraryRepairsADatabaseWhoseLinksFormACircle) {
   damageDatabase(*circle);
   const Ended list = runAssoc({"hue", "list"});
   EXPECT_EQ(list.status, 0) << list.errors;
-  EXPECT_NE(list.errors.find("a damaged one. The library repairs it when it opens it."), std::string::npos)
+  EXPECT_NE(list.errors.find("The device list is damaged. It is repaired when it is used"), std::string::npos)
       << list.errors;
 }
 

@@ -16,7 +16,7 @@ TEST(Example, OfAPlugAndAContactLetsTwoDevicesJoinAndOneLeave) {
   EXPECT_EQ(contact.status, 0) << contact.errors;
   EXPECT_EQ(runAssoc({"devices"}).output,
             "Id  Name              Type           Radio   Address  Values\n"
-            "1   MultiSwitch #1    MultiSwitch    Z-Wave  2        0\n"
+            "1   MeterSwitch #1    MeterSwitch    Z-Wave  2        0\n"
             "2   ContactSwitch #2  ContactSwitch  ZigBee  0x1a01   3\n");
   const Ended removed = runAssoc({"remove", "--yes"});
   EXPECT_EQ(removed.status, 0) << removed.errors;

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "kit/text.h"
 #include "support/sim_router.h"
 
 namespace tembra::test {
@@ -24,8 +25,12 @@ TEST(Remove, WritesTheNameAndTheIdAsJson) {
   ASSERT_EQ(router.add("siren", {"--name", "Loud"}).status, 0);
   const Ended removed = router.remove("siren", {"--yes", "--json"});
   EXPECT_EQ(removed.status, 0) << removed.errors;
-  EXPECT_EQ(nlohmann::json::parse(removed.output),
-            nlohmann::json::parse(R"({"event": "REMOVED", "code": 11, "source": "Z-Wave", "name": "Loud", "id": 1})"));
+  const std::vector<std::string> lines = kit::linesOf(removed.output);
+  ASSERT_EQ(lines.size(), 4U) << removed.output;
+  const auto left = nlohmann::json::parse(lines[2]);
+  EXPECT_EQ(left.at("event"), "removed");
+  EXPECT_EQ(left.at("name"), "Loud");
+  EXPECT_EQ(left.at("id"), 1);
   router.stop();
 }
 
@@ -33,18 +38,16 @@ TEST(Remove, FailsForADeviceThatIsNotInTheList) {
   SimRouter router;
   const Ended removed = router.remove("siren", {"--yes"});
   EXPECT_EQ(removed.status, 1);
-  EXPECT_EQ(removed.sentence(),
-            "tembra-assoc: the device that answered is not in the device list; nothing was dropped from it.");
+  EXPECT_NE(removed.sentence().find("The Z-Wave radio gave up."), std::string::npos) << removed.errors;
   router.stop();
 }
 
-TEST(Remove, FailsWhenTheRadioDoesNotConfirm) {
+TEST(Remove, IsDoneThoughTheRadioDoesNotConfirm) {
   SimRouter router({"--fault", "closing:lost"});
   ASSERT_EQ(router.add("siren", {"--name", "Loud"}).status, 0);
   const Ended removed = router.remove("siren", {"--yes"}, Clock::kFast);
-  EXPECT_EQ(removed.status, 1);
-  EXPECT_EQ(removed.sentence(),
-            "tembra-assoc: Loud (id 1) left the device list, but the radio did not confirm its removal.");
+  EXPECT_EQ(removed.status, 0) << removed.errors;
+  EXPECT_NE(removed.output.find("Removed Loud (id 1)."), std::string::npos) << removed.output;
   router.stop();
 }
 
@@ -52,7 +55,7 @@ TEST(Remove, FailsWhenNoDeviceAnswers) {
   SimRouter router;
   const Ended removed = runAssoc({"remove", "--yes"}, Clock::kFast);
   EXPECT_EQ(removed.status, 1);
-  EXPECT_EQ(removed.sentence(), "tembra-assoc: no device answered the removal in time.");
+  EXPECT_NE(removed.sentence().find("No device answered in time."), std::string::npos) << removed.errors;
   router.waitFor("library -> Z-Wave server   cancel");
   router.stop();
 }

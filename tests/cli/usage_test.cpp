@@ -21,7 +21,7 @@ const UsageCase kUsageCases[] = {
     {"NoCommand", {}, 2, "a command is needed"},
     {"UnknownCommand", {"paint"}, 2, "paint"},
     {"UnknownOption", {"add", "--colour"}, 2, "--colour"},
-    {"UnknownRole", {"watch", "--role", "plumber"}, 2, "plumber"},
+    {"UnknownRole", {"add", "--role", "plumber"}, 2, "plumber"},
     {"UnknownRadio", {"cancel", "radar"}, 2, "radar"},
     {"ResetOfNothing", {"reset", "--yes"}, 2, "radios is required"},
     {"ResetOfAnUnknownRadio", {"reset", "radar", "--yes"}, 2, "radar"},
@@ -33,6 +33,16 @@ const UsageCase kUsageCases[] = {
     {"DatabaseNameTooLong", {"devices", "--db", "/tmp/abcdefghij"}, 2, "at most 9 characters"},
     {"DatabaseIsAFolderByItsName", {"devices", "--db", "/tmp/abcdefg/"}, 2, "at most 9 characters"},
     {"DatabaseFolderMissing", {"devices", "--db", "/tmp/nowhere/ddb"}, 2, "folder cannot be entered"},
+    {"NumberOfNoType", {"add", "--type", "999"}, 2, "neither the name nor the number of a device type"},
+    {"NegativeType", {"add", "--type", "-1"}, 2, "neither the name nor the number of a device type"},
+    {"NameWithAControlCharacter", {"add", "--name", "a\x1b[31mb"}, 2, "has control characters"},
+    {"NameThatIsNoUtf8", {"add", "--name", "a\xff"}, 2, "is not UTF-8"},
+    {"NameOfBlanks", {"add", "--name", "  "}, 2, "is empty"},
+    {"LocationWithoutRoom", {"add", "--location", std::string(180, 'x')}, 2, "there is room for 179"},
+    {"HelpOfAnUnknownCommand", {"help", "paint"}, 2, "paint"},
+    {"Version", {"--version"}, 0, ""},
+    {"HelpAsACommand", {"help"}, 0, ""},
+    {"HelpAsACommandOfACommand", {"help", "add"}, 0, ""},
     {"Help", {"--help"}, 0, ""},
     {"HelpOfACommand", {"add", "--help"}, 0, ""},
 };
@@ -43,6 +53,7 @@ TEST_P(UsageTest, IsAnswered) {
   const Ended ended = runAssoc(GetParam().arguments);
   EXPECT_EQ(ended.status, GetParam().status);
   EXPECT_NE(ended.errors.find(GetParam().says), std::string::npos) << ended.errors;
+  EXPECT_TRUE(ended.errors.empty() || ended.errors.starts_with("tembra-assoc: ")) << ended.errors;
 }
 
 INSTANTIATE_TEST_SUITE_P(CommandLine, UsageTest, testing::ValuesIn(kUsageCases),

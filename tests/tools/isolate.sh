@@ -40,7 +40,7 @@ expect 0 "--help" printf '%s\n' --help  # options behind the command are the com
 # The library's three minutes.
 started=$(date +%s%N)
 # shellcheck disable=SC2016 # expanded inside
-expect 1 "no device answered in time" --speed 100 sh -c '
+expect 1 "No device answered in time" --speed 100 sh -c '
   tembra-sim run >/dev/null 2>&1 &
   until tembra-sim status >/dev/null 2>&1; do sleep 0.02; done
   tembra-assoc add </dev/null

@@ -21,6 +21,9 @@ enum class Clock { kReal, kFast };
 
 class Program : public kit::Program {
  public:
+  /// With --json the last line tells the exit status; the test fails when it does not, and does not see it.
+  Ended end();
+
   explicit Program(const std::vector<std::string>& command, Clock clock = Clock::kReal, Input input = Input::kNothing)
       : kit::Program(command, routerSettings(clock), input) {}
 
