@@ -13,7 +13,7 @@ int main(int argc, char** argv) try {
   }
   const std::filesystem::path folder = argv[1];
   const bool written = docs::writeWireFormats(folder / "wire-formats.md") && docs::writeEvents(folder / "events.md") &&
-                       docs::writeZigbeeRules(folder / "zigbee-rules.md");
+                       docs::writeReasons(folder / "reasons.md") && docs::writeZigbeeRules(folder / "zigbee-rules.md");
   if (!written) std::fprintf(stderr, "make-docs: cannot write to %s\n", argv[1]);
   return written ? 0 : 1;
 } catch (const std::exception& error) {
