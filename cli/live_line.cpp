@@ -36,7 +36,13 @@ std::string countdownText(const std::string& what, std::optional<int> seconds, s
   const std::size_t room = columns > 1 ? columns - 1 : 1;  // a full line would make some terminals begin another
   if (!seconds) return shortened(what, room);
   const std::string number = std::to_string(*seconds);
-  for (const std::string& text : {what + " (at most " + number + " s left)", what + " (" + number + " s)"}) {
+  const struct {
+    const char* before;
+    const char* behind;
+  } forms[] = {{" (at most ", " s left)"}, {" (", " s)"}};
+  for (const auto& form : forms) {
+    std::string text = what;
+    text.append(form.before).append(number).append(form.behind);
     if (characters(text) <= room) return text;
   }
   const std::string end = " " + number + " s";

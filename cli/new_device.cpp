@@ -89,7 +89,7 @@ Wishes askProgram(Dialogue& dialogue, const Found& found, const Wishes& proposal
     const auto line = dialogue.answer();
     if (!line) throw Failure(kFailed, "the input ended, so the device was not added.");
     try {
-      const Wishes wanted = readAnswer(*line, proposal);
+      Wishes wanted = readAnswer(*line, proposal);
       const std::string fault = faultIn(found, wanted);
       if (fault.empty()) return wanted;
       display.complain(fault);

@@ -8,6 +8,7 @@
 #include <tembra/assoc.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
@@ -83,12 +84,7 @@ int radiosNumber(const std::string& word) {
   return word == "all" ? 4 : 3;
 }
 
-bool isIn(int code, std::initializer_list<int> codes) {
-  for (const int each : codes) {
-    if (each == code) return true;
-  }
-  return false;
-}
+bool isIn(int code, std::initializer_list<int> codes) { return std::ranges::find(codes, code) != codes.end(); }
 
 class Operation {
  public:
@@ -196,7 +192,7 @@ End Operation::add() {
 // Takes the first type that is offered. Waits before that: behind its callback the library still writes something.
 End Operation::finishAdd(const Heard& created) {
   const DeviceReport report = reportOf(created);
-  DevType type = static_cast<DevType>(report.type);
+  auto type = static_cast<DevType>(report.type);
   if (created.event.code == EVENT_SELECT_TYPE) type = report.subTypes[0];
   if (created.event.code == EVENT_CREATED && created.event.source == SERVER_ZWAVE) type = created.proposedType;
   wait(kSettlingMs, false);

@@ -188,7 +188,7 @@ void putDatabase(Router& router, File file) {
 
 std::string readIdStrictly(Router& router) {
   tembra_set_strict(1);
-  const std::string id = readId(router);
+  std::string id = readId(router);
   tembra_set_strict(0);
   return id;
 }

@@ -29,7 +29,7 @@ class Task {
   }
 
   [[nodiscard]] const std::string& operation() const { return operation_; }
-  [[nodiscard]] bool has(const std::string& name) const { return settings_.count(name) != 0; }
+  [[nodiscard]] bool has(const std::string& name) const { return settings_.contains(name); }
   [[nodiscard]] const char* text(const std::string& name) const {
     return has(name) ? settings_.at(name).c_str() : nullptr;
   }

@@ -1,6 +1,7 @@
 #include "json_schema.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <set>
 
 #include "kit/text.h"
@@ -12,14 +13,20 @@ using Json = nlohmann::json;
 
 const std::set<std::string> kNotes = {"$schema", "$id", "$defs", "title", "description"};
 
+std::string joined(std::initializer_list<std::string> parts) {
+  std::string text;
+  for (const std::string& part : parts) text += part;
+  return text;
+}
+
 class Check {
  public:
   explicit Check(const Json& root) : root_(root) {}
 
   [[nodiscard]] std::string of(const Json& value, const Json& schema, const std::string& place) const {
     for (const auto& [keyword, rule] : schema.items()) {
-      if (kNotes.count(keyword) != 0) continue;
-      const std::string fault = byKeyword(keyword, rule, value, schema, place);
+      if (kNotes.contains(keyword)) continue;
+      std::string fault = byKeyword(keyword, rule, value, schema, place);
       if (!fault.empty()) return fault;
     }
     return "";
@@ -60,7 +67,7 @@ class Check {
   [[nodiscard]] std::string members(const Json& value, const Json& rules, const std::string& place) const {
     for (const auto& [name, rule] : rules.items()) {
       if (!value.contains(name)) continue;
-      const std::string fault = of(value.at(name), rule, place + "." + name);
+      std::string fault = of(value.at(name), rule, joined({place, ".", name}));
       if (!fault.empty()) return fault;
     }
     return "";
@@ -68,14 +75,14 @@ class Check {
 
   static std::string others(const Json& value, const Json& schema, const std::string& place) {
     for (const auto& [name, member] : value.items()) {
-      if (!schema.at("properties").contains(name)) return place + " must not have \"" + name + "\"";
+      if (!schema.at("properties").contains(name)) return joined({place, " must not have \"", name, "\""});
     }
     return "";
   }
 
   [[nodiscard]] std::string elements(const Json& value, const Json& rule, const std::string& place) const {
     for (std::size_t i = 0; i < value.size(); ++i) {
-      const std::string fault = of(value.at(i), rule, place + "[" + std::to_string(i) + "]");
+      std::string fault = of(value.at(i), rule, place + "[" + std::to_string(i) + "]");
       if (!fault.empty()) return fault;
     }
     return "";
