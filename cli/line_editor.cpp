@@ -4,6 +4,7 @@ namespace tembra::cli {
 namespace {
 
 constexpr char kCtrlD = '\x04';
+constexpr char kEarlyCtrlD = '\0';  // what the terminal makes of it when it was typed before the keys became single
 constexpr char kCtrlH = '\x08';
 constexpr char kCtrlU = '\x15';
 constexpr char kCtrlW = '\x17';
@@ -21,6 +22,7 @@ LineEditor::State LineEditor::take(char byte) {
     case '\r':
       return State::kEntered;
     case kCtrlD:
+    case kEarlyCtrlD:
       return text_.empty() ? State::kGivenUp : State::kGoesOn;
     case kCtrlH:
     case kDelete:
