@@ -18,6 +18,7 @@ constexpr Milliseconds kBetweenCancelLooks{250};
 constexpr Milliseconds kForLateCall{50};
 constexpr Milliseconds kForWriter{5000};  // of the database, before an operation
 constexpr int kSettlingMilliseconds = 1000;
+constexpr int kSettlingAtEndMilliseconds = 20;
 
 std::string deviceText(const End& end) {
   if (end.deviceName.empty()) return "";
@@ -184,10 +185,12 @@ void Session::closeLibrary() {
   socket_ = 0;
 }
 
-// A call that is under way goes on without the connection. The radios have no part in what other servers do.
+// A call that is under way goes on without the connection. The radios have no part in what other servers do. Behind the
+// event that ended the operation the library becomes idle: then there is nothing to cancel.
 void Session::close() {
   const int operation = outbox_.state().operation;
   const bool onRadios = operation == TEMBRA_OPERATION_ADD || operation == TEMBRA_OPERATION_REMOVE;
+  tembra_settle(kSettlingAtEndMilliseconds);
   if (onRadios && !libraryIsIdle() && socket_ != 0) service_.sendCancelTo(cancel_both);
   if (!keepOpen_ || callRuns_) closeLibrary();
 }
