@@ -62,7 +62,8 @@ def talk(command, devices):
 
 def stored_devices():
     lines = subprocess.run(["tembra-assoc", "--json", "devices"], stdout=subprocess.PIPE, text=True, check=True).stdout
-    return {device["id"]: device for device in map(json.loads, lines.splitlines())}
+    answers = map(json.loads, lines.splitlines())
+    return {answer["id"]: answer for answer in answers if "id" in answer}  # the last one is the exit status
 
 
 def run_for_each(command, devices):

@@ -10,7 +10,7 @@ import sys
 def classify(device):
     answer = subprocess.run(["tembra-assoc", "--json", "classify", "-"], input=json.dumps(device), text=True,
                             stdout=subprocess.PIPE, check=True).stdout
-    said = json.loads(answer)
+    said = json.loads(answer.splitlines()[0])  # the last line is the exit status
     return [said["type"]["name"], said["name"].replace(" #1", "")] if said["classified"] else None
 
 
