@@ -64,6 +64,14 @@ int refuse(const Options& options, const std::string& why) {
   return kUsage;
 }
 
+// The version as well.
+int help(const CLI::App& program, const CLI::ParseError& request) {
+  program.exit(request);
+  if (std::cout.flush()) return kDone;
+  complain("cannot write the output.");
+  return kFailed;
+}
+
 bool asksForJson(int argc, char** argv) {
   return std::any_of(argv, argv + argc, [](const char* argument) { return std::strcmp(argument, "--json") == 0; });
 }
@@ -83,7 +91,7 @@ int parseAndRun(int argc, char** argv) {
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& refusal) {
-    if (refusal.get_exit_code() == kDone) return program.exit(refusal);
+    if (refusal.get_exit_code() == kDone) return help(program, refusal);
     options.json = asksForJson(argc, argv);
     return refuse(options, std::string(refusal.what()) + " (--help tells what is possible)");
   }
