@@ -155,7 +155,8 @@ void Dialogue::cancelAndListen() {
       continue;
     }
   }
-  if (!ended_ || ended_->reason != TEMBRA_REASON_CANCELLED_JOINED) return;
+  // A program has the event.
+  if (context_.options.json || !ended_ || ended_->reason != TEMBRA_REASON_CANCELLED_JOINED) return;
   try {
     context_.display.complain(endText(*ended_));
   } catch (const Failure&) {
