@@ -36,7 +36,7 @@ std::string textOf(const Json& object, const char* member) {
   return found != object.end() && found->is_string() ? found->get<std::string>() : "";
 }
 
-// "added Siren #1", "ended done: Done.", from the lines that other processes tell.
+// "add: added Siren #1", "add: ended: Done.", from the lines that other processes tell.
 std::string lineText(const std::string& line) {
   const Json said = Json::parse(line, nullptr, false);
   if (!said.is_object()) return line;
@@ -47,7 +47,8 @@ std::string lineText(const std::string& line) {
     return textOf(*holder, "program") + " has the connection: " + operation;
   }
   std::string text = textOf(said, "operation") + ": " + textOf(said, "event");
-  for (const char* member : {"outcome", "name", "device_name", "text", "advice"}) {
+  if (!textOf(said, "text").empty()) text += ":";
+  for (const char* member : {"name", "text", "advice"}) {
     if (const std::string detail = textOf(said, member); !detail.empty()) text += " " + detail;
   }
   return text;

@@ -24,7 +24,7 @@ TEST(Watch, ShowsWhatAnotherFrontEndDoes) {
   router.pressOnAdd("siren");
   EXPECT_EQ(add.end().status, 0);
   watch.waitFor("add: added Siren #1");
-  watch.waitFor("add: ended done Done.");
+  watch.waitFor("add: ended: Done.");
   watch.signal(SIGTERM);
   EXPECT_EQ(watch.end().status, 0);
   router.stop();
