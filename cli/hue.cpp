@@ -76,9 +76,11 @@ std::string checkHueText(const std::string& text) {
   return fault.empty() ? "" : "the text " + fault;
 }
 
+std::string checkBulb(const std::string& text) { return text.empty() ? "the name is empty" : checkHueText(text); }
+
 void addTextOption(CLI::App& command, HueTakes takes, HueTexts& texts) {
   if (takes == HueTakes::kBridgeAndBulb) {
-    command.add_option("bulb", texts.text, "the bulb's name")->check(checkHueText)->required();
+    command.add_option("bulb", texts.text, "the bulb's name")->check(checkBulb)->required();
   } else if (takes == HueTakes::kBridgeAndText) {
     command.add_option("text", texts.text, "a text for the Hue server, such as its user")->check(checkHueText);
   }

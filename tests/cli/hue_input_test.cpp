@@ -29,6 +29,7 @@ const BadInput kBadInputs[] = {
     {"MacTooLong", {"hue", "add", "02:a1:b2:0c:00:011"}, "is no MAC address"},
     {"MacWithOtherLetters", {"hue", "remove", "02:a1:b2:0c:00:0g", "--yes"}, "is no MAC address"},
     {"MacWithoutColons", {"hue", "refresh", "02-a1-b2-0c-00-01"}, "is no MAC address"},
+    {"BulbWithoutName", {"hue", "add-bulb", kSomeBridge, ""}, "bulb: the name is empty"},
     {"BulbTooLong", {"hue", "add-bulb", kSomeBridge, std::string(50, 'x')}, "the text is longer than 49 bytes"},
     {"TextTooLong", {"hue", "refresh", kSomeBridge, std::string(50, 'x')}, "the text is longer than 49 bytes"},
     {"HueRemoveIsNotConfirmed", {"hue", "remove", kSomeBridge}, "--yes confirms"},
