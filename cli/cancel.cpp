@@ -25,9 +25,11 @@ const std::map<std::string, cancel_type> kTargets = {
 
 constexpr int kAnswerMilliseconds = 3000;
 
-bool isEnd(const std::string& line) {
+// "cancelled", "done" or another outcome; empty: the line is no end.
+std::string outcomeIn(const std::string& line) {
   const auto said = nlohmann::json::parse(line, nullptr, false);
-  return said.is_object() && said.contains("event") && said["event"] == "ended";
+  const bool isEnd = said.is_object() && said.value("event", "") == "ended";
+  return isEnd ? said.value("outcome", "") : "";
 }
 
 // False when there is nobody, or nothing to cancel.
@@ -40,7 +42,9 @@ bool cancelOther(const Context& context) {
   if (!watch || std::string(holder.operation) == "none" || tembra_watch_cancel(watch.get()) != 0) return false;
   const std::string what = std::string(holder.operation) + " of " + holder.program;
   while (const char* line = tembra_watch_next(watch.get(), kAnswerMilliseconds)) {
-    if (!isEnd(line)) continue;
+    const std::string outcome = outcomeIn(line);
+    if (outcome.empty()) continue;
+    if (outcome != "cancelled") throw Failure(kFailed, "the " + what + " had ended before: " + outcome + ".");
     context.display.note("Cancelled the " + what + ".");
     return true;
   }
