@@ -28,7 +28,8 @@ std::string possible(const Found& found) {
 std::string faultIn(const Found& found, const Wishes& wanted) {
   const bool keepsType = wanted.type == 0;
   if (!keepsType && std::ranges::find(found.choices, wanted.type) == found.choices.end()) {
-    return "the device cannot be a " + typeName(wanted.type) + "; possible: " + possible(found) + ".";
+    const std::string name = isType(wanted.type) ? typeName(wanted.type) : std::to_string(wanted.type);
+    return "the device cannot be a " + name + "; possible: " + possible(found) + ".";
   }
   const bool keepsName = wanted.name.empty() || wanted.name == found.name;
   const std::string nameFault = keepsName ? "" : faultOf(wanted.name, found.nameRoom);
