@@ -127,6 +127,7 @@ TEST(RandomOperations, EndExactlyOnceAndLeaveNothing) {
   kit::Program router({TEMBRA_SIM_PROGRAM, "run", "--speed", "500", "--latency", "500"}, routerSettings(Clock::kReal));
   router.waitFor("tembra-sim: ready");
   std::mt19937 random(static_cast<unsigned>(setting("TEMBRA_SEED", 1)));
+  std::thread([] {}).join();  // a sanitizer starts a thread of its own with the first one
   const int threads = entriesOf("/proc/self/task");
   const int files = entriesOf("/proc/self/fd");
   int slow = 0;
