@@ -17,13 +17,15 @@ extern "C" {
 
 /// Waits until the receive thread has written everything that belongs to the callback which is under way: the state,
 /// `idle`, `cmdtype`, the device's type. The thread then waits for its next datagram. Call it when you handle an event
-/// outside the callback, before the next operation.
+/// outside the callback, before the next operation. EVENT_CREATED of setDevType is another case: its callback runs on
+/// the caller's thread, and `cmdtype` is written after it, before setDevType returns.
 /// @param milliseconds the longest wait; 0 only looks
 /// @return 0: everything is written, or no thread serves a connection. ETIMEDOUT: the thread was busy all the time.
 ///         EDEADLK: the caller is the receive thread, that is in the callback.
 TEMBRA_API int tembra_settle(int milliseconds);
 
-/// The time until the wait for a datagram ends that is under way. If an operation runs, EVENT_TIMEOUT comes then.
+/// The time until the wait for a datagram ends that is under way. If an operation runs, EVENT_TIMEOUT comes then,
+/// unless a datagram comes before.
 /// @return milliseconds, 0 or more; -1 when no thread waits for a datagram: the connection is closed, or a datagram, an
 ///         event or a time-out is being handled.
 TEMBRA_API long long tembra_wait_left(void);
@@ -78,9 +80,9 @@ struct tembra_device {
 
 /// Reads the devices of the device database, in the order of the file. Waits, without limit, until no other process
 /// writes it. Creates, repairs and deletes nothing. A file that is missing or empty has no devices.
-/// @param devices      room for `room` devices; null when `room` is 0
+/// @param devices     room for `room` devices; null when `room` is 0
 /// @param deviceSize  sizeof(struct tembra_device)
-/// @param room         number of devices that fit
+/// @param room        number of devices that fit
 /// @return the number of devices in the database, which may be more than `room`. -1 when there is no complete list;
 ///         then errno is
 ///         - EBADMSG: the file is damaged, or no database. What can still be read of it stands at the beginning of
@@ -97,7 +99,7 @@ TEMBRA_API long tembra_read_devices(struct tembra_device* devices, size_t device
 struct tembra_database_history {
   size_t size;        ///< sizeof(struct tembra_database_history), set by the caller
   unsigned repaired;  ///< times that the library repaired the file; devices may have been lost by the damage
-  unsigned lost;      ///< times that the library deleted a file beyond repair, and the list of devices with it
+  unsigned lost;      ///< times that the library deleted what stood in the file's place, because it did not open
 };
 
 /// @return 0; EINVAL for a `size` that is too small.
@@ -108,14 +110,16 @@ TEMBRA_API int tembra_database_history(struct tembra_database_history* history);
 /// environment, which is the user's: only this call counts there.
 ///
 /// In strict mode
-/// - a datagram counts only when address and port are those of a server of the endpoint table (<tembra/endpoints.h>).
-///   No other process can bind these while the server runs. It cuts off a server that sends from another port.
+/// - a datagram counts only when address and port are those of one of the five servers that answer, in the endpoint
+///   table (<tembra/endpoints.h>). No other process can bind these while the server runs, unless the server sets
+///   SO_REUSEADDR or SO_REUSEPORT. It cuts off a server that sends from another port.
 /// - an answer of a radio server does not count between an add or removal that was cancelled, timed out or closed upon,
 ///   and the next one. It cuts off the late answer: a device that joined just before is known to the radio alone.
 /// - a datagram that does not count changes nothing. The wait goes on, and the log gets at most one line a second.
 /// - a device database is not opened, repaired or deleted when it, or a link to it, belongs to neither root nor the
 ///   effective user, or when group or others may write it. A line on standard error says so, and the operation finds no
-///   database. It cuts off front ends that run as another user than the HA server, unless this is root.
+///   database (tembra_read_devices says EPERM instead). It cuts off front ends that run as another user than the HA
+///   server, unless this is root.
 /// @param on 1: on; 0: off; negative: only ask. It holds for the next datagram and the next opening of the database.
 /// @return 1 when strict mode was on before, else 0.
 TEMBRA_API int tembra_set_strict(int on);
