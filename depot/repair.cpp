@@ -7,6 +7,7 @@
 #include <climits>
 
 #include "depot/file.h"
+#include "depot/ownership.h"
 
 namespace tembra::depot {
 namespace {
@@ -87,13 +88,14 @@ bool mayRepair(const struct stat& status, const Header& header) {
 
 }  // namespace
 
-Preparation::Preparation(const char* path)
-    : file_(path, O_RDWR), outlook_(file_.isOpen() ? prepare() : Outlook::kNotOpen) {}
+Preparation::Preparation(const char* path, bool leavesOthersAlone)
+    : file_(path, O_RDWR), outlook_(file_.isOpen() ? prepare(leavesOthersAlone) : Outlook::kNotOpen) {}
 
-Outlook Preparation::prepare() {
+Outlook Preparation::prepare(bool leavesOthersAlone) {
   const int descriptor = file_.descriptor();
   struct stat status = {};
   if (fstat(descriptor, &status) != 0) return Outlook::kNotNow;
+  if (leavesOthersAlone && isOthers(descriptor)) return Outlook::kNotNow;
   const bool hasHeader = S_ISREG(status.st_mode) && status.st_size >= static_cast<off_t>(sizeof(Header));
   if (!hasHeader) return Outlook::kFine;
   Header header{};

@@ -17,6 +17,7 @@
 #include "support/log.h"
 #include "support/shared_state.h"
 #include "support/state_lock.h"
+#include "support/strict_mode.h"
 #include "support/text.h"
 #include "wire/display_error.h"
 
@@ -134,12 +135,14 @@ pthread_t startReceiver(TembraAssociation& assoc) {
 
 int TembraAssociation::checkAssocConnection() {
   const StateLock lock;
+  static_cast<void>(tembra::isStrict());  // the receive thread would read the environment beside a setenv of this one
   const int descriptor = openBoundSocket(*this);
   if (descriptor < 0) return -1;
   sock = descriptor;
   running = 1;
   ++latest.number;
   latest.receive.isServed = latest.receive.isUnderWay = false;
+  tembra::announceChange();
   const tembra::ConnectionNumber number = latest.number;
   tembra::setAssociationMeshId(tembra::kMeshIdUnknown);
   tembra::setStateLeft(true);

@@ -57,21 +57,26 @@ void complainOfOthers() {
                DBName);
 }
 
-// Whether the file had its chance: false when the repair failed, or was not begun, through no fault of the file.
-bool tryRepair() {
+enum class Repair {
+  kDone,
+  kFailed,   // the file had its chance
+  kNotToday  // it failed, or was not begun, through no fault of the file
+};
+
+Repair tryRepair() {
   using depot::Outlook;
-  if (depot::isForeignLink(DBName)) return true;
-  const depot::Preparation preparation(DBName);
+  if (depot::isForeignLink(DBName)) return Repair::kFailed;
+  const depot::Preparation preparation(DBName, isStrict());
   const Outlook outlook = preparation.outlook();
-  if (outlook == Outlook::kRefused) return true;
-  if (outlook == Outlook::kNotNow || (outlook == Outlook::kNotOpen && isShortage(errno))) return false;
+  if (outlook == Outlook::kRefused) return Repair::kFailed;
+  if (outlook == Outlook::kNotNow || (outlook == Outlook::kNotOpen && isShortage(errno))) return Repair::kNotToday;
   const depot::TemporaryName temporary(DBName);
-  if (!temporary.take()) return false;
+  if (!temporary.take()) return Repair::kNotToday;
   errno = 0;
-  if (dprepair(DBName) != 0) return true;
+  if (dprepair(DBName) != 0) return Repair::kDone;
   const int error = errno;
   temporary.drop();
-  return !isShortage(error);
+  return isShortage(error) ? Repair::kNotToday : Repair::kFailed;
 }
 
 // What the Depot library hands out belongs to the caller.
@@ -159,10 +164,11 @@ OpenDatabase::Opening OpenDatabase::open(int mode, int buckets, const char* only
 
 // Readable records may be left even when the repair fails.
 void OpenDatabase::repairOrDelete(const char* onlyKey) {
-  const bool hadItsChance = tryRepair();
+  const Repair repair = tryRepair();
   const Opening opening = open(kReopenMode, kReopenBuckets, onlyKey);
-  if (opening == Opening::kDone) ++repaired;
-  if (opening == Opening::kFileIsBad && hadItsChance) deletionResult_ = std::remove(DBName);
+  if (opening == Opening::kFileIsOthers) complainOfOthers();
+  if (opening == Opening::kDone && repair == Repair::kDone) ++repaired;
+  if (opening == Opening::kFileIsBad && repair != Repair::kNotToday) deletionResult_ = std::remove(DBName);
   if (deletionResult_ == 0) ++lost;
 }
 

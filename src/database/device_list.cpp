@@ -145,6 +145,12 @@ long refuse(int error) {
   return -1;
 }
 
+// ENXIO: a socket, or a device without a driver.
+long whyNotOpen() {
+  if (errno == ENOENT) return 0;
+  return refuse(errno == ENXIO ? EINVAL : errno);
+}
+
 // What is no file at all holds no list to be repaired.
 int whyNoFile(int descriptor) {
   struct stat status = {};
@@ -173,6 +179,7 @@ long tembra_read_devices(tembra_device* devices, size_t deviceSize, size_t room)
   if (isStrict() && depot::isOthers(DBName)) return refuse(EPERM);
   if (depot::isForeignLink(DBName)) return refuse(ELOOP);
   const depot::OpenFile file(DBName, O_RDONLY);
-  if (!file.isOpen()) return errno == ENOENT ? 0 : -1;
+  if (!file.isOpen()) return whyNotOpen();
+  if (isStrict() && depot::isOthers(file.descriptor())) return refuse(EPERM);
   return readOpenFile(file.descriptor(), callers);
 }

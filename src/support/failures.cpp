@@ -1,6 +1,7 @@
 #include "support/failures.h"
 
 #include <cerrno>
+#include <cstring>
 
 #include "support/errno_text.h"
 #include "support/state_lock.h"
@@ -37,6 +38,7 @@ int tembra_last_failure(int kind, tembra_failure* failure) {
   failure->server = last.server;
   failure->cause = last.cause;
   failure->error = last.error;
+  std::memset(failure->text, 0, sizeof failure->text);
   tembra::copyCallersText(failure->text, last.error == 0 ? "" : tembra::ErrnoText(last.error).text());
   return 0;
 }

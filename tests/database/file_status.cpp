@@ -18,10 +18,18 @@ namespace {
 
 constexpr uid_t kAnother = 12345;
 std::optional<ino_t> givenAway;
+int questionsLeft = 0;  // of the library, that are answered as before
+
+bool isGivenAway(ino_t file, const void* site) {
+  if (givenAway != file) return false;
+  if (questionsLeft <= 0) return true;
+  if (kit::isInLibrary(site)) --questionsLeft;
+  return false;
+}
 
 int told(int result, struct stat& status, const void* site) {
   if (result != 0) return result;
-  if (givenAway == status.st_ino) status.st_uid = kAnother;
+  if (isGivenAway(status.st_ino, site)) status.st_uid = kAnother;
   const bool isNarrow = narrow == Narrow::Everybody || (narrow == Narrow::TheLibrary && kit::isInLibrary(site));
   if (!isNarrow || status.st_mtime <= INT_MAX) return 0;
   errno = EOVERFLOW;
@@ -33,7 +41,16 @@ int told(int result, struct stat& status, const void* site) {
 void giveAway(const char* path) {
   struct stat file = {};
   givenAway.reset();
+  questionsLeft = 0;
   if (lchown(path, kAnother, kAnother) != 0 && lstat(path, &file) == 0) givenAway = file.st_ino;
+}
+
+void giveAwayAfter(const char* path, int questions) {
+  struct stat file = {};
+  givenAway.reset();
+  if (lstat(path, &file) != 0) return;
+  givenAway = file.st_ino;
+  questionsLeft = questions;
 }
 
 }  // namespace status

@@ -12,6 +12,9 @@ extern Narrow narrow;
 /// it.
 void giveAway(const char* path);
 
+/// The same after so many questions of the library about the file, as if somebody put another one in its place then.
+void giveAwayAfter(const char* path, int questions);
+
 }  // namespace status
 
 #endif

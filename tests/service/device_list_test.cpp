@@ -149,6 +149,11 @@ TEST_F(Devices, OfWhatCannotBeOpenedAreAnError) {
   EXPECT_EQ(list.error, ELOOP);
   EXPECT_EQ(list.devices.at(0).id, 0) << "nothing that is not there is shown";
   ASSERT_EQ(unlink("/tmp/ddb"), 0);
+  ASSERT_EQ(mknod("/tmp/ddb", S_IFSOCK | S_IRUSR | S_IWUSR, 0), 0);
+  list = read();
+  EXPECT_EQ(list.result, -1);
+  EXPECT_EQ(list.error, EINVAL);
+  ASSERT_EQ(unlink("/tmp/ddb"), 0);
   router.database().makeDirectory();
   list = read();
   EXPECT_EQ(list.result, -1);

@@ -85,6 +85,16 @@ TEST_P(FailedOpening, TellsItsCause) {
   expectFailure(last(TEMBRA_FAILURE_SEND), 0, 0, 0, 0);
 }
 
+TEST(NoFailure, IsAllZero) {
+  tembra_failure failure;
+  std::memset(&failure, 0x77, sizeof failure);
+  failure.size = sizeof failure;
+  EXPECT_EQ(tembra_last_failure(TEMBRA_FAILURE_SEND, &failure), 0);
+  tembra_failure none{};
+  none.size = sizeof none;
+  EXPECT_EQ(std::memcmp(&failure, &none, sizeof none), 0);
+}
+
 TEST(Opening, ThatWorksLeavesTheLastFailure) {
   Router router;
   router.fail(Call::Socket, EMFILE, 2);

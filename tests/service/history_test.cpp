@@ -49,6 +49,16 @@ TEST_F(History, CountsNoFileThatIsNotToBlame) {
   expectHistory(0, 0);
 }
 
+// The file opens by itself the second time.
+TEST_F(History, CountsNoRepairThatFailed) {
+  TembraAssociation& assoc = router.connect();
+  router.database().nextId("17");
+  router.fail(Call::OpenDatabase, kit::depotError(DP_EOPEN, EIO));
+  router.fail(Call::RepairDatabase, kit::depotError(DP_EBROKEN, EIO));
+  EXPECT_EQ(assoc.calculateDevId(), 17);
+  expectHistory(0, 0);
+}
+
 TEST_F(History, CountsNoLookAtADamagedFile) {
   router.database().put(Device(1, "A"));
   router.database().makeRepairable();

@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
+#include <filesystem>
+#include <fstream>
 #include <mutex>
 #include <ostream>
 #include <thread>
@@ -208,6 +210,25 @@ TEST_F(Settling, DoesNotWaitForAThreadThatWasReplaced) {
   ASSERT_EQ(router.open(), 0);
   EXPECT_EQ(tembra_settle(kLong), 0);
   EXPECT_GT(tembra_wait_left(), 0);
+}
+
+// The new connection's thread begins only when the router's command has answered.
+TEST_F(Settling, EndsWhenTheThreadIsReplacedNotWhenTheNewOneBegins) {
+  std::filesystem::remove("/tmp/settled");
+  ASSERT_EQ(router.open(), 0);
+  hold(EVENT_ADDING);
+  assoc.addDevZigbeeZwave();
+  router.zwave().post(Node(kUnknownNode).bytes());
+  awaitCallback(EVENT_ADDING);
+  const std::jthread settling([] {
+    EXPECT_EQ(tembra_settle(kLong), 0);
+    std::ofstream("/tmp/settled") << "x";
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  assoc.closeAssocConnection();
+  router.nvram().answerWith("for i in $(seq 100); do [ -e /tmp/settled ] && echo 3 && exit; sleep 0.1; done; echo 4");
+  ASSERT_EQ(router.open(), 0);
+  EXPECT_EQ(local_meshID, 3);
 }
 
 // A busy thread passes through its receive between two answers, which is enough.

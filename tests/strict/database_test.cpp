@@ -117,3 +117,40 @@ TEST(StrictDatabaseOfOnesOwn, IsRepairedDeletedAndCreated) {
   EXPECT_EQ(router.assoc().calculateDevId(), 0);
   EXPECT_TRUE(router.database().exists());
 }
+
+// Somebody else's file comes into the place between two questions about it. The first repair begins after six.
+TEST(StrictDatabaseThatIsReplaced, IsLeftAloneFromThenOn) {
+  constexpr int beforeTheRepair = 6;
+  Router router;
+  tembra_set_strict(1);
+  router.assoc();
+  for (int questions = 0; questions <= beforeTheRepair; ++questions) {
+    SCOPED_TRACE(questions);
+    router.database().remove();
+    house::fill(router.database());
+    router.database().makeRepairable();
+    const Bytes before = router.database().file();
+    status::giveAwayAfter(DBName, questions);
+    router.watch(kit::kWatchDatabase);
+    router.forget();
+    EXPECT_EQ(house::findNode(router, 5), 0);
+    const std::string trace = router.takeTrace();
+    EXPECT_NE(trace.find("strict mode: /tmp/ddb is left alone"), std::string::npos) << trace;
+    EXPECT_EQ(trace.find("dprepair") != std::string::npos, questions == beforeTheRepair) << trace;
+    if (questions < beforeTheRepair) {
+      EXPECT_EQ(router.database().file(), before);
+    }
+  }
+}
+
+TEST(StrictDatabaseThatIsReplaced, IsNoList) {
+  Router router;
+  tembra_set_strict(1);
+  router.assoc();
+  house::fill(router.database());
+  for (int questions = 0; questions <= 3; ++questions) {
+    status::giveAwayAfter(DBName, questions);
+    EXPECT_EQ(tembra_read_devices(nullptr, sizeof(tembra_device), 0), -1) << questions;
+    EXPECT_EQ(errno, EPERM) << questions;
+  }
+}

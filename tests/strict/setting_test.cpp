@@ -4,6 +4,9 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <thread>
+
+#include "kit/router.h"
 
 namespace {
 
@@ -47,6 +50,18 @@ INSTANTIATE_TEST_SUITE_P(Each, StrictModeByEnvironment, testing::Range(0, static
 TEST(StrictMode, IsNotReadFromAnEnvironmentThatIsAnotherUsers) {
   setenv("TEMBRA_STRICT", "1", 1);
   EXPECT_EQ(tembra_set_strict(-1), 0);
+}
+
+// The receive thread must not read it while the front end writes it.
+TEST(StrictMode, IsReadOnTheThreadThatOpensTheConnection) {
+  static std::thread::id asked;
+  environment = [] {
+    asked = std::this_thread::get_id();
+    return "0";
+  };
+  kit::Router router;
+  router.connect();
+  EXPECT_EQ(asked, std::this_thread::get_id());
 }
 
 TEST(StrictMode, IsSetByTheCallWhateverTheEnvironmentSays) {

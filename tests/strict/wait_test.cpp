@@ -103,6 +103,37 @@ TEST_F(StrictWait, HearsARadioWhoseOperationTheHueServerEnds) {
   EXPECT_EQ(router.takeEvents().size(), 1U);
 }
 
+// The callback runs without the library's lock, and the time-out has not been dealt with to its end.
+TEST_F(StrictWait, HearsTheAnswerOfAnAddThatBeginsInTheTimeOutsCallback) {
+  assoc.addDevZigbeeZwave();
+  router.onEvent([this](AssocEvent* event) {
+    if (event->code == EVENT_TIMEOUT) assoc.addDevZigbeeZwave();
+  });
+  router.advance(190);
+  EXPECT_TRUE(hasTimedOut());
+  router.zwave().send(Node(77));
+  const std::vector<kit::RecordedEvent> events = router.takeEvents();
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events.front().event.code, EVENT_ADDING);
+}
+
+// No add or removal came before, so no answer is late.
+TEST_F(StrictWait, HearsTheRadiosAsWithoutStrictModeWhileNoDeviceIsExpected) {
+  for (const int state : {ASSOC_IDLE, ASSOC_RESET}) {
+    const auto answers = [&](int strict) {
+      tembra_set_strict(strict);
+      assoc.assocState = state;
+      router.forget();
+      router.zwave().send(Node(5));
+      router.zigbee().send(kit::ZigbeeDevice(7).status(2));
+      return router.takeTrace();
+    };
+    const std::string without = answers(0);
+    EXPECT_EQ(answers(1), without) << state;
+    EXPECT_NE(without.find("Received Packet from Z-wave"), std::string::npos) << without;
+  }
+}
+
 // A front end that moves an endpoint moves what strict mode expects.
 TEST_F(StrictWait, KnowsAnEndpointThatWasMoved) {
   kit::Peer moved = router.from("127.255.255.254", 7777);

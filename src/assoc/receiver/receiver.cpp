@@ -157,12 +157,12 @@ void Receiver::reportTimeout() {
       << R"({"CommandType":")" << fieldText(cmdtype, sizeof cmdtype - 1)
       << R"(", "MobileInternalIndex":"","Success":"false","Reason":"TimeoutReached"})";
   std::memcpy(events_.a.payload, &report, sizeof report);
+  setStateLeft(true);  // first, because an operation that begins during the callback takes it back
   deliver(assoc_, events_.a, EVENT_TIMEOUT);
   if (connection_.isSuperseded()) return;
   assoc_.lastEventCode = 0;
   assoc_.cancelTarget = 0;
   setIdle(true);
-  setStateLeft(true);
 }
 
 // False when the datagram does not count: then the wait goes on.

@@ -20,7 +20,7 @@ long long now() {
   return time.tv_sec * kSecond + time.tv_nsec / kNanoseconds;
 }
 
-// Nobody else can bind the port of a daemon that runs.
+// Nobody else can bind the port of a daemon that runs, unless the daemon sets SO_REUSEADDR or SO_REUSEPORT.
 bool isEndpoint(const sockaddr_in& sender) {
   static constexpr const sockaddr_in* kEndpoints[] = {&adr_ozw, &adr_zigbee, &adr_hueserver, &adr_nest, &adr_ha_assoc};
   return std::any_of(std::begin(kEndpoints), std::end(kEndpoints), [&sender](const sockaddr_in* endpoint) {
@@ -29,6 +29,13 @@ bool isEndpoint(const sockaddr_in& sender) {
 }
 
 bool isRadio(ClientType type) { return type == CLIENT_ZWAVE || type == CLIENT_ZIGBEE; }
+
+// In these two states no add or removal has left anything to be answered.
+bool expectsNoDevice(int state) { return state == ASSOC_IDLE || state == ASSOC_RESET; }
+
+bool isLate(const TembraAssociation& assoc, ClientType type) {
+  return isRadio(type) && isStateLeft() && !expectsNoDevice(assoc.assocState);
+}
 
 }  // namespace
 
@@ -41,7 +48,7 @@ timeval StrictGate::left(int seconds) {
 
 bool StrictGate::admits(const sockaddr_in& sender, ClientType type) {
   const bool isStranger = !isEndpoint(sender);
-  if (!isStranger && !(isRadio(type) && isStateLeft())) return true;
+  if (!isStranger && !isLate(assoc_, type)) return true;
   complain(isStranger ? TEMBRA_LOG_PREFIX "strict mode: dropped a stranger's datagram"
                       : TEMBRA_LOG_PREFIX "strict mode: dropped a late answer");
   return false;
