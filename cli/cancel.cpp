@@ -44,7 +44,7 @@ bool cancelOther(const Context& context) {
   while (const char* line = tembra_watch_next(watch.get(), kAnswerMilliseconds)) {
     const std::string outcome = outcomeIn(line);
     if (outcome.empty()) continue;
-    if (outcome != "cancelled") throw Failure(kFailed, "the " + what + " had ended before: " + outcome + ".");
+    if (outcome != "cancelled") throw Failure(kFailed, "the " + what + " had ended before.");
     context.display.note("Cancelled the " + what + ".");
     return true;
   }
