@@ -1,27 +1,26 @@
 # What makes a fault hard to use, in everything that is installed. Each measure is taken where the compiler knows it.
-include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 
 set(tembra_hardening -fstack-protector-strong)
-set(CMAKE_REQUIRED_FLAGS -Werror)  # a flag that is ignored is not known
 foreach(flag -fstack-clash-protection -fcf-protection -mbranch-protection=standard)
   string(MAKE_C_IDENTIFIER "TEMBRA_HAS${flag}" known)
-  check_cxx_compiler_flag(${flag} ${known})
+  set(CMAKE_REQUIRED_FLAGS ${flag})
+  check_cxx_source_compiles("int main() {}" ${known} FAIL_REGEX "warning")  # a flag that is ignored is not known
   if(${known})
     list(APPEND tembra_hardening ${flag})
   endif()
 endforeach()
 
 # Level 3 also checks sizes that are known at run time only. Elsewhere the C library would warn of it.
-set(CMAKE_REQUIRED_FLAGS "-O1 -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -Werror=cpp")
+set(CMAKE_REQUIRED_FLAGS "-O1 -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
 check_cxx_source_compiles("
   #include <cstring>
   #if __USE_FORTIFY_LEVEL < 3
   #error not known
   #endif
-  int main() {}" TEMBRA_HAS_FORTIFY_3)
+  int main() {}" TEMBRA_HAS_FORTIFY_3 FAIL_REGEX "warning")
 unset(CMAKE_REQUIRED_FLAGS)
 set(tembra_fortify_level 2)
 if(TEMBRA_HAS_FORTIFY_3)
