@@ -1,12 +1,12 @@
 // A descriptor that closes itself.
-#ifndef TEMBRA_FRONTEND_WATCH_DESCRIPTOR_H
-#define TEMBRA_FRONTEND_WATCH_DESCRIPTOR_H
+#ifndef TEMBRA_PLATFORM_DESCRIPTOR_H
+#define TEMBRA_PLATFORM_DESCRIPTOR_H
 
 #include <unistd.h>
 
 #include <utility>
 
-namespace tembra::frontend {
+namespace tembra {
 
 class Descriptor {
  public:
@@ -31,6 +31,6 @@ class Descriptor {
   int number_;
 };
 
-}  // namespace tembra::frontend
+}  // namespace tembra
 
 #endif

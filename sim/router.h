@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/descriptor.h"
 #include "sim/answers/fault.h"
 #include "sim/control/commands.h"
 #include "sim/control/control_socket.h"
-#include "sim/core/descriptor.h"
 #include "sim/core/process.h"
 #include "sim/core/surroundings.h"
 #include "sim/ha/ha_server.h"

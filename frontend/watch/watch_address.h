@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "descriptor.h"
+#include "platform/descriptor.h"
 
 namespace tembra::frontend {
 

@@ -16,7 +16,7 @@
 
 namespace {
 
-using tembra::frontend::Descriptor;
+using tembra::Descriptor;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kLongestHeard = 65536;

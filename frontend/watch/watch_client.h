@@ -6,12 +6,12 @@
 
 #include <string>
 
-#include "descriptor.h"
 #include "holder_line.h"
+#include "platform/descriptor.h"
 
 struct tembra_watch {
  public:
-  explicit tembra_watch(tembra::frontend::Descriptor socket) : socket_(std::move(socket)) {}
+  explicit tembra_watch(tembra::Descriptor socket) : socket_(std::move(socket)) {}
 
   [[nodiscard]] int descriptor() const { return socket_.get(); }
   [[nodiscard]] const tembra::frontend::HolderReport& holder() const { return holder_; }
@@ -25,7 +25,7 @@ struct tembra_watch {
   [[nodiscard]] int checkLine();
   [[nodiscard]] int receive();
 
-  const tembra::frontend::Descriptor socket_;
+  const tembra::Descriptor socket_;
   std::string received_;
   std::string line_;
   tembra::frontend::HolderReport holder_;

@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "descriptor.h"
+#include "platform/descriptor.h"
 
 namespace tembra::frontend {
 

@@ -8,9 +8,9 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "platform/descriptor.h"
 #include "sim/control/control_path.h"
 #include "sim/control/control_socket.h"
-#include "sim/core/descriptor.h"
 
 namespace tembra::sim {
 

@@ -5,8 +5,8 @@
 #include <map>
 #include <string>
 
+#include "platform/descriptor.h"
 #include "sim/control/commands.h"
-#include "sim/core/descriptor.h"
 #include "sim/core/event_loop.h"
 
 namespace tembra::sim {

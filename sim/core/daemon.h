@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "sim/core/descriptor.h"
+#include "platform/descriptor.h"
 #include "sim/core/endpoints.h"
 #include "sim/core/surroundings.h"
 

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "sim/core/descriptor.h"
+#include "platform/descriptor.h"
 
 namespace tembra::sim {
 namespace {

@@ -36,7 +36,7 @@ std::string complaint(const std::string& path) {
 
 /// A socket file whose process is dead.
 void leaveDeadSocket(const std::string& path, int type = SOCK_STREAM) {
-  const frontend::Descriptor socket(::socket(AF_UNIX, type | SOCK_CLOEXEC, 0));
+  const Descriptor socket(::socket(AF_UNIX, type | SOCK_CLOEXEC, 0));
   const sockaddr_un address = addressOf(path);
   ASSERT_EQ(bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
 }

@@ -43,7 +43,7 @@ class Impostor {
     if (bind(listener_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) std::abort();
     if (listen(listener_.get(), 1) != 0) std::abort();
     thread_ = std::thread([this] {
-      const frontend::Descriptor peer(accept(listener_.get(), nullptr, nullptr));
+      const Descriptor peer(accept(listener_.get(), nullptr, nullptr));
       send(peer.get(), text_.data(), text_.size(), MSG_NOSIGNAL);
     });
   }
@@ -52,7 +52,7 @@ class Impostor {
   Impostor& operator=(const Impostor&) = delete;
 
  private:
-  frontend::Descriptor listener_;
+  Descriptor listener_;
   std::string text_;
   std::thread thread_;
 };
@@ -177,7 +177,7 @@ TEST_F(WatchClient, ALineThatIsNoTextIsRefused) {
 
 TEST_F(WatchClient, ASilentHolderIsWaitedForAsLongAsSaid) {
   const OtherProcess silent([this] {
-    static const frontend::Descriptor listener(::socket(AF_UNIX, SOCK_STREAM, 0));
+    static const Descriptor listener(::socket(AF_UNIX, SOCK_STREAM, 0));
     const sockaddr_un address = addressOf(place_.socket());
     if (bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) std::abort();
     if (listen(listener.get(), 0) != 0) std::abort();

@@ -116,7 +116,7 @@ class PlainWatcher {
   }
 
  private:
-  frontend::Descriptor socket_;
+  Descriptor socket_;
   int failure_ = 0;
   std::string heard_;
 };

@@ -10,8 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "platform/descriptor.h"
 #include "sim/control/control_path.h"
-#include "sim/core/descriptor.h"
 #include "support/caller.h"
 #include "support/running_sim.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/core/descriptor.h"
+#include "platform/descriptor.h"
 #include "sim/core/endpoints.h"
 #include "sim/core/record_bytes.h"
 #include "tembra/records.h"
