@@ -4,6 +4,7 @@
 #include <strings.h>
 #include <sys/statvfs.h>
 
+#include <cerrno>
 #include <climits>
 
 #include "depot/file.h"
@@ -66,7 +67,10 @@ bool lock(int descriptor) {
   struct flock whole = {};
   whole.l_type = F_WRLCK;
   whole.l_whence = SEEK_SET;
-  return fcntl(descriptor, F_SETLKW, &whole) == 0;
+  int result = 0;
+  do result = fcntl(descriptor, F_SETLKW, &whole);
+  while (result != 0 && errno == EINTR);
+  return result == 0;
 }
 
 bool writeRecords(int descriptor, int records) {
