@@ -10,7 +10,7 @@ namespace tembra::depot {
 class OpenFile {
  public:
   /// What stands in the file's place may be a pipe, whose opening would wait for the other end.
-  OpenFile(const char* path, int mode) : descriptor_(open(path, mode | O_CLOEXEC | O_NONBLOCK)) {}
+  OpenFile(const char* path, int mode) : descriptor_(open(path, mode | O_CLOEXEC | O_NONBLOCK, 0600)) {}
   ~OpenFile() {
     if (isOpen()) close(descriptor_);
   }

@@ -95,15 +95,21 @@ struct tembra_device {
 ///         - otherwise the errno of the system call that failed to open, lock or read the file.
 TEMBRA_API long tembra_read_devices(struct tembra_device* devices, size_t deviceSize, size_t room);
 
+/// Whether the library could open the database to look a device up: it opens the file for writing, and deletes a file
+/// that it cannot open. This changes nothing, and waits only for another look of this process.
+/// @return 0, also when there is no file; else the errno of the opening. EDEADLK: the Logger called it from a look-up.
+TEMBRA_API int tembra_check_database(void);
+
 /// What became of damaged device databases since the process began.
 struct tembra_database_history {
   size_t size;        ///< sizeof(struct tembra_database_history), set by the caller
-  unsigned repaired;  ///< times that the library repaired the file; devices may have been lost by the damage
+  unsigned repaired;  ///< times that a repair of the file succeeded; devices may have been lost by the damage. A repair
+                      ///< that the Depot library ends with an error counts for nothing, also when it saved a part
   unsigned lost;      ///< times that the library deleted what stood in the file's place, because it did not open
 };
 
 /// @return 0; EINVAL for a `size` that is too small.
-TEMBRA_API int tembra_database_history(struct tembra_database_history* history);
+TEMBRA_API int tembra_read_database_history(struct tembra_database_history* history);
 
 /// Switches strict mode on or off for this process. It is off, unless the environment has TEMBRA_STRICT=1 when the
 /// library first asks. A program that runs with other rights than its user's (setuid) takes nothing from the

@@ -220,7 +220,7 @@ const StoredDevice* DatabaseSession::DeviceWalk::next() {
 }  // namespace tembra
 
 // Without the turn, which a session of this process may hold for as long as another process writes.
-int tembra_database_history(struct tembra_database_history* history) {
+int tembra_read_database_history(struct tembra_database_history* history) {
   if (history->size < sizeof *history) return EINVAL;
   history->repaired = tembra::repaired;
   history->lost = tembra::lost;

@@ -169,6 +169,18 @@ long readOpenFile(int descriptor, Room& room) {
 }  // namespace
 }  // namespace tembra
 
+// With "create", as the library opens it: the kernel may refuse that where it allows an opening without.
+int tembra_check_database() {
+  using namespace tembra;
+  const StateUnlocked unlocked;
+  const DatabaseTurn turn;
+  if (!turn.isOurs()) return EDEADLK;
+  struct stat status = {};
+  if (stat(DBName, &status) != 0) return errno == ENOENT ? 0 : errno;
+  const depot::OpenFile file(DBName, O_RDWR | O_CREAT);
+  return file.isOpen() ? 0 : errno;
+}
+
 long tembra_read_devices(tembra_device* devices, size_t deviceSize, size_t room) {
   using namespace tembra;
   if (deviceSize < sizeof(tembra_device)) return refuse(EINVAL);

@@ -160,6 +160,20 @@ TEST_F(Devices, OfWhatCannotBeOpenedAreAnError) {
   EXPECT_EQ(list.error, EISDIR);
 }
 
+TEST_F(Devices, AreInAFileThatTheLibraryCouldOpen) {
+  EXPECT_EQ(tembra_check_database(), 0) << "there is no file";
+  EXPECT_NE(access("/tmp/ddb", F_OK), 0) << "and none is made";
+  router.database().put(Device(1, "A"));
+  EXPECT_EQ(tembra_check_database(), 0);
+  LockHolder holder;
+  EXPECT_EQ(tembra_check_database(), 0) << "another process's lock is not waited for";
+}
+
+TEST_F(Devices, AreInNoFolder) {
+  router.database().makeDirectory();
+  EXPECT_EQ(tembra_check_database(), EISDIR);
+}
+
 // A signal does not end the wait.
 TEST_F(Devices, AreWaitedForWhileAnotherProcessWrites) {
   router.database().put(Device(1, "A"));

@@ -13,7 +13,7 @@ class History : public kit::RouterTest {
  protected:
   static void expectHistory(unsigned repaired, unsigned lost) {
     struct tembra_database_history history = {sizeof history, 77, 77};
-    EXPECT_EQ(tembra_database_history(&history), 0);
+    EXPECT_EQ(tembra_read_database_history(&history), 0);
     EXPECT_EQ(history.repaired, repaired);
     EXPECT_EQ(history.lost, lost);
   }

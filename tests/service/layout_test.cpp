@@ -50,7 +50,7 @@ TEST(ServiceStructures, ASmallerOneIsRefused) {
     EXPECT_EQ(failure.count, 77U);
   }
   KnownHistory history{sizeof history - 1, 77, 77};
-  EXPECT_EQ(tembra_database_history(&history), EINVAL);
+  EXPECT_EQ(tembra_read_database_history(&history), EINVAL);
   EXPECT_EQ(history.repaired, 77U);
 }
 

@@ -54,7 +54,7 @@ void askTheRest() {
     EXPECT_EQ(failure.count, 0U);
   }
   struct tembra_database_history history = {sizeof history, 77, 77};
-  EXPECT_EQ(tembra_database_history(&history), 0);
+  EXPECT_EQ(tembra_read_database_history(&history), 0);
   EXPECT_EQ(history.repaired + history.lost, 0U);
 }
 
