@@ -48,9 +48,7 @@ bool cancelOther(const Context& context) {
     context.display.note("Cancelled the " + what + ".");
     return true;
   }
-  if (errno != ECONNRESET) throw Failure(kFailed, "the " + what + " was not cancelled in time.");
-  context.display.note("Cancelled the " + what + ".");
-  return true;
+  throw Failure(kFailed, "the " + what + (errno == ECONNRESET ? " had ended before." : " was not cancelled in time."));
 }
 
 struct Attempt {

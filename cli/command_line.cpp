@@ -1,5 +1,7 @@
 #include "command_line.h"
 
+#include <sys/un.h>
+
 #include <tembra/version.h>
 #include <tembra/watch.h>
 
@@ -45,6 +47,11 @@ void declareHelp(CLI::App& program) {
   });
 }
 
+std::string checkWatchPath(const std::string& path) {
+  const bool isGood = path.starts_with('/') && path.size() < sizeof sockaddr_un::sun_path;
+  return isGood ? "" : "\"" + path + "\" is no absolute path of at most 107 bytes";
+}
+
 }  // namespace
 
 void declareCommandLine(CLI::App& program, Options& options, Action& action) {
@@ -56,6 +63,7 @@ void declareCommandLine(CLI::App& program, Options& options, Action& action) {
   program.add_flag("--yes", options.yes, "ask nothing: confirm, take the proposed type, keep the proposed name");
   program.add_flag("--verbose", options.verbose, "every event with its numbers, and the library's log");
   program.add_option("--watch-path", options.watchPath, "socket where other processes watch and cancel")
+      ->check(checkWatchPath)
       ->envname("TEMBRA_WATCH_PATH")
       ->default_val(TEMBRA_WATCH_PATH);
   program.set_version_flag("--version", versionText);

@@ -7,7 +7,7 @@
 
 namespace tembra::cli {
 
-/// "BinarySwitch" for 3.
+/// "BinarySwitch" for 1.
 [[nodiscard]] std::string typeName(int type);
 
 /// The number of a type that is given by its name or number. Nothing when there is none.

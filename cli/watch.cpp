@@ -61,12 +61,17 @@ void show(const Context& context, const std::string& line) {
 
 bool isNobodyThere(int error) { return error == ENOENT || error == ECONNREFUSED; }
 
-// Until the other front end closes its connection.
+void tellNobody(const Context& context) {
+  if (context.options.json) return printLine(jsonEvent("status", {{"holder", nullptr}}));
+  printLine(timeText("%H:%M:%S  ", std::time(nullptr)) + "The connection is free.");
+}
+
+// Until the other front end closes its connection, or ends.
 void showLines(const Context& context, tembra_watch* watch) {
   while (true) {
     context.attention.wait(tembra_watch_descriptor(watch), Attention::Input::kIgnored, kLongestWait);
     while (const char* line = tembra_watch_next(watch, 0)) show(context, line);
-    if (errno == ECONNRESET) return;
+    if (errno == ECONNRESET) return tellNobody(context);
     if (errno != ETIMEDOUT) throw Failure(kFailed, "watching ended: " + std::string(std::strerror(errno)) + ".");
   }
 }
@@ -91,10 +96,11 @@ void watchFrontEnds(const Context& context) {
 void tellStatus(const Context& context) {
   auto holder = tembra_holder{};
   holder.size = sizeof holder;
-  const bool isHeld = tembra_read_holder(context.options.watchPath.c_str(), kHolderMilliseconds, &holder) == 0;
-  if (!isHeld && !isNobodyThere(errno)) {
+  const int error = tembra_read_holder(context.options.watchPath.c_str(), kHolderMilliseconds, &holder);
+  const bool isHeld = error == 0;
+  if (!isHeld && !isNobodyThere(error)) {
     throw Failure(kFailed,
-                  context.options.watchPath + " does not say who has the connection: " + std::strerror(errno) + ".");
+                  context.options.watchPath + " does not say who has the connection: " + std::strerror(error) + ".");
   }
   if (context.options.json) {
     Json object = {{"holder", nullptr}};

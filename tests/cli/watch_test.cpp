@@ -25,6 +25,7 @@ TEST(Watch, ShowsWhatAnotherFrontEndDoes) {
   EXPECT_EQ(add.end().status, 0);
   watch.waitFor("add: added Siren #1");
   watch.waitFor("add: ended: Done.");
+  watch.waitFor("The connection is free.");
   watch.signal(SIGTERM);
   EXPECT_EQ(watch.end().status, 0);
   router.stop();
@@ -44,6 +45,14 @@ TEST(Status, TellsWhoHasTheConnection) {
   add.signal(SIGINT);
   EXPECT_EQ(add.end().status, 130);
   router.stop();
+}
+
+TEST(WatchPath, IsAbsolute) {
+  for (const std::string& path : {std::string(), std::string("relative"), "/" + std::string(107, 'x')}) {
+    const Ended status = runAssoc({"status", "--watch-path", path});
+    EXPECT_EQ(status.status, 2) << path;
+    EXPECT_NE(status.sentence().find("is no absolute path"), std::string::npos) << status.errors;
+  }
 }
 
 TEST(Cancel, EndsWhatAnotherFrontEndDoes) {
