@@ -112,7 +112,7 @@ void Add::hear(const LibraryEvent& heard) {
   switch (heard.event.code) {
     case EVENT_ADDING:
       radio_ = heard.event.source;
-      session_.answers(radio_);
+      session_.setRadio(radio_);
       enter(TEMBRA_PHASE_IDENTITY, kForIdentity);
       return session_.tell(TEMBRA_EVENT_ANSWERED);
     case EVENT_GETTING_INFO:
@@ -161,7 +161,7 @@ void Add::throwIfGivenUp() {
 void Add::find(const LibraryEvent& heard) {
   const DeviceReport report = reportOf(heard);
   radio_ = heard.event.source;
-  session_.answers(radio_);
+  session_.setRadio(radio_);
   const bool isZwave = radio_ == SERVER_ZWAVE;
   found_.type = isZwave ? heard.classifiedType : report.type;
   addChoice(found_, found_.type);
@@ -175,8 +175,9 @@ void Add::find(const LibraryEvent& heard) {
   putText(found_.name,
           isZwave ? defaultName(typeName(found_.type).c_str(), heard.deviceId) : libraryText(heard.deviceName));
   putText(found_.place, kDefaultPlace);
-  enter(TEMBRA_PHASE_CHOICE, kForChoice);
-  session_.offer(found_);
+  phase_ = TEMBRA_PHASE_CHOICE;
+  overdue_ = Clock::now() + kForChoice + kGrace;
+  session_.offer(found_, kForChoice);
   session_.tell(TEMBRA_EVENT_FOUND, found_);
 }
 

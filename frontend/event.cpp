@@ -91,7 +91,7 @@ std::string stateJson(const tembra_state& state) {
   json.member("radio", state.radio == 0 ? nullptr : serverName(state.radio));
   json.member("last_event", state.last_event).member("ms", state.milliseconds);
   writeLimit(json, state.ends_in);
-  if (state.phase == TEMBRA_PHASE_CHOICE) {
+  if (state.found.size != 0) {
     json.begin("found", '{');
     write(json, state.found);
     json.end('}');

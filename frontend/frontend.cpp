@@ -7,6 +7,8 @@
 #include <cctype>
 #include <cerrno>
 #include <cstring>
+#include <memory>
+#include <mutex>
 #include <new>
 
 #include "names.h"
@@ -40,12 +42,22 @@ bool isMac(std::string_view text) {
   return true;
 }
 
+// No exception leaves a C function.
+template <typename Function>
+int orNoMemory(Function function) {
+  try {
+    return function();
+  } catch (const std::bad_alloc&) {
+    return ENOMEM;
+  }
+}
+
 int start(tembra_frontend* kit, Command command);
 
 int startForBridge(tembra_frontend* kit, int operation, const char* mac, const char* text) {
   if (!isMac(viewOf(mac))) return EINVAL;
   if (const int error = checkText(viewOf(text), kLongestHueText); error != 0) return error;
-  return start(kit, {operation, 0, mac, std::string(viewOf(text))});
+  return orNoMemory([&] { return start(kit, {operation, 0, mac, std::string(viewOf(text))}); });
 }
 
 bool areValid(const tembra_options& options) {
@@ -62,16 +74,19 @@ const Structure* detailOf(const tembra_event* event) {
 struct tembra_frontend {
   explicit tembra_frontend(const tembra_options& options) : worker(options) {}
   Worker worker;
+  std::mutex commands;  // a choice is for the operation that runs, not for the next one
 };
 
 namespace {
 
-int start(tembra_frontend* kit, Command command) { return kit->worker.inbox().start(std::move(command)) ? 0 : EBUSY; }
+int start(tembra_frontend* kit, Command command) {
+  const std::lock_guard lock(kit->commands);
+  return kit->worker.inbox().start(std::move(command)) ? 0 : EBUSY;
+}
 
 tembra_frontend* make(const tembra_options& options) {
   try {
-    auto kit = std::make_unique<tembra_frontend>(options);
-    if (kit->worker.outbox().descriptor() >= 0) return kit.release();
+    return std::make_unique<tembra_frontend>(options).release();
   } catch (const std::bad_alloc&) {
     errno = ENOMEM;
   } catch (const std::system_error& error) {
@@ -141,7 +156,7 @@ int tembra_frontend_nest_status(tembra_frontend* kit) { return start(kit, {TEMBR
 int tembra_frontend_nest_link(tembra_frontend* kit, const char* code) {
   if (viewOf(code).empty()) return EINVAL;
   if (const int error = checkText(code, kLongestCode); error != 0) return error;
-  return start(kit, {TEMBRA_OPERATION_NEST_LINK, 0, code, {}});
+  return orNoMemory([&] { return start(kit, {TEMBRA_OPERATION_NEST_LINK, 0, code, {}}); });
 }
 
 int tembra_frontend_nest_unlink(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERATION_NEST_UNLINK, 0, {}, {}}); }
@@ -157,9 +172,13 @@ int tembra_frontend_finish(tembra_frontend* kit, int type, const char* name, con
   if (const int error = viewOf(name) == found.name ? 0 : checkText(viewOf(name), found.name_room); error != 0)
     return error;
   if (const int error = checkText(viewOf(place), found.place_room); error != 0) return error;
-  if (!outbox.takeOffer()) return ESRCH;
-  kit->worker.inbox().choose({type, std::string(viewOf(name)), std::string(viewOf(place))});
-  return 0;
+  return orNoMemory([&] {
+    Choice choice{type, std::string(viewOf(name)), std::string(viewOf(place))};
+    const std::lock_guard lock(kit->commands);
+    if (!outbox.takeOffer()) return ESRCH;
+    kit->worker.inbox().choose(std::move(choice));
+    return 0;
+  });
 }
 
 int tembra_frontend_cancel(tembra_frontend* kit) { return kit->worker.inbox().cancel() ? 0 : ESRCH; }

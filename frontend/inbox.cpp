@@ -9,6 +9,7 @@ bool Inbox::start(Command command) {
   cancelled_ = false;
   events_.clear();
   choice_.reset();
+  hasLostEvents_ = false;
   command_ = std::move(command);
   changed_.notify_all();
   return true;
@@ -39,6 +40,11 @@ void Inbox::hear(std::unique_ptr<LibraryEvent> event) {
   if (!busy_) return;
   events_.push_back(std::move(event));
   changed_.notify_all();
+}
+
+void Inbox::loseEvents() {
+  const std::lock_guard lock(mutex_);
+  hasLostEvents_ = true;
 }
 
 void Inbox::callEnded() {
@@ -94,6 +100,11 @@ bool Inbox::isCancelled() const {
 bool Inbox::hasEvents() const {
   const std::lock_guard lock(mutex_);
   return !events_.empty();
+}
+
+bool Inbox::hasLostEvents() const {
+  const std::lock_guard lock(mutex_);
+  return hasLostEvents_;
 }
 
 bool Inbox::hasChoice() const {

@@ -51,6 +51,7 @@ class Inbox {
 
   // ---- From the library's threads ----
   void hear(std::unique_ptr<LibraryEvent> event);
+  void loseEvents();  ///< there was no memory for one
   void callEnded();
 
   // ---- For the worker ----
@@ -68,6 +69,7 @@ class Inbox {
   [[nodiscard]] bool isCancelled() const;
   [[nodiscard]] bool hasEvents() const;
   [[nodiscard]] bool hasChoice() const;
+  [[nodiscard]] bool hasLostEvents() const;
   [[nodiscard]] std::unique_ptr<LibraryEvent> takeEvent();
   [[nodiscard]] std::optional<Choice> takeChoice();
 
@@ -79,6 +81,7 @@ class Inbox {
   std::optional<Choice> choice_;
   bool busy_ = false;
   bool cancelled_ = false;
+  bool hasLostEvents_ = false;
   bool callEnded_ = false;
   bool quits_ = false;
 };

@@ -55,8 +55,7 @@ std::unique_ptr<LibraryEvent> nextEvent(Session& session, ServerType server) {
 }
 
 // No event tells of an answer that the library does not know: it only waits no longer.
-std::unique_ptr<LibraryEvent> awaitAnswer(Session& session, ServerType server) {
-  const auto overdue = Clock::now() + kLongestAnswer + kGrace;
+std::unique_ptr<LibraryEvent> awaitAnswer(Session& session, ServerType server, Clock::time_point overdue) {
   while (Clock::now() < overdue) {
     auto heard = nextEvent(session, server);
     if (heard && heard->event.code == EVENT_TIMEOUT) break;
@@ -80,7 +79,7 @@ std::unique_ptr<LibraryEvent> ask(Session& session, ServerType server, Function 
                                   std::initializer_list<int> done) {
   start(session, server);
   session.send([&] { command(session.service()); });
-  auto heard = awaitAnswer(session, server);
+  auto heard = awaitAnswer(session, server, Clock::now() + kLongestAnswer + kGrace);
   const int code = heard->event.code;
   if (std::find(done.begin(), done.end(), code) == done.end()) throw endOf(server, code);
   return heard;
@@ -91,8 +90,6 @@ void tellAccount(Session& session, bool linked) {
   account.linked = linked ? 1 : 0;
   session.tell(TEMBRA_EVENT_ACCOUNT, account);
 }
-
-std::string copyOf(const std::string& text) { return text; }
 
 tembra_bridges bridgesOf(const LibraryEvent& heard) {
   HueBridgeList list;
@@ -145,9 +142,9 @@ void addBridge(Session& session, const Command& command) {
     auto button = sized<tembra_link_button>();
     button.seconds_left = static_cast<int>(std::chrono::ceil<seconds>(until - Clock::now()).count());
     session.tell(TEMBRA_EVENT_LINK_BUTTON, button);
-    std::string mac = copyOf(command.first);
+    std::string mac = command.first;
     session.send([&] { session.service().Hue_addBridge(mac.data()); });
-    const int code = awaitAnswer(session, SERVER_HUE)->event.code;
+    const int code = awaitAnswer(session, SERVER_HUE, until)->event.code;
     if (code == EVENT_HUE_ADDED) break;
     if (code != EVENT_HUE_BUTTON) throw endOf(SERVER_HUE, code);
     const auto next = Clock::now() + kBetweenTries;
@@ -160,8 +157,8 @@ void addBridge(Session& session, const Command& command) {
 }
 
 void addLamp(Session& session, const Command& command) {
-  std::string mac = copyOf(command.first);
-  std::string lamp = copyOf(command.second);
+  std::string mac = command.first;
+  std::string lamp = command.second;
   ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_addDev(mac.data(), lamp.data()); },
       {EVENT_HUE_BULB_ADDED});
   session.tell(TEMBRA_EVENT_LAMP_ADDED);
@@ -169,15 +166,15 @@ void addLamp(Session& session, const Command& command) {
 }
 
 void refreshBridge(Session& session, const Command& command) {
-  std::string mac = copyOf(command.first);
-  std::string text = copyOf(command.second);
+  std::string mac = command.first;
+  std::string text = command.second;
   ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_refreshBridge(mac.data(), text.data()); },
       {EVENT_HUE_DONE, EVENT_HUE_DONE_2});
   throw done();
 }
 
 void removeBridge(Session& session, const Command& command) {
-  std::string mac = copyOf(command.first);
+  std::string mac = command.first;
   ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_remove(mac.data()); },
       {EVENT_HUE_DONE, EVENT_HUE_DONE_2});
   throw done();
@@ -206,7 +203,7 @@ void tellAccount(Session& session) {
 
 // Which number confirms what is the Nest server's custom: the library tells them apart by number only.
 void linkAccount(Session& session, const Command& command) {
-  std::string code = copyOf(command.first);
+  std::string code = command.first;
   ask(session, SERVER_NEST, [&](TembraAssociation& service) { service.Nest_add(code.data()); },
       {EVENT_NEST_41, EVENT_NEST_45});
   tellAccount(session, true);

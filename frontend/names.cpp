@@ -68,6 +68,7 @@ constexpr Reason kReasons[] = {
     {TEMBRA_REASON_OTHER_ANSWER, "other-answer", "The {server} server gave an answer that does not fit.", "Try again."},
     {TEMBRA_REASON_NOT_WATCHED, "not-watched", "Other front ends cannot watch or cancel what this one does{why}.",
      "Look at the folder of the watch socket and its rights."},
+    {TEMBRA_REASON_NO_MEMORY, "no-memory", "This program is short of memory.", "End something else and try again."},
     {TEMBRA_REASON_NOBODY_PRESSED, "nobody-pressed", "No device answered in time.",
      "Press the button of the device. A device that never answers may have to be excluded with its old controller "
      "first."},

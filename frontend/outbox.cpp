@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
 
 namespace tembra::frontend {
 namespace {
@@ -14,11 +16,11 @@ long long between(Clock::time_point from, Clock::time_point to) {
 
 }  // namespace
 
-Outbox::Outbox() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-
-Outbox::~Outbox() {
-  if (descriptor_ >= 0) close(descriptor_);
+Outbox::Outbox() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  if (descriptor_ < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
 }
+
+Outbox::~Outbox() { close(descriptor_); }
 
 long long Outbox::endsIn(Clock::time_point now) const { return hasLimit_ ? std::max(0LL, between(now, limit_)) : -1; }
 
@@ -37,6 +39,10 @@ void Outbox::begin(int operation) {
 
 void Outbox::enter(tembra_phase phase, Milliseconds limit) {
   const std::lock_guard lock(mutex_);
+  change(phase, limit);
+}
+
+void Outbox::change(tembra_phase phase, Milliseconds limit) {
   state_.phase = phase;
   state_.found = {};
   entered_ = Clock::now();
@@ -44,25 +50,30 @@ void Outbox::enter(tembra_phase phase, Milliseconds limit) {
   limit_ = entered_ + limit;
 }
 
-void Outbox::answers(int radio) {
+void Outbox::setRadio(int radio) {
   const std::lock_guard lock(mutex_);
   state_.radio = radio;
 }
 
-void Outbox::offer(const tembra_found& found) {
+void Outbox::offer(const tembra_found& found, Milliseconds limit) {
   const std::lock_guard lock(mutex_);
+  change(TEMBRA_PHASE_CHOICE, limit);
   state_.found = found;
 }
 
 bool Outbox::takeOffer() {
   const std::lock_guard lock(mutex_);
-  const bool offered = state_.phase == TEMBRA_PHASE_CHOICE && state_.found.size != 0;
-  state_.found = {};
-  return offered;
+  if (state_.phase != TEMBRA_PHASE_CHOICE) return false;
+  change(TEMBRA_PHASE_STORING, Milliseconds(-1));
+  return true;
 }
 
 std::string Outbox::emit(tembra_event_kind kind, const Detail& detail) {
   const std::lock_guard lock(mutex_);
+  return add(kind, detail);
+}
+
+std::string Outbox::add(tembra_event_kind kind, const Detail& detail) {
   const Clock::time_point now = Clock::now();
   auto event = std::make_unique<tembra_event>();
   event->head = {sizeof event->head, kind,         state_.operation,    ++lastNumber_,
@@ -76,8 +87,19 @@ std::string Outbox::emit(tembra_event_kind kind, const Detail& detail) {
   return json;
 }
 
-void Outbox::end() {
+std::string Outbox::end(const tembra_ended& ended, bool isCallLate) {
   const std::lock_guard lock(mutex_);
+  std::string json = add(TEMBRA_EVENT_ENDED, ended);
+  if (!isCallLate) forget();
+  return json;
+}
+
+void Outbox::clear() {
+  const std::lock_guard lock(mutex_);
+  forget();
+}
+
+void Outbox::forget() {
   state_ = sized<tembra_state>();
   hasLimit_ = false;
 }

@@ -18,26 +18,27 @@ using Milliseconds = std::chrono::milliseconds;
 /// Any thread may call all of it at any time.
 class Outbox {
  public:
-  Outbox();
+  Outbox();  ///< throws std::system_error when descriptors are short
   ~Outbox();
   Outbox(const Outbox&) = delete;
   Outbox& operator=(const Outbox&) = delete;
 
-  /// -1 when descriptors are short; errno then says why.
   [[nodiscard]] int descriptor() const { return descriptor_; }
 
   // ---- For the operation that runs ----
-  void begin(int operation);                           ///< phase OPENING
-  void enter(tembra_phase phase, Milliseconds limit);  ///< negative: no limit is known
-  void answers(int radio);                             ///< the radio that the operation deals with from now on
-  void offer(const tembra_found& found);               ///< to be chosen from: phase CHOICE must have been entered
+  void begin(int operation);                                  ///< phase OPENING
+  void enter(tembra_phase phase, Milliseconds limit);         ///< negative: no limit is known
+  void setRadio(int radio);                                   ///< the radio that the operation deals with from now on
+  void offer(const tembra_found& found, Milliseconds limit);  ///< phase CHOICE
   std::string emit(tembra_event_kind kind, const Detail& detail = {});  ///< returns the event's JSON line
-  void end();                                                           ///< nothing runs
+  /// Tells the end. Then nothing runs, unless a call of the library is not over yet: phase CLOSING until `clear`.
+  std::string end(const tembra_ended& ended, bool isCallLate);
+  void clear();
 
   /// Milliseconds since the phase began.
   [[nodiscard]] long long waited() const;
 
-  /// Whether that device waits for a choice; then it does no longer.
+  /// Whether a device waits for a choice; then it is being stored.
   [[nodiscard]] bool takeOffer();
 
   // ---- For the caller ----
@@ -45,6 +46,10 @@ class Outbox {
   [[nodiscard]] tembra_state state() const;
 
  private:
+  // With the lock held.
+  void change(tembra_phase phase, Milliseconds limit);
+  std::string add(tembra_event_kind kind, const Detail& detail);
+  void forget();
   [[nodiscard]] long long endsIn(Clock::time_point now) const;
   [[nodiscard]] long long sinceBeginning(Clock::time_point now) const;
 

@@ -59,7 +59,7 @@ void removeDevice(Session& session) {
   session.enterWait(TEMBRA_PHASE_BUTTON);
   session.tell(TEMBRA_EVENT_WAITING);
   const auto heard = awaitDevice(session);
-  session.answers(heard->event.source);
+  session.setRadio(heard->event.source);
   session.enter(TEMBRA_PHASE_LEAVING, kForConfirmation);
   const bool known = heard->event.code == EVENT_REMOVED;
   if (known) session.tell(TEMBRA_EVENT_REMOVING, deviceOf(*heard));

@@ -49,11 +49,6 @@ void Runner::run(std::function<void()> call) {
   changed_.notify_all();
 }
 
-bool Runner::isRunning() const {
-  const std::lock_guard lock(mutex_);
-  return call_ != nullptr;
-}
-
 bool Runner::isThisThread() { return isRunner; }
 
 void Runner::work() {

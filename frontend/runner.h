@@ -20,7 +20,6 @@ class Runner {
   Runner& operator=(const Runner&) = delete;
 
   void run(std::function<void()> call);  ///< only while none runs
-  [[nodiscard]] bool isRunning() const;
 
   /// Whether the calling thread is a runner: what the library reports there is no answer of a device.
   [[nodiscard]] static bool isThisThread();
@@ -29,7 +28,7 @@ class Runner {
   void work();
 
   Inbox& inbox_;
-  mutable std::mutex mutex_;
+  std::mutex mutex_;
   std::condition_variable changed_;
   std::function<void()> call_;
   bool quits_ = false;

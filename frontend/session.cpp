@@ -1,11 +1,10 @@
 #include "session.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <tembra/globals.h>
-#include <unistd.h>
 
 #include <cerrno>
+#include <new>
 
 #include "names.h"
 #include "servers.h"
@@ -38,20 +37,10 @@ End endOfOpening(const tembra_failure& failure) {
   }
 }
 
-// The very open that the library is about to do: the kernel may refuse it where opening without "create" succeeds.
-int errorOfWriting() {
-  struct stat status = {};
-  if (stat(DBName, &status) != 0) return 0;
-  const int descriptor = ::open(DBName, O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-  if (descriptor < 0) return errno;
-  ::close(descriptor);
-  return 0;
-}
-
 int errorOfDatabase() {
   const int reading = readDevices().error;
   const bool isRead = reading == 0 || reading == EBADMSG;
-  const int writing = isRead ? errorOfWriting() : 0;
+  const int writing = isRead ? tembra_check_database() : 0;
   return writing != 0 ? writing : reading;
 }
 
@@ -159,6 +148,7 @@ std::unique_ptr<LibraryEvent> Session::nextEvent(Clock::time_point until) {
     inbox_.await(std::min(until, Clock::now() + kBetweenCancelLooks));
     if (inbox_.isCancelled()) throw Cancelled{};
     if (auto event = inbox_.takeEvent()) return event;
+    if (inbox_.hasLostEvents()) throw std::bad_alloc();
     if (isLost()) throw failed(TEMBRA_REASON_CONNECTION_LOST);
     if (inbox_.hasChoice() || Clock::now() >= until) return nullptr;
   }
@@ -190,7 +180,8 @@ void Session::closeLibrary() {
 void Session::close() {
   const int operation = outbox_.state().operation;
   const bool onRadios = operation == TEMBRA_OPERATION_ADD || operation == TEMBRA_OPERATION_REMOVE;
-  tembra_settle(kSettlingAtEndMilliseconds);
+  const bool isSettled = tembra_settle(kSettlingAtEndMilliseconds) == 0;
+  if (isSettled && tembra_wait_left() < 0) socket_ = 0;  // the library closes a web server's connection itself
   if (onRadios && !libraryIsIdle() && socket_ != 0) service_.sendCancelTo(cancel_both);
   if (!keepOpen_ || callRuns_) closeLibrary();
 }
@@ -205,6 +196,7 @@ void Session::finish(const End& end) {
   ended.error = end.error;
   ended.device_id = end.deviceId;
   putText(ended.device_name, end.deviceName);
+  if (socket_ == 0) watching_.leave();  // else it would take itself for the holder
   const std::string holder = end.reason == TEMBRA_REASON_IN_USE ? watching_.describeHolder() : "";
   const Filling filling{end.server, end.error, ended.phase, deviceText(end), holder, {}};
   const Reason* reason = findReason(end.reason);
@@ -213,7 +205,7 @@ void Session::finish(const End& end) {
   outbox_.enter(TEMBRA_PHASE_CLOSING, Milliseconds(-1));
   close();
   if (!callRuns_ || isLateCallOver(kForLateCall)) inbox_.acceptNext();
-  tell(TEMBRA_EVENT_ENDED, ended);
+  watching_.publish(outbox_.end(ended, callRuns_));
   if (socket_ == 0) watching_.end();
   if (callRuns_ && isLateCallOver(Milliseconds(-1))) inbox_.acceptNext();
 }

@@ -4,6 +4,7 @@
 
 #include <tembra/service.h>
 
+#include <exception>
 #include <memory>
 #include <string>
 #include <utility>
@@ -51,8 +52,8 @@ class Session {
   // ---- What is told ----
   void enter(tembra_phase phase, Milliseconds limit) { outbox_.enter(phase, limit); }
   void enterWait(tembra_phase phase);  ///< its limit is the end of the library's wait
-  void answers(int radio) { outbox_.answers(radio); }
-  void offer(const tembra_found& found) { outbox_.offer(found); }
+  void setRadio(int radio) { outbox_.setRadio(radio); }
+  void offer(const tembra_found& found, Milliseconds limit) { outbox_.offer(found, limit); }
   void tell(tembra_event_kind kind, const Detail& detail = {}) { watching_.publish(outbox_.emit(kind, detail)); }
   void warn(tembra_reason reason, int server, const std::string& why = {});
 
@@ -128,11 +129,22 @@ auto Session::call(Function function) -> decltype(function()) {
 
 template <typename Function, typename Meanwhile>
 auto Session::call(Function function, Meanwhile meanwhile) -> decltype(function()) {
-  const auto result = std::make_shared<decltype(function())>();
+  struct Outcome {
+    decltype(function()) result{};
+    std::exception_ptr failure;
+  };
+  const auto outcome = std::make_shared<Outcome>();
+  runner_.run([outcome, function = std::move(function)]() mutable {
+    try {
+      outcome->result = function();
+    } catch (...) {
+      outcome->failure = std::current_exception();
+    }
+  });
   callRuns_ = true;
-  runner_.run([result, function = std::move(function)]() mutable { *result = function(); });
   while (!callEnded()) meanwhile();
-  return std::move(*result);
+  if (outcome->failure) std::rethrow_exception(outcome->failure);
+  return std::move(outcome->result);
 }
 
 template <typename Function>

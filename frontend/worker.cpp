@@ -2,7 +2,9 @@
 
 #include <tembra/globals.h>
 
+#include <cerrno>
 #include <cstring>
+#include <new>
 
 #include "operations.h"
 
@@ -27,10 +29,16 @@ std::unique_ptr<LibraryEvent> snapshot(const AssocEvent& event) {
   return heard;
 }
 
+// No exception may pass through the library.
 void hear(AssocEvent* event) {
   if (Runner::isThisThread()) return;
   const std::lock_guard lock(listenerMutex);
-  if (listener != nullptr) listener->hear(snapshot(*event));
+  if (listener == nullptr) return;
+  try {
+    listener->hear(snapshot(*event));
+  } catch (const std::bad_alloc&) {
+    listener->loseEvents();
+  }
 }
 
 void listenWith(Inbox* inbox) {
@@ -83,26 +91,34 @@ End endOf(Session& session, const Command& command) {
     return end;
   } catch (const Cancelled&) {
     return {TEMBRA_CANCELLED, TEMBRA_REASON_CANCELLED, 0, 0, 0, {}};
+  } catch (const std::bad_alloc&) {
+    return failed(TEMBRA_REASON_NO_MEMORY, 0, ENOMEM);
   }
 }
 
 }  // namespace
 
+Listening::Listening(TembraAssociation& service, Inbox& inbox) : service_(service) {
+  listenWith(&inbox);
+  service_.registerAssocEventCB(hear);
+}
+
+Listening::~Listening() {
+  service_.registerAssocEventCB(nullptr);
+  listenWith(nullptr);
+}
+
 Worker::Worker(const tembra_options& options)
     : service_(serviceAs(options.role)),
       keepOpen_(options.keep_open != 0),
       runner_(inbox_),
-      watching_(options, outbox_, inbox_) {
-  listenWith(&inbox_);
-  service_.registerAssocEventCB(hear);
-  thread_ = startThread([this] { work(); });
-}
+      watching_(options, outbox_, inbox_),
+      listening_(service_, inbox_),
+      thread_(startThread([this] { work(); })) {}
 
 Worker::~Worker() {
   inbox_.quit();
   thread_.join();
-  service_.registerAssocEventCB(nullptr);
-  listenWith(nullptr);
 }
 
 void Worker::work() {
@@ -115,7 +131,7 @@ void Worker::perform(const Command& command) {
   outbox_.begin(command.operation);
   Session session(service_, outbox_, inbox_, runner_, watching_, keepOpen_, socket_);
   session.finish(endOf(session, command));
-  outbox_.end();
+  outbox_.clear();
 }
 
 }  // namespace tembra::frontend

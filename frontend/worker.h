@@ -11,6 +11,18 @@
 
 namespace tembra::frontend {
 
+/// The library tells the inbox what happens, as long as this lives.
+class Listening {
+ public:
+  Listening(TembraAssociation& service, Inbox& inbox);
+  ~Listening();
+  Listening(const Listening&) = delete;
+  Listening& operator=(const Listening&) = delete;
+
+ private:
+  TembraAssociation& service_;
+};
+
 class Worker {
  public:
   explicit Worker(const tembra_options& options);
@@ -33,7 +45,8 @@ class Worker {
   int socket_ = 0;
   Runner runner_;
   Watching watching_;
-  std::thread thread_;
+  const Listening listening_;
+  std::thread thread_;  // last: it uses all of the others
 };
 
 }  // namespace tembra::frontend

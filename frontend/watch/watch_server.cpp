@@ -162,15 +162,20 @@ void WatchServer::accept() {
     isShort_ = errno == EMFILE || errno == ENFILE || errno == ENOMEM || errno == ENOBUFS;
     return;
   }
-  if (!mayWatch(watcher.socket.get(), listener_->group())) return say(watcher, errorLine("not permitted") + '\n');
+  if (!mayWatch(watcher.socket.get(), listener_->group())) return refuse(watcher, "not permitted");
   ++count_;
   const int room = kMostBehind;
   setsockopt(watcher.socket.get(), SOL_SOCKET, SO_SNDBUF, &room, sizeof room);
   const State state = host_.state();
   watcher.lastEvent = state.lastEvent;
   say(watcher, holderLine(holder_, state.json) + '\n');
-  if (watchers_.size() == kMostWatchers) return say(watcher, errorLine("too many watchers") + '\n');
+  if (watchers_.size() == kMostWatchers) return refuse(watcher, "too many watchers");
   if (watcher.socket.valid()) watchers_.push_back(std::move(watcher));
+}
+
+void WatchServer::refuse(Watcher& watcher, std::string_view why) {
+  say(watcher, errorLine(why) + '\n');
+  drop(watcher);
 }
 
 void WatchServer::listenTo(Watcher& watcher, bool isGone) {
@@ -203,6 +208,7 @@ void WatchServer::say(Watcher& watcher, std::string_view lines) {
 
 // A child that the program started may have the descriptor, too: closing it here would not be the end.
 void WatchServer::drop(Watcher& watcher) {
+  if (!watcher.socket.valid()) return;
   shutdown(watcher.socket.get(), SHUT_RDWR);
   watcher.socket.reset();
 }

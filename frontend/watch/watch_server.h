@@ -83,6 +83,7 @@ class WatchServer {
   void listenTo(Watcher& watcher, bool isGone);
   void obey(Watcher& watcher, std::string_view line);
   void say(Watcher& watcher, std::string_view lines);
+  void refuse(Watcher& watcher, std::string_view why);
   void drop(Watcher& watcher);
 
   Host& host_;

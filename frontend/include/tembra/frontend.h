@@ -13,8 +13,9 @@
 //
 // One operation runs at a time. Each begins with a fresh wait and ends with exactly one event TEMBRA_EVENT_ENDED.
 //
-// Threads: any thread may call any function at any time. No function blocks, except tembra_frontend_next for the time
-// that it is given, tembra_frontend_free, and those that say so. The kit calls nothing of its caller's.
+// Threads: any thread may call any function at any time, but nothing else during and after tembra_frontend_free. No
+// function blocks, except tembra_frontend_next for the time that it is given, tembra_frontend_free, and those that say
+// so. The kit calls nothing of its caller's.
 //
 // Structures have their size as first member. Those that the kit hands out may be larger in a later version; what is
 // handed in must have its size set by the caller. Texts are UTF-8 and end with a NUL.
@@ -84,8 +85,8 @@ enum tembra_operation {
 // Each starts an operation. What can be wrong on the router (another front end has the connection, a server does not
 // run) comes at once as the operation's end.
 // @return 0 when started; EBUSY while an operation runs, or a call of the library of the last one is not over yet;
-// EINVAL for an argument that is no such thing; EMSGSIZE for a text without room; EILSEQ for a text with control
-// characters or that is no UTF-8.
+// EINVAL for an argument that is no such thing; ENOMEM; EMSGSIZE for a text without room; EILSEQ for a text with
+// control characters or that is no UTF-8.
 
 /// Adds the device whose button is pressed: WAITING, ANSWERED, READING, FOUND (then call tembra_frontend_finish),
 /// ADDED, ENDED.
@@ -264,6 +265,7 @@ enum tembra_reason {
   TEMBRA_REASON_NO_ANSWER = 18,     ///< `server` said nothing in time
   TEMBRA_REASON_OTHER_ANSWER = 19,  ///< `server` answered something else
   TEMBRA_REASON_NOT_WATCHED = 20,   ///< a warning: nobody can be served at the option's watch_path
+  TEMBRA_REASON_NO_MEMORY = 21,     ///< this process is short of memory
   TEMBRA_REASON_NOBODY_PRESSED = 30,
   TEMBRA_REASON_DEVICE_SILENT = 31,  ///< `phase` says when
   TEMBRA_REASON_RADIO_FAILED = 32,
@@ -302,7 +304,7 @@ typedef struct tembra_event tembra_event;
 TEMBRA_API int tembra_frontend_descriptor(const tembra_frontend* kit);
 
 /// The next event. @param milliseconds how long to wait for one; 0: not at all, -1: without limit
-/// @return the event, to be released with tembra_event_free; null when none came, with errno ETIMEDOUT or ENOMEM
+/// @return the event, to be released with tembra_event_free; null when none came in time, with errno ETIMEDOUT
 TEMBRA_API tembra_event* tembra_frontend_next(tembra_frontend* kit, int milliseconds);
 TEMBRA_API void tembra_event_free(tembra_event* event);  ///< null is allowed
 
@@ -355,7 +357,8 @@ TEMBRA_API const char* tembra_reason_name(int reason);
 TEMBRA_API const char* tembra_reason_text(int reason);
 TEMBRA_API const char* tembra_reason_advice(int reason);
 
-/// "BinarySwitch" for 3, and back. Null and 0 when there is none.
+/// "BinarySwitch" for 1, and back: as the router's device-type library has it, which may name a number of no type, too.
+/// Null and 0 when it has none.
 TEMBRA_API const char* tembra_type_name(int type);
 TEMBRA_API int tembra_type_number(const char* name);
 

@@ -168,7 +168,7 @@ inline std::optional<std::vector<Device>> devices() {
   return list;
 }
 
-/// "BinarySwitch" for 3; empty when there is no such type.
+/// "BinarySwitch" for 1; empty when there is no such type.
 inline std::string typeName(int type) {
   const char* name = tembra_type_name(type);
   return name == nullptr ? std::string() : std::string(name);

@@ -60,6 +60,7 @@ class Reason(enum.IntEnum):
     NO_ANSWER = 18
     OTHER_ANSWER = 19
     NOT_WATCHED = 20
+    NO_MEMORY = 21
     NOBODY_PRESSED = 30
     DEVICE_SILENT = 31
     RADIO_FAILED = 32

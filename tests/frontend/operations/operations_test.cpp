@@ -63,6 +63,7 @@ std::vector<std::string> heardIn(const std::string& output) {
     const Json object = Json::parse(line);
     if (object.contains("state")) {
       EXPECT_EQ(stateSchema.faultOf(object.at("state")), "") << line;
+      EXPECT_TRUE(last != "ended" || object.at("state").at("operation") == "none") << line;
       continue;
     }
     const bool refused = object.contains("refused");
