@@ -19,7 +19,7 @@ build_preset() {
 
 # run_ctest PRESET [OPTION...]: tests wait for each other's programs now and then, so there are more than processors.
 run_ctest() {
-  ctest --preset "$1" --parallel $((jobs + 1)) "${@:2}"
+  ctest --preset "$1" --parallel $((jobs + 2)) "${@:2}"
 }
 
 leg_plain() {
