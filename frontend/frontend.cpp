@@ -89,6 +89,8 @@ tembra_frontend* make(const tembra_options& options) {
     return std::make_unique<tembra_frontend>(options).release();
   } catch (const std::bad_alloc&) {
     errno = ENOMEM;
+  } catch (const NoDescriptor& shortage) {
+    errno = shortage.error;
   } catch (const std::system_error& error) {
     errno = error.code().value();
   }

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <system_error>
 
 namespace tembra::frontend {
 namespace {
@@ -17,7 +16,7 @@ long long between(Clock::time_point from, Clock::time_point to) {
 }  // namespace
 
 Outbox::Outbox() : descriptor_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-  if (descriptor_ < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
+  if (descriptor_ < 0) throw NoDescriptor{errno};
 }
 
 Outbox::~Outbox() { close(descriptor_); }

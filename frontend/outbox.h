@@ -15,10 +15,15 @@ namespace tembra::frontend {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
+/// Thrown when descriptors are short.
+struct NoDescriptor {
+  int error;  ///< errno
+};
+
 /// Any thread may call all of it at any time.
 class Outbox {
  public:
-  Outbox();  ///< throws std::system_error when descriptors are short
+  Outbox();  ///< throws NoDescriptor
   ~Outbox();
   Outbox(const Outbox&) = delete;
   Outbox& operator=(const Outbox&) = delete;
