@@ -91,14 +91,14 @@ void Endurance::awaitHeard(int code, int times) {
 }
 
 void Endurance::close() {
-  const auto closed = steady_clock::now();
+  const std::atomic closed = steady_clock::now();
   assoc.closeAssocConnection();
   awaitEnd(closed);
 }
 
-void Endurance::awaitEnd(steady_clock::time_point closed) {
+void Endurance::awaitEnd(const std::atomic<steady_clock::time_point>& closed) {
   kit::stage()->kernel.awaitEnd();
-  ends_.push_back(steady_clock::now() - closed);
+  ends_.push_back(steady_clock::now() - closed.load());
 }
 
 void Endurance::expectPromptEnds() {

@@ -36,8 +36,8 @@ class Endurance : public KernelStage {
   /// Closes and takes the time until the receive thread has ended.
   void close();
 
-  /// Takes the time until the receive thread has ended, which somebody else has closed.
-  void awaitEnd(std::chrono::steady_clock::time_point closed);
+  /// Takes the time until the receive thread has ended, which somebody else closes: `closed` is looked at afterwards.
+  void awaitEnd(const std::atomic<std::chrono::steady_clock::time_point>& closed);
 
   /// The median end came within 100 ms, at most one of a hundred, which the machine may have delayed, came later, and
   /// none after a second.
