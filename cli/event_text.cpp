@@ -18,7 +18,7 @@ constexpr Awaited kAwaited[] = {
     {TEMBRA_OPERATION_ADD, TEMBRA_PHASE_BUTTON, "Press the button of the device to add"},
     {TEMBRA_OPERATION_REMOVE, TEMBRA_PHASE_BUTTON, "Press the button of the device to remove"},
     {TEMBRA_OPERATION_HUE_DISCOVER, TEMBRA_PHASE_ANSWER, "Looking for Hue bridges"},
-    {TEMBRA_OPERATION_HUE_ADD_LAMP, TEMBRA_PHASE_ANSWER, "Adding the bulb"},
+    {TEMBRA_OPERATION_HUE_ADD_BULB, TEMBRA_PHASE_ANSWER, "Adding the bulb"},
     {TEMBRA_OPERATION_HUE_REFRESH, TEMBRA_PHASE_ANSWER, "Refreshing the Hue bridge"},
     {TEMBRA_OPERATION_HUE_REMOVE, TEMBRA_PHASE_ANSWER, "Removing the Hue bridge"},
     {TEMBRA_OPERATION_NEST_LINK, TEMBRA_PHASE_ANSWER, "Linking the Nest account"},

@@ -34,7 +34,7 @@ constexpr HueTask kHueTasks[] = {
      [](Frontend& kit, const HueTexts& texts) { return kit.hueAddBridge(texts.mac); }, nullptr,
      "Added the Hue bridge "},
     {"add-bulb", "add a bulb of a Hue bridge that was added", HueTakes::kBridgeAndBulb,
-     [](Frontend& kit, const HueTexts& texts) { return kit.hueAddLamp(texts.mac, texts.text); }, nullptr,
+     [](Frontend& kit, const HueTexts& texts) { return kit.hueAddBulb(texts.mac, texts.text); }, nullptr,
      "Added the bulb to the Hue bridge "},
     {"refresh", "look for changes of a Hue bridge that was added", HueTakes::kBridgeAndText,
      [](Frontend& kit, const HueTexts& texts) { return kit.hueRefresh(texts.mac, texts.text); }, nullptr,

@@ -138,9 +138,9 @@ int tembra_frontend_hue_add_bridge(tembra_frontend* kit, const char* mac) {
   return startForBridge(kit, TEMBRA_OPERATION_HUE_ADD_BRIDGE, mac, nullptr);
 }
 
-int tembra_frontend_hue_add_lamp(tembra_frontend* kit, const char* mac, const char* lamp) {
-  if (viewOf(lamp).empty()) return EINVAL;
-  return startForBridge(kit, TEMBRA_OPERATION_HUE_ADD_LAMP, mac, lamp);
+int tembra_frontend_hue_add_bulb(tembra_frontend* kit, const char* mac, const char* bulb) {
+  if (viewOf(bulb).empty()) return EINVAL;
+  return startForBridge(kit, TEMBRA_OPERATION_HUE_ADD_BULB, mac, bulb);
 }
 
 int tembra_frontend_hue_refresh(tembra_frontend* kit, const char* mac, const char* text) {

@@ -19,7 +19,7 @@ struct Command {
   int operation = 0;
   int what = 0;        ///< what a reset resets
   std::string first;   ///< a bridge's MAC text, or an authorisation code
-  std::string second;  ///< a lamp's name, or the text of a refresh
+  std::string second;  ///< a bulb's name, or the text of a refresh
 };
 
 struct Choice {

@@ -1,4 +1,4 @@
-// Hue bridges and their lamps, and the Nest account: one command, one answer.
+// Hue bridges and their bulbs, and the Nest account: one command, one answer.
 #include <tembra/globals.h>
 #include <unistd.h>
 
@@ -156,12 +156,12 @@ void addBridge(Session& session, const Command& command) {
   throw done();
 }
 
-void addLamp(Session& session, const Command& command) {
+void addBulb(Session& session, const Command& command) {
   std::string mac = command.first;
-  std::string lamp = command.second;
-  ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_addDev(mac.data(), lamp.data()); },
+  std::string bulb = command.second;
+  ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_addDev(mac.data(), bulb.data()); },
       {EVENT_HUE_BULB_ADDED});
-  session.tell(TEMBRA_EVENT_LAMP_ADDED);
+  session.tell(TEMBRA_EVENT_BULB_ADDED);
   throw done();
 }
 

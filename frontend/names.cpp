@@ -15,11 +15,11 @@ const char* nameIn(const char* const (&names)[N], int number) {
   return number >= 0 && number < static_cast<int>(N) ? names[number] : nullptr;
 }
 
-constexpr const char* kOperations[] = {"none",        "add",          "remove",      "reset",      "hue-discover",
-                                       "hue-add",     "hue-add-lamp", "hue-refresh", "hue-remove", "hue-list",
-                                       "nest-status", "nest-link",    "nest-unlink"};
+constexpr const char* kOperations[] = {"none",           "add",          "remove",      "reset",      "hue-discover",
+                                       "hue-add-bridge", "hue-add-bulb", "hue-refresh", "hue-remove", "hue-list",
+                                       "nest-status",    "nest-link",    "nest-unlink"};
 constexpr const char* kEventKinds[] = {nullptr,    "waiting", "answered", "reading",     "found",         "added",
-                                       "removing", "removed", "bridges",  "link-button", "bridge-linked", "lamp-added",
+                                       "removing", "removed", "bridges",  "link-button", "bridge-linked", "bulb-added",
                                        "account",  "step",    "warning",  "ended"};
 constexpr const char* kPhases[] = {"none",    "opening", "button",      "identity",  "description", "choice", "storing",
                                    "leaving", "answer",  "link-button", "resetting", "database",    "closing"};

@@ -13,7 +13,7 @@ namespace tembra::frontend {
 // Hue and Nest.
 [[noreturn]] void discoverBridges(Session& session);
 [[noreturn]] void addBridge(Session& session, const Command& command);
-[[noreturn]] void addLamp(Session& session, const Command& command);
+[[noreturn]] void addBulb(Session& session, const Command& command);
 [[noreturn]] void refreshBridge(Session& session, const Command& command);
 [[noreturn]] void removeBridge(Session& session, const Command& command);
 [[noreturn]] void listBridges(Session& session);

@@ -67,8 +67,8 @@ TembraAssociation& serviceAs(int role) {
       discoverBridges(session);
     case TEMBRA_OPERATION_HUE_ADD_BRIDGE:
       addBridge(session, command);
-    case TEMBRA_OPERATION_HUE_ADD_LAMP:
-      addLamp(session, command);
+    case TEMBRA_OPERATION_HUE_ADD_BULB:
+      addBulb(session, command);
     case TEMBRA_OPERATION_HUE_REFRESH:
       refreshBridge(session, command);
     case TEMBRA_OPERATION_HUE_REMOVE:

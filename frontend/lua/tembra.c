@@ -158,7 +158,7 @@ static int start_with_texts(lua_State* lua, int (*begin)(tembra_frontend*, const
   return answer(lua, whole ? begin(kit, first, second) : EILSEQ);
 }
 
-static int kit_hue_add_lamp(lua_State* lua) { return start_with_texts(lua, tembra_frontend_hue_add_lamp); }
+static int kit_hue_add_bulb(lua_State* lua) { return start_with_texts(lua, tembra_frontend_hue_add_bulb); }
 static int kit_hue_refresh(lua_State* lua) { return start_with_texts(lua, tembra_frontend_hue_refresh); }
 
 /* kit:finish([type [, name [, place]]]): what is nil stays as it was proposed. */
@@ -282,7 +282,7 @@ static const luaL_Reg kKitFunctions[] = {{"add", kit_add},
                                          {"events", kit_events},
                                          {"finish", kit_finish},
                                          {"hue_add_bridge", kit_hue_add_bridge},
-                                         {"hue_add_lamp", kit_hue_add_lamp},
+                                         {"hue_add_bulb", kit_hue_add_bulb},
                                          {"hue_discover", kit_hue_discover},
                                          {"hue_list", kit_hue_list},
                                          {"hue_refresh", kit_hue_refresh},

@@ -65,7 +65,7 @@ const HueCase kHueCases[] = {
      {"hue", "add-bulb", kBridge, "Kitchen"},
      "add a bulb of bridge 02a1b2fffe0c0001",
      "Added the bulb to the Hue bridge 02:a1:b2:0c:00:01.",
-     "lamp-added"},
+     "bulb-added"},
     {"Refresh",
      {"hue", "refresh", kBridge},
      "refresh bridge 02a1b2fffe0c0001",

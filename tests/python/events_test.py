@@ -28,7 +28,7 @@ KINDS = [
      {"bridges": (("m", "a", ""), ("n", "", "u"))}),
     ("link-button", tembra.LinkButton, {"seconds_left": 58}, {"seconds_left": 58}),
     ("bridge-linked", tembra.BridgeLinked, {}, {}),
-    ("lamp-added", tembra.LampAdded, {}, {}),
+    ("bulb-added", tembra.BulbAdded, {}, {}),
     ("account", tembra.Account, {"linked": True}, {"linked": True}),
     ("step", tembra.Step, {"done": 2, "all": 9}, {"done": 2, "all": 9}),
     ("warning", tembra.Warned, {"reason": "one-radio-server", "reason_number": 14, "server": "ZigBee", "text": "t"},

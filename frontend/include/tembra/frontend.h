@@ -73,7 +73,7 @@ enum tembra_operation {
   TEMBRA_OPERATION_RESET = 3,
   TEMBRA_OPERATION_HUE_DISCOVER = 4,
   TEMBRA_OPERATION_HUE_ADD_BRIDGE = 5,
-  TEMBRA_OPERATION_HUE_ADD_LAMP = 6,
+  TEMBRA_OPERATION_HUE_ADD_BULB = 6,
   TEMBRA_OPERATION_HUE_REFRESH = 7,
   TEMBRA_OPERATION_HUE_REMOVE = 8,
   TEMBRA_OPERATION_HUE_LIST = 9,
@@ -105,13 +105,13 @@ TEMBRA_API int tembra_frontend_hue_discover(tembra_frontend* kit);
 /// Adds a Hue bridge: WAITING, LINK_BUTTON until the button was pressed (at most 60 seconds), BRIDGE_LINKED, ENDED.
 TEMBRA_API int tembra_frontend_hue_add_bridge(tembra_frontend* kit, const char* mac);
 
-/// Adds a lamp of a bridge that was added: WAITING, LAMP_ADDED, ENDED. @param lamp its name, at most 49 bytes
-TEMBRA_API int tembra_frontend_hue_add_lamp(tembra_frontend* kit, const char* mac, const char* lamp);
+/// Adds a bulb of a bridge that was added: WAITING, BULB_ADDED, ENDED. @param bulb its name, at most 49 bytes
+TEMBRA_API int tembra_frontend_hue_add_bulb(tembra_frontend* kit, const char* mac, const char* bulb);
 
 /// Looks for changes of a bridge: WAITING, ENDED. @param text for the Hue server, at most 49 bytes; null: none
 TEMBRA_API int tembra_frontend_hue_refresh(tembra_frontend* kit, const char* mac, const char* text);
 
-/// Removes a bridge and its lamps: WAITING, ENDED.
+/// Removes a bridge and its bulbs: WAITING, ENDED.
 TEMBRA_API int tembra_frontend_hue_remove(tembra_frontend* kit, const char* mac);
 
 /// Lists the bridges of the device database, with their users: BRIDGES, ENDED.
@@ -150,7 +150,7 @@ enum tembra_event_kind {
   TEMBRA_EVENT_BRIDGES = 8,         ///< Hue bridges: tembra_event_bridges
   TEMBRA_EVENT_LINK_BUTTON = 9,     ///< press the round button on the Hue bridge: tembra_event_link_button
   TEMBRA_EVENT_BRIDGE_LINKED = 10,  ///< the Hue bridge was added
-  TEMBRA_EVENT_LAMP_ADDED = 11,     ///< the Hue lamp was added
+  TEMBRA_EVENT_BULB_ADDED = 11,     ///< the Hue bulb was added
   TEMBRA_EVENT_ACCOUNT = 12,        ///< the Nest account: tembra_event_account
   TEMBRA_EVENT_STEP = 13,           ///< of a reset: tembra_event_step
   TEMBRA_EVENT_WARNING = 14,        ///< the operation goes on, but something is missing: tembra_event_warning

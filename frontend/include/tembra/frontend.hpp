@@ -69,8 +69,8 @@ class Frontend {
   [[nodiscard]] Result reset(int what) { return call(tembra_frontend_reset, what); }  ///< a reset_type
   [[nodiscard]] Result hueDiscover() { return call(tembra_frontend_hue_discover); }
   [[nodiscard]] Result hueAddBridge(const std::string& mac) { return call(tembra_frontend_hue_add_bridge, mac); }
-  [[nodiscard]] Result hueAddLamp(const std::string& mac, const std::string& lamp) {
-    return call(tembra_frontend_hue_add_lamp, mac, lamp);
+  [[nodiscard]] Result hueAddBulb(const std::string& mac, const std::string& bulb) {
+    return call(tembra_frontend_hue_add_bulb, mac, bulb);
   }
   [[nodiscard]] Result hueRefresh(const std::string& mac, const std::string& text = {}) {
     return call(tembra_frontend_hue_refresh, mac, text);

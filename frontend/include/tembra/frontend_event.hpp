@@ -73,7 +73,7 @@ struct LinkButton {
 };
 
 struct BridgeLinked {};  ///< the Hue bridge was added
-struct LampAdded {};     ///< the Hue lamp was added
+struct BulbAdded {};     ///< the Hue bulb was added
 
 /// The Nest account.
 struct Account {
@@ -114,7 +114,7 @@ struct Unknown {
 
 struct Event {
   using Detail = std::variant<Waiting, Answered, Reading, Found, Added, Removing, Removed, Bridges, LinkButton,
-                              BridgeLinked, LampAdded, Account, Step, Warning, Ended, Unknown>;
+                              BridgeLinked, BulbAdded, Account, Step, Warning, Ended, Unknown>;
   Operation operation;
   unsigned number;                    ///< 1, 2, 3, ... since the kit was made
   Phase phase;                        ///< what is awaited now
@@ -211,8 +211,8 @@ inline Event::Detail detail(int kind, const tembra_event* c) {
       return LinkButton{std::chrono::seconds(tembra_event_link_button(c)->seconds_left)};
     case TEMBRA_EVENT_BRIDGE_LINKED:
       return BridgeLinked{};
-    case TEMBRA_EVENT_LAMP_ADDED:
-      return LampAdded{};
+    case TEMBRA_EVENT_BULB_ADDED:
+      return BulbAdded{};
     case TEMBRA_EVENT_ACCOUNT:
       return Account{tembra_event_account(c)->linked != 0};
     case TEMBRA_EVENT_STEP:

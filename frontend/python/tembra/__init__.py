@@ -1,14 +1,14 @@
 """Adds and removes the smart-home devices of a router: the front-end kit of libTembraAssoc."""
 from .devices import Device, devices, type_name, type_number
-from .events import (Account, Added, Answered, Bridge, BridgeLinked, Bridges, DeviceType, Ended, Event, Found,
-                     KnownDevice, LampAdded, LinkButton, Proposal, Reading, Removed, Removing, State, Step, Unknown,
+from .events import (Account, Added, Answered, Bridge, BridgeLinked, Bridges, BulbAdded, DeviceType, Ended, Event,
+                     Found, KnownDevice, LinkButton, Proposal, Reading, Removed, Removing, State, Step, Unknown,
                      Waiting, Warned, event_from_json, state_from_json)
 from .frontend import Frontend, Refused
 from .numbers import Operation, Outcome, Phase, Radio, Reason, Reset
 
 __all__ = [
-    "Account", "Added", "Answered", "Bridge", "BridgeLinked", "Bridges", "Device", "DeviceType", "Ended", "Event",
-    "Found", "Frontend", "KnownDevice", "LampAdded", "LinkButton", "Operation", "Outcome", "Phase", "Proposal", "Radio",
+    "Account", "Added", "Answered", "Bridge", "BridgeLinked", "Bridges", "BulbAdded", "Device", "DeviceType", "Ended",
+    "Event", "Found", "Frontend", "KnownDevice", "LinkButton", "Operation", "Outcome", "Phase", "Proposal", "Radio",
     "Reading", "Reason", "Refused", "Removed", "Removing", "Reset", "State", "Step", "Unknown", "Waiting", "Warned",
     "devices", "event_from_json", "state_from_json", "type_name", "type_number",
 ]

@@ -109,8 +109,8 @@ class BridgeLinked(Event):
 
 
 @dataclasses.dataclass(frozen=True)
-class LampAdded(Event):
-    """The Hue lamp was added."""
+class BulbAdded(Event):
+    """The Hue bulb was added."""
 
 
 @dataclasses.dataclass(frozen=True)
@@ -169,7 +169,7 @@ class State:
 _KINDS = {
     "waiting": Waiting, "answered": Answered, "reading": Reading, "found": Found, "added": Added,
     "removing": Removing, "removed": Removed, "bridges": Bridges, "link-button": LinkButton,
-    "bridge-linked": BridgeLinked, "lamp-added": LampAdded, "account": Account, "step": Step, "warning": Warned,
+    "bridge-linked": BridgeLinked, "bulb-added": BulbAdded, "account": Account, "step": Step, "warning": Warned,
     "ended": Ended,
 }
 

@@ -101,16 +101,16 @@ class Frontend:
         """Adds a Hue bridge, whose round button has to be pressed."""
         self._call(C.tembra_frontend_hue_add_bridge, _text(mac))
 
-    def hue_add_lamp(self, mac: str, lamp: str) -> None:
-        """Adds a lamp of a bridge that was added."""
-        self._call(C.tembra_frontend_hue_add_lamp, _text(mac), _text(lamp))
+    def hue_add_bulb(self, mac: str, bulb: str) -> None:
+        """Adds a bulb of a bridge that was added."""
+        self._call(C.tembra_frontend_hue_add_bulb, _text(mac), _text(bulb))
 
     def hue_refresh(self, mac: str, text: Optional[str] = None) -> None:
         """Looks for changes of a bridge."""
         self._call(C.tembra_frontend_hue_refresh, _text(mac), _text(text))
 
     def hue_remove(self, mac: str) -> None:
-        """Removes a bridge and its lamps."""
+        """Removes a bridge and its bulbs."""
         self._call(C.tembra_frontend_hue_remove, _text(mac))
 
     def hue_list(self) -> None:

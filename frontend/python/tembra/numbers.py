@@ -9,8 +9,8 @@ class Operation(enum.IntEnum):
     REMOVE = 2
     RESET = 3
     HUE_DISCOVER = 4
-    HUE_ADD = 5
-    HUE_ADD_LAMP = 6
+    HUE_ADD_BRIDGE = 5
+    HUE_ADD_BULB = 6
     HUE_REFRESH = 7
     HUE_REMOVE = 8
     HUE_LIST = 9

@@ -1,7 +1,7 @@
 // A front end that does what its arguments say, one operation after the other, and prints each event, and the state
 // behind it, as one line of JSON each:
 //
-//     operations-driver add,type=43,name=Lamp remove,cancel=waiting hue-add,mac=02:a1:b2:0c:00:01
+//     operations-driver add,type=43,name=Lamp remove,cancel=waiting hue-add-bridge,mac=02:a1:b2:0c:00:01
 //
 // Settings of an operation: type, name, place (an add is finished with them), slow (it is not finished), cancel=KIND
 // (of the event after which it is cancelled), mac, text, what (is reset). The variable ROLE is the front end's role.
@@ -50,11 +50,11 @@ constexpr Starter kStarters[] = {
     {"remove", [](tembra_frontend* kit, const Task&) { return tembra_frontend_remove(kit); }},
     {"reset", [](tembra_frontend* kit, const Task& task) { return tembra_frontend_reset(kit, task.number("what")); }},
     {"hue-discover", [](tembra_frontend* kit, const Task&) { return tembra_frontend_hue_discover(kit); }},
-    {"hue-add",
+    {"hue-add-bridge",
      [](tembra_frontend* kit, const Task& task) { return tembra_frontend_hue_add_bridge(kit, task.text("mac")); }},
-    {"hue-add-lamp",
+    {"hue-add-bulb",
      [](tembra_frontend* kit, const Task& task) {
-       return tembra_frontend_hue_add_lamp(kit, task.text("mac"), task.text("text"));
+       return tembra_frontend_hue_add_bulb(kit, task.text("mac"), task.text("text"));
      }},
     {"hue-refresh",
      [](tembra_frontend* kit, const Task& task) {

@@ -36,7 +36,7 @@ constexpr Start kStarts[] = {
     tembra_frontend_remove,
     tembra_frontend_hue_discover,
     [](tembra_frontend* kit) { return tembra_frontend_hue_add_bridge(kit, kMac); },
-    [](tembra_frontend* kit) { return tembra_frontend_hue_add_lamp(kit, kMac, "Lamp"); },
+    [](tembra_frontend* kit) { return tembra_frontend_hue_add_bulb(kit, kMac, "Lamp"); },
     [](tembra_frontend* kit) { return tembra_frontend_hue_remove(kit, kMac); },
     tembra_frontend_hue_list,
     tembra_frontend_nest_status,
