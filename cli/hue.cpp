@@ -14,6 +14,7 @@ namespace {
 struct HueTexts {
   std::string mac;
   std::string text;
+  int seconds = 60;  ///< for the link button
 };
 
 enum class HueTakes { kNothing, kBridge, kBridgeAndBulb, kBridgeAndText };
@@ -31,8 +32,10 @@ constexpr HueTask kHueTasks[] = {
     {"discover", "find the Hue bridges of the home's network", HueTakes::kNothing,
      [](Frontend& kit, const HueTexts&) { return kit.hueDiscover(); }, nullptr, nullptr},
     {"add", "add a Hue bridge and its bulbs: press its link button when told to", HueTakes::kBridge,
-     [](Frontend& kit, const HueTexts& texts) { return kit.hueAddBridge(texts.mac); }, nullptr,
-     "Added the Hue bridge "},
+     [](Frontend& kit, const HueTexts& texts) {
+       return kit.hueAddBridge(texts.mac, std::chrono::seconds(texts.seconds));
+     },
+     nullptr, "Added the Hue bridge "},
     {"add-bulb", "add a bulb of a Hue bridge that was added", HueTakes::kBridgeAndBulb,
      [](Frontend& kit, const HueTexts& texts) { return kit.hueAddBulb(texts.mac, texts.text); }, nullptr,
      "Added the bulb to the Hue bridge "},
@@ -95,6 +98,11 @@ void declareHueTask(CLI::App& hue, Action& action, const HueTask& task) {
         ->required();
   }
   addTextOption(*command, task.takes, *texts);
+  if (std::string(task.name) == "add") {
+    command->add_option("--wait", texts->seconds, "seconds in which the link button has to be pressed")
+        ->capture_default_str()
+        ->check(CLI::Range(1, 600));
+  }
   command->callback([&action, &task, texts] {
     action = [&task, texts](const Context& context) { performHueTask(context, task, *texts); };
   });

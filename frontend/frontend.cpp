@@ -21,6 +21,8 @@ namespace {
 
 constexpr std::size_t kLongestHueText = 49;
 constexpr std::size_t kLongestCode = 247;
+constexpr int kForLinkButton = 60;
+constexpr int kLongestForLinkButton = 600;
 
 std::atomic<bool> exists{false};
 
@@ -54,10 +56,10 @@ int orNoMemory(Function function) {
 
 int start(tembra_frontend* kit, Command command);
 
-int startForBridge(tembra_frontend* kit, int operation, const char* mac, const char* text) {
+int startForBridge(tembra_frontend* kit, int operation, const char* mac, const char* text, int seconds = 0) {
   if (!isMac(viewOf(mac))) return EINVAL;
   if (const int error = checkText(viewOf(text), kLongestHueText); error != 0) return error;
-  return orNoMemory([&] { return start(kit, {operation, 0, mac, std::string(viewOf(text))}); });
+  return orNoMemory([&] { return start(kit, {operation, seconds, mac, std::string(viewOf(text))}); });
 }
 
 bool areValid(const tembra_options& options) {
@@ -134,8 +136,10 @@ int tembra_frontend_hue_discover(tembra_frontend* kit) {
   return start(kit, {TEMBRA_OPERATION_HUE_DISCOVER, 0, {}, {}});
 }
 
-int tembra_frontend_hue_add_bridge(tembra_frontend* kit, const char* mac) {
-  return startForBridge(kit, TEMBRA_OPERATION_HUE_ADD_BRIDGE, mac, nullptr);
+int tembra_frontend_hue_add_bridge(tembra_frontend* kit, const char* mac, int seconds) {
+  if (seconds < 0 || seconds > kLongestForLinkButton) return EINVAL;
+  if (seconds == 0) seconds = kForLinkButton;
+  return startForBridge(kit, TEMBRA_OPERATION_HUE_ADD_BRIDGE, mac, nullptr, seconds);
 }
 
 int tembra_frontend_hue_add_bulb(tembra_frontend* kit, const char* mac, const char* bulb) {

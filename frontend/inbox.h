@@ -17,7 +17,7 @@ namespace tembra::frontend {
 
 struct Command {
   int operation = 0;
-  int what = 0;        ///< what a reset resets
+  int what = 0;        ///< what a reset resets, or the seconds for a bridge's link button
   std::string first;   ///< a bridge's MAC text, or an authorisation code
   std::string second;  ///< a bulb's name, or the text of a refresh
 };

@@ -18,7 +18,6 @@ using std::chrono::seconds;
 
 constexpr Milliseconds kBetweenAnswerLooks{50};
 constexpr seconds kLongestAnswer{180};
-constexpr seconds kForLinkButton{60};
 constexpr seconds kBetweenTries{1};
 
 bool isFrom(ServerType server, int code) {
@@ -133,18 +132,19 @@ void discoverBridges(Session& session) {
   throw done();
 }
 
-// The bridge is asked again and again until its button was pressed.
+// The bridge is asked again and again until its button was pressed. The last answer may come behind the end.
 void addBridge(Session& session, const Command& command) {
+  const seconds forButton(command.what);
   start(session, SERVER_HUE);
-  session.enter(TEMBRA_PHASE_LINK_BUTTON, kForLinkButton);
-  const auto until = Clock::now() + kForLinkButton;
+  session.enter(TEMBRA_PHASE_LINK_BUTTON, forButton);
+  const auto until = Clock::now() + forButton;
   while (true) {
     auto button = sized<tembra_link_button>();
     button.seconds_left = static_cast<int>(std::chrono::ceil<seconds>(until - Clock::now()).count());
     session.tell(TEMBRA_EVENT_LINK_BUTTON, button);
     std::string mac = command.first;
     session.send([&] { session.service().Hue_addBridge(mac.data()); });
-    const int code = awaitAnswer(session, SERVER_HUE, until)->event.code;
+    const int code = awaitAnswer(session, SERVER_HUE, std::max(until, Clock::now() + kGrace))->event.code;
     if (code == EVENT_HUE_ADDED) break;
     if (code != EVENT_HUE_BUTTON) throw endOf(SERVER_HUE, code);
     const auto next = Clock::now() + kBetweenTries;

@@ -146,7 +146,14 @@ static int start_with_text(lua_State* lua, int (*begin)(tembra_frontend*, const 
   return answer(lua, text_at(lua, 2, &text) ? begin(kit, text) : EILSEQ);
 }
 
-static int kit_hue_add_bridge(lua_State* lua) { return start_with_text(lua, tembra_frontend_hue_add_bridge); }
+/* kit:hue_add_bridge(mac[, seconds]) */
+static int kit_hue_add_bridge(lua_State* lua) {
+  tembra_frontend* kit = kit_at(lua);
+  const char* mac = NULL;
+  const int seconds = (int)luaL_optinteger(lua, 3, 0);
+  return answer(lua, text_at(lua, 2, &mac) ? tembra_frontend_hue_add_bridge(kit, mac, seconds) : EILSEQ);
+}
+
 static int kit_hue_remove(lua_State* lua) { return start_with_text(lua, tembra_frontend_hue_remove); }
 static int kit_nest_link(lua_State* lua) { return start_with_text(lua, tembra_frontend_nest_link); }
 

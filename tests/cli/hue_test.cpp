@@ -43,7 +43,7 @@ TEST(Hue, BridgeIsAddedWhenItsLinkButtonIsPressed) {
 
 TEST(Hue, BridgeIsNotAddedWhenNobodyPressesItsButton) {
   SimRouter router({"--speed", "100"});
-  const Ended added = runAssoc({"hue", "add", kBridge});
+  const Ended added = runAssoc({"hue", "add", kBridge, "--wait", "1"});
   EXPECT_EQ(added.status, 1);
   EXPECT_NE(added.sentence().find("The link button of the Hue bridge was not pressed in time."), std::string::npos)
       << added.errors;

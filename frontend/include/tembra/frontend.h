@@ -102,8 +102,9 @@ TEMBRA_API int tembra_frontend_reset(tembra_frontend* kit, int what);
 /// Looks for Hue bridges in the home's network: WAITING, BRIDGES, ENDED.
 TEMBRA_API int tembra_frontend_hue_discover(tembra_frontend* kit);
 
-/// Adds a Hue bridge: WAITING, LINK_BUTTON until the button was pressed (at most 60 seconds), BRIDGE_LINKED, ENDED.
-TEMBRA_API int tembra_frontend_hue_add_bridge(tembra_frontend* kit, const char* mac);
+/// Adds a Hue bridge: WAITING, LINK_BUTTON until the button was pressed, BRIDGE_LINKED, ENDED.
+/// @param seconds how long somebody has to press the button, 1 to 600; 0: 60
+TEMBRA_API int tembra_frontend_hue_add_bridge(tembra_frontend* kit, const char* mac, int seconds);
 
 /// Adds a bulb of a bridge that was added: WAITING, BULB_ADDED, ENDED. @param bulb its name, at most 49 bytes
 TEMBRA_API int tembra_frontend_hue_add_bulb(tembra_frontend* kit, const char* mac, const char* bulb);

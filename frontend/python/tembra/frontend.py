@@ -97,9 +97,9 @@ class Frontend:
         """Looks for Hue bridges in the home's network."""
         self._call(C.tembra_frontend_hue_discover)
 
-    def hue_add_bridge(self, mac: str) -> None:
-        """Adds a Hue bridge, whose round button has to be pressed."""
-        self._call(C.tembra_frontend_hue_add_bridge, _text(mac))
+    def hue_add_bridge(self, mac: str, seconds: int = 60) -> None:
+        """Adds a Hue bridge, whose round button has to be pressed in so many seconds, at most 600."""
+        self._call(C.tembra_frontend_hue_add_bridge, _text(mac), seconds)
 
     def hue_add_bulb(self, mac: str, bulb: str) -> None:
         """Adds a bulb of a bridge that was added."""

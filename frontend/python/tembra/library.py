@@ -27,7 +27,7 @@ _FUNCTIONS = {
     "tembra_frontend_remove": (_INT, [_KIT]),
     "tembra_frontend_reset": (_INT, [_KIT, _INT]),
     "tembra_frontend_hue_discover": (_INT, [_KIT]),
-    "tembra_frontend_hue_add_bridge": (_INT, [_KIT, _TEXT]),
+    "tembra_frontend_hue_add_bridge": (_INT, [_KIT, _TEXT, ctypes.c_int]),
     "tembra_frontend_hue_add_bulb": (_INT, [_KIT, _TEXT, _TEXT]),
     "tembra_frontend_hue_refresh": (_INT, [_KIT, _TEXT, _TEXT]),
     "tembra_frontend_hue_remove": (_INT, [_KIT, _TEXT]),
