@@ -99,7 +99,7 @@ TEST_F(ZwaveDoneTest, ForgetsTheNodeAndItsFlagsAndNothingElse) {
 TEST_F(ZwaveDoneTest, AFailureToSendIsSaidAndTheNodeForgottenAllTheSame) {
   assoc.zwNodeWork.deviceKind = DEVICE_ZWAVE;
   raiseFlags();
-  router.fail(Call::Sendto, EPERM);
+  router.fail(Call::kSendto, EPERM);
   EXPECT_EQ(assoc.addingDone(), -1);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "log 0 libTembraAssoc:inside addingDone",

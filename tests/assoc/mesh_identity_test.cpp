@@ -69,7 +69,7 @@ TEST(MeshIdTest, AMissingCommandIsNoId) {
 TEST(MeshIdTest, ACommandThatCannotBeStartedIsNoId) {
   Router router;
   char out[10] = "old";
-  router.fail(Call::Popen, EMFILE, 2);
+  router.fail(Call::kPopen, EMFILE, 2);
   EXPECT_EQ(GetMeshId(out), -1);
   EXPECT_STREQ(out, "");
   EXPECT_EQ(GetMeshId(), 0);

@@ -24,7 +24,7 @@ TEST(OpeningFaultsTest, NoSocket) {
   Router router;
   const TembraAssociation& assoc = router.assoc();
   router.watch(kit::kWatchConnection);
-  router.fail(Call::Socket, EMFILE);
+  router.fail(Call::kSocket, EMFILE);
   EXPECT_EQ(router.open(), -1);
   EXPECT_EQ(router.takeTrace(),
             lines({"socket 2 2 17 -> EMFILE", "stderr Too many open files: libTembraAssoc:socket()"}));
@@ -35,7 +35,7 @@ TEST(OpeningFaultsTest, NoPriority) {
   Router router;
   const TembraAssociation& assoc = router.assoc();
   router.watch(kit::kWatchConnection);
-  router.fail(Call::SetPriority, EPERM);
+  router.fail(Call::kSetPriority, EPERM);
   EXPECT_EQ(router.open(), -1);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "socket 2 2 17",
@@ -50,7 +50,7 @@ TEST(OpeningFaultsTest, NoAddress) {
   Router router;
   const TembraAssociation& assoc = router.assoc();
   router.watch(kit::kWatchConnection);
-  router.fail(Call::Bind, EACCES);
+  router.fail(Call::kBind, EACCES);
   EXPECT_EQ(router.open(), -1);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "socket 2 2 17",
@@ -63,7 +63,7 @@ TEST(OpeningFaultsTest, NoAddress) {
 }
 
 TEST(OpeningFaultsTest, EachLeavesRoomForTheNextTry) {
-  for (const Call call : {Call::Socket, Call::SetPriority, Call::Bind}) {
+  for (const Call call : {Call::kSocket, Call::kSetPriority, Call::kBind}) {
     SCOPED_TRACE(static_cast<int>(call));
     static Router router;
     router.fail(call, EIO);
@@ -78,7 +78,7 @@ TEST(OpeningFaultsTest, WithoutAThreadTheConnectionIsOpenAllTheSame) {
   const TembraAssociation& assoc = router.assoc();
   router.watch(kit::kWatchConnection);
   std::memset(cmdtype, 'x', sizeof cmdtype);
-  router.fail(Call::CreateThread, EAGAIN);
+  router.fail(Call::kCreateThread, EAGAIN);
   EXPECT_EQ(router.open(), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "socket 2 2 17",
@@ -97,7 +97,7 @@ TEST(OpeningFaultsTest, WithoutAThreadTheConnectionIsOpenAllTheSame) {
 
 TEST(OpeningFaultsTest, WithoutAThreadSendingAndClosingWork) {
   Router router;
-  router.fail(Call::CreateThread, EAGAIN);
+  router.fail(Call::kCreateThread, EAGAIN);
   TembraAssociation& assoc = router.connect();
   assoc.cmdToZwave(zwave_cmd_add);
   EXPECT_EQ(router.takeTrace(), lines({"send zwave 236 op 1 cmd 1"}));
@@ -111,8 +111,8 @@ TEST(OpeningFaultsTest, AThreadThatNeverComesDoesNotHoldTheOpening) {
   Router router;
   TembraAssociation& assoc = router.assoc();
   router.watch(kit::kWatchConnection);
-  router.fail(Call::CreateThread, 0);
-  router.fail(Call::AwaitChange, ETIMEDOUT);
+  router.fail(Call::kCreateThread, 0);
+  router.fail(Call::kAwaitChange, ETIMEDOUT);
   EXPECT_EQ(router.open(), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "socket 2 2 17",
@@ -132,7 +132,7 @@ TEST(OpeningFaultsTest, AThreadThatNeverComesDoesNotHoldTheOpening) {
 
 TEST(OpeningFaultsTest, AThreadThatComesLateServesTheConnection) {
   Router router;
-  router.fail(Call::AwaitChange, ETIMEDOUT);
+  router.fail(Call::kAwaitChange, ETIMEDOUT);
   TembraAssociation& assoc = router.connect();
   router.settle();
   assoc.addDevZigbeeZwave();
@@ -143,7 +143,7 @@ TEST(OpeningFaultsTest, AThreadThatComesLateServesTheConnection) {
 
 TEST(OpeningFaultsTest, AWaitMayWakeForNoReason) {
   Router router;
-  router.fail(Call::AwaitChange, 0, 3);
+  router.fail(Call::kAwaitChange, 0, 3);
   TembraAssociation& assoc = router.connect();
   assoc.addDevZigbeeZwave();
   router.settle();
@@ -153,7 +153,7 @@ TEST(OpeningFaultsTest, AWaitMayWakeForNoReason) {
 TEST(OpeningFaultsTest, WithoutAPipeTheMeshIdIsZero) {
   Router router;
   std::strcpy(tempStr, "42");
-  router.fail(Call::Popen, ENOMEM);
+  router.fail(Call::kPopen, ENOMEM);
   router.connect();
   EXPECT_EQ(local_meshID, 0);
   EXPECT_STREQ(tempStr, "");

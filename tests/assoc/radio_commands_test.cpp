@@ -144,7 +144,7 @@ TEST_F(OperationTest, TheCommandTextReplacesItsOwnBytesOnly) {
 
 TEST_F(OperationTest, FailuresToSendArePrintedAndOtherwiseIgnored) {
   TembraAssociation& assoc = router.connect();
-  router.fail(Call::Sendto, EPERM, 2);
+  router.fail(Call::kSendto, EPERM, 2);
   assoc.removeDevZigbeeZwave();
   EXPECT_EQ(router.takeTrace(), lines({
                                     R"(send zigbee 320 " " @180 "remove" -> EPERM)",

@@ -65,7 +65,7 @@ TEST_F(ResetTest, AnInterruptedSleepIsResumed) {
 }
 
 TEST_F(ResetTest, TheSecondDatagramIsTriedWhenTheFirstFails) {
-  router.fail(kit::Call::Sendto, ENOBUFS);
+  router.fail(kit::Call::kSendto, ENOBUFS);
   assoc.cmdToZigbee(zigbee_cmd_reset);
   EXPECT_EQ(router.takeTrace(),
             lines({R"(send zigbee 320 "n l" @180 "" -> ENOBUFS)", "stderr sendto error: No buffer space available",

@@ -66,7 +66,7 @@ TEST_F(TransportTest, UnknownDestinationsFail) {
 TEST_F(TransportTest, AFailureIsPrintedAndNotRetried) {
   TembraAssociation& assoc = router.connect();
   ZwaveCommand command{};
-  router.fail(Call::Sendto, ENETUNREACH);
+  router.fail(Call::kSendto, ENETUNREACH);
   EXPECT_EQ(assoc.sendToServers(SERVER_ZWAVE, &command), -1);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "send zwave 236 op 0 cmd 0 -> ENETUNREACH",

@@ -80,7 +80,7 @@ TEST_F(ZigbeeDoneTest, SaysSoBeforeSendingAndNothingAfter) {
 }
 
 TEST_F(ZigbeeDoneTest, AFailureToSendIsTheResult) {
-  router.fail(Call::Sendto, EPERM);
+  router.fail(Call::kSendto, EPERM);
   EXPECT_EQ(assoc.addingDone(), -1);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "log 0 libTembraAssoc:inside addingDone",

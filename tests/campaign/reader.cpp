@@ -24,7 +24,7 @@ std::string hostOf(const std::string& address) { return address.substr(0, addres
 
 Reader::Reader(const Record& record) : record_(record), waitBegan_(record.began) {
   expected_.end = kForEver;
-  model_.database = {record.before.rows, oracle::Health::Good};
+  model_.database = {record.before.rows, oracle::Health::kGood};
   if (record.step.role == "web") model_.takeRole(kWebServer);
   model_.open();
   model_.effects.clear();

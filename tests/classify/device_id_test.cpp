@@ -84,7 +84,7 @@ TEST(DeviceIdTest, IsReadInOneShortSession) {
 TEST(DeviceIdTest, AFailedCloseIsToldAndChangesNothing) {
   Router router;
   router.database().nextId("17");
-  router.fail(Call::CloseDatabase, DP_ECLOSE);
+  router.fail(Call::kCloseDatabase, DP_ECLOSE);
   EXPECT_EQ(router.assoc().calculateDevId(), 17);
   EXPECT_EQ(router.takeTrace(), lines({"stderr dpclose: close error"}));
 }

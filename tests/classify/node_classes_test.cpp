@@ -64,7 +64,7 @@ ZwNodeInfo nodeOf(const std::vector<unsigned char>& classes) {
 
 TEST_P(NodeClassSweep, EveryPairIsClassifiedByItsRow) {
   Router router;
-  router.fail(kit::Call::OpenDatabase, kit::depotError(DP_EOPEN, EMFILE), 0x10000);  // no time for files
+  router.fail(kit::Call::kOpenDatabase, kit::depotError(DP_EOPEN, EMFILE), 0x10000);  // no time for files
   TembraAssociation& assoc = router.assoc();
   const Outcome before = classify::marked();
   ZwNodeInfo node = nodeOf(GetParam().classes);

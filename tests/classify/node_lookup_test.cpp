@@ -218,8 +218,8 @@ TEST(NodeLookupTest, AFailedStartOfTheWalkIsToldAndTheWalkGoesOn) {
   Router router;
   router.database().create();
   router.watch(kit::kWatchDatabase | kit::kWatchRecords);
-  router.fail(Call::IterateDatabase, DP_EMISC);
-  router.fail(Call::CloseDatabase, DP_ECLOSE);
+  router.fail(Call::kIterateDatabase, DP_EMISC);
+  router.fail(Call::kCloseDatabase, DP_ECLOSE);
   EXPECT_EQ(lookUp(router, 5), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "dpopen /tmp/ddb 6 -1",

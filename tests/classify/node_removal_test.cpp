@@ -116,7 +116,7 @@ TEST(NodeRemovalTest, AFailedSendIsSaidAndNotRepeated) {
   router.database().put(Device(3, "A").zwave(5)).put(Device(4, "B").zwave(5));
   TembraAssociation& assoc = connectedWith(router, 5);
   assoc.zwNodeWork = {};
-  router.fail(Call::Sendto, EPERM);
+  router.fail(Call::kSendto, EPERM);
   EXPECT_EQ(assoc.ZW_removeNode(), 0);
   EXPECT_EQ(router.takeTrace(), lines({
                                     "log 0 libTembraAssoc:Removing Zwave device 5",
@@ -132,7 +132,7 @@ TEST(NodeRemovalTest, AFailedSendIsSaidAndNotRepeated) {
 TEST(NodeRemovalTest, AFailedCloseChangesNothing) {
   Router router;
   router.database().put(Device(3, "A").zwave(5));
-  router.fail(Call::CloseDatabase, DP_ECLOSE);
+  router.fail(Call::kCloseDatabase, DP_ECLOSE);
   EXPECT_EQ(connectedWith(router, 5).ZW_removeNode(), 0);
   EXPECT_EQ(router.takeSends().size(), 1U);
 }
@@ -177,7 +177,7 @@ TEST(RemoveAllTest, CarriesNothingOfAnEarlierNotice) {
 TEST(RemoveAllTest, AFailedSendIsNotSaid) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  router.fail(Call::Sendto, EPERM);
+  router.fail(Call::kSendto, EPERM);
   assoc.removeAllDevices();
   EXPECT_EQ(router.takeTrace(), lines({
                                     "log 3 libTembraAssoc:Sending removeAllDevices to haserver",

@@ -22,30 +22,30 @@ std::string traceOf(Course course) {
   const std::string broken = lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: broken database file"});
   const std::string again = lines({"dpopen /tmp/ddb 70 1", "dpclose"});
   switch (course) {
-    case Course::Opened:
+    case Course::kOpened:
       return opened;
-    case Course::EndedEarly:
+    case Course::kEndedEarly:
       return lines({"dpopen /tmp/ddb 6 -1", "dpclose -> failed", "stderr dpclose: with fatal error"});
-    case Course::Refused:
+    case Course::kRefused:
       return opened + lines({"stderr dpopen: broken database file", "dprepair /tmp/ddb"}) + again;
-    case Course::RefusedInPart:
+    case Course::kRefusedInPart:
       return opened + lines({"stderr dpopen: broken database file", "dprepair /tmp/ddb -> failed"}) + again;
-    case Course::NotMapped:
+    case Course::kNotMapped:
       return lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: memory mapping error", "dprepair /tmp/ddb"}) +
              again;
-    case Course::Repaired:
+    case Course::kRepaired:
       return broken + lines({"dprepair /tmp/ddb"}) + again;
-    case Course::SavedInPart:
+    case Course::kSavedInPart:
       return broken + lines({"dprepair /tmp/ddb -> failed"}) + again;
-    case Course::GivenUp:
+    case Course::kGivenUp:
       return broken + lines({"dprepair /tmp/ddb -> failed", "dpopen /tmp/ddb 70 1 -> failed"});
-    case Course::Hopeless:
+    case Course::kHopeless:
       return broken + lines({"dpopen /tmp/ddb 70 1 -> failed"});
   }
   return "";
 }
 
-bool keepsTheFile(Course course) { return course != Course::GivenUp && course != Course::Hopeless; }
+bool keepsTheFile(Course course) { return course != Course::kGivenUp && course != Course::kHopeless; }
 
 // The reader finds what is left, and twice the same.
 void expectDamage(Router& router, const house::Reader& reader, const Damage& damage) {

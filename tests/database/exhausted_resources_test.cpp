@@ -143,7 +143,7 @@ TEST(AFailedRepair, CostsTheFileUnlessItWasForWantOfSomethingElse) {
     router.database().remove();
     house::fill(router.database());
     router.database().makeRepairable();
-    kit::faults().order(kit::Call::RepairDatabase, kit::depotError(DP_EWRITE, repair.error));
+    kit::faults().order(kit::Call::kRepairDatabase, kit::depotError(DP_EWRITE, repair.error));
     EXPECT_EQ(house::findNode(router, 5), 0);
     EXPECT_EQ(router.database().exists(), !repair.costsTheFile);
   }

@@ -12,7 +12,7 @@
 
 namespace status {
 
-Narrow narrow = Narrow::Nobody;
+Narrow narrow = Narrow::kNobody;
 
 namespace {
 
@@ -30,7 +30,7 @@ bool isGivenAway(ino_t file, const void* site) {
 int told(int result, struct stat& status, const void* site) {
   if (result != 0) return result;
   if (isGivenAway(status.st_ino, site)) status.st_uid = kAnother;
-  const bool isNarrow = narrow == Narrow::Everybody || (narrow == Narrow::TheLibrary && kit::isInLibrary(site));
+  const bool isNarrow = narrow == Narrow::kEverybody || (narrow == Narrow::kTheLibrary && kit::isInLibrary(site));
   if (!isNarrow || status.st_mtime <= INT_MAX) return 0;
   errno = EOVERFLOW;
   return -1;

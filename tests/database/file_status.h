@@ -5,7 +5,7 @@
 namespace status {
 
 /// Whose calls fail for a file of a time after January 2038, as on a system with 32-bit times.
-enum class Narrow { Nobody, TheLibrary, Everybody };
+enum class Narrow { kNobody, kTheLibrary, kEverybody };
 extern Narrow narrow;
 
 /// Gives a file, or a link itself, to another user. Where the system does not let the test do so, the calls only say

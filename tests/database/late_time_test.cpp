@@ -41,9 +41,9 @@ TEST(ADatabaseOfALaterTime, IsNeitherRepairedNorDeletedWhereItsTimeDoesNotFit) {
     SCOPED_TRACE(reader.name);
     ageTo2040();
     router.forget();
-    status::narrow = Narrow::Everybody;
+    status::narrow = Narrow::kEverybody;
     EXPECT_EQ(reader.readNothing(router), reader.resultWithoutFile);
-    status::narrow = Narrow::Nobody;
+    status::narrow = Narrow::kNobody;
     EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: stat error"}));
     EXPECT_EQ(router.database().file(), healthy);
   }
@@ -64,9 +64,9 @@ TEST(ADatabaseOfALaterTime, IsNotReadWhereItCannotBeLookedAt) {
     SCOPED_TRACE(reader.name);
     ageTo2040();
     router.forget();
-    status::narrow = Narrow::TheLibrary;
+    status::narrow = Narrow::kTheLibrary;
     EXPECT_EQ(reader.readNothing(router), reader.resultWithoutFile);
-    status::narrow = Narrow::Nobody;
+    status::narrow = Narrow::kNobody;
     EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1", "dpclose", "stderr dpopen: stat error"}));
     EXPECT_EQ(router.database().file(), words.file());
   }

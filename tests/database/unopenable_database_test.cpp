@@ -97,7 +97,7 @@ TEST(AFailingCall, OfASecondOpenIsNotTold) {
   Router router;
   putLamp(router);
   router.watch(kit::kWatchDatabase);
-  router.fail(Call::OpenDatabase, DP_ELOCK, 2);
+  router.fail(Call::kOpenDatabase, DP_ELOCK, 2);
   EXPECT_EQ(findNode(router, 1), 0);
   EXPECT_EQ(router.takeTrace(), lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: lock error",
                                        "dprepair /tmp/ddb", "dpopen /tmp/ddb 70 1 -> failed"}));
@@ -108,8 +108,8 @@ TEST(AFailingCall, OfTheRepairDoesNotCount) {
   Router router;
   putLamp(router);
   router.watch(kit::kWatchDatabase);
-  router.fail(Call::OpenDatabase, DP_ECLOSE);
-  router.fail(Call::RepairDatabase, DP_EMISC);
+  router.fail(Call::kOpenDatabase, DP_ECLOSE);
+  router.fail(Call::kRepairDatabase, DP_EMISC);
   EXPECT_EQ(router.assoc().zb_removeNode(7), 0);
   EXPECT_EQ(router.takeTrace(),
             lines({"dpopen /tmp/ddb 6 -1 -> failed", "stderr dpopen: close error", "dprepair /tmp/ddb -> failed",
@@ -119,8 +119,8 @@ TEST(AFailingCall, OfTheRepairDoesNotCount) {
 TEST(AFailingCall, OfTheWalkOrTheCloseIsPrintedOnly) {
   Router router;
   putLamp(router);
-  router.fail(Call::IterateDatabase, DP_EREAD);
-  router.fail(Call::CloseDatabase, DP_ECLOSE);
+  router.fail(Call::kIterateDatabase, DP_EREAD);
+  router.fail(Call::kCloseDatabase, DP_ECLOSE);
   EXPECT_EQ(router.assoc().zb_removeNode(7), 0);
   EXPECT_EQ(router.takeTrace(),
             lines({"stderr dpiterinit: read error", "log 0 libTembraAssoc:Removing zigbee device 0x07",

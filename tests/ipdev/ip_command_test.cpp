@@ -110,7 +110,7 @@ TEST_F(IpCommandTest, AFailedSendIsToldNobody) {
   for (const Command& command : kCommands) {
     SCOPED_TRACE(command.name);
     pretendAnOperation(assoc);
-    router.fail(kit::Call::Sendto, EPERM);
+    router.fail(kit::Call::kSendto, EPERM);
     EXPECT_EQ(command.call(assoc), &idle);
     EXPECT_EQ(router.takeTrace(),
               lines({command.send() + " -> EPERM", "stderr sendto error: Operation not permitted"}));

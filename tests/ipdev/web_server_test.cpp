@@ -224,7 +224,7 @@ TEST(WebServerTest, EachOperationOpensAConnectionOfItsOwn) {
 
 // The kernel's own shutdown wakes the thread, long before the time-out.
 TEST(WebServerTest, OnTheRealKernelTheThreadEndsAtOnce) {
-  Router router(kit::Clock::Real);
+  Router router(kit::Clock::kReal);
   router.connect(&TembraAssociation::webServerAssocInit);
   router.hue().post(hueAnswer(8));
   std::string trace;

@@ -11,49 +11,49 @@
 namespace kit {
 
 enum class Call {
-  Socket,
-  SetPriority,  // setsockopt(SO_PRIORITY)
-  SetTimeout,   // setsockopt(SO_RCVTIMEO)
-  Bind,
-  Sendto,
-  CreateThread,  // pthread_create; returns the error, errno holds another one; 0: says that it started a thread
-  AwaitChange,   // pthread_cond_timedwait; returns the error; 0: wakes for no reason
-  Popen,
-  OpenDatabase,     // dpopen
-  RepairDatabase,   // dprepair
-  CloseDatabase,    // dpclose; the database is closed all the same
-  IterateDatabase,  // dpiterinit
-  NextKey,          // dpiternext
-  ReadValue,        // dpget
-  Recvfrom,         // with virtual time
-  Sleep,            // the "error" is what is left of the time; with virtual time
-  Shutdown,         // the socket is shut down all the same
-  Close,            // the descriptor is closed all the same
-  DetachThread,     // returns the error
+  kSocket,
+  kSetPriority,  // setsockopt(SO_PRIORITY)
+  kSetTimeout,   // setsockopt(SO_RCVTIMEO)
+  kBind,
+  kSendto,
+  kCreateThread,  // pthread_create; returns the error, errno holds another one; 0: says that it started a thread
+  kAwaitChange,   // pthread_cond_timedwait; returns the error; 0: wakes for no reason
+  kPopen,
+  kOpenDatabase,     // dpopen
+  kRepairDatabase,   // dprepair
+  kCloseDatabase,    // dpclose; the database is closed all the same
+  kIterateDatabase,  // dpiterinit
+  kNextKey,          // dpiternext
+  kReadValue,        // dpget
+  kRecvfrom,         // with virtual time
+  kSleep,            // the "error" is what is left of the time; with virtual time
+  kShutdown,         // the socket is shut down all the same
+  kClose,            // the descriptor is closed all the same
+  kDetachThread,     // returns the error
   // The rest needs tembra-test-every-call.
-  ChangeDescriptor,  // fcntl
-  BlockSignals,      // pthread_sigmask; returns the error
-  Pause,             // nanosleep
-  ReadLine,          // fgets
-  EndCommand,        // pclose; the command has ended all the same
-  OpenDescriptor,    // open
-  AskForStatus,      // fstat
-  AskForRoom,        // fstatvfs
-  ReadAt,            // pread
-  WriteAt,           // pwrite
-  AskForFile,        // stat
-  AskForLink,        // lstat
-  DropName,          // unlink
-  AskForAccess,      // faccessat
-  DeleteFile,        // remove
-  FindHost,          // gethostbyname
-  FindService,       // getservbyname
-  CopyText,          // strdup
-  Print,             // printf
-  Complain,          // fprintf
-  ComplainOfErrno,   // perror; says nothing
-  DatabaseFile,      // dpfdesc
-  MakeObject         // operator new
+  kChangeDescriptor,  // fcntl
+  kBlockSignals,      // pthread_sigmask; returns the error
+  kPause,             // nanosleep
+  kReadLine,          // fgets
+  kEndCommand,        // pclose; the command has ended all the same
+  kOpenDescriptor,    // open
+  kAskForStatus,      // fstat
+  kAskForRoom,        // fstatvfs
+  kReadAt,            // pread
+  kWriteAt,           // pwrite
+  kAskForFile,        // stat
+  kAskForLink,        // lstat
+  kDropName,          // unlink
+  kAskForAccess,      // faccessat
+  kDeleteFile,        // remove
+  kFindHost,          // gethostbyname
+  kFindService,       // getservbyname
+  kCopyText,          // strdup
+  kPrint,             // printf
+  kComplain,          // fprintf
+  kComplainOfErrno,   // perror; says nothing
+  kDatabaseFile,      // dpfdesc
+  kMakeObject         // operator new
 };
 
 /// The thread sanitizer lets nobody replace its operator new.

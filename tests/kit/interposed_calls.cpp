@@ -33,14 +33,14 @@ servent anyService = {anyName, nullptr, 0, anyName};
 
 extern "C" int pthread_sigmask(int how, const sigset_t* set, sigset_t* before) noexcept {
   KIT_REAL(pthread_sigmask);
-  return fails(Call::BlockSignals, __builtin_return_address(0)) ? errno : real(how, set, before);
+  return fails(Call::kBlockSignals, __builtin_return_address(0)) ? errno : real(how, set, before);
 }
 
 // With virtual time nobody waits.
 extern "C" int nanosleep(const timespec* time, timespec* left) {
   KIT_REAL(nanosleep);
-  if (fails(Call::Pause, __builtin_return_address(0))) return -1;
-  const bool isVirtual = watches(__builtin_return_address(0)) && kit::stage()->clock == kit::Clock::Virtual;
+  if (fails(Call::kPause, __builtin_return_address(0))) return -1;
+  const bool isVirtual = watches(__builtin_return_address(0)) && kit::stage()->clock == kit::Clock::kVirtual;
   return isVirtual ? 0 : real(time, left);
 }
 
@@ -48,17 +48,17 @@ extern "C" int nanosleep(const timespec* time, timespec* left) {
 extern "C" hostent* gethostbyname(const char* name) {
   KIT_REAL(gethostbyname);
   if (!watches(__builtin_return_address(0))) return real(name);
-  return fails(Call::FindHost, __builtin_return_address(0)) ? nullptr : &anyHost;
+  return fails(Call::kFindHost, __builtin_return_address(0)) ? nullptr : &anyHost;
 }
 
 extern "C" servent* getservbyname(const char* name, const char* protocol) {
   KIT_REAL(getservbyname);
   if (!watches(__builtin_return_address(0))) return real(name, protocol);
-  return fails(Call::FindService, __builtin_return_address(0)) ? nullptr : &anyService;
+  return fails(Call::kFindService, __builtin_return_address(0)) ? nullptr : &anyService;
 }
 
 extern "C" char* strdup(const char* text) noexcept {
-  if (fails(Call::CopyText, __builtin_return_address(0))) return nullptr;
+  if (fails(Call::kCopyText, __builtin_return_address(0))) return nullptr;
   const std::size_t size = std::strlen(text) + 1;
   void* const copy = std::malloc(size);
   return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, text, size));
@@ -66,13 +66,13 @@ extern "C" char* strdup(const char* text) noexcept {
 
 extern "C" int dpfdesc(DEPOT* depot) {
   KIT_REAL(dpfdesc);
-  return fails(Call::DatabaseFile, __builtin_return_address(0)) ? -1 : real(depot);
+  return fails(Call::kDatabaseFile, __builtin_return_address(0)) ? -1 : real(depot);
 }
 
 #if !KIT_THREAD_SANITIZER
 
 void* operator new(std::size_t size) {
-  void* const block = fails(Call::MakeObject, __builtin_return_address(0)) ? nullptr : std::malloc(size);
+  void* const block = fails(Call::kMakeObject, __builtin_return_address(0)) ? nullptr : std::malloc(size);
   if (block == nullptr) throw std::bad_alloc();
   return block;
 }

@@ -43,7 +43,7 @@ int repairUnwatched(int (*repair)(const char*), const char* name) {
 extern "C" DEPOT* dpopen(const char* name, int omode, int bnum) {
   KIT_REAL(dpopen);
   if (kit::stage() == nullptr || kit::UnwatchedDatabaseUse::isOn()) return real(name, omode, bnum);
-  DEPOT* depot = strike(Call::OpenDatabase, __builtin_return_address(0)) ? nullptr : real(name, omode, bnum);
+  DEPOT* depot = strike(Call::kOpenDatabase, __builtin_return_address(0)) ? nullptr : real(name, omode, bnum);
   traceDatabase(std::string("dpopen ") + name + " " + std::to_string(omode) + " " + std::to_string(bnum),
                 depot != nullptr);
   return depot;
@@ -52,7 +52,7 @@ extern "C" DEPOT* dpopen(const char* name, int omode, int bnum) {
 extern "C" int dprepair(const char* name) {
   KIT_REAL(dprepair);
   if (kit::stage() == nullptr || kit::UnwatchedDatabaseUse::isOn()) return real(name);
-  const bool failed = strike(Call::RepairDatabase, __builtin_return_address(0));
+  const bool failed = strike(Call::kRepairDatabase, __builtin_return_address(0));
   const int repaired = failed ? 0 : repairUnwatched(real, name);
   traceDatabase(std::string("dprepair ") + name, repaired != 0);
   return repaired;
@@ -61,7 +61,7 @@ extern "C" int dprepair(const char* name) {
 extern "C" int dpiterinit(DEPOT* depot) {
   KIT_REAL(dpiterinit);
   if (kit::stage() == nullptr || kit::UnwatchedDatabaseUse::isOn()) return real(depot);
-  const int begun = strike(Call::IterateDatabase, __builtin_return_address(0)) ? 0 : real(depot);
+  const int begun = strike(Call::kIterateDatabase, __builtin_return_address(0)) ? 0 : real(depot);
   traceRecords("dpiterinit", begun != 0);
   return begun;
 }
@@ -69,7 +69,7 @@ extern "C" int dpiterinit(DEPOT* depot) {
 extern "C" char* dpiternext(DEPOT* depot, int* sp) {
   KIT_REAL(dpiternext);
   if (kit::stage() == nullptr || kit::UnwatchedDatabaseUse::isOn()) return real(depot, sp);
-  char* key = strike(Call::NextKey, __builtin_return_address(0)) ? nullptr : real(depot, sp);
+  char* key = strike(Call::kNextKey, __builtin_return_address(0)) ? nullptr : real(depot, sp);
   traceRecords(std::string("dpiternext ") + (key == nullptr ? "at the end" : key), true);
   return key;
 }
@@ -79,7 +79,7 @@ extern "C" char* dpget(DEPOT* depot, const char* kbuf, int ksiz, int start, int 
   if (kit::stage() == nullptr || kit::UnwatchedDatabaseUse::isOn()) {
     return real(depot, kbuf, ksiz, start, max, sp);
   }
-  const bool failed = strike(Call::ReadValue, __builtin_return_address(0));
+  const bool failed = strike(Call::kReadValue, __builtin_return_address(0));
   char* value = failed ? nullptr : real(depot, kbuf, ksiz, start, max, sp);
   traceRecords(std::string("dpget ") + kbuf + " length " + std::to_string(ksiz) + " from " + std::to_string(start) +
                    " most " + std::to_string(max),
@@ -91,7 +91,7 @@ extern "C" int dpclose(DEPOT* depot) {
   KIT_REAL(dpclose);
   if (kit::stage() == nullptr || kit::UnwatchedDatabaseUse::isOn()) return real(depot);
   const int closed = real(depot);
-  const bool failed = strike(Call::CloseDatabase, __builtin_return_address(0));
+  const bool failed = strike(Call::kCloseDatabase, __builtin_return_address(0));
   traceDatabase("dpclose", closed != 0 && !failed);
   return failed ? 0 : closed;
 }

@@ -30,7 +30,7 @@ extern "C" int fcntl(int descriptor, int command, ...) {
   va_start(arguments, command);
   void* const argument = va_arg(arguments, void*);  // an int is passed the same way
   va_end(arguments);
-  if (strikes(Call::ChangeDescriptor, __builtin_return_address(0))) return -1;
+  if (strikes(Call::kChangeDescriptor, __builtin_return_address(0))) return -1;
   const int result = real(descriptor, command, argument);
   const bool isCopy = command == F_DUPFD_CLOEXEC && result >= 0 && isWatched(__builtin_return_address(0));
   if (isCopy && kit::librarySockets().owns(descriptor)) kit::librarySockets().opened(result);
@@ -39,7 +39,7 @@ extern "C" int fcntl(int descriptor, int command, ...) {
 
 extern "C" char* fgets(char* text, int size, FILE* file) {
   KIT_REAL(fgets);
-  if (strikes(Call::ReadLine, __builtin_return_address(0))) return nullptr;
+  if (strikes(Call::kReadLine, __builtin_return_address(0))) return nullptr;
   const LibraryCall inside(isWatched(__builtin_return_address(0)));
   return real(text, size, file);
 }
@@ -47,17 +47,17 @@ extern "C" char* fgets(char* text, int size, FILE* file) {
 extern "C" int pclose(FILE* file) {
   KIT_REAL(pclose);
   const int status = real(file);
-  return strikes(Call::EndCommand, __builtin_return_address(0)) ? -1 : status;
+  return strikes(Call::kEndCommand, __builtin_return_address(0)) ? -1 : status;
 }
 
 extern "C" int faccessat(int folder, const char* name, int rights, int flags) noexcept {
   KIT_REAL(faccessat);
-  return strikes(Call::AskForAccess, __builtin_return_address(0)) ? -1 : real(folder, name, rights, flags);
+  return strikes(Call::kAskForAccess, __builtin_return_address(0)) ? -1 : real(folder, name, rights, flags);
 }
 
 extern "C" int remove(const char* name) noexcept {
   KIT_REAL(remove);
-  return strikes(Call::DeleteFile, __builtin_return_address(0)) ? -1 : real(name);
+  return strikes(Call::kDeleteFile, __builtin_return_address(0)) ? -1 : real(name);
 }
 
 extern "C" int open(const char* name, int flags, ...) {
@@ -66,17 +66,17 @@ extern "C" int open(const char* name, int flags, ...) {
   va_start(arguments, flags);
   const auto mode = va_arg(arguments, mode_t);  // of no meaning unless a file may be created
   va_end(arguments);
-  return strikes(Call::OpenDescriptor, __builtin_return_address(0)) ? -1 : real(name, flags, mode);
+  return strikes(Call::kOpenDescriptor, __builtin_return_address(0)) ? -1 : real(name, flags, mode);
 }
 
 extern "C" int fstat(int descriptor, struct stat* status) noexcept {
   KIT_REAL(fstat);
-  return strikes(Call::AskForStatus, __builtin_return_address(0)) ? -1 : real(descriptor, status);
+  return strikes(Call::kAskForStatus, __builtin_return_address(0)) ? -1 : real(descriptor, status);
 }
 
 extern "C" int fstatvfs(int descriptor, struct statvfs* status) noexcept {
   KIT_REAL(fstatvfs);
-  return strikes(Call::AskForRoom, __builtin_return_address(0)) ? -1 : real(descriptor, status);
+  return strikes(Call::kAskForRoom, __builtin_return_address(0)) ? -1 : real(descriptor, status);
 }
 
 // A compiler that hardens calls the checked form of these.
@@ -88,44 +88,44 @@ int fprintfChecked(FILE* file, int flag, const char* format, ...) __asm__("__fpr
 
 extern "C" ssize_t pread(int descriptor, void* buffer, size_t size, off_t offset) {
   KIT_REAL(pread);
-  return strikes(Call::ReadAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
+  return strikes(Call::kReadAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
 }
 
 ssize_t preadChecked(int descriptor, void* buffer, size_t size, off_t offset, size_t /*room*/) {
   KIT_REAL(pread);
-  return strikes(Call::ReadAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
+  return strikes(Call::kReadAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
 }
 
 extern "C" int stat(const char* name, struct stat* status) noexcept {
   KIT_REAL(stat);
-  return strikes(Call::AskForFile, __builtin_return_address(0)) ? -1 : real(name, status);
+  return strikes(Call::kAskForFile, __builtin_return_address(0)) ? -1 : real(name, status);
 }
 
 extern "C" int lstat(const char* name, struct stat* status) noexcept {
   KIT_REAL(lstat);
-  return strikes(Call::AskForLink, __builtin_return_address(0)) ? -1 : real(name, status);
+  return strikes(Call::kAskForLink, __builtin_return_address(0)) ? -1 : real(name, status);
 }
 
 extern "C" int unlink(const char* name) noexcept {
   KIT_REAL(unlink);
-  return strikes(Call::DropName, __builtin_return_address(0)) ? -1 : real(name);
+  return strikes(Call::kDropName, __builtin_return_address(0)) ? -1 : real(name);
 }
 
 extern "C" ssize_t pwrite(int descriptor, const void* buffer, size_t size, off_t offset) {
   KIT_REAL(pwrite);
-  return strikes(Call::WriteAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
+  return strikes(Call::kWriteAt, __builtin_return_address(0)) ? -1 : real(descriptor, buffer, size, offset);
 }
 
 namespace {
 
 int print(const void* site, const char* format, va_list arguments) {
   KIT_REAL(vprintf);
-  return strikes(Call::Print, site) ? -1 : real(format, arguments);
+  return strikes(Call::kPrint, site) ? -1 : real(format, arguments);
 }
 
 int complain(const void* site, FILE* file, const char* format, va_list arguments) {
   KIT_REAL(vfprintf);
-  return strikes(Call::Complain, site) ? -1 : real(file, format, arguments);
+  return strikes(Call::kComplain, site) ? -1 : real(file, format, arguments);
 }
 
 }  // namespace
@@ -164,5 +164,5 @@ int fprintfChecked(FILE* file, int /*flag*/, const char* format, ...) {
 
 extern "C" void perror(const char* text) {
   KIT_REAL(perror);
-  if (!strikes(Call::ComplainOfErrno, __builtin_return_address(0))) real(text);
+  if (!strikes(Call::kComplainOfErrno, __builtin_return_address(0))) real(text);
 }

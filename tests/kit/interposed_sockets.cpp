@@ -45,7 +45,7 @@ timeval hurried(const timeval& timeout) {
 }
 
 int setTimeout(int descriptor, const timeval& timeout, const void* site) {
-  const bool failed = kit::faults().strike(Call::SetTimeout, site);
+  const bool failed = kit::faults().strike(Call::kSetTimeout, site);
   const KeptErrno kept;
   std::string line = "timeout " + std::to_string(timeout.tv_sec);
   if (timeout.tv_usec != 0) line += " and " + std::to_string(timeout.tv_usec) + " us";
@@ -78,7 +78,7 @@ extern "C" int socket(int family, int type, int protocol) noexcept {
   KIT_REAL(socket);
   if (kit::stage() == nullptr) return real(family, type, protocol);
   const int descriptor =
-      kit::faults().strike(Call::Socket, __builtin_return_address(0)) ? -1 : real(family, type, protocol);
+      kit::faults().strike(Call::kSocket, __builtin_return_address(0)) ? -1 : real(family, type, protocol);
   if (descriptor >= 0) kit::librarySockets().opened(descriptor);
   traceConnection("socket " + std::to_string(family) + " " + std::to_string(type) + " " + std::to_string(protocol),
                   descriptor);
@@ -94,11 +94,11 @@ extern "C" int setsockopt(int descriptor, int level, int option, const void* val
   if (level == SOL_SOCKET && option == SO_RCVTIMEO && length == sizeof(timeval)) {
     const auto& timeout = *static_cast<const timeval*>(value);
     const int result = setTimeout(descriptor, timeout, __builtin_return_address(0));
-    if (result < 0 || stage->clock == kit::Clock::Virtual) return result;
+    if (result < 0 || stage->clock == kit::Clock::kVirtual) return result;
     const timeval shorter = hurried(timeout);
     return real(descriptor, level, option, &shorter, length);
   }
-  const bool failed = option == SO_PRIORITY && kit::faults().strike(Call::SetPriority, __builtin_return_address(0));
+  const bool failed = option == SO_PRIORITY && kit::faults().strike(Call::kSetPriority, __builtin_return_address(0));
   const int result = failed ? -1 : real(descriptor, level, option, value, length);
   const std::string shown = length == sizeof(int) ? std::to_string(*static_cast<const int*>(value)) : "?";
   const std::string name =
@@ -112,7 +112,7 @@ extern "C" int bind(int descriptor, const sockaddr* address, socklen_t length) n
   kit::Stage* stage = kit::stage();
   if (stage == nullptr) return real(descriptor, address, length);
   const int result =
-      kit::faults().strike(Call::Bind, __builtin_return_address(0)) ? -1 : real(descriptor, address, length);
+      kit::faults().strike(Call::kBind, __builtin_return_address(0)) ? -1 : real(descriptor, address, length);
   if (result == 0) {
     kit::librarySockets().bound(descriptor);
     stage->kernel.socketChanged(descriptor);
@@ -125,7 +125,7 @@ extern "C" ssize_t sendto(int descriptor, const void* data, size_t size, int fla
                           socklen_t length) {
   KIT_REAL(sendto);
   if (kit::stage() == nullptr) return real(descriptor, data, size, flags, to, length);
-  const ssize_t result = kit::faults().strike(Call::Sendto, __builtin_return_address(0))
+  const ssize_t result = kit::faults().strike(Call::kSendto, __builtin_return_address(0))
                              ? -1
                              : real(descriptor, data, size, flags, to, length);
   traceSend(data, size, to, result);
@@ -135,10 +135,10 @@ extern "C" ssize_t sendto(int descriptor, const void* data, size_t size, int fla
 extern "C" ssize_t recvfrom(int descriptor, void* buffer, size_t size, int flags, sockaddr* from, socklen_t* length) {
   KIT_REAL(recvfrom);
   kit::Stage* stage = kit::stage();
-  if (stage == nullptr || stage->clock == kit::Clock::Real || !kit::librarySockets().owns(descriptor)) {
+  if (stage == nullptr || stage->clock == kit::Clock::kReal || !kit::librarySockets().owns(descriptor)) {
     return real(descriptor, buffer, size, flags, from, length);
   }
-  if (kit::faults().strike(Call::Recvfrom, __builtin_return_address(0))) return -1;
+  if (kit::faults().strike(Call::kRecvfrom, __builtin_return_address(0))) return -1;
   return stage->kernel.receive(descriptor, buffer, size, flags, from, length);
 }
 
@@ -151,7 +151,7 @@ extern "C" int shutdown(int descriptor, int how) noexcept {
   kit::librarySockets().ended(descriptor);
   stage->kernel.socketChanged(descriptor);
   const int result = real(descriptor, how);
-  return kit::faults().strike(Call::Shutdown, __builtin_return_address(0)) ? -1 : result;
+  return kit::faults().strike(Call::kShutdown, __builtin_return_address(0)) ? -1 : result;
 }
 
 extern "C" int close(int descriptor) {
@@ -161,10 +161,10 @@ extern "C" int close(int descriptor) {
   if (!kit::librarySockets().closed(descriptor)) {
     const void* const site = __builtin_return_address(0);
     const int result = real(descriptor);
-    return kit::isInLibrary(site) && kit::faults().strike(Call::Close, site) ? -1 : result;
+    return kit::isInLibrary(site) && kit::faults().strike(Call::kClose, site) ? -1 : result;
   }
   traceConnection("close");
   stage->kernel.socketChanged(descriptor);
   const int result = real(descriptor);
-  return kit::faults().strike(Call::Close, __builtin_return_address(0)) ? -1 : result;
+  return kit::faults().strike(Call::kClose, __builtin_return_address(0)) ? -1 : result;
 }

@@ -59,12 +59,12 @@ extern "C" unsigned sleep(unsigned seconds) {
   KIT_REAL(sleep);
   kit::Stage* stage = kit::stage();
   if (stage == nullptr) return real(seconds);
-  if (stage->clock == kit::Clock::Real && stage->haste == 1) return real(seconds);
-  if (stage->clock == kit::Clock::Real) {
+  if (stage->clock == kit::Clock::kReal && stage->haste == 1) return real(seconds);
+  if (stage->clock == kit::Clock::kReal) {
     std::this_thread::sleep_for(std::chrono::microseconds(seconds * 1'000'000LL / stage->haste));
     return 0;
   }
-  if (kit::faults().strike(Call::Sleep, __builtin_return_address(0))) return static_cast<unsigned>(errno);
+  if (kit::faults().strike(Call::kSleep, __builtin_return_address(0))) return static_cast<unsigned>(errno);
   return stage->kernel.sleep(seconds);
 }
 
@@ -73,7 +73,7 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
   KIT_REAL(pthread_create);
   kit::Stage* stage = kit::stage();
   if (stage == nullptr || !isReceiver(function)) return real(thread, attributes, function, argument);
-  if (kit::faults().strike(Call::CreateThread, __builtin_return_address(0))) return failThread();
+  if (kit::faults().strike(Call::kCreateThread, __builtin_return_address(0))) return failThread();
   kit::trace().addWatched(kit::kWatchConnection, "thread");
   stage->kernel.receiverCreated();
   auto start = std::make_unique<Start>(Start{function, argument, stage});
@@ -95,7 +95,7 @@ extern "C" int pthread_detach(pthread_t thread) noexcept {
   if (kit::stage() != nullptr) kit::trace().addWatched(kit::kWatchConnection, "detach");
   const int error = real(thread);
   const bool fails = kit::isInLibrary(__builtin_return_address(0)) &&
-                     kit::faults().strike(Call::DetachThread, __builtin_return_address(0));
+                     kit::faults().strike(Call::kDetachThread, __builtin_return_address(0));
   return fails ? errno : error;
 }
 
@@ -103,7 +103,8 @@ extern "C" int pthread_detach(pthread_t thread) noexcept {
 extern "C" int pthread_cond_timedwait(pthread_cond_t* condition, pthread_mutex_t* mutex, const timespec* deadline) {
   KIT_REAL(pthread_cond_timedwait);
   const void* const site = __builtin_return_address(0);
-  const bool fails = kit::stage() != nullptr && kit::isInLibrary(site) && kit::faults().strike(Call::AwaitChange, site);
+  const bool fails =
+      kit::stage() != nullptr && kit::isInLibrary(site) && kit::faults().strike(Call::kAwaitChange, site);
   if (!fails) return real(condition, mutex, deadline);
   const int error = errno;
   pthread_mutex_unlock(mutex);
@@ -116,7 +117,7 @@ extern "C" FILE* popen(const char* command, const char* mode) {
   KIT_REAL(popen);
   if (kit::stage() == nullptr) return real(command, mode);
   FILE* pipe = nullptr;
-  if (!kit::faults().strike(Call::Popen, __builtin_return_address(0))) {
+  if (!kit::faults().strike(Call::kPopen, __builtin_return_address(0))) {
     const kit::LibraryCall inside(true);
     pipe = real(command, mode);
   }

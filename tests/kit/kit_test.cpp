@@ -58,7 +58,7 @@ TEST(KitTest, SendsReallyArrive) {
 TEST(KitTest, ErrorsStandInTheTraceInOrder) {
   Router router;
   TembraAssociation& assoc = router.connect();
-  router.fail(Call::Sendto, EPERM, 1, 1);
+  router.fail(Call::kSendto, EPERM, 1, 1);
   assoc.addDevZigbeeZwave();
   EXPECT_EQ(router.takeTrace(), lines({
                                     "log 0 libTembraAssoc:inside addDevZigbeeZwave",
@@ -129,7 +129,7 @@ TEST(KitTest, DatabaseCanBeFilledAndBroken) {
 }
 
 TEST(KitTest, RealClockIsTheKernels) {
-  Router router(Clock::Real);
+  Router router(Clock::kReal);
   router.connect();
   router.zwave().send(Node(5));
   router.close();

@@ -49,7 +49,7 @@ Peer::~Peer() {
 
 void Peer::send(const Bytes& datagram) {
   post(datagram);
-  if (stage_.clock == Clock::Virtual) stage_.kernel.settle();
+  if (stage_.clock == Clock::kVirtual) stage_.kernel.settle();
 }
 
 void Peer::send(const Node& node) { send(node.bytes()); }

@@ -81,7 +81,7 @@ void Router::registerCallback() { assoc().registerAssocEventCB(&record); }
 
 int Router::open() {
   const int result = assoc().checkAssocConnection();
-  if (stage_.clock == Clock::Virtual) settle();
+  if (stage_.clock == Clock::kVirtual) settle();
   return result;
 }
 

@@ -24,7 +24,7 @@ namespace kit {
 /// Make one in each test; the README tells how to use it.
 class Router {
  public:
-  explicit Router(Clock clock = Clock::Virtual);
+  explicit Router(Clock clock = Clock::kVirtual);
   ~Router();
   Router(const Router&) = delete;
   Router& operator=(const Router&) = delete;

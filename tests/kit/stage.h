@@ -15,8 +15,8 @@
 namespace kit {
 
 enum class Clock {
-  Virtual,  // time passes when the test says so
-  Real      // receiving and sleeping are the kernel's
+  kVirtual,  // time passes when the test says so
+  kReal      // receiving and sleeping are the kernel's
 };
 
 struct Stage {

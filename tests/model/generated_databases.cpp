@@ -70,9 +70,9 @@ Step Generator::anyDatabase() {
   Step step = call("database");
   step.rows = model_.database.rows;
   if (chance(10)) step.health = static_cast<Health>(1 + below(3));
-  if (step.health == Health::Missing) step.rows.clear();
-  if (step.health == Health::Good && !step.rows.empty() && chance(20)) step.rows.erase(step.rows.begin());
-  for (int more = below(5); step.health == Health::Good && more > 0; --more) {
+  if (step.health == Health::kMissing) step.rows.clear();
+  if (step.health == Health::kGood && !step.rows.empty() && chance(20)) step.rows.erase(step.rows.begin());
+  for (int more = below(5); step.health == Health::kGood && more > 0; --more) {
     const Row row = anyRow();
     std::erase_if(step.rows, [&](const Row& each) { return each.key == row.key; });
     if (step.rows.size() < kMostRecords) step.rows.push_back(row);

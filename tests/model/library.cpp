@@ -63,8 +63,8 @@ void Library::begin() {
   TembraAssociation::LCDAssocInit();
   clearFields();
   inCallback_.clear();
-  router_.fail(kit::Call::Sendto, 0, 0);
-  setDatabase({}, Health::Missing);
+  router_.fail(kit::Call::kSendto, 0, 0);
+  setDatabase({}, Health::kMissing);
   setAuthorised(false);
   router_.registerCallback();
   router_.open();
@@ -151,10 +151,10 @@ void Library::receive(const std::string& sender, const Bytes& datagram) {
 
 void Library::setDatabase(const std::vector<Row>& rows, Health health) {
   router_.database().remove();
-  if (health == Health::Missing) return;
-  if (health == Health::CannotBeOpened) return router_.database().makeUnopenable();
+  if (health == Health::kMissing) return;
+  if (health == Health::kCannotBeOpened) return router_.database().makeUnopenable();
   writeRows(rows);
-  if (health == Health::NeedsRepair) router_.database().makeRepairable();
+  if (health == Health::kNeedsRepair) router_.database().makeRepairable();
 }
 
 void Library::setAuthorised(bool authorised) {

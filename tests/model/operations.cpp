@@ -79,87 +79,87 @@ using L = Library;
 using S = Step;
 
 const Operation kRadioCalls[] = {
-    {"addDevZigbeeZwave", Shown::Nothing, [](M& m, const S&) { m.startAdding(); },
+    {"addDevZigbeeZwave", Shown::kNothing, [](M& m, const S&) { m.startAdding(); },
      [](L& l, const S&) { l.assoc().addDevZigbeeZwave(); }},
-    {"removeDevZigbeeZwave", Shown::Nothing, [](M& m, const S&) { m.startRemoving(); },
+    {"removeDevZigbeeZwave", Shown::kNothing, [](M& m, const S&) { m.startRemoving(); },
      [](L& l, const S&) { l.assoc().removeDevZigbeeZwave(); }},
-    {"sendCancelTo", Shown::Number, [](M& m, const S& s) { m.cancel(s.number); },
+    {"sendCancelTo", Shown::kNumber, [](M& m, const S& s) { m.cancel(s.number); },
      [](L& l, const S& s) { l.assoc().sendCancelTo(static_cast<cancel_type>(s.number)); }},
-    {"doResetFor", Shown::Number, [](M& m, const S& s) { m.reset(s.number); },
+    {"doResetFor", Shown::kNumber, [](M& m, const S& s) { m.reset(s.number); },
      [](L& l, const S& s) { l.assoc().doResetFor(static_cast<reset_type>(s.number)); }},
-    {"cmdToZigbee", Shown::Number, [](M& m, const S& s) { m.commandZigbee(s.number); },
+    {"cmdToZigbee", Shown::kNumber, [](M& m, const S& s) { m.commandZigbee(s.number); },
      [](L& l, const S& s) { l.assoc().cmdToZigbee(static_cast<zigbee_cmd>(s.number)); }},
-    {"cmdToZwave", Shown::Number, [](M& m, const S& s) { m.commandZwave(s.number); },
+    {"cmdToZwave", Shown::kNumber, [](M& m, const S& s) { m.commandZwave(s.number); },
      [](L& l, const S& s) { l.assoc().cmdToZwave(static_cast<zwave_cmd>(s.number)); }},
 };
 
 const Operation kNamingCalls[] = {
-    {"setDevType", Shown::Number, [](M& m, const S& s) { m.chooseType(s.number); },
+    {"setDevType", Shown::kNumber, [](M& m, const S& s) { m.chooseType(s.number); },
      [](L& l, const S& s) { l.assoc().setDevType(static_cast<DevType>(s.number)); }},
-    {"setDevType2", Shown::Number, [](M& m, const S& s) { m.changeType(s.number); },
+    {"setDevType2", Shown::kNumber, [](M& m, const S& s) { m.changeType(s.number); },
      [](L& l, const S& s) { l.assoc().setDevType2(static_cast<DevType>(s.number)); }},
-    {"setDevName", Shown::Text, [](M& m, const S& s) { m.setName(s.text); },
+    {"setDevName", Shown::kText, [](M& m, const S& s) { m.setName(s.text); },
      [](L& l, const S& s) { l.assoc().setDevName(textOf(s.text)); }},
-    {"setDevLocation", Shown::Text, [](M& m, const S& s) { m.setLocation(s.text); },
+    {"setDevLocation", Shown::kText, [](M& m, const S& s) { m.setLocation(s.text); },
      [](L& l, const S& s) { l.assoc().setDevLocation(textOf(s.text)); }},
-    {"GenericIndexType", Shown::Number, [](M& m, const S& s) { m.rewriteIndexes(s.number); },
+    {"GenericIndexType", Shown::kNumber, [](M& m, const S& s) { m.rewriteIndexes(s.number); },
      [](L& l, const S& s) { l.assoc().GenericIndexType(static_cast<DevType>(s.number)); }},
-    {"ChangeIndexType", Shown::Numbers, [](M& m, const S& s) { m.rewriteIndex(s.number, s.second); },
+    {"ChangeIndexType", Shown::kNumbers, [](M& m, const S& s) { m.rewriteIndex(s.number, s.second); },
      [](L& l, const S& s) {
        l.assoc().ChangeIndexType(static_cast<IndexType>(s.number), static_cast<IndexType>(s.second));
      }},
-    {"addingDone", Shown::Nothing, [](M& m, const S&) { m.result(std::to_string(m.finish())); },
+    {"addingDone", Shown::kNothing, [](M& m, const S&) { m.result(std::to_string(m.finish())); },
      [](L& l, const S&) { L::result(std::to_string(l.assoc().addingDone())); }},
-    {"getDefaultDevName", Shown::Numbers, [](M& m, const S& s) { m.result(modelledDefaultName(s.number, s.second)); },
+    {"getDefaultDevName", Shown::kNumbers, [](M& m, const S& s) { m.result(modelledDefaultName(s.number, s.second)); },
      [](L&, const S& s) { L::result(defaultName(s.number, s.second)); }},
 };
 
 const Operation kIpCalls[] = {
-    {"Hue_initiateAdd", Shown::Nothing,
+    {"Hue_initiateAdd", Shown::kNothing,
      [](M& m, const S&) {
        m.hueDiscover();
        m.result("idle");
      },
      [](L& l, const S&) { L::result(pointerText(l.assoc().Hue_initiateAdd())); }},
-    {"Hue_addBridge", Shown::Text,
+    {"Hue_addBridge", Shown::kText,
      [](M& m, const S& s) {
        m.hueAddBridge(s.text);
        m.result("idle");
      },
      [](L& l, const S& s) { L::result(pointerText(l.assoc().Hue_addBridge(textOf(s.text)))); }},
-    {"Hue_addDev", Shown::Texts,
+    {"Hue_addDev", Shown::kTexts,
      [](M& m, const S& s) {
        m.hueAddBulb(s.text, s.other);
        m.result("idle");
      },
      [](L& l, const S& s) { L::result(pointerText(l.assoc().Hue_addDev(textOf(s.text), textOf(s.other)))); }},
-    {"Hue_refreshBridge", Shown::Texts,
+    {"Hue_refreshBridge", Shown::kTexts,
      [](M& m, const S& s) {
        m.hueRefresh(s.text, s.other);
        m.result("idle");
      },
      [](L& l, const S& s) { L::result(pointerText(l.assoc().Hue_refreshBridge(textOf(s.text), textOf(s.other)))); }},
-    {"Hue_remove", Shown::Text,
+    {"Hue_remove", Shown::kText,
      [](M& m, const S& s) {
        m.hueRemove(s.text);
        m.result("idle");
      },
      [](L& l, const S& s) { L::result(pointerText(l.assoc().Hue_remove(textOf(s.text)))); }},
-    {"Hue_getBridgeList", Shown::Nothing, [](M& m, const S&) { m.result(m.bridgeList()); },
+    {"Hue_getBridgeList", Shown::kNothing, [](M& m, const S&) { m.result(m.bridgeList()); },
      [](L& l, const S&) { L::result(ownedText(l.assoc().Hue_getBridgeList())); }},
-    {"RevertHueMac", Shown::Text, [](M& m, const S& s) { m.result("16 " + bridgeIdOf(s.text)); },
+    {"RevertHueMac", Shown::kText, [](M& m, const S& s) { m.result("16 " + bridgeIdOf(s.text)); },
      [](L&, const S& s) { L::result(converted(&RevertHueMac, s.text)); }},
-    {"HueMac", Shown::Text, [](M& m, const S& s) { m.result("17 " + macOf(s.text)); },
+    {"HueMac", Shown::kText, [](M& m, const S& s) { m.result("17 " + macOf(s.text)); },
      [](L&, const S& s) { L::result(converted(&HueMac, s.text)); }},
-    {"Nest_checkExist", Shown::Nothing, [](M& m, const S&) { m.result(m.authorised ? "1" : "0"); },
+    {"Nest_checkExist", Shown::kNothing, [](M& m, const S&) { m.result(m.authorised ? "1" : "0"); },
      [](L& l, const S&) { L::result(std::to_string(l.assoc().Nest_checkExist())); }},
-    {"Nest_add", Shown::Text,
+    {"Nest_add", Shown::kText,
      [](M& m, const S& s) {
        m.nestAdd(s.text);
        m.result("idle");
      },
      [](L& l, const S& s) { L::result(pointerText(l.assoc().Nest_add(textOf(s.text)))); }},
-    {"Nest_remove", Shown::Nothing,
+    {"Nest_remove", Shown::kNothing,
      [](M& m, const S&) {
        m.nestRemove();
        m.result("idle");
@@ -168,35 +168,36 @@ const Operation kIpCalls[] = {
 };
 
 const Operation kSurroundings[] = {
-    {"datagram", Shown::Datagram, [](M& m, const S& s) { m.receive(s.text, s.bytes); },
+    {"datagram", Shown::kDatagram, [](M& m, const S& s) { m.receive(s.text, s.bytes); },
      [](L& l, const S& s) { l.receive(s.text, s.bytes); }},
-    {"wait", Shown::Number, [](M& m, const S& s) { m.wait(s.number); },
+    {"wait", Shown::kNumber, [](M& m, const S& s) { m.wait(s.number); },
      [](L& l, const S& s) { l.router().advance(s.number); }},
-    {"database", Shown::Words,
+    {"database", Shown::kWords,
      [](M& m, const S& s) {
        m.database = {s.rows, s.health};
      },
      [](L& l, const S& s) { l.setDatabase(s.rows, s.health); }},
-    {"authorised", Shown::Number, [](M& m, const S& s) { m.authorised = s.number != 0; },
+    {"authorised", Shown::kNumber, [](M& m, const S& s) { m.authorised = s.number != 0; },
      [](L& l, const S& s) { l.setAuthorised(s.number != 0); }},
-    {"sends fail", Shown::Number, [](M& m, const S& s) { m.sendsToFail = s.number; },
-     [](L& l, const S& s) { l.router().fail(kit::Call::Sendto, EPERM, s.number); }},
-    {"assocState =", Shown::Number, [](M& m, const S& s) { m.state = s.number; },
+    {"sends fail", Shown::kNumber, [](M& m, const S& s) { m.sendsToFail = s.number; },
+     [](L& l, const S& s) { l.router().fail(kit::Call::kSendto, EPERM, s.number); }},
+    {"assocState =", Shown::kNumber, [](M& m, const S& s) { m.state = s.number; },
      [](L& l, const S& s) { l.assoc().assocState = s.number; }},
-    {"at rest", Shown::Nothing, [](M& m, const S&) { rest(m); }, [](L& l, const S&) { rest(l.assoc()); }},
-    {"registerAssocEventCB", Shown::Number, [](M& m, const S& s) { m.callback = s.number != 0; },
+    {"at rest", Shown::kNothing, [](M& m, const S&) { rest(m); }, [](L& l, const S&) { rest(l.assoc()); }},
+    {"registerAssocEventCB", Shown::kNumber, [](M& m, const S& s) { m.callback = s.number != 0; },
      [](L& l, const S& s) { switchCallback(l, s.number != 0); }},
-    {"the callback calls", Shown::Inner, [](M& m, const S& s) { m.inCallback = planned(s); },
+    {"the callback calls", Shown::kInner, [](M& m, const S& s) { m.inCallback = planned(s); },
      [](L& l, const S& s) { l.setInCallback(s.inner); }},
-    {"overwriteEvent", Shown::Number, [](M& m, const S& s) { m.overwriteEvent(s.number); },
+    {"overwriteEvent", Shown::kNumber, [](M& m, const S& s) { m.overwriteEvent(s.number); },
      [](L& l, const S& s) { l.overwriteEvent(s.number); }},
-    {"role", Shown::Number, [](M& m, const S& s) { m.takeRole(s.number); }, [](L&, const S& s) { takeRole(s.number); }},
-    {"checkAssocConnection", Shown::Nothing, [](M& m, const S&) { m.result(std::to_string(m.open())); },
+    {"role", Shown::kNumber, [](M& m, const S& s) { m.takeRole(s.number); },
+     [](L&, const S& s) { takeRole(s.number); }},
+    {"checkAssocConnection", Shown::kNothing, [](M& m, const S&) { m.result(std::to_string(m.open())); },
      [](L& l, const S&) {
        const int result = l.router().open();
        L::result(std::to_string(result));
      }},
-    {"closeAssocConnection", Shown::Nothing, [](M& m, const S&) { m.close(); },
+    {"closeAssocConnection", Shown::kNothing, [](M& m, const S&) { m.close(); },
      [](L& l, const S&) { l.router().close(); }},
 };
 

@@ -10,7 +10,7 @@ struct Model;
 class Library;
 
 /// What a description shows of a step beside the operation's name.
-enum class Shown { Nothing, Number, Numbers, Text, Texts, Datagram, Words, Inner };
+enum class Shown { kNothing, kNumber, kNumbers, kText, kTexts, kDatagram, kWords, kInner };
 
 struct Operation {
   const char* name;

@@ -10,21 +10,21 @@ std::string quoted(const std::string& text) { return '"' + kit::visible(text) + 
 
 std::string argumentsOf(const Step& step) {
   switch (step.operation->shown) {
-    case Shown::Nothing:
+    case Shown::kNothing:
       return "()";
-    case Shown::Number:
+    case Shown::kNumber:
       return "(" + std::to_string(step.number) + ")";
-    case Shown::Numbers:
+    case Shown::kNumbers:
       return "(" + std::to_string(step.number) + ", " + std::to_string(step.second) + ")";
-    case Shown::Text:
+    case Shown::kText:
       return "(" + quoted(step.text) + ")";
-    case Shown::Texts:
+    case Shown::kTexts:
       return "(" + quoted(step.text) + ", " + quoted(step.other) + ")";
-    case Shown::Datagram:
+    case Shown::kDatagram:
       return " of " + std::to_string(step.bytes.size()) + " bytes from " + step.text + ": " + step.other;
-    case Shown::Words:
+    case Shown::kWords:
       return ": " + step.other;
-    case Shown::Inner:
+    case Shown::kInner:
       return step.inner.empty() ? " nothing" : " " + describe(step.inner.front());
   }
   return "";

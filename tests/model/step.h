@@ -19,7 +19,7 @@ struct Step {
   std::string other;  // a second text; of a datagram or a database what it is, in words
   Bytes bytes;        // of a datagram
   std::vector<Row> rows;
-  Health health = Health::Good;
+  Health health = Health::kGood;
   std::vector<Step> inner;  // what the callback does from now on: at most one step
 };
 

@@ -16,11 +16,11 @@ struct Row {
   Bytes value;
 };
 
-enum class Health { Good, NeedsRepair, CannotBeOpened, Missing };
+enum class Health { kGood, kNeedsRepair, kCannotBeOpened, kMissing };
 
 struct Database {
   std::vector<Row> rows;
-  Health health = Health::Missing;
+  Health health = Health::kMissing;
 
   [[nodiscard]] const Row* find(const std::string& key) const;
 

@@ -13,11 +13,11 @@ constexpr std::size_t kMostOfAnId = 10;
 // A database that cannot be opened is deleted, and is then an empty one.
 bool Model::openDatabase() {
   const Health before = database.health;
-  database.health = Health::Good;
-  if (before == Health::NeedsRepair || before == Health::CannotBeOpened) {
+  database.health = Health::kGood;
+  if (before == Health::kNeedsRepair || before == Health::kCannotBeOpened) {
     line("stderr dpopen: broken database file");
   }
-  if (before != Health::CannotBeOpened) return true;
+  if (before != Health::kCannotBeOpened) return true;
   database.rows.clear();
   return false;
 }

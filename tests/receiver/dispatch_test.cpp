@@ -190,7 +190,7 @@ TEST_F(ReceiveLoop, EndsTheFlowInWhichRunningBecameZero) {
 }
 
 TEST_F(ReceiveLoop, WorksOnItsOwnObjectWhateverItIsGiven) {
-  router.fail(kit::Call::CreateThread, EAGAIN);
+  router.fail(kit::Call::kCreateThread, EAGAIN);
   TembraAssociation& assoc = router.connect();
   router.forget();
   router.onLog([&assoc](const std::string& line) {

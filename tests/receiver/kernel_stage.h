@@ -27,7 +27,7 @@ class KernelStage : public testing::Test {
 
   const std::string& trace();
 
-  kit::Router router{kit::Clock::Real};
+  kit::Router router{kit::Clock::kReal};
   TembraAssociation& assoc = router.assoc();
 
  private:

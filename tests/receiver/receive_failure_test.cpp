@@ -37,7 +37,7 @@ TEST(ReceiveFailure, ATimeOutThatCannotBeSetIsReportedAndTheOldOneHolds) {
   TembraAssociation& assoc = router.connect();
   router.watch(kit::kWatchTimeouts);
   assoc.assocState = ASSOC;
-  router.fail(Call::SetTimeout, EINVAL);
+  router.fail(Call::kSetTimeout, EINVAL);
   router.zwave().send(Node(5));
   const std::string trace = router.takeTrace();
   EXPECT_NE(trace.find(lines({"log 0 libTembraAssoc:timeout set to 60 sec...", "timeout 60 -> EINVAL",
@@ -55,7 +55,7 @@ TEST(ReceiveFailure, DatagramsAreHandledWhileNoTimeOutCanBeSet) {
   Router router;
   TembraAssociation& assoc = router.assoc();
   router.registerCallback();
-  router.fail(Call::SetTimeout, EPERM, 1000);
+  router.fail(Call::kSetTimeout, EPERM, 1000);
   ASSERT_EQ(router.open(), 0);
   assoc.addDevZigbeeZwave();
   router.zwave().send(Node(5));
@@ -66,7 +66,7 @@ TEST(ReceiveFailure, DatagramsAreHandledWhileNoTimeOutCanBeSet) {
 }
 
 TEST(ReceiveFailure, ADescriptorThatWasClosedDoesNotSpin) {
-  Router router(Clock::Real);
+  Router router(Clock::kReal);
   const TembraAssociation& assoc = router.connect();
   const int descriptor = assoc.sock;
   router.zwave().post(Node(5).bytes());  // so that the loop comes around and meets the closed descriptor
@@ -78,7 +78,7 @@ TEST(ReceiveFailure, ADescriptorThatWasClosedDoesNotSpin) {
 }
 
 TEST(ReceiveFailure, ADescriptorThatIsNoSocketDoesNotSpin) {
-  Router router(Clock::Real);
+  Router router(Clock::kReal);
   const TembraAssociation& assoc = router.connect();
   const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
   dup3(null, assoc.sock, O_CLOEXEC);

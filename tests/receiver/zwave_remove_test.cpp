@@ -148,7 +148,7 @@ TEST_F(ZwaveRemove, EveryRecordOfTheNodeGivesANotice) {
 TEST_F(ZwaveRemove, ANoticeThatCannotBeSentIsAnError) {
   router.database().put(Device(12, "Lamp").zwave(5));
   remove();
-  router.fail(Call::Sendto, EPERM, 1, 1);  // not the cancel command
+  router.fail(Call::kSendto, EPERM, 1, 1);  // not the cancel command
   const std::string told = answer(Node(5));
   EXPECT_NE(told.find("stderr sendto error: Operation not permitted\n"
                       "log 2 libTembraAssoc:sending failed to haserver\n"

@@ -51,13 +51,13 @@ std::string openWithoutStandardInput(Router& router) {
 }
 
 std::string sendInVain(Router& router) {
-  router.fail(Call::Sendto, EPERM);
+  router.fail(Call::kSendto, EPERM);
   ZwaveCommand command{};
   return word("send", router.assoc().sendToServers(SERVER_ZWAVE, &command));
 }
 
 std::string loseTheDescriptor(Router& router) {
-  router.fail(Call::Recvfrom, EBADF);
+  router.fail(Call::kRecvfrom, EBADF);
   router.zwave().send(Node(0));
   return word("idle", idle);
 }
@@ -177,13 +177,13 @@ constexpr std::size_t kLargeHome = 400'000;
 
 void putDatabase(Router& router, File file) {
   router.database().remove();
-  if (file == File::Missing) return;
+  if (file == File::kMissing) return;
   router.database().nextId("17").put(Device(12, "Lamp").zwave(kKnown)).put(Device(13, "Door").zigbee(kAddress));
   router.database().put(Device(14, "Hue").ip().type("HueLamp"));
   router.database().index(14, 1, "02a1b2fffe010203").index(14, 9, "ann");
   router.database().put("14.10", std::string(kLargeHome, '.'));
-  if (file == File::Repairable) router.database().makeRepairable();
-  if (file == File::Hopeless) router.database().makeUnopenable();
+  if (file == File::kRepairable) router.database().makeRepairable();
+  if (file == File::kHopeless) router.database().makeUnopenable();
 }
 
 std::string readIdStrictly(Router& router) {
@@ -210,29 +210,29 @@ std::ostream& operator<<(std::ostream& stream, const Scenario& scenario) { retur
 
 const std::vector<Scenario>& faultScenarios() {
   static const std::vector<Scenario> all = {
-      {"Creation", File::Healthy, false, create, {}},
-      {"Names", File::Healthy, false, resolveNames, {}},
-      {"OpenAndClose", File::Healthy, false, openAndClose, {}},
-      {"OpenWithoutStandardInput", File::Healthy, false, openWithoutStandardInput, {}},
-      {"FailedSend", File::Healthy, true, sendInVain, Call::Sendto},
-      {"LostDescriptor", File::Healthy, true, loseTheDescriptor, Call::Recvfrom},
-      {"ZwaveAdd", File::Healthy, true, addZwave, {}},
-      {"ZwaveRemove", File::Healthy, true, removeZwave, {}},
-      {"ZigbeeAdd", File::Healthy, true, addZigbee, {}},
-      {"ZigbeeRemove", File::Healthy, true, removeZigbee, {}},
-      {"Hue", File::Healthy, true, addHue, {}},
-      {"Nest", File::Healthy, true, linkNest, {}},
-      {"Reset", File::Healthy, true, resetBoth, {}},
-      {"TimeOut", File::Healthy, true, waitInVain, {}},
-      {"BridgeList", File::Healthy, false, listBridges, {}},
-      {"DeviceList", File::Healthy, false, readDevices, {}},
-      {"DeviceId", File::Healthy, false, readId, {}},
-      {"DeviceIdInStrictMode", File::Healthy, false, readIdStrictly, {}},
-      {"DeviceIdOfAMissingFile", File::Missing, false, readId, {}},
-      {"DeviceIdOfADamagedFile", File::Repairable, false, readId, {}},
-      {"DeviceIdOfAHopelessFile", File::Hopeless, false, readId, {}},
-      {"LookUpInADamagedFile", File::Repairable, false, lookUpZigbee, {}},
-      {"LookUpInAHopelessFile", File::Hopeless, false, lookUpZigbee, {}},
+      {"Creation", File::kHealthy, false, create, {}},
+      {"Names", File::kHealthy, false, resolveNames, {}},
+      {"OpenAndClose", File::kHealthy, false, openAndClose, {}},
+      {"OpenWithoutStandardInput", File::kHealthy, false, openWithoutStandardInput, {}},
+      {"FailedSend", File::kHealthy, true, sendInVain, Call::kSendto},
+      {"LostDescriptor", File::kHealthy, true, loseTheDescriptor, Call::kRecvfrom},
+      {"ZwaveAdd", File::kHealthy, true, addZwave, {}},
+      {"ZwaveRemove", File::kHealthy, true, removeZwave, {}},
+      {"ZigbeeAdd", File::kHealthy, true, addZigbee, {}},
+      {"ZigbeeRemove", File::kHealthy, true, removeZigbee, {}},
+      {"Hue", File::kHealthy, true, addHue, {}},
+      {"Nest", File::kHealthy, true, linkNest, {}},
+      {"Reset", File::kHealthy, true, resetBoth, {}},
+      {"TimeOut", File::kHealthy, true, waitInVain, {}},
+      {"BridgeList", File::kHealthy, false, listBridges, {}},
+      {"DeviceList", File::kHealthy, false, readDevices, {}},
+      {"DeviceId", File::kHealthy, false, readId, {}},
+      {"DeviceIdInStrictMode", File::kHealthy, false, readIdStrictly, {}},
+      {"DeviceIdOfAMissingFile", File::kMissing, false, readId, {}},
+      {"DeviceIdOfADamagedFile", File::kRepairable, false, readId, {}},
+      {"DeviceIdOfAHopelessFile", File::kHopeless, false, readId, {}},
+      {"LookUpInADamagedFile", File::kRepairable, false, lookUpZigbee, {}},
+      {"LookUpInAHopelessFile", File::kHopeless, false, lookUpZigbee, {}},
   };
   return all;
 }
@@ -253,7 +253,7 @@ std::string outcomeOf(Router& router, const Scenario& scenario) {
 }
 
 std::string addOneNode(Router& router) {
-  putDatabase(router, File::Healthy);
+  putDatabase(router, File::kHealthy);
   forgetDevice(router.assoc());
   router.registerCallback();
   router.assoc().ConnectToServers();  // mends what a failed creation left

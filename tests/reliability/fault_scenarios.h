@@ -10,7 +10,7 @@
 #include "kit/router.h"
 
 /// How the database is before.
-enum class File { Healthy, Missing, Repairable, Hopeless };
+enum class File { kHealthy, kMissing, kRepairable, kHopeless };
 
 struct Scenario {
   const char* name;

@@ -110,7 +110,7 @@ class SystemFaults : public testing::TestWithParam<Scenario> {
     const std::size_t descriptors = openDescriptors();
     if (descriptors_ != 0 && descriptors > descriptors_) outcome += " leaves a descriptor";
     if (descriptors_ != 0) descriptors_ = descriptors;
-    const bool isWhole = GetParam().file != File::Healthy || router.database().records() == kRecordsOfAHealthyFile;
+    const bool isWhole = GetParam().file != File::kHealthy || router.database().records() == kRecordsOfAHealthyFile;
     return isWhole ? outcome : outcome + " loses records";
   }
 

@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t kMostShown = 60;
 
 // The number of records in the header is nobody's but the repair's.
-bool isWhole(const Damage& damage) { return damage.course == damages::Course::Opened && damage.shown < 0; }
+bool isWhole(const Damage& damage) { return damage.course == damages::Course::kOpened && damage.shown < 0; }
 
 class DamagedList : public testing::TestWithParam<Damage> {};
 

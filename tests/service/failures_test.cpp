@@ -53,16 +53,16 @@ void closeMeanwhile(Router& router) {
 
 const Opening kOpenings[] = {
     {"InUse", [](Router& router) { router.open(); }, -1, TEMBRA_OPENING_IN_USE, EADDRINUSE},
-    {"NoDescriptor", [](Router& router) { router.fail(Call::Socket, EMFILE); }, -1, TEMBRA_OPENING_NO_SOCKET, EMFILE},
-    {"NoMemory", [](Router& router) { router.fail(Call::Socket, ENOMEM); }, -1, TEMBRA_OPENING_NO_SOCKET, ENOMEM},
-    {"NoPriority", [](Router& router) { router.fail(Call::SetPriority, EPERM); }, -1, TEMBRA_OPENING_NO_SOCKET, EPERM},
-    {"NoAddress", [](Router& router) { router.fail(Call::Bind, EADDRNOTAVAIL); }, -1, TEMBRA_OPENING_NO_SOCKET,
+    {"NoDescriptor", [](Router& router) { router.fail(Call::kSocket, EMFILE); }, -1, TEMBRA_OPENING_NO_SOCKET, EMFILE},
+    {"NoMemory", [](Router& router) { router.fail(Call::kSocket, ENOMEM); }, -1, TEMBRA_OPENING_NO_SOCKET, ENOMEM},
+    {"NoPriority", [](Router& router) { router.fail(Call::kSetPriority, EPERM); }, -1, TEMBRA_OPENING_NO_SOCKET, EPERM},
+    {"NoAddress", [](Router& router) { router.fail(Call::kBind, EADDRNOTAVAIL); }, -1, TEMBRA_OPENING_NO_SOCKET,
      EADDRNOTAVAIL},
-    {"NoThread", [](Router& router) { router.fail(Call::CreateThread, EAGAIN); }, 0, TEMBRA_OPENING_NO_THREAD, EAGAIN},
+    {"NoThread", [](Router& router) { router.fail(Call::kCreateThread, EAGAIN); }, 0, TEMBRA_OPENING_NO_THREAD, EAGAIN},
     {"AThreadThatNeverComes",
      [](Router& router) {
-       router.fail(Call::CreateThread, 0);
-       router.fail(Call::AwaitChange, ETIMEDOUT);
+       router.fail(Call::kCreateThread, 0);
+       router.fail(Call::kAwaitChange, ETIMEDOUT);
      },
      0, TEMBRA_OPENING_NO_THREAD, ETIMEDOUT},
     {"ClosedMeanwhile", closeMeanwhile, -1, TEMBRA_OPENING_REPLACED, 0},
@@ -97,7 +97,7 @@ TEST(NoFailure, IsAllZero) {
 
 TEST(Opening, ThatWorksLeavesTheLastFailure) {
   Router router;
-  router.fail(Call::Socket, EMFILE, 2);
+  router.fail(Call::kSocket, EMFILE, 2);
   EXPECT_EQ(router.open(), -1);
   EXPECT_EQ(router.open(), -1);
   router.connect();
@@ -110,7 +110,7 @@ TEST_F(Sending, TellsWhereToAndWhyNot) {
   unsigned count = 0;
   for (const ServerType server : servers) {
     for (const int error : {ENETUNREACH, EPERM}) {
-      router.fail(Call::Sendto, error);
+      router.fail(Call::kSendto, error);
       EXPECT_EQ(assoc.sendToServers(server, &datagram), -1);
       expectFailure(last(TEMBRA_FAILURE_SEND), ++count, server, 0, error);
       EXPECT_NE(router.takeTrace().find(std::string("stderr sendto error: ") + std::strerror(error)),
@@ -123,7 +123,7 @@ TEST_F(Sending, TellsWhereToAndWhyNot) {
 }
 
 TEST_F(Sending, CountsEachDatagramOfAnOperation) {
-  router.fail(Call::Sendto, ENETUNREACH, 2);
+  router.fail(Call::kSendto, ENETUNREACH, 2);
   assoc.addDevZigbeeZwave();
   const tembra_failure failure = last(TEMBRA_FAILURE_SEND);
   EXPECT_EQ(failure.count, 2U);

@@ -44,7 +44,7 @@ TEST_F(History, CountsRepairsAndLosses) {
 TEST_F(History, CountsNoFileThatIsNotToBlame) {
   TembraAssociation& assoc = router.connect();
   router.database().nextId("17");
-  router.fail(Call::OpenDatabase, kit::depotError(DP_EOPEN, EMFILE), 2);
+  router.fail(Call::kOpenDatabase, kit::depotError(DP_EOPEN, EMFILE), 2);
   assoc.calculateDevId();
   expectHistory(0, 0);
 }
@@ -53,8 +53,8 @@ TEST_F(History, CountsNoFileThatIsNotToBlame) {
 TEST_F(History, CountsNoRepairThatFailed) {
   TembraAssociation& assoc = router.connect();
   router.database().nextId("17");
-  router.fail(Call::OpenDatabase, kit::depotError(DP_EOPEN, EIO));
-  router.fail(Call::RepairDatabase, kit::depotError(DP_EBROKEN, EIO));
+  router.fail(Call::kOpenDatabase, kit::depotError(DP_EOPEN, EIO));
+  router.fail(Call::kRepairDatabase, kit::depotError(DP_EBROKEN, EIO));
   EXPECT_EQ(assoc.calculateDevId(), 17);
   expectHistory(0, 0);
 }

@@ -60,7 +60,7 @@ class Settling : public testing::Test {
     });
   }
 
-  Router router{kit::Clock::Real};
+  Router router{kit::Clock::kReal};
   TembraAssociation& assoc = router.assoc();
 
  private:
@@ -164,7 +164,7 @@ TEST_F(Settling, IsImmediateWhenNothingIsUnderWay) {
 }
 
 TEST_F(Settling, HasNothingToWaitForWithoutAThread) {
-  router.fail(Call::CreateThread, EAGAIN);
+  router.fail(Call::kCreateThread, EAGAIN);
   ASSERT_EQ(router.open(), 0);
   EXPECT_EQ(tembra_settle(0), 0);
 }

@@ -109,7 +109,7 @@ TEST_F(NoWait, BeforeTheOpeningAndBehindTheClosing) {
 }
 
 TEST_F(NoWait, WithoutAThread) {
-  router.fail(Call::CreateThread, EAGAIN);
+  router.fail(Call::kCreateThread, EAGAIN);
   router.connect();
   EXPECT_EQ(tembra_wait_left(), kNone);
 }

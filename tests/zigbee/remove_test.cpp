@@ -111,7 +111,7 @@ TEST_F(ZigbeeRemoveTest, AfterTheFirstEndTheRestIsIgnored) {
 
 TEST_F(ZigbeeRemoveTest, ANoticeThatCannotBeSentChangesNothing) {
   removing(router);
-  router.fail(Call::Sendto, EPERM, 1, 1);
+  router.fail(Call::kSendto, EPERM, 1, 1);
   router.zigbee().send(leaveAnswer(2));
   const std::string trace = router.takeTrace();
   EXPECT_NE(trace.find("-> EPERM\nstderr sendto error: Operation not permitted\n"), std::string::npos) << trace;
