@@ -108,6 +108,9 @@ void addRunOptions(CLI::App& command, Arguments& arguments) {
   command.add_option("--fault", arguments.faults, "MESSAGE:KIND[=VALUE][:COUNT], see the README")
       ->allow_extra_args(false);
   command.add_option("--scenario", options.scenario, "JSON file of things that happen by themselves");
+  command.add_option("--without", options.without, "leave servers out: zwave, zigbee, hue, nest")
+      ->type_name("SERVER")
+      ->check(CLI::IsMember(std::vector<std::string>(kKillableServers.begin(), kKillableServers.end())));
   command.add_flag("--timeline", options.timeline, "print who says what to whom");
   addCatalogue(command, arguments);
   addControl(command, arguments);

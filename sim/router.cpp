@@ -27,6 +27,10 @@ std::vector<ScenarioStep> stepsOf(const RouterOptions& options, const Home& home
   return loadScenario(options.scenario, [&home](const std::string& name) { return home.has(name); });
 }
 
+bool has(const RouterOptions& options, std::string_view server) {
+  return std::find(options.without.begin(), options.without.end(), server) == options.without.end();
+}
+
 HaServer::NoteOf deviceIn(const RadioNetwork& network) {
   return [&network](RadioNetwork::Address address) { return network.deviceAt(address); };
 }
@@ -42,18 +46,18 @@ Router::Router(const RouterOptions& options)
       steps_(stepsOf(options, home_)),
       signals_(stopSignals()),
       list_(options.database),
-      zwave_(kZwaveServer.name,
+      zwave_(kZwaveServer.name, has(options, "zwave"),
              [this] {
                return std::make_unique<ZwaveServer>(surroundings_, manner_, home_.zwave, zwaveNetwork_,
                                                     [this](unsigned char node) { return isStored(node); });
              }),
-      zigbee_(kZigbeeServer.name,
+      zigbee_(kZigbeeServer.name, has(options, "zigbee"),
               [this] { return std::make_unique<ZigbeeServer>(surroundings_, manner_, home_.zigbee, zigbeeNetwork_); }),
       haServer_(surroundings_, list_, {deviceIn(zwaveNetwork_), deviceIn(zigbeeNetwork_)}),
       hue_(
-          kHueServer.name,
+          kHueServer.name, has(options, "hue"),
           [this] { return std::make_unique<HueServer>(surroundings_, manner_, HueLamps(haServer_, list_), bridges_); }),
-      nest_(kNestServer.name,
+      nest_(kNestServer.name, has(options, "nest"),
             [this, file = options.authorisation] {
               return std::make_unique<NestServer>(surroundings_, manner_, Authorisation(file));
             }),

@@ -2,8 +2,10 @@
 #ifndef TEMBRA_SIM_ROUTER_H
 #define TEMBRA_SIM_ROUTER_H
 
+#include <array>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/descriptor.h"
@@ -23,6 +25,9 @@
 
 namespace tembra::sim {
 
+/// The servers that can be killed, left out and started, in the words of people.
+inline constexpr std::array<std::string_view, 4> kKillableServers{"zwave", "zigbee", "hue", "nest"};
+
 struct RouterOptions {
   std::string database = "/tmp/ddb";
   std::filesystem::path authorisation = "/tmp/Authcode";
@@ -31,7 +36,8 @@ struct RouterOptions {
   int latencyMs = 200;
   std::vector<Fault> faults;
   std::filesystem::path catalogue;
-  std::filesystem::path scenario;  ///< empty: none
+  std::filesystem::path scenario;    ///< empty: none
+  std::vector<std::string> without;  ///< words of kKillableServers whose servers are left out
   std::string control;
   bool timeline = false;
 };

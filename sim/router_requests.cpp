@@ -1,5 +1,7 @@
 // What people and scenarios can ask of the simulated router.
 #include <algorithm>
+#include <array>
+#include <stdexcept>
 #include <utility>
 
 #include "sim/core/number.h"
@@ -59,12 +61,9 @@ Outcome Router::setBridges(const std::string& count) {
 }
 
 Killable* Router::serverCalled(const std::string& name) {
-  const std::pair<std::string_view, Killable*> servers[] = {
-      {"zwave", &zwave_}, {"zigbee", &zigbee_}, {"hue", &hue_}, {"nest", &nest_}};
-  for (const auto& [word, server] : servers) {
-    if (word == name) return server;
-  }
-  return nullptr;
+  const std::array<Killable*, kKillableServers.size()> servers{&zwave_, &zigbee_, &hue_, &nest_};
+  const auto* const word = std::find(kKillableServers.begin(), kKillableServers.end(), name);
+  return word == kKillableServers.end() ? nullptr : servers[static_cast<std::size_t>(word - kKillableServers.begin())];
 }
 
 Outcome Router::kill(const std::string& name) {
@@ -80,7 +79,11 @@ Outcome Router::start(const std::string& name) {
   Killable* const server = serverCalled(name);
   if (server == nullptr) return {false, "no server \"" + name + "\" can be started; zwave, zigbee, hue and nest can"};
   if (server->running()) return {false, server->text() + " is running"};
-  server->start();
+  try {
+    server->start();
+  } catch (const std::runtime_error& failure) {  // another daemon has its address
+    return {false, failure.what()};
+  }
   journal_.said("router", name, "started");
   return {true, server->text() + " is running again"};
 }

@@ -31,13 +31,14 @@ class Killable {
   std::string_view name_;
 };
 
-/// Runs from its construction on.
 template <typename Server>
 class Process final : public Killable {
  public:
   using Make = std::function<std::unique_ptr<Server>()>;
 
-  Process(std::string_view name, Make make) : Killable(name), make_(std::move(make)), server_(make_()) {}
+  /// `runs`: from its construction on; else it has to be started.
+  Process(std::string_view name, bool runs, Make make)
+      : Killable(name), make_(std::move(make)), server_(runs ? make_() : nullptr) {}
 
   bool running() const override { return server_ != nullptr; }
   void kill() override { server_.reset(); }

@@ -1,5 +1,8 @@
-// Servers that are killed and started again.
+// Servers that are killed and started again, or left out from the start.
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 
 #include <filesystem>
 #include <string>
@@ -85,6 +88,39 @@ TEST(KilledServer, IsKilledAndStartedFromTheCommandLine) {
   EXPECT_EQ(simulator({"kill", "hue"}).errors, "tembra-sim: the Hue server is not running\n");
   EXPECT_EQ(simulator({"start", "hue"}).output, "the Hue server is running again\n");
   EXPECT_EQ(simulator({"kill"}).status, 2);
+}
+
+TEST(ServerLeftOut, LeavesItsAddressToAnother) {
+  RunningSim sim({"--without", "zwave", "nest"});
+  const Descriptor another(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(kZwaveServer.port);
+  address.sin_addr.s_addr = inet_addr(kZwaveServer.address);
+  ASSERT_EQ(bind(another.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  const std::string status = sim.ask("status").text;
+  EXPECT_NE(status.find("Z-Wave server: not running\n"), std::string::npos) << status;
+  EXPECT_NE(status.find("ZigBee server: idle\n"), std::string::npos) << status;
+  EXPECT_NE(status.find("Nest server: not running\n"), std::string::npos) << status;
+  EXPECT_EQ(sim.ask("press siren").text, "the Z-Wave server is not running");
+  EXPECT_EQ(sim.ask("start zwave").text,
+            "the Z-Wave server cannot be at 127.255.255.254:8888: Address already in use");
+  EXPECT_EQ(sim.stop(), 0);
+}
+
+TEST(ServerLeftOut, CanBeStartedLater) {
+  Caller caller;
+  RunningSim sim({"--without", "nest", "--without", "hue"});
+  sim.tell("start nest");
+  caller.nest(109);
+  EXPECT_EQ(caller.hear().as<NestAnswer>().command, 122);
+  EXPECT_FALSE(sim.ask("kill hue").done) << "it was left out";
+}
+
+TEST(ServerLeftOut, IsOneOfFour) {
+  for (const std::string server : {"ha", "ZWAVE", ""}) {
+    EXPECT_EQ(simulator({"run", "--without", server}).status, 2) << server;
+  }
 }
 
 }  // namespace
