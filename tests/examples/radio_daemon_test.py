@@ -1,0 +1,119 @@
+#!/usr/bin/env python3
+"""radio_daemon_test.py DAEMON PLAIN: the library, the command line and PLAIN, a front end on the plain contract, add and
+remove the devices of the daemon, which has the Z-Wave server's place at the simulated router."""
+import json
+import signal
+import subprocess
+import sys
+import time
+
+
+def await_line(program, text):
+    for line in program.stdout:
+        if text in line:
+            return
+    raise AssertionError(f"the program never said {text!r}")
+
+
+class Router:
+    """The simulated router without its Z-Wave server, and the daemon instead."""
+
+    def __init__(self, daemon):
+        self.simulator = subprocess.Popen(["tembra-sim", "run", "--without", "zwave"], stdout=subprocess.PIPE, text=True)
+        await_line(self.simulator, "ready")
+        self.daemon = subprocess.Popen([sys.executable, "-B", daemon, "0.1"], stdin=subprocess.PIPE)
+        while not self.listens():
+            time.sleep(0.01)
+
+    @staticmethod
+    def listens():
+        with open("/proc/net/udp") as table:
+            return "FEFFFF7F:22B8" in table.read()  # 127.255.255.254:8888
+
+    def press(self, label):
+        self.daemon.stdin.write(label.encode() + b"\n")
+        self.daemon.stdin.flush()
+
+    def stop(self):
+        assert self.daemon.poll() is None, "the daemon has ended"
+        subprocess.run(["tembra-sim", "stop"], check=True, stdout=subprocess.DEVNULL)
+        assert self.simulator.wait() == 0, "the simulated router found something wrong"
+
+    def kill(self):
+        self.daemon.kill()
+        self.simulator.kill()
+
+
+def operate(command, then):
+    """Runs a command of tembra-assoc, does something when it waits for a button, and returns its last events."""
+    program = subprocess.Popen(["tembra-assoc", "--json", "--yes", command], stdout=subprocess.PIPE, text=True)
+    events = []
+    for line in program.stdout:
+        events.append(json.loads(line))
+        if events[-1].get("event") == "waiting" and then:
+            then(program)
+            then = None
+    assert not then, f"nobody waited for a button: {events}"
+    return [event for event in events if event["event"] != "exit"][-1], program.wait()
+
+
+def stored():
+    lines = subprocess.run(["tembra-assoc", "--json", "devices"], stdout=subprocess.PIPE, text=True, check=True).stdout
+    devices = [json.loads(line) for line in lines.splitlines()]
+    return {device["name"]: device["type"] for device in devices if "id" in device}
+
+
+def tell(router, plain):
+
+    def press(label):
+        return lambda _: router.press(label)
+
+    def interrupt(program):
+        program.send_signal(signal.SIGINT)
+
+    plug, strip, sleeper = ({"MeterSwitch #1": "MeterSwitch"}, {"GenericDevice #2": "GenericDevice"},
+                            {"NotificationSensor #3": "NotificationSensor"})
+    everything = plug | strip | sleeper
+    story = [  # command, what somebody does, exit status and reason, what is stored then
+        ("add", press("plug"), 0, "none", plug),
+        ("add", press("strip"), 0, "none", plug | strip),
+        ("add", press("sleeper"), 0, "none", everything),
+        ("add", press("plug"), 1, "already-known", everything),
+        ("add", press("lock"), 1, "radio-failed", everything),  # it wants a PIN
+        ("add", press("fail"), 1, "radio-failed", everything),
+        ("add", interrupt, 130, None, everything),
+        ("remove", press("plug"), 0, "none", strip | sleeper),
+        ("remove", press("lamp"), 1, "radio-failed", strip | sleeper),  # of a foreign network
+        ("remove", press("fail"), 1, "radio-failed", strip | sleeper),
+    ]
+    for command, then, status, reason, devices in story:
+        last, ended = operate(command, then)
+        assert (ended, last.get("reason")) == (status, reason), f"{command}: {ended}, {last}"
+        assert stored() == devices, stored()
+
+    program = subprocess.Popen([plain])
+    while program.poll() is None:
+        router.press("plug")  # nobody hears it before the command and after the answer
+        time.sleep(0.01)
+    assert program.returncode == 0
+    while len(stored()) < 3:
+        time.sleep(0.01)
+    assert stored() == {"MeterSwitch #4": "MeterSwitch"} | strip | sleeper, stored()
+
+
+def too_late(*_):
+    raise AssertionError("the test takes too long")
+
+
+def main(daemon, plain):
+    signal.signal(signal.SIGALRM, too_late)
+    signal.alarm(60)
+    router = Router(daemon)
+    try:
+        tell(router, plain)
+        router.stop()
+    finally:
+        router.kill()
+
+
+main(*sys.argv[1:])
