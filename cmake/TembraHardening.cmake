@@ -1,4 +1,5 @@
 # What makes a fault hard to use, in everything that is installed. Each measure is taken where the compiler knows it.
+include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
@@ -27,10 +28,20 @@ if(TEMBRA_HAS_FORTIFY_3)
   set(tembra_fortify_level 3)
 endif()
 
-# tembra_shipped(NAME [IN_LIBRARY]): a target that is installed, or a part of one; IN_LIBRARY: a part of the library.
-# Sanitizers have stronger checks of their own.
+# No object tells in which folder it was built: the same sources give the same bytes.
+check_cxx_compiler_flag(-ffile-prefix-map=a=b TEMBRA_HAS_FILE_PREFIX_MAP)
+if(TEMBRA_HAS_FILE_PREFIX_MAP)
+  list(APPEND tembra_hardening -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
+endif()
+
+# tembra_shipped(NAME [IN_LIBRARY] [NOT_SANITIZED]): a target that is installed, or a part of one; IN_LIBRARY: a part of
+# the library. Sanitizers have stronger checks of their own.
 function(tembra_shipped name)
-  tembra_target(${name})
+  if("NOT_SANITIZED" IN_LIST ARGN)
+    tembra_warnings(${name})
+  else()
+    tembra_target(${name})
+  endif()
   get_target_property(type ${name} TYPE)
   if(type STREQUAL "SHARED_LIBRARY")
     target_link_options(${name} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/hidden_names.map)
@@ -40,7 +51,7 @@ function(tembra_shipped name)
     return()
   endif()
   target_compile_options(${name} PRIVATE ${tembra_hardening}
-    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${tembra_fortify_level}>)  # needs optimisation
+    $<$<NOT:$<OR:$<CONFIG:>,$<CONFIG:Debug>>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${tembra_fortify_level}>)  # needs optimisation
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   if(type MATCHES "SHARED_LIBRARY|MODULE_LIBRARY|EXECUTABLE")
     target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,text)

@@ -19,6 +19,16 @@ function(tembra_target name)
   endif()
 endfunction()
 
+# A library is linked with all that it calls. What comes with the program is left open: a sanitizer's runtime, and the
+# router's own functions where nobody said which libraries have them.
+function(tembra_complete name)
+  if(TEMBRA_SANITIZE OR NOT (TEMBRA_STAND_INS OR TEMBRA_PLATFORM_LIBRARIES))
+    target_link_options(${name} PRIVATE -Wl,-z,undefs)
+  else()
+    target_link_options(${name} PRIVATE -Wl,-z,defs)
+  endif()
+endfunction()
+
 # Most of what compiling this target takes is in the headers that it uses: several files at a time. (A build that takes
 # all of a target at once goes on doing so.)
 function(tembra_batched name)

@@ -22,12 +22,13 @@ using namespace tembra::sim;
 constexpr int kRefused = 1;
 constexpr int kUsage = 2;
 
-// The installed data lies beside the program; a program in a build folder uses the source tree's.
+// The installed data lies beside the program; a build folder has a link to its sources.
 std::filesystem::path defaultCatalogue() {
   std::error_code failure;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
-  const std::filesystem::path installed = program.parent_path().parent_path() / TEMBRA_SIM_DATA_DIR / "catalogue";
-  return std::filesystem::is_directory(installed, failure) ? installed : TEMBRA_SIM_SOURCE_CATALOGUE;
+  const std::filesystem::path tree = program.parent_path().parent_path();
+  const std::filesystem::path installed = tree / TEMBRA_SIM_DATA_DIR / "catalogue";
+  return std::filesystem::is_directory(installed, failure) ? installed : tree / "source/sim/catalogue";
 }
 
 struct Arguments {

@@ -6,6 +6,7 @@
 #include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/socket.h>
+#include <tembra/version.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -65,10 +66,18 @@ bool raiseLoopback() {
   return up;
 }
 
+fs::path ownFolder() {
+  std::error_code failure;
+  return fs::read_symlink("/proc/self/exe", failure).parent_path();
+}
+
+// What is installed for this program alone, and the stand-in for the router's settings command.
+fs::path privateFolder() { return (ownFolder() / TEMBRA_PRIVATE_FOLDER).lexically_normal(); }
+
 bool liesUnderTmp(const fs::path& path) { return path.native().rfind("/tmp/", 0) == 0; }
 
-// A project that lives under /tmp must stay visible: its folders are opened before the new /tmp covers them and bound
-// back into it afterwards.
+// What lives under /tmp must stay visible: its folders are opened before the new /tmp covers them and bound back into
+// it afterwards.
 class KeptFolder {
  public:
   explicit KeptFolder(fs::path path) : path_(std::move(path)), fd_(open(path_.c_str(), O_PATH | O_DIRECTORY)) {}
@@ -89,9 +98,10 @@ class KeptFolder {
 
 bool coverTmp(const fs::path& command) {
   const fs::path here = fs::current_path();
+  const fs::path tree = ownFolder().parent_path();  // the installed one, or the build folder with a link to its sources
+  std::error_code failure;
   std::vector<KeptFolder> kept;
-  for (const fs::path& folder :
-       {fs::path(TEMBRA_SOURCE_DIR), fs::path(TEMBRA_BINARY_DIR), here, command.parent_path()}) {
+  for (const fs::path& folder : {fs::read_symlink(tree / "source", failure), tree, here, command.parent_path()}) {
     if (liesUnderTmp(folder)) kept.emplace_back(folder);
   }
   if (mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return false;
@@ -109,12 +119,28 @@ void preload(const char* library) {
   setenv("LD_PRELOAD", all.c_str(), 1);
 }
 
+// Installed, or in the build folder.
+fs::path hasteLibrary() {
+  const char* const name = "libtembra-haste.so";
+  std::error_code failure;
+  const fs::path installed = privateFolder() / name;
+  return fs::exists(installed, failure) ? installed : ownFolder().parent_path() / "lib" / name;
+}
+
 bool hurry(const std::string& speed) {
   const bool isNumber = !speed.empty() && speed.find_first_not_of("0123456789") == std::string::npos;
   if (!isNumber || speed.size() > 6 || std::stol(speed) < 1 || std::stol(speed) > 100'000) return false;
   setenv("TEMBRA_SPEED", speed.c_str(), 1);
-  preload(TEMBRA_HASTE);
+  preload(hasteLibrary().c_str());
   return true;
+}
+
+// The router's own settings command comes first, where there is one.
+void offerSettingsCommand() {
+  const char* path = std::getenv("PATH");
+  const fs::path folder = privateFolder();
+  if (path == nullptr || !fs::exists(folder / "nvram_get")) return;
+  setenv("PATH", (std::string(path) + ":" + folder.native()).c_str(), 1);
 }
 
 [[noreturn]] void refuse(const std::string& what) {
@@ -133,7 +159,7 @@ int readOptions(int count, char** arguments) {
   for (; at < count && arguments[at][0] == '-'; ++at) {
     const std::string option = arguments[at];
     if (option == "--help" || option == "-h") answer(kUsage);
-    if (option == "--version") answer("tembra-isolate " TEMBRA_PROJECT_VERSION "\n");
+    if (option == "--version") answer("tembra-isolate " TEMBRA_VERSION_TEXT "\n");
     if (option != "--speed") refuse("no option " + option);
     if (++at == count || !hurry(arguments[at])) refuse("--speed takes a number, 1 to 100000");
   }
@@ -149,6 +175,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "tembra-isolate: private namespaces are not permitted here: %s\n", std::strerror(errno));
     return kNotPermitted;
   }
+  offerSettingsCommand();
   unsetenv("XDG_RUNTIME_DIR");  // it is shared with the world outside
   execvp(*command, command);
   std::fprintf(stderr, "tembra-isolate: %s: %s\n", *command, std::strerror(errno));

@@ -13,6 +13,13 @@
 /// All three in one number, which grows with every version: 10203 is 1.2.3.
 #define TEMBRA_VERSION (TEMBRA_VERSION_MAJOR * 10000 + TEMBRA_VERSION_MINOR * 100 + TEMBRA_VERSION_PATCH)
 
+/// The same as a text: "1.2.3".
+#define TEMBRA_VERSION_TEXT                  \
+  TEMBRA_VERSION_WORD_(TEMBRA_VERSION_MAJOR) \
+  "." TEMBRA_VERSION_WORD_(TEMBRA_VERSION_MINOR) "." TEMBRA_VERSION_WORD_(TEMBRA_VERSION_PATCH)
+#define TEMBRA_VERSION_WORD_(number) TEMBRA_VERSION_DIGITS_(number)
+#define TEMBRA_VERSION_DIGITS_(number) #number
+
 #ifdef __cplusplus
 extern "C" {
 #endif

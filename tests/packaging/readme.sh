@@ -30,7 +30,8 @@ done
 # The HA server stores a device a moment after the front end has handed it over. Whatever fails, the simulator ends: a
 # program that is left over would keep the output open, and CTest would wait for it.
 # shellcheck disable=SC2016 # expanded inside
-PATH=$prefix/bin:$PATH TEMBRA_LOG=off timeout 60 "$isolate" sh -euc '
+commands=$(dirname "$(find "$prefix" -name nvram_get)")
+PATH=$prefix/bin:$PATH:$commands TEMBRA_LOG=off timeout 60 "$isolate" sh -euc '
   tembra-sim run --speed 20 --scenario "$2" >/tmp/sim.log 2>&1 &
   trap "cat /tmp/sim.log; kill $! 2>/dev/null || true" EXIT
   until tembra-sim status >/dev/null 2>&1; do kill -0 $!; sleep 0.02; done
