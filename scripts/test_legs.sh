@@ -50,16 +50,8 @@ leg_release() {
   cmake --install "$build" --prefix "$build/installed" >/dev/null
   tests/packaging/hardening.sh "$build/installed"
   tests/packaging/search_paths.sh "$build" "$build/installed"
-  build_as_a_stranger g++
-  build_as_a_stranger clang++
-}
-
-# Neither preset nor launcher, and the most optimisation, which sees the most. Warnings are errors here, and only here.
-build_as_a_stranger() {
-  local build=build/stranger-$1
-  cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER="$1" -DTEMBRA_TESTS=OFF \
-    -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
-  cmake --build "$build" --parallel "$jobs" --target TembraAssoc make-docs
+  tests/packaging/source_path.sh "$build/installed" "$PWD"
+  tests/packaging/strangers.sh build/strangers
 }
 
 leg_lint() {
