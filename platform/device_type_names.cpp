@@ -90,8 +90,15 @@ constexpr bool isSound(const TypeName& row) {
 
 constexpr bool isBefore(const TypeName& left, const TypeName& right) { return left.type < right.type; }
 
-static_assert(std::all_of(kTypeNames.begin(), kTypeNames.end(), isSound));
-static_assert(std::is_sorted(kTypeNames.begin(), kTypeNames.end(), isBefore));
+constexpr bool isSoundAndSorted() {
+  const TypeName* before = nullptr;
+  for (const TypeName& row : kTypeNames) {
+    if (!isSound(row) || (before != nullptr && !isBefore(*before, row))) return false;
+    before = &row;
+  }
+  return true;
+}
+static_assert(isSoundAndSorted());
 
 std::string nameOf(DevType type) {
   const auto* row = std::lower_bound(kTypeNames.begin(), kTypeNames.end(), TypeName{type, {}}, isBefore);

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <span>
 
 #define JSMN_STATIC
 #define JSMN_STRICT
@@ -73,10 +72,10 @@ JsonToken* parse_json2(const char* text, int length) {
   if (count == 0 || tokens->type != JSMN_OBJECT) return nullptr;
   auto* entries = static_cast<Entry*>(std::calloc(count, sizeof(Entry)));
   if (entries == nullptr) return nullptr;
-  Entry* entry = entries;
-  for (const jsmntok_t& token : std::span(tokens.get(), count)) {
+  for (size_t i = 0; i < count; ++i) {
+    const jsmntok_t& token = tokens.get()[i];
     const bool isName = token.type == JSMN_STRING && token.size == 1;
-    *entry++ = {{text + token.start, token.end - token.start}, token.parent, isName, static_cast<int>(count)};
+    entries[i] = {{text + token.start, token.end - token.start}, token.parent, isName, static_cast<int>(count)};
   }
   return &entries->text;
 }

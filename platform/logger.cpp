@@ -116,7 +116,7 @@ std::string stamp() {
 
 // The lock keeps lines whole when the system takes one in pieces. A line that cannot be written is lost.
 void writeWhole(int descriptor, std::string_view line) {
-  static constinit std::mutex writing;
+  static std::mutex writing;
   const std::lock_guard lock(writing);
   while (!line.empty()) {
     const ssize_t written = write(descriptor, line.data(), line.size());

@@ -36,7 +36,7 @@ constexpr int kWholeKey = -1;  // the Depot library takes the key's text length
 std::atomic_uint repaired = 0;
 std::atomic_uint lost = 0;
 
-constinit std::mutex turns;
+std::mutex turns;
 thread_local bool inSession = false;
 
 void complain(const char* call) {

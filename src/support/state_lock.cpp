@@ -9,7 +9,7 @@
 namespace tembra {
 namespace {
 
-constinit std::mutex mutex;
+std::mutex mutex;
 thread_local int heldDepth = 0;
 
 pthread_cond_t changed;

@@ -7,7 +7,7 @@
 
 namespace tembra {
 
-constinit std::atomic<int> strictMode = -1;
+std::atomic<int> strictMode{-1};
 
 // Reads the environment once; a call of tembra_set_strict that comes in between wins. The environment of a program with
 // other rights than its user's is the user's own, and has no say: there only the program itself decides.

@@ -7,7 +7,7 @@
 namespace tembra {
 
 /// 0 or 1; negative until somebody asks.
-extern constinit std::atomic<int> strictMode;
+extern std::atomic<int> strictMode;
 int decideStrictMode();
 
 [[nodiscard]] inline bool isStrict() {

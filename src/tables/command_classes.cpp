@@ -1,7 +1,6 @@
 // Names of the Z-Wave command classes (numbers: Z-Wave standard; names: the system's own).
 #include <tembra/names.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -147,12 +146,14 @@ constexpr auto kRowOfSlot = [] {
   }
   return rows;
 }();
-static_assert(std::all_of(std::begin(kCommandClasses), std::end(kCommandClasses),
-                          [](const CommandClass& row) {
-                            const CommandClass& found = kCommandClasses[kRowOfSlot[hash(row.name)]];
-                            return (found.number == row.number) == isKnownByName(row);
-                          }),
-              "no two names share a slot");
+constexpr bool everyNameHasItsSlot() {
+  for (const CommandClass& row : kCommandClasses) {
+    const CommandClass& found = kCommandClasses[kRowOfSlot[hash(row.name)]];
+    if ((found.number == row.number) != isKnownByName(row)) return false;
+  }
+  return true;
+}
+static_assert(everyNameHasItsSlot(), "no two names share a slot");
 
 }  // namespace
 }  // namespace tembra

@@ -17,7 +17,7 @@ constexpr int kBadPort = -2;
 constexpr long kLargestPort = 32767;
 
 // gethostbyname and getservbyname answer in storage that all threads share.
-constinit std::mutex nameLookups;
+std::mutex nameLookups;
 
 bool isDigit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
 

@@ -53,12 +53,15 @@ refuse_configuring() {
     { cat "$work/log"; fail "does not say: $1"; }
 }
 
-# Build types and compilers. The most optimisation sees the most.
+# Build types, and the compilers and C++ libraries of the floor. The most optimisation sees the most.
 build release Release g++
-build release-clang Release clang++
-build debug Debug g++
-build small MinSizeRel g++
+build release-clang Release clang++-14
+build debug-libc++ Debug clang++-14 -DCMAKE_CXX_FLAGS=-stdlib=libc++
+build small MinSizeRel g++-11
 build untyped "" g++
+for name in release release-clang debug-libc++ small untyped; do
+  if grep --quiet 'std=[^ ]*2[0-9a-z]' "$work/$name/build.ninja"; then fail "$name asks for more than C++17"; fi
+done
 
 # The router's own libraries in place of the stand-ins, by name: nothing of the stand-ins is built or installed.
 g++ -std=c++11 -fPIC -shared -Iinclude tests/packaging/own_platform.cpp tests/packaging/own_json.cpp -o "$work/librouter.so"
