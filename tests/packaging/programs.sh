@@ -4,7 +4,7 @@ set -eu
 bin=$1/bin
 libraries=$(cd "$1" && pwd -P)
 
-for program in tembra-assoc tembra-sim tembra-isolate; do
+for program in tembra-assoc tembra-daemon-check tembra-sim tembra-isolate; do
   echo "$program"
   ldd "$bin/$program" | grep 'libTembra.*\.so' | while read -r _ _ library _; do
     case $(readlink -f "$library") in

@@ -103,8 +103,7 @@ TEST(ServerLeftOut, LeavesItsAddressToAnother) {
   EXPECT_NE(status.find("ZigBee server: idle\n"), std::string::npos) << status;
   EXPECT_NE(status.find("Nest server: not running\n"), std::string::npos) << status;
   EXPECT_EQ(sim.ask("press siren").text, "the Z-Wave server is not running");
-  EXPECT_EQ(sim.ask("start zwave").text,
-            "the Z-Wave server cannot be at 127.255.255.254:8888: Address already in use");
+  EXPECT_EQ(sim.ask("start zwave").text, "the Z-Wave server cannot be at 127.255.255.254:8888: Address already in use");
   EXPECT_EQ(sim.stop(), 0);
 }
 
