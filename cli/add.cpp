@@ -45,7 +45,7 @@ void declareAdd(CLI::App& program, Action& action) {
           "the device's type, by name or number, where there is a choice")
       ->check(checkType);
   command->add_option("--name", wishes->name, "the device's name, instead of the one proposed")->check(checkText);
-  command->add_option("--location", wishes->location, "where the device is, instead of \"Default\"")->check(checkText);
+  command->add_option("--place", wishes->place, "where the device is, instead of \"Default\"")->check(checkText);
   command->callback([&action, wishes] { action = [wishes](const Context& context) { addDevice(context, *wishes); }; });
 }
 

@@ -34,8 +34,8 @@ std::string faultIn(const Found& found, const Wishes& wanted) {
   const bool keepsName = wanted.name.empty() || wanted.name == found.name;
   const std::string nameFault = keepsName ? "" : faultOf(wanted.name, found.nameRoom);
   if (!nameFault.empty()) return "the name " + nameFault + ".";
-  const std::string placeFault = wanted.location.empty() ? "" : faultOf(wanted.location, found.placeRoom);
-  return placeFault.empty() ? "" : "the location " + placeFault + ".";
+  const std::string placeFault = wanted.place.empty() ? "" : faultOf(wanted.place, found.placeRoom);
+  return placeFault.empty() ? "" : "the place " + placeFault + ".";
 }
 
 int chooseType(Dialogue& dialogue, const Found& found, const Wishes& wishes) {
@@ -74,7 +74,7 @@ Wishes readAnswer(const std::string& line, const Wishes& proposal) {
     } else if (name == "name" && value.is_string()) {
       wanted.name = value.get<std::string>();
     } else if (name == "place" && value.is_string()) {
-      wanted.location = value.get<std::string>();
+      wanted.place = value.get<std::string>();
     } else {
       throw Failure(kUsage, "the answer's member " + name + " is none of type, name and place, or has no such value.");
     }
@@ -108,7 +108,7 @@ Wishes decide(Dialogue& dialogue, const Found& found, Wishes wanted) {
   if (wanted.name.empty()) {
     wanted.name = askText(dialogue, "Name", isProposed ? found.name : "the usual one", found.nameRoom);
   }
-  if (wanted.location.empty()) wanted.location = askText(dialogue, "Location", found.place, found.placeRoom);
+  if (wanted.place.empty()) wanted.place = askText(dialogue, "Place", found.place, found.placeRoom);
   return wanted;
 }
 
@@ -117,8 +117,8 @@ Wishes decide(Dialogue& dialogue, const Found& found, Wishes wanted) {
 void finishDevice(Dialogue& dialogue, const Found& found, const Wishes& wishes) {
   const Wishes wanted = decide(dialogue, found, wishes);
   dialogue.context().display.command("finish(" + typeName(wanted.type) + ", \"" + wanted.name + "\", \"" +
-                                     wanted.location + "\")");
-  const Result result = dialogue.kit().finish(wanted.type, wanted.name, wanted.location);
+                                     wanted.place + "\")");
+  const Result result = dialogue.kit().finish(wanted.type, wanted.name, wanted.place);
   if (result == Result::nothingRuns) return;  // its end is on its way
   if (result != Result::ok) throw Failure(kFailed, sentence(result));
 }

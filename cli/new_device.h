@@ -12,7 +12,7 @@ namespace tembra::cli {
 struct Wishes {
   int type = 0;
   std::string name;
-  std::string location;
+  std::string place;
 };
 
 /// Asks for what neither the command line nor a default tells, and hands the device over. Throws Failure.

@@ -47,15 +47,15 @@ start_router
 
 headline "A plug that meters its load is added; its type is one of two"
 press_soon metering-plug
-assoc add --type MeterSwitch --name "Washing machine" --location Bathroom
+assoc add --type MeterSwitch --name "Washing machine" --place Bathroom
 
 headline "A sensor of several values is added as what it is used for"
 press_soon multilevel-sensor
-assoc add --type LuminanceSensor --name "Light at the door" --location Porch
+assoc add --type LuminanceSensor --name "Light at the door" --place Porch
 
 headline "A ZigBee contact is added; whichever radio answers, the other is told to stop"
 press_soon zb-contact
-assoc add --name "Front door" --location Porch
+assoc add --name "Front door" --place Porch
 
 headline "A device of no known kind is added as a generic one, under the name that is proposed"
 press_soon chime

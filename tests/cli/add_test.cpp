@@ -40,7 +40,7 @@ void PrintTo(const Success& row, std::ostream* out) { *out << row.name; }
 const Success kSuccesses[] = {
     {"TypeByName",
      "metering-plug",
-     {"--type", "MeterSwitch", "--name", "Washing machine", "--location", "Bath"},
+     {"--type", "MeterSwitch", "--name", "Washing machine", "--place", "Bath"},
      "1   Washing machine  MeterSwitch  Z-Wave  2"},
     {"TypeByNumber", "metering-plug", {"--type", "43"}, "1   MultiSwitch #1  MultiSwitch  Z-Wave  2"},
     {"ProposedTypeWithYes", "metering-plug", {"--yes"}, "1   MeterSwitch #1  MeterSwitch  Z-Wave  2"},

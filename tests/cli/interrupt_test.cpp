@@ -83,7 +83,7 @@ TEST(Interrupt, EndsANamingThatWaitsForALockedDatabase) {
   terminal.type("1\r");
   terminal.waitFor("Name (");
   terminal.type("\r");
-  terminal.waitFor("Location (");
+  terminal.waitFor("Place (");
   terminal.type("\r");
   terminal.waitFor("Storing the device");
   terminal.type("\x03");

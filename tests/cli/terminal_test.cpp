@@ -22,7 +22,7 @@ TEST(TerminalAdd, ShowsWhatHappensAndTheSecondsLeft) {
   terminal.waitFor("Name (180 s): ");
   terminal.waitFor("Name (179 s): ");
   terminal.type("\r");
-  terminal.waitFor("Location (");
+  terminal.waitFor("Place (");
   terminal.type("\r");
   terminal.waitFor("Added Siren #1 (Siren, Default).");
   EXPECT_EQ(terminal.end(), 0);
@@ -53,8 +53,8 @@ TEST(TerminalAdd, AsksForTheTypeUntilItGetsOne) {
   terminal.waitFor("Name: Enter for the usual one");
   terminal.waitFor("Name (");
   terminal.type("Light at the dooor\x7f\x7fr\r");
-  terminal.waitFor("Location: Enter for Default");
-  terminal.waitFor("Location (");
+  terminal.waitFor("Place: Enter for Default");
+  terminal.waitFor("Place (");
   terminal.type("Porch\r");
   terminal.waitFor("Added Light at the door (LuminanceSensor, Porch).");
   EXPECT_EQ(terminal.end(), 0);
@@ -64,7 +64,7 @@ TEST(TerminalAdd, AsksForTheTypeUntilItGetsOne) {
 
 TEST(TerminalAdd, TakesTheNumberOfAType) {
   SimRouter router;
-  Terminal terminal(assocCommand({"add", "--name", "Washer", "--location", "Bath"}));
+  Terminal terminal(assocCommand({"add", "--name", "Washer", "--place", "Bath"}));
   router.pressOnAdd("metering-plug");
   terminal.waitFor("Number or name");
   terminal.type("2\r");
@@ -75,7 +75,7 @@ TEST(TerminalAdd, TakesTheNumberOfAType) {
 
 TEST(TerminalAdd, TakesTheProposedTypeByEnter) {
   SimRouter router;
-  Terminal terminal(assocCommand({"add", "--name", "Socket", "--location", "Bath"}));
+  Terminal terminal(assocCommand({"add", "--name", "Socket", "--place", "Bath"}));
   router.pressOnAdd("outlet");
   terminal.waitFor("  1  OutletSwitch (proposed)");
   terminal.waitFor("Number or name");
@@ -87,7 +87,7 @@ TEST(TerminalAdd, TakesTheProposedTypeByEnter) {
 
 TEST(TerminalAdd, AsksAgainForANameThatIsNone) {
   SimRouter router;
-  Terminal terminal(assocCommand({"add", "--location", "Bath"}));
+  Terminal terminal(assocCommand({"add", "--place", "Bath"}));
   router.pressOnAdd("zb-dimmer");
   terminal.waitFor("Name (");
   terminal.type(std::string(32, 'n') + "\r");
@@ -139,10 +139,13 @@ struct Leaving {
 void PrintTo(const Leaving& row, std::ostream* out) { *out << row.name; }
 
 const Leaving kLeavings[] = {
-    {"CtrlCWhileWaiting", "Press the button", "\x03", 130}, {"CtrlCAtTheChoice", "Number or name", "\x03", 130},
-    {"EndOfInputAtTheChoice", "Number or name", "\x04", 1}, {"EndOfInputAtTheName", "Name (", "\x04", 1},
-    {"EndOfInputAtTheLocation", "Location (", "\x04", 1},   {"CtrlCAtTheName", "Name (", "\x03", 130},
-    {"CtrlCAtTheLocation", "Location (", "\x03", 130},
+    {"CtrlCWhileWaiting", "Press the button", "\x03", 130},
+    {"CtrlCAtTheChoice", "Number or name", "\x03", 130},
+    {"EndOfInputAtTheChoice", "Number or name", "\x04", 1},
+    {"EndOfInputAtTheName", "Name (", "\x04", 1},
+    {"EndOfInputAtThePlace", "Place (", "\x04", 1},
+    {"CtrlCAtTheName", "Name (", "\x03", 130},
+    {"CtrlCAtThePlace", "Place (", "\x03", 130},
 };
 
 class TerminalLeaving : public testing::TestWithParam<Leaving> {};
@@ -151,7 +154,7 @@ class TerminalLeaving : public testing::TestWithParam<Leaving> {};
 void goTo(Terminal& terminal, SimRouter& router, const std::string& place) {
   if (place == "Press the button") return terminal.waitFor(place);
   router.pressOnAdd("metering-plug");
-  for (const char* question : {"Number or name", "Name (", "Location ("}) {
+  for (const char* question : {"Number or name", "Name (", "Place ("}) {
     terminal.waitFor(question);
     if (place == question) return;
     terminal.type("1\r");

@@ -38,7 +38,7 @@ const UsageCase kUsageCases[] = {
     {"NameWithAControlCharacter", {"add", "--name", "a\x1b[31mb"}, 2, "has control characters"},
     {"NameThatIsNoUtf8", {"add", "--name", "a\xff"}, 2, "is not UTF-8"},
     {"NameOfBlanks", {"add", "--name", "  "}, 2, "is empty"},
-    {"LocationWithoutRoom", {"add", "--location", std::string(180, 'x')}, 2, "there is room for 179"},
+    {"PlaceWithoutRoom", {"add", "--place", std::string(180, 'x')}, 2, "there is room for 179"},
     {"HelpOfAnUnknownCommand", {"help", "paint"}, 2, "paint"},
     {"Version", {"--version"}, 0, ""},
     {"HelpAsACommand", {"help"}, 0, ""},
