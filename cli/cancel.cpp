@@ -99,7 +99,8 @@ void throwUnlessDone(const Attempt& attempt) {
 
 // Opening runs a command of the router, which may hang: the user need not.
 void cancelRadios(const Context& context, const std::string& radios) {
-  TembraAssociation& service = serviceAs(context.options.role);
+  TembraAssociation& service = *TembraAssociation::getInstance();
+  service.clientRole = roleNumber(context.options.role);
   const auto attempt = std::make_shared<Attempt>();
   static_cast<void>(runLibraryCall(
       context, [attempt, &service, type = kTargets.at(radios)] { cancelOnRadios(*attempt, service, type); },

@@ -18,8 +18,6 @@
 #include "json_line.h"
 #include "platform/printable.h"
 #include "private_database.h"
-#include "roles.h"
-#include "texts.h"
 
 namespace tembra::cli {
 namespace {
@@ -104,7 +102,7 @@ std::string toText(const Classification& result) {
 
 void classifyFile(const Context& context, const std::string& path) {
   const DeviceDescription description = readDescription(path == "-" ? readInput(context) : readFile(path));
-  TembraAssociation& service = serviceAs(context.options.role);
+  TembraAssociation& service = *TembraAssociation::getInstance();
   const PrivateDatabase database;
   Classification result =
       std::visit([&service](const auto& record) { return classify(service, record); }, description.record);

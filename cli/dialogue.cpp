@@ -1,6 +1,5 @@
 #include "dialogue.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <nlohmann/json.hpp>

@@ -3,7 +3,6 @@
 
 #include <CLI/CLI.hpp>
 #include <iomanip>
-#include <iostream>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>

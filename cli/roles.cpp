@@ -1,43 +1,24 @@
 #include "roles.h"
 
-#include <tembra/association.h>
+#include <tembra/vocabulary.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace tembra::cli {
 namespace {
 
-struct Role {
-  const char* name;
-  ClientRole number;
-  TembraAssociation* (*initialise)();
-};
-
-constexpr Role kRoles[] = {
-    {"web", ROLE_WEB_SERVER, TembraAssociation::webServerAssocInit},
-    {"lcd", ROLE_LCD, TembraAssociation::LCDAssocInit},
-    {"cloud", ROLE_CLOUD_APPS, TembraAssociation::cloudappsAssocInit},
-    {"mesh", ROLE_MESH_SERVER, TembraAssociation::meshServerAssocInit},
-    {"free1", ROLE_FREE_USER_1, TembraAssociation::FreeUsr1AssocInit},
-    {"free2", ROLE_FREE_USER_2, TembraAssociation::FreeUsr2AssocInit},
-};
-
-// The command line lets no other name through.
-const Role& roleOf(const std::string& name) {
-  const auto* const role = std::ranges::find_if(kRoles, [&name](const Role& each) { return name == each.name; });
-  return role == std::end(kRoles) ? kRoles[1] : *role;
-}
+// In the order of ClientRole.
+constexpr const char* kRoles[] = {"web", "lcd", "cloud", "mesh", "free1", "free2"};
+static_assert(ROLE_WEB_SERVER == 1 && ROLE_FREE_USER_2 == std::size(kRoles));
 
 }  // namespace
 
-std::vector<std::string> roleNames() {
-  std::vector<std::string> names;
-  for (const Role& role : kRoles) names.emplace_back(role.name);
-  return names;
+std::vector<std::string> roleNames() { return {std::begin(kRoles), std::end(kRoles)}; }
+
+// The command line lets no other name through.
+int roleNumber(const std::string& name) {
+  return ROLE_WEB_SERVER + static_cast<int>(std::ranges::find(kRoles, name) - std::begin(kRoles));
 }
-
-int roleNumber(const std::string& name) { return roleOf(name).number; }
-
-TembraAssociation& serviceAs(const std::string& role) { return *roleOf(role).initialise(); }
 
 }  // namespace tembra::cli

@@ -5,8 +5,6 @@
 #include <string>
 #include <vector>
 
-class TembraAssociation;
-
 namespace tembra::cli {
 
 /// The values of --role.
@@ -14,9 +12,6 @@ namespace tembra::cli {
 
 /// In ClientRole numbering.
 [[nodiscard]] int roleNumber(const std::string& name);
-
-/// The service object in this role, not yet open: for what the front-end kit has no operation.
-[[nodiscard]] TembraAssociation& serviceAs(const std::string& role);
 
 }  // namespace tembra::cli
 

@@ -8,8 +8,6 @@
 #include <nlohmann/json.hpp>
 
 #include "commands.h"
-#include "dialogue.h"
-#include "event_text.h"
 #include "failure.h"
 #include "json_line.h"
 #include "other_front_end.h"

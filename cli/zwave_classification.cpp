@@ -1,8 +1,6 @@
 // A Z-Wave node: the reasons are what the library logs while it decides, and the capabilities that it raises.
 #include <tembra/globals.h>
 
-#include <cstring>
-
 #include "classification.h"
 #include "log_capture.h"
 #include "texts.h"

@@ -62,8 +62,6 @@ constexpr auto kEvents = std::to_array<EventRow>({
 });
 static_assert(std::ranges::is_sorted(kEvents, {}, &EventRow::code), "rows stand in the order of their codes");
 
-constexpr std::array<std::string_view, 5> kSources = {"", "ZigBee", "Z-Wave", "Hue", "Nest"};
-
 }  // namespace
 
 std::span<const EventRow> eventTable() { return kEvents; }
@@ -73,16 +71,6 @@ const EventRow* findEvent(int code) {
     if (row.code == code) return &row;
   }
   return nullptr;
-}
-
-std::string eventName(int code) {
-  const EventRow* row = findEvent(code);
-  return row == nullptr ? "UNKNOWN " + std::to_string(code) : std::string(row->name);
-}
-
-std::string sourceName(int source) {
-  const bool named = source > 0 && source < static_cast<int>(kSources.size());
-  return named ? std::string(kSources[static_cast<std::size_t>(source)]) : "server " + std::to_string(source);
 }
 
 Payload payloadOf(const AssocEvent& event) {

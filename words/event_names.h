@@ -5,7 +5,6 @@
 #include <tembra/events.h>
 
 #include <span>
-#include <string>
 #include <string_view>
 
 namespace tembra::words {
@@ -46,12 +45,6 @@ struct EventRow {
 
 /// The row of a code, null when there is none.
 [[nodiscard]] const EventRow* findEvent(int code);
-
-/// "ADDING"; for a code without a row "UNKNOWN" and the number.
-[[nodiscard]] std::string eventName(int code);
-
-/// "Z-Wave"; for a number that names no server "server" and the number.
-[[nodiscard]] std::string sourceName(int source);
 
 /// What the payload of this very event holds: some events carry one from ZigBee only.
 [[nodiscard]] Payload payloadOf(const AssocEvent& event);
