@@ -1,7 +1,9 @@
 #include "servers.h"
 
 #include <netinet/in.h>
+#include <tembra/association.h>
 #include <tembra/endpoints.h>
+#include <tembra/frontend.h>
 
 #include <cstdio>
 #include <cstring>
@@ -63,3 +65,9 @@ bool listens(ServerType server) {
 }
 
 }  // namespace tembra::frontend
+
+int tembra_server_listens(int server) {
+  TembraAssociation::getInstance();  // fills in the addresses
+  const bool isServer = server >= SERVER_ZIGBEE && server <= SERVER_HA;
+  return isServer && tembra::frontend::listens(static_cast<ServerType>(server)) ? 1 : 0;
+}

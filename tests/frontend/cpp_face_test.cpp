@@ -1,5 +1,10 @@
 // What the C++ face adds to the C face: values, ownership, and texts that C would cut. No router runs.
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <tembra/endpoints.h>
+#include <tembra/vocabulary.h>
+#include <unistd.h>
+
 #include <tembra/frontend.hpp>
 
 #include <cerrno>
@@ -32,6 +37,36 @@ TEST(CppFace, HoldsWhatTheKindOfAnEventHas) {
   EXPECT_EQ(ended->reason, TEMBRA_REASON_NO_RADIO_SERVER);
   EXPECT_EQ(ended->text, tembra_reason_text(TEMBRA_REASON_NO_RADIO_SERVER));
   EXPECT_EQ(event->json.rfind("{\"schema\":1,\"event\":\"ended\"", 0), 0U) << event->json;
+}
+
+// Binds where a server would.
+class Stand {
+ public:
+  explicit Stand(const sockaddr_in& place) : socket_(socket(AF_INET, SOCK_DGRAM, 0)) {
+    EXPECT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&place), sizeof place), 0);
+  }
+  ~Stand() { close(socket_); }
+  Stand(const Stand&) = delete;
+  Stand& operator=(const Stand&) = delete;
+
+ private:
+  int socket_;
+};
+
+TEST(Servers, AreThereWhileTheyListen) {
+  ASSERT_EQ(tembra_server_listens(SERVER_HA), 0) << "the addresses are known from now on";
+  const std::pair<int, const sockaddr_in&> rows[] = {{SERVER_ZIGBEE, adr_zigbee},
+                                                     {SERVER_ZWAVE, adr_ozw},
+                                                     {SERVER_HUE, adr_hueserver},
+                                                     {SERVER_NEST, adr_nest},
+                                                     {SERVER_HA, adr_ha_assoc}};
+  for (const auto& [listening, place] : rows) {
+    const Stand server(place);
+    for (int each = SERVER_ZIGBEE - 1; each <= SERVER_MESH; ++each) {
+      EXPECT_EQ(tembra_server_listens(each), each == listening ? 1 : 0) << each << " while " << listening << " listens";
+    }
+  }
+  EXPECT_EQ(tembra_server_listens(SERVER_HA), 0);
 }
 
 TEST(CppFace, TellsTheState) {

@@ -344,6 +344,13 @@ TEMBRA_API int tembra_frontend_state(tembra_frontend* kit, struct tembra_state* 
 /// `size` bytes, NUL included, are written
 TEMBRA_API size_t tembra_frontend_state_json(tembra_frontend* kit, char* text, size_t size);
 
+// ---- The router ----------------------------------------------------------------------------------------------------
+
+/// Whether somebody listens where the library sends a server's commands. Every operation looks by itself.
+/// @param server in ServerType numbering: 1 ZigBee, 2 Z-Wave, 3 Hue, 4 Nest, 5 HA
+/// @return 1: yes, or the kernel does not tell; 0: no, or there is no such server
+TEMBRA_API int tembra_server_listens(int server);
+
 // ---- Names ---------------------------------------------------------------------------------------------------------
 
 /// "add", "hue-list", ...; the names of the JSON objects. Null for an unknown number.
