@@ -1,5 +1,6 @@
 #include "display.h"
 
+#include <tembra/watch.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -21,6 +22,7 @@ constexpr char kUser[] = "user";
 /// For a file or a pipe: lines, and no countdown.
 class PlainDisplay : public Display {
  public:
+  using Display::Display;
   void note(const std::string& sentence) override { printLine(printable(sentence)); }
   void event(const Event& event) override {
     if (const auto* warning = event.as<Warning>()) return warn(*warning);
@@ -31,6 +33,7 @@ class PlainDisplay : public Display {
 /// The same with everything that the kit tells.
 class VerboseDisplay : public PlainDisplay {
  public:
+  using PlainDisplay::PlainDisplay;
   void event(const Event& event) override {
     char time[32];
     std::snprintf(time, sizeof time, "%8.3f s  ", static_cast<double>(event.elapsed.count()) / 1000);
@@ -42,6 +45,7 @@ class VerboseDisplay : public PlainDisplay {
 /// For a terminal: the last line is alive.
 class LiveDisplay : public Display {
  public:
+  using Display::Display;
   ~LiveDisplay() override { line_.clear(); }
   void note(const std::string& sentence) override { printAbove(printable(sentence)); }
   void event(const Event& event) override {
@@ -73,11 +77,17 @@ class LiveDisplay : public Display {
 /// For programs: one object a line and nothing else.
 class JsonDisplay : public Display {
  public:
+  using Display::Display;
   void event(const Event& event) override { printLine(event.json); }
   void complain(const std::string& sentence) override { printLine(jsonEvent("remark", {{"text", sentence}})); }
   void failed(const Failure& failure) override {
     if (failure.told() == Failure::Told::kByEvent) return;
-    printLine(jsonEvent("error", {{"status", static_cast<int>(failure.status())}, {"text", failure.what()}}));
+    const Failure::Reason& reason = failure.reason();
+    nlohmann::ordered_json error = {{"status", static_cast<int>(failure.status())}};
+    if (!reason.name.empty()) error["reason"] = reason.name;
+    error["text"] = reason.text;
+    if (!reason.advice.empty()) error["advice"] = reason.advice;
+    printLine(jsonEvent("error", error));
   }
   void ask(const nlohmann::ordered_json& question) override { printLine(jsonEvent("question", question)); }
   void ended(int status) override { printLine(jsonEvent("exit", {{"status", status}})); }
@@ -86,6 +96,7 @@ class JsonDisplay : public Display {
 /// For a demonstration: who said what to whom, and every second that passes.
 class TimelineDisplay : public Display {
  public:
+  using Display::Display;
   void note(const std::string& sentence) override { words::say(kProgram, kUser, sentence); }
   void command(const std::string& call) override { words::say(kProgram, kKit, call); }
   void event(const Event& event) override {
@@ -108,17 +119,18 @@ class TimelineDisplay : public Display {
 
 void Display::complain(const std::string& sentence) { cli::complain(sentence); }
 
-// Most users may not serve watchers, and most have none.
+// Most users may not serve watchers at the usual path, and most have none.
 void Display::warn(const Warning& warning) {
-  if (warning.reason != TEMBRA_REASON_NOT_WATCHED) complain(warning.text);
+  const bool isExpected = warning.reason == TEMBRA_REASON_NOT_WATCHED && options_.watchPath == TEMBRA_WATCH_PATH;
+  if (!isExpected) complain(warning.text);
 }
 
 std::unique_ptr<Display> makeDisplay(const Options& options) {
-  if (options.json) return std::make_unique<JsonDisplay>();
-  if (options.timeline) return std::make_unique<TimelineDisplay>();
-  if (options.verbose) return std::make_unique<VerboseDisplay>();
-  if (isatty(STDOUT_FILENO) == 1) return std::make_unique<LiveDisplay>();
-  return std::make_unique<PlainDisplay>();
+  if (options.json) return std::make_unique<JsonDisplay>(options);
+  if (options.timeline) return std::make_unique<TimelineDisplay>(options);
+  if (options.verbose) return std::make_unique<VerboseDisplay>(options);
+  if (isatty(STDOUT_FILENO) == 1) return std::make_unique<LiveDisplay>(options);
+  return std::make_unique<PlainDisplay>(options);
 }
 
 }  // namespace tembra::cli

@@ -17,7 +17,7 @@ namespace tembra::cli {
 /// Throws Failure (from any call that prints) when standard output cannot be written.
 class Display {
  public:
-  Display() = default;
+  explicit Display(const Options& options) : options_(options) {}
   Display(const Display&) = delete;
   Display& operator=(const Display&) = delete;
   virtual ~Display() = default;
@@ -53,6 +53,9 @@ class Display {
 
  protected:
   void warn(const Warning& warning);
+
+ private:
+  const Options& options_;
 };
 
 [[nodiscard]] std::unique_ptr<Display> makeDisplay(const Options& options);

@@ -21,14 +21,25 @@ class Failure : public std::runtime_error {
   /// Whether an event of the front-end kit has told programs of it already.
   enum class Told { kNot, kByEvent };
 
+  /// What the kit calls a reason, in words for people, and by its name for programs.
+  struct Reason {
+    std::string name;
+    std::string text;
+    std::string advice;
+  };
+
   Failure(ExitStatus status, const std::string& why, Told told = Told::kNot)
-      : std::runtime_error(why), status_(status), told_(told) {}
+      : std::runtime_error(why), status_(status), told_(told), reason_{"", why, ""} {}
+  Failure(ExitStatus status, const Reason& reason)
+      : std::runtime_error(reason.text + " " + reason.advice), status_(status), told_(Told::kNot), reason_(reason) {}
   [[nodiscard]] ExitStatus status() const { return status_; }
   [[nodiscard]] Told told() const { return told_; }
+  [[nodiscard]] const Reason& reason() const { return reason_; }
 
  private:
   ExitStatus status_;
   Told told_;
+  Reason reason_;
 };
 
 /// Writes one sentence to standard error under the program's name.

@@ -5,6 +5,7 @@
 #include <tembra/watch.h>
 
 #include <memory>
+#include <string>
 
 namespace tembra::cli {
 
@@ -12,6 +13,12 @@ struct CloseWatch {
   void operator()(tembra_watch* watch) const { tembra_watch_close(watch); }
 };
 using Watch = std::unique_ptr<tembra_watch, CloseWatch>;
+
+/// Whether an error of reading or watching says that nobody has the connection.
+[[nodiscard]] bool isNobodyThere(int error);
+
+/// For programs: the event `status`. Null: nobody that can be watched has the connection.
+[[nodiscard]] std::string statusEvent(const tembra_holder* holder);
 
 }  // namespace tembra::cli
 

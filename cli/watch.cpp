@@ -57,10 +57,8 @@ void show(const Context& context, const std::string& line) {
   printLine(timeText("%H:%M:%S  ", std::time(nullptr)) + printable(lineText(line)));
 }
 
-bool isNobodyThere(int error) { return error == ENOENT || error == ECONNREFUSED; }
-
 void tellNobody(const Context& context) {
-  if (context.options.json) return printLine(jsonEvent("status", {{"holder", nullptr}}));
+  if (context.options.json) return printLine(statusEvent(nullptr));
   printLine(timeText("%H:%M:%S  ", std::time(nullptr)) + "The connection is free.");
 }
 
@@ -100,14 +98,7 @@ void tellStatus(const Context& context) {
     throw Failure(kFailed,
                   context.options.watchPath + " does not say who has the connection: " + std::strerror(error) + ".");
   }
-  if (context.options.json) {
-    Json object = {{"holder", nullptr}};
-    if (isHeld) {
-      object["holder"] = {{"role", holder.role},   {"program", holder.program},     {"pid", holder.pid},
-                          {"since", holder.since}, {"operation", holder.operation}, {"phase", holder.phase}};
-    }
-    return printLine(jsonEvent("status", object));
-  }
+  if (context.options.json) return printLine(statusEvent(isHeld ? &holder : nullptr));
   if (!isHeld) return printLine("No front end that can be watched has the connection.");
   printLine(printable(std::string(holder.program)) + " (process " + std::to_string(holder.pid) +
             ") has the connection since " + timeText("%H:%M:%S", holder.since) + ": " + holder.operation + ", " +

@@ -9,6 +9,7 @@
 #include "support/files.h"
 #include "support/sim_router.h"
 #include "support/terminal.h"
+#include "support/udp_listener.h"
 
 namespace tembra::test {
 namespace {
@@ -97,6 +98,7 @@ TEST(Interrupt, EndsAnOpeningThatWaitsForACommandOfTheRouter) {
   writeFile("/tmp/nvram_get", "#!/bin/sh\necho $$ >/tmp/begun\nexec sleep 1000\n");
   ASSERT_EQ(chmod("/tmp/nvram_get", 0700), 0);
   setenv("PATH", (std::string("/tmp:") + std::getenv("PATH")).c_str(), 1);
+  const ZigbeeListener zigbee;
   Program program(assocCommand({"cancel"}));
   const pid_t command = std::stoi(readFile("/tmp/begun"));
   program.signal(SIGINT);

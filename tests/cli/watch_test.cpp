@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <nlohmann/json.hpp>
 
+#include "kit/text.h"
 #include "support/sim_router.h"
 
 namespace tembra::test {
@@ -64,6 +66,42 @@ TEST(Cancel, EndsWhatAnotherFrontEndDoes) {
   EXPECT_EQ(cancelled.output, "Cancelled the add of tembra-assoc.\n");
   EXPECT_EQ(add.end().status, 1);
   router.waitForBothRadiosToHear("cancel");
+  router.stop();
+}
+
+TEST(Cancel, TellsProgramsWhatAnotherFrontEndDid) {
+  SimRouter router;
+  Program add(assocCommand({"add", "--yes"}));
+  router.waitFor("library -> Z-Wave server   add a device");
+  const std::vector<std::string> lines = kit::linesOf(runAssoc({"cancel", "--json"}).output);
+  ASSERT_EQ(lines.size(), 2U);
+  const auto status = nlohmann::json::parse(lines[0]);
+  EXPECT_EQ(status.at("event"), "status");
+  EXPECT_EQ(status.at("holder").at("operation"), "add");
+  const auto ended = nlohmann::json::parse(lines[1]);
+  EXPECT_EQ(ended.at("event"), "ended");
+  EXPECT_EQ(ended.at("outcome"), "cancelled");
+  EXPECT_EQ(add.end().status, 1);
+  router.stop();
+}
+
+TEST(Cancel, SaysWhatADeviceThatHadJoinedNeeds) {
+  SimRouter router({"--fault", "info:late=60000"});
+  Program add(assocCommand({"add", "--yes"}));
+  router.pressOnAdd("siren");
+  add.waitFor("Reading the device's description.");
+  EXPECT_EQ(runAssoc({"cancel"}).output,
+            "Cancelled the add of tembra-assoc. Remove the device, or it stays in the radio network unseen.\n");
+  EXPECT_EQ(add.end().status, 1);
+  router.stop();
+}
+
+// A path that nobody asked for may be closed to the user; of another one the user wants to know.
+TEST(WatchPath, ThatCannotBeServedIsToldWhereItWasGiven) {
+  SimRouter router;
+  const Ended told = router.add("siren", {"--watch-path", "/proc/nowhere/socket"});
+  EXPECT_NE(told.errors.find("Other front ends cannot watch or cancel what this one does"), std::string::npos)
+      << told.errors;
   router.stop();
 }
 
