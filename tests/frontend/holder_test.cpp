@@ -9,9 +9,9 @@
 #include <fstream>
 #include <memory>
 
+#include "kit/json_schema.h"
 #include "kit/program.h"
 #include "kit/text.h"
-#include "operations/json_schema.h"
 
 namespace tembra::test {
 namespace {
@@ -19,6 +19,7 @@ namespace {
 constexpr char kPath[] = "/tmp/watched/front-end";
 constexpr int kLong = 20000;
 
+using kit::JsonSchema;
 using kit::Program;
 using Lines = std::vector<std::string>;
 

@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "json_schema.h"
+#include "kit/json_schema.h"
 #include "kit/text.h"
 #include "support/files.h"
 #include "support/program.h"
@@ -14,6 +14,7 @@
 namespace tembra::test {
 namespace {
 
+using kit::JsonSchema;
 using Json = nlohmann::json;
 
 constexpr const char* kMac = "mac=02:a1:b2:0c:00:01";

@@ -1,4 +1,4 @@
-#include "json_schema.h"
+#include "kit/json_schema.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -6,7 +6,7 @@
 
 #include "kit/text.h"
 
-namespace tembra::test {
+namespace kit {
 namespace {
 
 using Json = nlohmann::json;
@@ -98,8 +98,8 @@ class Check {
 
 }  // namespace
 
-JsonSchema::JsonSchema(const std::string& file) : schema_(Json::parse(kit::readFile(file))) {}
+JsonSchema::JsonSchema(const std::string& file) : schema_(Json::parse(readFile(file))) {}
 
 std::string JsonSchema::faultOf(const Json& value) const { return Check(schema_).of(value, schema_, "the value"); }
 
-}  // namespace tembra::test
+}  // namespace kit

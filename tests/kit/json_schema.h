@@ -1,11 +1,11 @@
 // The part of JSON Schema that the kit's schemas use.
-#ifndef TEMBRA_TESTS_FRONTEND_JSON_SCHEMA_H
-#define TEMBRA_TESTS_FRONTEND_JSON_SCHEMA_H
+#ifndef TEMBRA_TESTS_KIT_JSON_SCHEMA_H
+#define TEMBRA_TESTS_KIT_JSON_SCHEMA_H
 
 #include <nlohmann/json.hpp>
 #include <string>
 
-namespace tembra::test {
+namespace kit {
 
 /// Knows: type, const, enum, minimum, required, properties, additionalProperties, items, oneOf, $ref to "#/$defs/...".
 class JsonSchema {
@@ -19,6 +19,6 @@ class JsonSchema {
   nlohmann::json schema_;
 };
 
-}  // namespace tembra::test
+}  // namespace kit
 
 #endif
