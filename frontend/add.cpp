@@ -87,6 +87,7 @@ class Add {
   [[nodiscard]] End endOf(const LibraryEvent& heard) const;
   [[nodiscard]] Choice awaitChoice();
   [[noreturn]] void store(const Choice& choice);
+  void restoreDevice();
   void confirmType(int type);
   [[noreturn]] void awaitRecord(int id, const std::string& name, const std::string& place);
 
@@ -96,6 +97,7 @@ class Add {
   int radio_ = 0;
   bool handedOver_ = false;
   tembra_found found_ = sized<tembra_found>();
+  ZbDeviceInfo zigbeeDevice_{};
 };
 
 void Add::awaitDevice() {
@@ -175,6 +177,7 @@ void Add::find(const LibraryEvent& heard) {
   putText(found_.name,
           isZwave ? defaultName(typeName(found_.type).c_str(), heard.deviceId) : libraryText(heard.deviceName));
   putText(found_.place, kDefaultPlace);
+  zigbeeDevice_ = heard.zigbeeDevice;
   phase_ = TEMBRA_PHASE_CHOICE;
   overdue_ = Clock::now() + kForChoice + kGrace;
   session_.offer(found_, kForChoice);
@@ -198,10 +201,16 @@ void Add::confirmType(int type) {
   });
 }
 
+// Whatever the ZigBee server says meanwhile, a description twice, say, stands in the record of the device then.
+void Add::restoreDevice() {
+  if (radio_ == SERVER_ZIGBEE) session_.service().zbDevice = zigbeeDevice_;
+}
+
 // A ZigBee device that keeps its type keeps the name of its classification, too: setDevType would replace it.
 void Add::store(const Choice& choice) {
   enter(TEMBRA_PHASE_STORING, seconds(-1));
   session_.settle();
+  restoreDevice();
   if (radio_ == SERVER_ZWAVE || choice.type != found_.type) confirmType(choice.type);
   TembraAssociation& service = session_.service();
   const int id = DevId;

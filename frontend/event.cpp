@@ -1,7 +1,5 @@
 #include "event.h"
 
-#include <tembra/vocabulary.h>
-
 #include "json.h"
 #include "names.h"
 
@@ -25,7 +23,7 @@ void write(JsonWriter& json, const tembra_found& found) {
 
 void write(JsonWriter& json, const tembra_device_event& device) {
   json.member("id", device.id).member("name", device.name);
-  if (device.type == DEVTYPE_UNKNOWN) return;
+  if (device.place[0] == '\0') return;  // it leaves
   writeType(json, "type", device.type);
   json.member("place", device.place);
 }

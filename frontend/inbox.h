@@ -38,6 +38,7 @@ struct LibraryEvent {
   unsigned char node;  ///< of the Z-Wave node that answered
   char deviceName[180];
   char removedName[180];
+  ZbDeviceInfo zigbeeDevice;  ///< as classification leaves it
 };
 
 /// Any thread may call all of it at any time.

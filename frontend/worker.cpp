@@ -26,6 +26,7 @@ std::unique_ptr<LibraryEvent> snapshot(const AssocEvent& event) {
   heard->node = service.zwNodeRx.nodeId;
   std::memcpy(heard->deviceName, service.devName, sizeof heard->deviceName);
   std::memcpy(heard->removedName, service.removedName, sizeof heard->removedName);
+  heard->zigbeeDevice = service.zbDevice;
   return heard;
 }
 

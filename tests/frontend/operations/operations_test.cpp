@@ -122,6 +122,7 @@ constexpr char kAddedContact[] =
 const Story kAdds[] = {
     {"ZwaveDevice", {}, kPressPlug, {"add"}, {kAddedPlug}},
     {"ZigbeeDevice", {}, kPressContact, {"add"}, {kAddedContact}},
+    {"DescribedTwice", {"--fault", "complete:twice"}, kPressContact, {"add"}, {kAddedContact}},
     {"NothingToChoose",
      {},
      kPressSiren,
