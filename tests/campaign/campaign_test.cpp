@@ -4,10 +4,12 @@
 #include <cstdlib>
 #include <iostream>
 #include <map>
+#include <span>
 #include <sstream>
 #include <string>
 
 #include "campaign/child.h"
+#include "campaign/kit_verdict.h"
 #include "campaign/plan.h"
 #include "kit/sanitized.h"
 
@@ -41,6 +43,29 @@ constexpr Landmark kLandmarks[] = {
     {1000, "event 28"}, {1000, "event 42"}, {1000, "event 44"}, {1000, "event 45"},
 };
 
+constexpr Landmark kKitLandmarks[] = {
+    {208, "add: none"},
+    {208, "add: cancelled"},
+    {208, "add: already-known"},
+    {208, "add: device-silent"},
+    {208, "add: nobody-pressed"},
+    {208, "add: radio-failed"},
+    {208, "add: unknown-kind"},
+    {208, "remove: none"},
+    {208, "remove: not-in-list"},
+    {208, "remove: radio-failed"},
+    {208, "reset: none"},
+    {208, "hue-add-bridge: none"},
+    {208, "hue-discover: none"},
+    {208, "hue-remove: other-answer"},
+    {208, "nest-link: none"},
+    {208, "nest-unlink: nest-refused"},
+    {208, "nest-link: no-server"},
+    {4000, "add: cancelled-joined"},
+    {4000, "add: connection-lost"},
+    {4000, "add: no-radio-server"},
+};
+
 void count(const std::string& lines, Reached& reached) {
   std::istringstream stream(lines);
   for (std::string line; std::getline(stream, line);) ++reached[line];
@@ -53,9 +78,15 @@ std::string failureText(const Plan& plan, const Child& child) {
          " TEMBRA_CAMPAIGN_RUNS=1 shows it again\n";
 }
 
-}  // namespace
+/// So many runs of a cast.
+struct Campaign {
+  Cast (*makeCast)(const Plan&);
+  std::span<const Landmark> landmarks;
 
-TEST(CampaignTest, EverythingAgreesWhateverGoesWrong) {
+  void play() const;
+};
+
+void Campaign::play() const {
   const unsigned long first = setting("TEMBRA_CAMPAIGN_SEED", 0);
   const unsigned long wanted = setting("TEMBRA_CAMPAIGN_RUNS", 0);
   const unsigned long runs = wanted != 0 ? wanted : pairs();
@@ -64,7 +95,7 @@ TEST(CampaignTest, EverythingAgreesWhateverGoesWrong) {
   Reached reached;
   for (unsigned long seed = first; seed < first + runs && failures < kMostFailures; seed += apart) {
     const Plan plan = planFor(seed);
-    const Child child = playInChild(plan);
+    const Child child = playInChild(plan, nullptr, makeCast);
     if (child.status == 0) {
       count(child.report, reached);
     } else {
@@ -72,11 +103,17 @@ TEST(CampaignTest, EverythingAgreesWhateverGoesWrong) {
       ADD_FAILURE() << failureText(plan, child);
     }
   }
-  for (const Landmark& landmark : kLandmarks) {
+  for (const Landmark& landmark : landmarks) {
     const bool due = failures == 0 && first == 0 && runs >= landmark.runs && apart == 1;
     EXPECT_TRUE(!due || reached.contains(landmark.what)) << landmark.what << " was not reached";
   }
   for (const auto& [what, times] : reached) std::cout << times << "  " << what << "\n";
 }
+
+}  // namespace
+
+TEST(CampaignTest, EverythingAgreesWhateverGoesWrong) { Campaign{&plainCast, kLandmarks}.play(); }
+
+TEST(CampaignTest, TheKitKeepsItsPromisesWhateverGoesWrong) { Campaign{&kitCast, kKitLandmarks}.play(); }
 
 }  // namespace campaign

@@ -42,11 +42,12 @@ struct Papers {
   Paper errors{"errors"};
 };
 
-[[noreturn]] void playHere(const Plan& plan, const Alteration& alter, const Papers& papers) {
+[[noreturn]] void playHere(const Plan& plan, const Alteration& alter, Cast (*makeCast)(const Plan&),
+                           const Papers& papers) {
   papers.timeline.standInFor(STDOUT_FILENO);
   papers.errors.standInFor(STDERR_FILENO);
   alarm(kLongestRealSeconds);
-  const Outcome outcome = play(plan, alter);
+  const Outcome outcome = play(plan, alter, makeCast);
   const bool agrees = outcome.disagreements.empty();
   for (const std::string& line : agrees ? outcome.reached : outcome.disagreements) papers.report.write(line + "\n");
   std::fflush(stdout);
@@ -55,10 +56,10 @@ struct Papers {
 
 }  // namespace
 
-Child playInChild(const Plan& plan, const Alteration& alter) {
+Child playInChild(const Plan& plan, const Alteration& alter, Cast (*makeCast)(const Plan&)) {
   const Papers papers;
   const pid_t child = fork();
-  if (child == 0) playHere(plan, alter, papers);
+  if (child == 0) playHere(plan, alter, makeCast, papers);
   int status = 0;
   waitpid(child, &status, 0);
   return {status, papers.report.text(), papers.timeline.text(), papers.errors.text()};

@@ -4,13 +4,11 @@
 
 #include <csignal>
 
-#include "campaign/plain_front_end.h"
-
 namespace campaign {
 
-FrontEnd::FrontEnd(const Step& step) : thread_([this, step] { run(step); }) {}
+FrontEnd::FrontEnd(const Step& step, const Operate& operate) : thread_([this, step, operate] { run(step, operate); }) {}
 
-void FrontEnd::run(const Step& step) {
+void FrontEnd::run(const Step& step, const Operate& operate) {
   status_ = static_cast<int>(operate(step, [this](int code) { seen_.push_back({worldClock()->now(), code}); }));
   ended_ = worldClock()->now();
   __atomic_store_n(&hasEnded_, 1, __ATOMIC_RELEASE);

@@ -2,6 +2,7 @@
 #ifndef TEMBRA_TESTS_CAMPAIGN_FRONT_END_H
 #define TEMBRA_TESTS_CAMPAIGN_FRONT_END_H
 
+#include <functional>
 #include <thread>
 #include <vector>
 
@@ -16,10 +17,17 @@ struct SeenEvent {
   int code;
 };
 
+/// How an operation ends; the numbers are those of the command line's exit status.
+enum class End { kDone = 0, kFailed = 1, kNoConnection = 3, kInterrupted = 130 };
+
+/// Carries out a step on the calling thread. A hang-up, which every thread has to block, interrupts it.
+/// `onEvent` is called for each event of the library that the front end fetches.
+using Operate = std::function<End(const Step& step, const std::function<void(int code)>& onEvent)>;
+
 class FrontEnd {
  public:
   /// Starts the step.
-  explicit FrontEnd(const Step& step);
+  FrontEnd(const Step& step, const Operate& operate);
   FrontEnd(const FrontEnd&) = delete;
   FrontEnd& operator=(const FrontEnd&) = delete;
 
@@ -37,7 +45,7 @@ class FrontEnd {
   ~FrontEnd() { thread_.join(); }
 
  private:
-  void run(const Step& step);
+  void run(const Step& step, const Operate& operate);
 
   int status_ = -1;
   Time ended_ = 0;

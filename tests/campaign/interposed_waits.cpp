@@ -8,6 +8,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <ctime>
 #include <map>
@@ -67,16 +68,40 @@ bool awaitDatagram(WorldClock& clock, int socket) {
   return false;
 }
 
+using Ended = std::shared_ptr<int>;  // 1: so it is
+
 struct ThreadStart {
   void* (*function)(void*);
   void* argument;
+  Ended ended = std::make_shared<int>(0);
 };
+
+// Of the threads that somebody may wait for.
+struct {
+  std::mutex mutex;
+  std::map<pthread_t, Ended> ended;
+} joinable;
 
 void* liveInWorld(void* argument) {
   const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(argument));
   void* const result = start->function(start->argument);
+  __atomic_store_n(start->ended.get(), 1, __ATOMIC_RELEASE);
   worldClock()->threadEnds();
   return result;
+}
+
+Ended endOfThread(pthread_t thread) {
+  const std::lock_guard lock(joinable.mutex);
+  const auto found = joinable.ended.extract(thread);
+  return found.empty() ? nullptr : found.mapped();
+}
+
+int waitForCondition(WorldClock& clock, pthread_cond_t* condition, pthread_mutex_t* mutex, const timespec* deadline) {
+  const auto moment = deadline == nullptr ? std::nullopt : std::optional(fromTimespec(*deadline));
+  const Awaited awaited{.deadline = moment, .descriptors = {}, .condition = condition};
+  const bool ready = clock.wait(awaited, [mutex] { pthread_mutex_unlock(mutex); });
+  pthread_mutex_lock(mutex);
+  return ready ? 0 : ETIMEDOUT;
 }
 
 long waitForWord(WorldClock& clock, const int* word, int value, const timespec* deadline) {
@@ -165,11 +190,21 @@ extern "C" int clock_nanosleep(clockid_t clock, int flags, const timespec* time,
 extern "C" int pthread_cond_timedwait(pthread_cond_t* condition, pthread_mutex_t* mutex, const timespec* deadline) {
   KIT_REAL(pthread_cond_timedwait);
   WorldClock* const world = worldClock();
-  if (world == nullptr) return real(condition, mutex, deadline);
-  const Awaited awaited{.deadline = fromTimespec(*deadline), .descriptors = {}, .condition = condition};
-  const bool ready = world->wait(awaited, [mutex] { pthread_mutex_unlock(mutex); });
-  pthread_mutex_lock(mutex);
-  return ready ? 0 : ETIMEDOUT;
+  return world == nullptr ? real(condition, mutex, deadline) : waitForCondition(*world, condition, mutex, deadline);
+}
+
+extern "C" int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* mutex, clockid_t clock,
+                                      const timespec* deadline) {
+  KIT_REAL(pthread_cond_clockwait);
+  WorldClock* const world = worldClock();
+  if (world == nullptr) return real(condition, mutex, clock, deadline);
+  return waitForCondition(*world, condition, mutex, deadline);
+}
+
+extern "C" int pthread_cond_wait(pthread_cond_t* condition, pthread_mutex_t* mutex) {
+  KIT_REAL(pthread_cond_wait);
+  WorldClock* const world = worldClock();
+  return world == nullptr ? real(condition, mutex) : waitForCondition(*world, condition, mutex, nullptr);
 }
 
 extern "C" int pthread_cond_broadcast(pthread_cond_t* condition) noexcept {
@@ -184,24 +219,47 @@ extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attribute
   WorldClock* const world = worldClock();
   if (world == nullptr) return real(thread, attributes, function, argument);
   auto start = std::make_unique<ThreadStart>(ThreadStart{function, argument});
+  const Ended ended = start->ended;
   world->threadBegins();
   const int error = real(thread, attributes, &liveInWorld, start.get());
   if (error != 0) {
     world->threadEnds();
-  } else {
-    static_cast<void>(start.release());  // the thread's now
+    return error;
   }
-  return error;
+  static_cast<void>(start.release());  // the thread's now
+  const std::lock_guard lock(joinable.mutex);
+  joinable.ended[*thread] = ended;
+  return 0;
+}
+
+extern "C" int pthread_detach(pthread_t thread) noexcept {
+  KIT_REAL(pthread_detach);
+  endOfThread(thread);
+  return real(thread);
+}
+
+extern "C" int pthread_join(pthread_t thread, void** result) {
+  KIT_REAL(pthread_join);
+  WorldClock* const world = worldClock();
+  const Ended ended = world == nullptr ? nullptr : endOfThread(thread);
+  if (ended) world->wait({.deadline = std::nullopt, .descriptors = {}, .word = ended.get(), .value = 0});
+  return real(thread, result);
 }
 
 // The C++ library's futures wait in a futex of their own. Whoever calls gives as many arguments as the kernel takes;
 // the rest is passed on unread, as the C library does, for which a function with a variable number of them is no good.
+// No KIT_REAL here: two threads that look for the same function at once wait for each other by this very call.
 extern "C" long interposedSyscall(long number, const int* word, long operation, long value, const timespec* deadline,
                                   long e, long f) noexcept __asm__("syscall");
 
 extern "C" long interposedSyscall(long number, const int* word, long operation, long value, const timespec* deadline,
                                   long e, long f) noexcept {
-  KIT_REAL(syscall);
+  static std::atomic<decltype(&::syscall)> found{nullptr};
+  auto* real = found.load(std::memory_order_relaxed);
+  if (real == nullptr) {
+    real = reinterpret_cast<decltype(&::syscall)>(kit::nextDefinition("__interceptor_syscall", "syscall"));
+    found.store(real, std::memory_order_relaxed);
+  }
   WorldClock* const world = worldClock();
   const bool waits = number == SYS_futex && (operation & FUTEX_CMD_MASK) == FUTEX_WAIT_BITSET;
   if (!waits || world == nullptr) return real(number, word, operation, value, deadline, e, f);

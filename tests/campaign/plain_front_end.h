@@ -4,15 +4,11 @@
 
 #include <functional>
 
-#include "campaign/plan.h"
+#include "campaign/front_end.h"
 
 namespace campaign {
 
-/// How an operation ends; the numbers are those of the command line's exit status.
-enum class End { kDone = 0, kFailed = 1, kNoConnection = 3, kInterrupted = 130 };
-
-/// Carries out the step on the calling thread. A hang-up, which every thread has to block, interrupts it.
-/// @param onEvent is called for each event that the front end fetches
+/// An Operate.
 [[nodiscard]] End operate(const Step& step, const std::function<void(int code)>& onEvent);
 
 }  // namespace campaign

@@ -10,6 +10,7 @@
 #include <iostream>
 
 #include "campaign/home.h"
+#include "campaign/plain_front_end.h"
 #include "campaign/spoofers.h"
 #include "campaign/story.h"
 #include "campaign/verdict.h"
@@ -42,7 +43,7 @@ bool linked() { return std::filesystem::exists(kAuthorisationPath); }
 
 class Player {
  public:
-  Player(WorldClock& clock, Home& home) : clock_(clock), home_(home) {}
+  Player(WorldClock& clock, Home& home, const Operate& operate) : clock_(clock), home_(home), operate_(operate) {}
 
   Record play(const Step& step) {
     clock_.sleepUntil(clock_.now() + step.pause);
@@ -73,7 +74,7 @@ class Player {
   void perform(Record& record, const std::vector<Action>& actions) {
     firstDatagram_ = wire().count();
     record.began = clock_.now();
-    const FrontEnd frontEnd(record.step);
+    const FrontEnd frontEnd(record.step, operate_);
     std::optional<Time> interrupt;
     if (record.step.interrupt) interrupt = record.began + *record.step.interrupt;
     for (const Action& action : actions) {
@@ -108,6 +109,7 @@ class Player {
 
   WorldClock& clock_;
   Home& home_;
+  const Operate& operate_;
   std::size_t firstDatagram_ = 0;
 };
 
@@ -139,7 +141,9 @@ void checkRouter(Home& home, std::vector<std::string>& disagreements) {
 
 }  // namespace
 
-Outcome play(const Plan& plan, const Alteration& alter) {
+Cast plainCast(const Plan& /*plan*/) { return {&operate, &disagreementsIn, nullptr}; }
+
+Outcome play(const Plan& plan, const Alteration& alter, Cast (*makeCast)(const Plan&)) {
   prepareProcess();
   tembra_set_strict(plan.spoofing && plan.spoofing->isStrict ? 1 : 0);
   WorldClock& clock = *new WorldClock(kBoot);  // never destroyed: a thread that ends leaves through it
@@ -148,7 +152,8 @@ Outcome play(const Plan& plan, const Alteration& alter) {
   std::vector<std::string>& disagreements = outcome.disagreements;
   {
     Home home(plan.latencyMs);
-    Player player(clock, home);
+    std::optional<Cast> cast = makeCast(plan);
+    Player player(clock, home, cast->operate);
     std::optional<Spoofers> spoofers;
     if (plan.spoofing && plan.spoofing->hasSpoofers) spoofers.emplace(plan.seed);
     for (const Step& step : plan.steps) {
@@ -158,11 +163,13 @@ Outcome play(const Plan& plan, const Alteration& alter) {
         outcome.reached.push_back(fingerprint(record));
         continue;
       }
-      for (const std::string& found : disagreementsIn(record)) disagreements.push_back(found);
+      for (const std::string& found : cast->judge(record)) disagreements.push_back(found);
       if (!disagreements.empty()) disagreements.push_back(story(record));
       note(record, plan, outcome.reached);
+      if (cast->ending) outcome.reached.push_back(cast->ending());
     }
     spoofers.reset();
+    cast.reset();
     checkRouter(home, disagreements);
   }
   // The library's receive thread of the last connection may still be on its way out.

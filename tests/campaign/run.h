@@ -19,7 +19,18 @@ struct Outcome {
 /// Changes what a step is taken to have come to, to see it found.
 using Alteration = std::function<void(Record&)>;
 
-Outcome play(const Plan& plan, const Alteration& alter = nullptr);
+/// The front end of a run, and the judge of its steps.
+struct Cast {
+  Operate operate;
+  std::function<std::vector<std::string>(const Record&)> judge;  ///< one sentence for each thing that does not agree
+  std::function<std::string()> ending;                           ///< how the last step ended, to be counted
+};
+
+/// The plain front end, whose every datagram and event is known beforehand.
+[[nodiscard]] Cast plainCast(const Plan& plan);
+
+/// @param makeCast is called in the world of the run
+Outcome play(const Plan& plan, const Alteration& alter = nullptr, Cast (*makeCast)(const Plan&) = &plainCast);
 
 }  // namespace campaign
 

@@ -1,0 +1,55 @@
+// A front end on the front-end kit: one kit for a whole run, one operation a step.
+#ifndef TEMBRA_TESTS_CAMPAIGN_KIT_FRONT_END_H
+#define TEMBRA_TESTS_CAMPAIGN_KIT_FRONT_END_H
+
+#include <tembra/frontend.hpp>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "campaign/front_end.h"
+
+namespace campaign {
+
+/// An event when it was fetched, and the state right behind it.
+struct KitEvent {
+  Time at;
+  tembra::Event event;
+  std::string state;  ///< JSON
+};
+
+/// A step as its front end knows it.
+struct KitStory {
+  std::vector<KitEvent> events;
+  std::vector<Time> did;              ///< when the front end called the kit
+  std::vector<Time> told;             ///< when the library told the kit something
+  std::vector<std::string> mistakes;  ///< what the kit must not do
+};
+
+class KitFrontEnd {
+ public:
+  KitFrontEnd(const std::string& role, bool keepOpen);
+  KitFrontEnd(const KitFrontEnd&) = delete;
+  KitFrontEnd& operator=(const KitFrontEnd&) = delete;
+  ~KitFrontEnd();
+
+  /// An Operate.
+  End operate(const Step& step, const std::function<void(int code)>& onEvent);
+
+  [[nodiscard]] const KitStory& story() const { return story_; }
+
+ private:
+  [[nodiscard]] tembra::Result start(const Step& step);
+  void awaitLastCall() const;
+  void expectSilence();
+  void cancel();
+  void hear(const Step& step, tembra::Event event);
+
+  tembra::Frontend kit_;
+  KitStory story_;
+};
+
+}  // namespace campaign
+
+#endif
