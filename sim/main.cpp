@@ -112,6 +112,7 @@ void addRunOptions(CLI::App& command, Arguments& arguments) {
   command.add_option("--without", options.without, "leave servers out: zwave, zigbee, hue, nest")
       ->type_name("SERVER")
       ->check(CLI::IsMember(std::vector<std::string>(kKillableServers.begin(), kKillableServers.end())));
+  command.add_option("--record", options.recording, "record the datagrams for Wireshark");
   command.add_flag("--timeline", options.timeline, "print who says what to whom");
   addCatalogue(command, arguments);
   addControl(command, arguments);

@@ -39,7 +39,7 @@ HaServer::NoteOf deviceIn(const RadioNetwork& network) {
 
 Router::Router(const RouterOptions& options)
     : bridges_(options.bridges),
-      journal_(options.timeline),
+      journal_(options.timeline, options.recording),
       loop_(options.speed),
       manner_{faults_, std::chrono::milliseconds(options.latencyMs)},
       home_(Home::load(options.catalogue)),

@@ -39,6 +39,7 @@ struct RouterOptions {
   std::filesystem::path scenario;    ///< empty: none
   std::vector<std::string> without;  ///< words of kKillableServers whose servers are left out
   std::string control;
+  std::filesystem::path recording;  ///< empty: none
   bool timeline = false;
 };
 

@@ -4,6 +4,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -53,15 +54,18 @@ void Daemon::receive() {
 
 bool Daemon::receiveOne() {
   std::array<unsigned char, 8192> buffer{};
-  const ssize_t received = recv(socket_.get(), buffer.data(), buffer.size(), MSG_TRUNC);
+  sockaddr_in sender{};
+  socklen_t senderLength = sizeof sender;
+  const ssize_t received = recvfrom(socket_.get(), buffer.data(), buffer.size(), MSG_TRUNC,
+                                    reinterpret_cast<sockaddr*>(&sender), &senderLength);
   if (received < 0) return false;
-  surroundings_.journal.countReceived();
   const auto length = static_cast<std::size_t>(received);
   if (length == datagramLength_) {
     handle(Bytes(buffer.data(), length));
   } else {
     found("a datagram of " + std::to_string(length) + " bytes instead of " + std::to_string(datagramLength_));
   }
+  surroundings_.journal.received(sender, addressOf(self_), Bytes(buffer).first(std::min(length, buffer.size())));
   return true;
 }
 
@@ -75,8 +79,8 @@ void Daemon::tellLibrary(Bytes datagram, std::string_view what, Sender sender) {
     surroundings_.journal.trouble("the " + std::string(name) + " cannot send: " + std::strerror(errno));
     return;
   }
-  surroundings_.journal.countSent();
   said(name, kLibrary.name, withLength(what, datagram.size()));
+  surroundings_.journal.sent(addressOf(strangers.valid() ? kStranger : self_), library, datagram);
 }
 
 }  // namespace tembra::sim

@@ -2,18 +2,32 @@
 #ifndef TEMBRA_SIM_CORE_JOURNAL_H
 #define TEMBRA_SIM_CORE_JOURNAL_H
 
+#include <netinet/in.h>
+
+#include <filesystem>
+#include <memory>
+#include <span>
 #include <string_view>
+
+namespace tembra::recording {
+class Recorder;
+}
 
 namespace tembra::sim {
 
 class Journal {
  public:
-  /// `timeline`: everything said is printed.
-  explicit Journal(bool timeline);
+  /// `timeline`: everything said is printed. `recording`: the file that datagrams and what is said go to, empty: none;
+  /// throws one sentence when it cannot be written.
+  Journal(bool timeline, const std::filesystem::path& recording);
+  Journal(const Journal&) = delete;
+  Journal& operator=(const Journal&) = delete;
+  ~Journal();
 
   void said(std::string_view from, std::string_view to, std::string_view what) const;
-  void countReceived() { ++received_; }
-  void countSent() { ++sent_; }
+  /// What was said since the datagram before belongs to this one.
+  void received(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> datagram);
+  void sent(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> datagram);
 
   /// The caller did what it must never do: loud on standard error, and the exit status tells it at the end.
   void found(std::string_view where, std::string_view mistake);
@@ -27,7 +41,10 @@ class Journal {
   bool clean() const { return mistakes_ == 0 && troubles_ == 0; }
 
  private:
+  void record(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> datagram);
+
   bool timeline_;
+  std::unique_ptr<recording::Recorder> recorder_;
   int received_ = 0;
   int sent_ = 0;
   int mistakes_ = 0;

@@ -1,0 +1,136 @@
+#include "recording/recorder.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <limits>
+#include <stdexcept>
+
+namespace tembra::recording {
+namespace {
+
+// Blocks and options of pcapng.
+constexpr std::uint32_t kSection = 0x0A0D0D0A;
+constexpr std::uint32_t kInterface = 1;
+constexpr std::uint32_t kStatistics = 5;
+constexpr std::uint32_t kPacket = 6;
+constexpr std::uint16_t kEndOfOptions = 0;
+constexpr std::uint16_t kComment = 1;
+
+constexpr std::uint16_t kLinkOfIpv4 = 228;
+constexpr std::size_t kLongestComment = 60000;  // its length is a 16-bit number
+
+template <typename Number>
+void append(std::string& bytes, Number number) {
+  bytes.append(reinterpret_cast<const char*>(&number),
+               sizeof number);  // the file's own byte order is told at its start
+}
+
+template <typename Number>
+void appendBigEndian(std::string& bytes, Number number) {
+  for (int shift = static_cast<int>(8 * (sizeof number - 1)); shift >= 0; shift -= 8) {
+    bytes += static_cast<char>(number >> shift & 0xFF);
+  }
+}
+
+void pad(std::string& bytes) { bytes.resize((bytes.size() + 3) / 4 * 4); }
+
+std::string optionsWith(const std::string& comment) {
+  std::string options;
+  if (comment.empty()) return options;
+  append(options, kComment);
+  append(options, static_cast<std::uint16_t>(comment.size()));
+  options += comment;
+  pad(options);
+  append(options, kEndOfOptions);
+  append(options, std::uint16_t{0});
+  return options;
+}
+
+void appendNow(std::string& bytes) {
+  using std::chrono::system_clock;
+  const auto now = std::chrono::duration_cast<std::chrono::microseconds>(system_clock::now().time_since_epoch());
+  const auto count = static_cast<std::uint64_t>(now.count());
+  append(bytes, static_cast<std::uint32_t>(count >> 32));
+  append(bytes, static_cast<std::uint32_t>(count));
+}
+
+// Without check sums: loopback has none.
+std::string packetOf(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> payload) {
+  constexpr std::size_t udpHeader = 8;
+  constexpr std::size_t headers = 20 + udpHeader;
+  payload = payload.first(std::min<std::size_t>(payload.size(), std::numeric_limits<std::uint16_t>::max() - headers));
+  std::string packet{0x45, 0};
+  appendBigEndian(packet, static_cast<std::uint16_t>(headers + payload.size()));
+  appendBigEndian(packet, std::uint32_t{0});           // no fragment
+  appendBigEndian(packet, std::uint32_t{0x40110000});  // time to live 64, UDP
+  append(packet, from.sin_addr.s_addr);
+  append(packet, to.sin_addr.s_addr);
+  append(packet, from.sin_port);
+  append(packet, to.sin_port);
+  appendBigEndian(packet, static_cast<std::uint16_t>(udpHeader + payload.size()));
+  appendBigEndian(packet, std::uint16_t{0});
+  packet.append(payload.begin(), payload.end());
+  return packet;
+}
+
+}  // namespace
+
+Recorder::Recorder(const std::filesystem::path& file) : file_(file, std::ios::binary | std::ios::trunc) {
+  std::string section;
+  append(section, std::uint32_t{0x1A2B3C4D});
+  append(section, std::uint16_t{1});
+  append(section, std::uint16_t{0});
+  append(section, std::int64_t{-1});  // its length is not known
+  writeBlock(kSection, section);
+  std::string interface;
+  append(interface, kLinkOfIpv4);
+  append(interface, std::uint16_t{0});
+  append(interface, std::uint32_t{0});  // packets of any length
+  writeBlock(kInterface, interface);
+  if (!file_) throw std::runtime_error("cannot write the recording " + file.string());
+}
+
+Recorder::~Recorder() {
+  const std::string options = optionsWith(takeRemarks());
+  if (options.empty()) return;
+  std::string statistics;
+  append(statistics, std::uint32_t{0});
+  appendNow(statistics);
+  writeBlock(kStatistics, statistics + options);
+}
+
+void Recorder::remark(std::string_view text) {
+  if (remarks_.size() + text.size() < kLongestComment) remarks_.append(remarks_.empty() ? "" : "\n").append(text);
+}
+
+void Recorder::datagram(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> payload) {
+  std::string block;
+  append(block, std::uint32_t{0});
+  appendNow(block);
+  std::string packet = packetOf(from, to, payload);
+  append(block, static_cast<std::uint32_t>(packet.size()));
+  append(block, static_cast<std::uint32_t>(packet.size()));
+  block += packet;
+  pad(block);
+  writeBlock(kPacket, block + optionsWith(takeRemarks()));
+}
+
+// At once: a recording of a program that was killed can be read.
+void Recorder::writeBlock(std::uint32_t type, const std::string& body) {
+  std::string block;
+  const auto length = static_cast<std::uint32_t>(body.size() + 12);
+  append(block, type);
+  append(block, length);
+  block += body;
+  append(block, length);
+  file_.write(block.data(), static_cast<std::streamsize>(block.size())).flush();
+}
+
+std::string Recorder::takeRemarks() {
+  std::string taken;
+  taken.swap(remarks_);
+  return taken;
+}
+
+}  // namespace tembra::recording

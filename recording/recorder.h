@@ -1,0 +1,39 @@
+// Datagrams as a file that Wireshark reads (pcapng), with what happened around them as comments.
+#ifndef TEMBRA_RECORDING_RECORDER_H
+#define TEMBRA_RECORDING_RECORDER_H
+
+#include <netinet/in.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tembra::recording {
+
+class Recorder {
+ public:
+  /// Begins the file; throws one sentence when it cannot be written.
+  explicit Recorder(const std::filesystem::path& file);
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
+  /// The last remarks become comments of the file's end.
+  ~Recorder();
+
+  /// A comment of the next datagram.
+  void remark(std::string_view text);
+  void datagram(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> payload);
+
+ private:
+  void writeBlock(std::uint32_t type, const std::string& body);
+  std::string takeRemarks();
+
+  std::ofstream file_;
+  std::string remarks_;  ///< one line each
+};
+
+}  // namespace tembra::recording
+
+#endif
