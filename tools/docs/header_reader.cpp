@@ -17,6 +17,16 @@ void append(std::string& text, const std::string& more) {
   if (!more.empty()) text += (text.empty() ? "" : " ") + more;
 }
 
+// Of a type that a list's entry is made of.
+std::size_t sizeOf(const std::string& type) {
+  if (type == "unsigned char") return 1;
+  if (type == "unsigned short") return 2;
+  static const std::regex text(R"(char\[(\d+)\])");
+  std::smatch found;
+  if (!std::regex_match(type, found, text)) throw std::runtime_error("an entry has a " + type);
+  return std::stoul(found[1]);
+}
+
 // Reads a header line by line: a comment belongs to what follows it, a trailing one to its line.
 class RecordReader {
  public:
@@ -44,6 +54,21 @@ class RecordReader {
   std::vector<RecordText> take() {
     std::erase_if(records_, [this](const RecordText& record) { return !placed_.contains(record.name); });
     for (RecordText& record : records_) finish(record);
+    return std::move(records_);
+  }
+
+  std::vector<RecordText> takeEntries() {
+    std::erase_if(records_, [this](const RecordText& record) {
+      return placed_.contains(record.name) || !sizes_.contains(record.name);
+    });
+    for (RecordText& record : records_) {
+      std::size_t offset = 0;
+      for (FieldText& field : record.fields) {
+        field.offset = offset;
+        offset += sizeOf(field.type);
+      }
+      finish(record);
+    }
     return std::move(records_);
   }
 
@@ -81,22 +106,46 @@ std::vector<RecordText> recordsOf(const std::filesystem::path& header) {
   return reader.take();
 }
 
-std::map<std::string, std::string> numbersOf(const std::filesystem::path& header) {
-  static const std::regex comment("//.*");
-  static const std::regex enumeration(R"(enum (\w+) : [\w ]+ \{([^}]*)\})");
-  static const std::regex enumerator(R"((\w+)(?: = (\d+))?(?:,|\s*$))");
-  const std::string text = std::regex_replace(contents(header), comment, "");
-  std::map<std::string, std::string> numbers;
-  for (std::sregex_iterator found(text.begin(), text.end(), enumeration), none; found != none; ++found) {
-    const std::string body = (*found)[2];
-    std::string& list = numbers[(*found)[1]];
-    unsigned long number = 0;
-    for (std::sregex_iterator entry(body.begin(), body.end(), enumerator); entry != none; ++entry) {
-      if ((*entry)[2].matched) number = std::stoul((*entry)[2]);
-      list += (list.empty() ? "" : ", ") + std::to_string(number++) + " `" + std::string((*entry)[1]) + "`";
+std::vector<RecordText> entriesOf(const std::filesystem::path& header) {
+  RecordReader reader;
+  std::istringstream lines(contents(header));
+  for (std::string line; std::getline(lines, line);) reader.read(line);
+  return reader.takeEntries();
+}
+
+Enumerations enumerationsOf(const std::filesystem::path& header) {
+  static const std::regex begin(R"(enum (\w+) : [\w ]+ \{(.*))");
+  static const std::regex comment(R"(([^/]*)(?:///?<? ?(.*))?)");
+  static const std::regex enumerator(R"((\w+)(?: = (\d+))?(?:,|\s*$|\s*\}))");
+  Enumerations enumerations;
+  std::vector<Enumerator>* list = nullptr;
+  unsigned long number = 0;
+  std::istringstream lines(contents(header));
+  for (std::string line; std::getline(lines, line);) {
+    std::smatch found;
+    if (std::regex_match(line, found, begin)) {
+      list = &enumerations[found[1]];
+      number = 0;
+      line = std::string(found[2]);
     }
+    if (list == nullptr || !std::regex_match(line, found, comment)) continue;
+    const std::string code = found[1];
+    for (std::sregex_iterator entry(code.begin(), code.end(), enumerator), none; entry != none; ++entry) {
+      if ((*entry)[2].matched) number = std::stoul((*entry)[2]);
+      list->push_back({number++, (*entry)[1], found[2]});
+    }
+    if (code.find('}') != std::string::npos) list = nullptr;
   }
-  return numbers;
+  return enumerations;
+}
+
+std::set<std::string> namedIn(const std::string& meaning, const Enumerations& enumerations) {
+  static const std::regex word(R"(\w+)");
+  std::set<std::string> named;
+  for (std::sregex_iterator found(meaning.begin(), meaning.end(), word), none; found != none; ++found) {
+    if (enumerations.contains(found->str())) named.insert(found->str());
+  }
+  return named;
 }
 
 }  // namespace docs

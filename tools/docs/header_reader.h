@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,8 +29,21 @@ struct RecordText {
 /// The records of a header that say where their fields stand, in the header's order.
 std::vector<RecordText> recordsOf(const std::filesystem::path& header);
 
-/// "0 `RECORD_ZIGBEE`, 2 `RECORD_ZWAVE`" by the name of the enumeration.
-std::map<std::string, std::string> numbersOf(const std::filesystem::path& header);
+/// The records of a header that others hold lists of: their fields follow each other without a gap.
+std::vector<RecordText> entriesOf(const std::filesystem::path& header);
+
+struct Enumerator {
+  unsigned long number;
+  std::string name;
+  std::string meaning;  ///< empty: the name says it
+};
+
+/// The enumerators by the name of the enumeration.
+using Enumerations = std::map<std::string, std::vector<Enumerator>>;
+Enumerations enumerationsOf(const std::filesystem::path& header);
+
+/// The enumerations that a meaning names.
+std::set<std::string> namedIn(const std::string& meaning, const Enumerations& enumerations);
 
 }  // namespace docs
 

@@ -1,5 +1,6 @@
-// make-docs FOLDER: writes the pages of docs/ that are made from the code's own tables. The test suite fails when the
-// pages in the project differ from what this writes; run it on docs/ then.
+// make-docs FOLDER: writes what is made from the code's own tables: pages of docs/, and tables of the Wireshark
+// dissector. The test suite fails when the files in the project differ from what this writes; run it on the project's
+// folder then.
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -12,8 +13,10 @@ int main(int argc, char** argv) try {
     return 2;
   }
   const std::filesystem::path folder = argv[1];
-  const bool written = docs::writeWireFormats(folder / "wire-formats.md") && docs::writeEvents(folder / "events.md") &&
-                       docs::writeReasons(folder / "reasons.md") && docs::writeZigbeeRules(folder / "zigbee-rules.md");
+  const std::filesystem::path pages = folder / "docs";
+  const bool written = docs::writeWireFormats(pages / "wire-formats.md") && docs::writeEvents(pages / "events.md") &&
+                       docs::writeReasons(pages / "reasons.md") && docs::writeZigbeeRules(pages / "zigbee-rules.md") &&
+                       docs::writeWiresharkTables(folder / "tools/wireshark/tables.lua");
   if (!written) std::fprintf(stderr, "make-docs: cannot write to %s\n", argv[1]);
   return written ? 0 : 1;
 } catch (const std::exception& error) {

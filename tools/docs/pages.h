@@ -9,6 +9,7 @@ namespace docs {
 [[nodiscard]] bool writeWireFormats(const std::filesystem::path& path);
 [[nodiscard]] bool writeEvents(const std::filesystem::path& path);
 [[nodiscard]] bool writeReasons(const std::filesystem::path& path);
+[[nodiscard]] bool writeWiresharkTables(const std::filesystem::path& path);
 [[nodiscard]] bool writeZigbeeRules(const std::filesystem::path& path);
 
 }  // namespace docs
