@@ -7,11 +7,11 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 
 #include "kit/json_schema.h"
 #include "kit/program.h"
 #include "kit/text.h"
+#include "watch_pointer.h"
 
 namespace tembra::test {
 namespace {
@@ -22,11 +22,6 @@ constexpr int kLong = 20000;
 using kit::JsonSchema;
 using kit::Program;
 using Lines = std::vector<std::string>;
-
-struct CloseWatch {
-  void operator()(tembra_watch* watch) const { tembra_watch_close(watch); }
-};
-using Watch = std::unique_ptr<tembra_watch, CloseWatch>;
 
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 

@@ -2,19 +2,13 @@
 #include <gtest/gtest.h>
 #include <tembra/watch.h>
 
-#include <memory>
-
 #include "watch_kit.h"
+#include "watch_pointer.h"
 
 namespace tembra::test {
 namespace {
 
 using frontend::WatchServer;
-
-struct CloseWatch {
-  void operator()(tembra_watch* watch) const { tembra_watch_close(watch); }
-};
-using Watch = std::unique_ptr<tembra_watch, CloseWatch>;
 
 /// The next line, or the name of the error.
 std::string next(const Watch& watch, int milliseconds = kLong) {
