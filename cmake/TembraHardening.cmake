@@ -14,6 +14,16 @@ foreach(flag -fstack-clash-protection -fcf-protection -mbranch-protection=standa
   endif()
 endforeach()
 
+# Some linkers refuse relocations in the program text without being told, and do not know the option.
+set(tembra_hardened_link -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+unset(CMAKE_REQUIRED_FLAGS)
+set(CMAKE_REQUIRED_LINK_OPTIONS -Wl,-z,text)
+check_cxx_source_compiles("int main() {}" TEMBRA_LINKER_HAS_TEXT FAIL_REGEX "warning")
+unset(CMAKE_REQUIRED_LINK_OPTIONS)
+if(TEMBRA_LINKER_HAS_TEXT)
+  list(APPEND tembra_hardened_link -Wl,-z,text)
+endif()
+
 # Level 3 also checks sizes that are known at run time only. Elsewhere the C library would warn of it.
 set(CMAKE_REQUIRED_FLAGS "-O1 -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
 check_cxx_source_compiles("
@@ -54,7 +64,7 @@ function(tembra_shipped name)
     $<$<NOT:$<OR:$<CONFIG:>,$<CONFIG:Debug>>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${tembra_fortify_level}>)  # needs optimisation
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   if(type MATCHES "SHARED_LIBRARY|MODULE_LIBRARY|EXECUTABLE")
-    target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,text)
+    target_link_options(${name} PRIVATE ${tembra_hardened_link})
   endif()
   if(NOT type STREQUAL "SHARED_LIBRARY" AND NOT "IN_LIBRARY" IN_LIST ARGN)
     target_compile_definitions(${name} PRIVATE _GLIBCXX_ASSERTIONS)  # they end the program, not somebody's front end

@@ -2,6 +2,7 @@
 //   TEMBRA_LOG        stderr (default), syslog, off, or the path of a file to append to
 //   TEMBRA_LOG_LEVEL  detail, progress, warning (default) or error: the least severe lines that are written
 #include <fcntl.h>
+#include <sys/syscall.h>
 #include <syslog.h>
 #include <tembra/platform.h>
 #include <unistd.h>
@@ -110,7 +111,7 @@ std::string stamp() {
   std::strftime(seconds.data(), seconds.size(), "%Y-%m-%d %H:%M:%S", &local);
   std::array<char, 96> text{};
   std::snprintf(text.data(), text.size(), "%s.%03d [%d:%d] ", seconds.data(), static_cast<int>(now.tv_nsec / 1000000),
-                getpid(), gettid());
+                getpid(), static_cast<int>(syscall(SYS_gettid)));  // older C libraries have no gettid
   return text.data();
 }
 

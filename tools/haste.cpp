@@ -39,7 +39,9 @@ Nanoseconds hurried(Nanoseconds time) {
 
 }  // namespace
 
-extern "C" int setsockopt(int fd, int level, int option, const void* value, socklen_t length) noexcept {
+// C libraries differ in whether they promise not to throw.
+extern "C" int setsockopt(int fd, int level, int option, const void* value,
+                          socklen_t length) noexcept(noexcept(setsockopt(0, 0, 0, nullptr, 0))) {
   timeval time{};
   const bool isTimeout = level == SOL_SOCKET && option == SO_RCVTIMEO && length == sizeof time;
   if (isTimeout && isTheLibrarys("setsockopt", __builtin_return_address(0))) {
