@@ -45,7 +45,7 @@ if(TEMBRA_HAS_FILE_PREFIX_MAP)
 endif()
 
 # tembra_shipped(NAME [IN_LIBRARY] [NOT_SANITIZED]): a target that is installed, or a part of one; IN_LIBRARY: a part of
-# the library. Sanitizers have stronger checks of their own.
+# the library. Sanitizers have stronger checks of their own. A shared library exports what its folder's exported.map says.
 function(tembra_shipped name)
   if("NOT_SANITIZED" IN_LIST ARGN)
     tembra_warnings(${name})
@@ -54,8 +54,8 @@ function(tembra_shipped name)
   endif()
   get_target_property(type ${name} TYPE)
   if(type STREQUAL "SHARED_LIBRARY")
-    target_link_options(${name} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/hidden_names.map)
-    set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/hidden_names.map)
+    target_link_options(${name} PRIVATE -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/exported.map)
+    set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/exported.map)
   endif()
   if(TEMBRA_SANITIZE)
     return()

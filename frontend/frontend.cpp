@@ -1,6 +1,7 @@
 // The C face: checks what the caller hands in, and hands the rest to the worker.
 #include <tembra/frontend.h>
 #include <tembra/platform.h>
+#include <tembra/version.h>
 
 #include <algorithm>
 #include <atomic>
@@ -231,6 +232,8 @@ size_t tembra_frontend_state_json(tembra_frontend* kit, char* text, size_t size)
   }
   return json.size();
 }
+
+int tembra_frontend_version() { return TEMBRA_VERSION; }
 
 const char* tembra_type_name(int type) {
   static thread_local std::string name;

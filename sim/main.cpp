@@ -1,4 +1,6 @@
 // tembra-sim: the simulated router, and the buttons of the devices around it.
+#include <tembra/version.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
@@ -186,6 +188,7 @@ int main(int argc, char** argv) try {
   arguments.router.catalogue = defaultCatalogue();
   Action action = nullptr;
   CLI::App app("The simulated router of the association service", "tembra-sim");
+  app.set_version_flag("--version", "tembra-sim " TEMBRA_VERSION_TEXT);
   app.require_subcommand(1);
   addCommands(app, arguments, action);
   try {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <tembra/frontend.hpp>
+#include <tembra/version.h>
 
 #include <cerrno>
 #include <chrono>
@@ -140,6 +141,8 @@ TEST(CppFace, ListsDevicesOrSaysWhyNot) {
   EXPECT_FALSE(tembra::devices());
   EXPECT_EQ(errno, EBADMSG);
 }
+
+TEST(CppFace, IsOfTheVersionOfItsHeaders) { EXPECT_EQ(tembra_frontend_version(), TEMBRA_VERSION); }
 
 TEST(CppFace, HasASentenceForEachRefusal) {
   EXPECT_STREQ(tembra::sentence(Result::ok), "");

@@ -1,6 +1,8 @@
 #!/bin/sh
-# programs.sh PREFIX: the installed programs find their libraries and their data where the tree stands.
+# programs.sh PREFIX VERSION: the installed programs find their libraries and their data where the tree stands, and tell
+# their version.
 set -eu
+version=$2
 bin=$1/bin
 libraries=$(cd "$1" && pwd -P)
 
@@ -12,6 +14,7 @@ for program in tembra-assoc tembra-daemon-check tembra-sim tembra-isolate; do
       *) echo "$library is not of this tree" && exit 1 ;;
     esac
   done
+  test "$("$bin/$program" --version)" = "$program $version"
   "$bin/$program" --help | grep -Eiq "^usage: .*$program"
 done
 "$bin/tembra-sim" devices | grep -q '^metering-plug '

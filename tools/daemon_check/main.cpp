@@ -1,4 +1,6 @@
 // tembra-daemon-check: plays the library's side against a daemon, and says what breaks the contract.
+#include <tembra/version.h>
+
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
@@ -48,6 +50,7 @@ void addOptions(CLI::App& app, Arguments& arguments) {
 int main(int argc, char** argv) try {
   Arguments arguments;
   CLI::App app("Plays the library's side against a daemon, and says what breaks the contract", "tembra-daemon-check");
+  app.set_version_flag("--version", "tembra-daemon-check " TEMBRA_VERSION_TEXT);
   addOptions(app, arguments);
   try {
     app.parse(argc, argv);

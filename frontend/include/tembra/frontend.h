@@ -370,6 +370,9 @@ TEMBRA_API const char* tembra_reason_advice(int reason);
 TEMBRA_API const char* tembra_type_name(int type);
 TEMBRA_API int tembra_type_number(const char* name);
 
+/// TEMBRA_VERSION of the kit that the program runs with, see <tembra/version.h>.
+TEMBRA_API int tembra_frontend_version(void);
+
 #ifdef __cplusplus
 }
 #endif
