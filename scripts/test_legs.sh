@@ -4,7 +4,7 @@
 all_legs=(plain release tsan asan lint fuzz)
 
 # Tests that take long, look into the library's file, or are about something else than the library.
-long_labels='campaign|cli|docs|fuzz-replay|limits|lua|model-test|packaging|platform|python|sim|tools|zigbee-classification-test'
+long_labels='campaign|cli|docs|fuzz-replay|limits|lua|model-test|packaging|platform|python|sim|tools|wireshark|zigbee-classification-test'
 
 jobs=$(nproc)
 launcher=-DCMAKE_CXX_COMPILER_LAUNCHER=ccache

@@ -125,7 +125,7 @@ TEST(DaemonCheck, SaysThatTheLibraryIsThere) {
   const kit::Ended ended = check("nest", "40", "");
   EXPECT_EQ(ended.status, 3);
   EXPECT_EQ(ended.sentence(),
-            "tembra-daemon-check: cannot take the library's place at 127.255.255.4:8888: "
+            "tembra-daemon-check: the library cannot be at 127.255.255.4:8888: "
             "Address already in use");
 }
 

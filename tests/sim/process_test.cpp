@@ -1,13 +1,11 @@
 // Servers that are killed and started again, or left out from the start.
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "sim/core/sockets.h"
 #include "support/caller.h"
 #include "support/running_sim.h"
 
@@ -92,12 +90,7 @@ TEST(KilledServer, IsKilledAndStartedFromTheCommandLine) {
 
 TEST(ServerLeftOut, LeavesItsAddressToAnother) {
   RunningSim sim({"--without", "zwave", "nest"});
-  const Descriptor another(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(kZwaveServer.port);
-  address.sin_addr.s_addr = inet_addr(kZwaveServer.address);
-  ASSERT_EQ(bind(another.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  const Descriptor another = boundSocket(kZwaveServer);
   const std::string status = sim.ask("status").text;
   EXPECT_NE(status.find("Z-Wave server: not running\n"), std::string::npos) << status;
   EXPECT_NE(status.find("ZigBee server: idle\n"), std::string::npos) << status;

@@ -144,12 +144,40 @@ def check_words(dissector, path):
         assert words in text, f"{words!r} is not in:\n{text}"
 
 
+def check_operations(dissector, path):
+    """Answers and commands are linked to each other. One command to both radios is one operation; a cancel is of it."""
+    remove, cancel = padded(236, (192, b"\1"), (212, b"\4")), padded(236, (192, b"\4"))
+    talk = [  # from, to, datagram, operation, request, answer
+        (capture.ZWAVE, capture.LIBRARY, node(), "", "", ""),  # before any command
+        (capture.LIBRARY, capture.ZIGBEE, ZIGBEE_ADD, "1", "", "5"),
+        (capture.LIBRARY, capture.ZWAVE, ADD, "1", "", "6"),
+        (capture.LIBRARY, capture.ZWAVE, cancel, "1", "", ""),
+        (capture.ZIGBEE, capture.LIBRARY, device(), "1", "2", ""),
+        (capture.ZWAVE, capture.LIBRARY, node(), "1", "3", ""),  # too late, of the add all the same
+        (capture.LIBRARY, capture.HA, notice(2, ADDED), "1", "", ""),
+        (capture.LIBRARY, capture.ZWAVE, ADD, "2", "", ""),
+        (capture.LIBRARY, capture.ZWAVE, ADD, "3", "", ""),
+        (capture.LIBRARY, capture.ZWAVE, remove, "4", "", "11"),
+        (capture.ZWAVE, capture.LIBRARY, node(), "4", "10", ""),
+        (capture.ZWAVE, capture.LIBRARY, node(), "4", "10", ""),
+    ]
+    capture.write(path, [capture.udp(*row[:3]) for row in talk])
+    fields = [option for name in ("operation", "request", "answer") for option in ("-e", f"tembra.{name}")]
+    said = capture.tshark(dissector, path, "-2", "-T", "fields", *fields).splitlines()
+    for number, (line, row) in enumerate(zip(said, talk, strict=True), 1):
+        assert line.split("\t") == list(row[3:]), f"frame {number}: {line!r}"
+    found = capture.tshark(dissector, path, "-Y", "tembra.operation == 3 && tembra.command == \"add\"")
+    assert len(found.splitlines()) == 1, found
+    assert capture.values(dissector, path, "tembra.time")[11][0].startswith("0.2"), "the time since the removal"
+
+
 def main(dissector, project):
     with tempfile.TemporaryDirectory() as folder:
         path = pathlib.Path(folder, "records.pcap")
         compared = check_fields(dissector, pathlib.Path(project), path)
         check_experts(dissector, path)
         check_words(dissector, path)
+        check_operations(dissector, path)
     print(f"{compared} fields compared with the page, {len(EXPERTS)} datagrams judged")
 
 

@@ -10,20 +10,9 @@
 #include <span>
 
 #include "sim/core/record_bytes.h"
+#include "sim/core/sockets.h"
 
 namespace tembra::sim::test {
-namespace {
-
-sockaddr_in addressOf(const Endpoint& endpoint) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(endpoint.port);
-  address.sin_addr.s_addr = inet_addr(endpoint.address);
-  return address;
-}
-
-}  // namespace
-
 std::string summary(const std::vector<Heard>& all) {
   std::string text;
   for (const Heard& heard : all) {

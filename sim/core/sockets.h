@@ -1,0 +1,19 @@
+// Sockets at the addresses of the router's parts.
+#ifndef TEMBRA_SIM_CORE_SOCKETS_H
+#define TEMBRA_SIM_CORE_SOCKETS_H
+
+#include <netinet/in.h>
+
+#include "platform/descriptor.h"
+#include "sim/core/endpoints.h"
+
+namespace tembra::sim {
+
+[[nodiscard]] sockaddr_in addressOf(const Endpoint& endpoint);
+
+/// A socket for datagrams that never blocks. Throws one sentence when the address cannot be had.
+[[nodiscard]] Descriptor boundSocket(const Endpoint& endpoint);
+
+}  // namespace tembra::sim
+
+#endif
