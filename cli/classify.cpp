@@ -18,6 +18,7 @@
 #include "json_line.h"
 #include "platform/printable.h"
 #include "private_database.h"
+#include "terminal.h"
 
 namespace tembra::cli {
 namespace {
@@ -29,7 +30,7 @@ constexpr std::size_t kLongestText = 1'000'000;  // a description needs some tho
 }
 
 std::string readInput(const Context& context) {
-  if (isatty(STDIN_FILENO) == 1) complain("type the description of the device, then Ctrl-D.");
+  if (isatty(STDIN_FILENO) == 1) context.display.complain("type the description of the device, then Ctrl-D.");
   std::string text;
   while (const auto line = context.attention.readLine()) {
     text.append(*line).append(1, '\n');
@@ -107,7 +108,7 @@ void classifyFile(const Context& context, const std::string& path) {
   Classification result =
       std::visit([&service](const auto& record) { return classify(service, record); }, description.record);
   result.reasons.insert(result.reasons.begin(), description.remarks.begin(), description.remarks.end());
-  printLine(context.options.json ? jsonLine(toJson(result)) : toText(result));
+  context.options.json ? printLine(jsonLine(toJson(result))) : printText(toText(result));
 }
 
 }  // namespace

@@ -6,8 +6,9 @@
 #include <tembra/watch.h>
 
 #include <CLI/CLI.hpp>
-#include <iostream>
-#include <memory>
+#include <algorithm>
+#include <string>
+#include <vector>
 
 #include "roles.h"
 
@@ -27,24 +28,6 @@ std::string versionText() {
   const int version = tembra_version();
   return "tembra-assoc " + std::to_string(version / 10000) + "." + std::to_string(version / 100 % 100) + "." +
          std::to_string(version % 100);
-}
-
-void declareHelp(CLI::App& program) {
-  CLI::App* help = program.add_subcommand("help", "the same as --help");
-  auto command = std::make_shared<std::string>();
-  help->add_option("command", *command, "a command");
-  help->callback([&program, command] {
-    if (command->empty()) {
-      std::cout << program.help() << std::flush;
-      throw CLI::Success();
-    }
-    for (const CLI::App* each : program.get_subcommands([](CLI::App*) { return true; })) {
-      if (each->get_name() != *command) continue;
-      std::cout << each->help() << std::flush;
-      throw CLI::Success();
-    }
-    throw CLI::ValidationError("help", "there is no command " + *command);
-  });
 }
 
 std::string checkWatchPath(const std::string& path) {
@@ -72,7 +55,17 @@ void declareCommandLine(CLI::App& program, Options& options, Action& action) {
   program.require_subcommand(0, 1);
   program.fallthrough();
   for (const auto declare : kCommands) declare(program, action);
-  declareHelp(program);
+  program.add_subcommand("help", "the same as --help: help COMMAND");  // as readCommandLine takes it
+}
+
+void readCommandLine(CLI::App& program, int argc, char** argv) {
+  std::vector<std::string> words(argv + 1, argv + std::max(argc, 1));
+  if (!words.empty() && words.front() == "help") {
+    words.erase(words.begin());
+    words.emplace_back("--help");
+  }
+  std::ranges::reverse(words);  // which is how the parser takes them
+  program.parse(std::move(words));
 }
 
 }  // namespace tembra::cli

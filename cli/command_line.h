@@ -10,6 +10,9 @@ namespace tembra::cli {
 /// Adds the options that all commands share, and the commands.
 void declareCommandLine(CLI::App& program, Options& options, Action& action);
 
+/// Parses the arguments; "help hue add" is "hue add --help". Throws CLI::ParseError.
+void readCommandLine(CLI::App& program, int argc, char** argv);
+
 }  // namespace tembra::cli
 
 #endif

@@ -17,13 +17,16 @@
 #include "json_line.h"
 #include "library_call.h"
 #include "platform/printable.h"
+#include "terminal.h"
 #include "texts.h"
 
 namespace tembra::cli {
 namespace {
 
 constexpr std::chrono::seconds kForWriter{1};
-constexpr std::size_t kLongestName = 40;  // in a table; --json has it whole
+// Characters of a name in a table; --json has it whole.
+constexpr std::size_t kLongestName = 40;
+constexpr std::size_t kShortestName = 10;
 
 struct Listed {
   std::vector<tembra_device> devices;
@@ -69,16 +72,16 @@ std::string addressText(const tembra_device& device) {
 
 using Row = std::vector<std::string>;
 
-Row row(const tembra_device& device) {
+Row row(const tembra_device& device, std::size_t nameRoom) {
   std::string name = printable(device.name);
-  if (characters(name) > kLongestName) name = firstCharacters(name, kLongestName - 2) + "..";
+  if (characters(name) > nameRoom) name = firstCharacters(name, nameRoom - 2) + "..";
   return {std::to_string(device.id),    name, printable(device.type_name), radioName(device.radio), addressText(device),
           std::to_string(device.values)};
 }
 
-std::string deviceTable(const std::vector<tembra_device>& devices) {
+std::string deviceTable(const std::vector<tembra_device>& devices, std::size_t nameRoom) {
   std::vector<Row> rows = {{"Id", "Name", "Type", "Radio", "Address", "Values"}};
-  for (const tembra_device& device : devices) rows.push_back(row(device));
+  for (const tembra_device& device : devices) rows.push_back(row(device, nameRoom));
   std::vector<std::size_t> widths(rows[0].size());
   for (const Row& each : rows) {
     for (std::size_t i = 0; i < each.size(); ++i) widths[i] = std::max(widths[i], characters(each[i]));
@@ -95,12 +98,26 @@ std::string deviceTable(const std::vector<tembra_device>& devices) {
   return table;
 }
 
+// Names are cut rather than lines broken, as far as that helps.
+void printDevices(const std::vector<tembra_device>& devices) {
+  const auto fits = [room = roomOfTerminal(STDOUT_FILENO)](const std::string& table) {
+    return !room || characters(table.substr(0, table.find('\n'))) <= *room;
+  };
+  std::size_t nameRoom = kLongestName;
+  std::string table = deviceTable(devices, nameRoom);
+  while (!fits(table) && nameRoom > kShortestName) table = deviceTable(devices, --nameRoom);
+  printText(table);
+}
+
+// In the form of the kit's events: a number beside its name, and null for what there is not.
 nlohmann::ordered_json deviceJson(const tembra_device& device) {
+  using Json = nlohmann::ordered_json;
+  const bool isOnRadio = device.radio == TEMBRA_RADIO_ZIGBEE || device.radio == TEMBRA_RADIO_ZWAVE;
   return {{"id", device.id},
           {"name", device.name},
-          {"type", device.type_name},
-          {"radio", radioName(device.radio)},
-          {"address", addressText(device)},
+          {"type", {{"number", device.type}, {"name", device.type_name}}},
+          {"radio", device.radio == TEMBRA_RADIO_OTHER ? Json() : Json(radioName(device.radio))},
+          {"address", isOnRadio ? Json(device.address) : Json()},
           {"values", device.values}};
 }
 
@@ -137,7 +154,7 @@ void listDevices(const Context& context) {
   if (context.options.json) {
     for (const tembra_device& device : list.devices) printLine(jsonLine(deviceJson(device)));
   } else if (isThere) {
-    printLine(deviceTable(list.devices));
+    printDevices(list.devices);
   }
   if (list.error != 0) throw Failure(kFailed, whyUnread(list.error));
 }

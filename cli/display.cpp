@@ -10,6 +10,7 @@
 #include "json_line.h"
 #include "live_line.h"
 #include "platform/printable.h"
+#include "terminal.h"
 #include "words/timeline.h"
 
 namespace tembra::cli {
@@ -23,10 +24,10 @@ constexpr char kUser[] = "user";
 class PlainDisplay : public Display {
  public:
   using Display::Display;
-  void note(const std::string& sentence) override { printLine(printable(sentence)); }
+  void note(const std::string& sentence) override { printText(printable(sentence)); }
   void event(const Event& event) override {
     if (const auto* warning = event.as<Warning>()) return warn(*warning);
-    if (const std::string text = eventText(event); !text.empty()) printLine(text);
+    if (const std::string text = eventText(event); !text.empty()) printText(text);
   }
 };
 
@@ -68,7 +69,7 @@ class LiveDisplay : public Display {
  private:
   void printAbove(const std::string& line) {
     line_.clear();
-    printLine(line);
+    printText(line);
   }
 
   LiveLine line_;

@@ -42,9 +42,6 @@ class Failure : public std::runtime_error {
   Reason reason_;
 };
 
-/// Writes one sentence to standard error under the program's name.
-void complain(const std::string& sentence);
-
 }  // namespace tembra::cli
 
 #endif

@@ -1,17 +1,16 @@
 #include "live_line.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <iostream>
 
+#include "terminal.h"
 #include "texts.h"
 
 namespace tembra::cli {
 namespace {
 
-constexpr std::size_t kUsualColumns = 80;
 constexpr char kCut[] = "...";
 
 std::string shortened(const std::string& text, std::size_t columns) {
@@ -25,15 +24,12 @@ std::string lastCharacters(const std::string& text, std::size_t count) {
   return all <= count ? text : text.substr(firstCharacters(text, all - count).size());
 }
 
+// A line is drawn on terminals only.
+std::size_t room() { return roomOfTerminal(STDOUT_FILENO).value_or(1); }
+
 }  // namespace
 
-std::size_t terminalColumns() {
-  winsize size{};
-  return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsualColumns;
-}
-
-std::string countdownText(const std::string& what, std::optional<int> seconds, std::size_t columns) {
-  const std::size_t room = columns > 1 ? columns - 1 : 1;  // a full line would make some terminals begin another
+std::string countdownText(const std::string& what, std::optional<int> seconds, std::size_t room) {
   if (!seconds) return shortened(what, room);
   const std::string number = std::to_string(*seconds);
   const struct {
@@ -50,8 +46,7 @@ std::string countdownText(const std::string& what, std::optional<int> seconds, s
 }
 
 std::string promptText(const std::string& question, std::optional<int> seconds, const std::string& typed,
-                       std::size_t columns) {
-  const std::size_t room = columns > 1 ? columns - 1 : 1;
+                       std::size_t room) {
   std::string end = seconds ? " (" + std::to_string(*seconds) + " s): " : ": ";
   const std::size_t half = room / 2;
   const std::size_t wanted = characters(question) + end.size() + characters(typed);
@@ -66,15 +61,15 @@ std::string promptText(const std::string& question, std::optional<int> seconds, 
 }
 
 void LiveLine::showCountdown(const std::string& what, std::optional<int> seconds) {
-  show(countdownText(what, seconds, terminalColumns()), Cursor::kAtBeginning);
+  show(countdownText(what, seconds, room()), Cursor::kAtBeginning);
 }
 
 void LiveLine::showPrompt(const std::string& question, std::optional<int> seconds, const std::string& typed) {
-  show(promptText(question, seconds, typed, terminalColumns()), Cursor::kAtEnd);
+  show(promptText(question, seconds, typed, room()), Cursor::kAtEnd);
 }
 
 void LiveLine::show(const std::string& text, Cursor cursor) {
-  const std::size_t columns = terminalColumns();
+  const std::size_t columns = room() + 1;
   if (text == shown_ && columns == columns_) return;
   clear();
   shown_ = text;
@@ -91,7 +86,7 @@ void LiveLine::keep() {
 // A terminal that has become narrower has broken the line into several.
 void LiveLine::clear() {
   if (shown_.empty()) return;
-  const std::size_t columns = terminalColumns();
+  const std::size_t columns = room() + 1;
   const std::size_t rowsAbove = cursor_ == Cursor::kAtEnd && columns < columns_ ? characters(shown_) / columns : 0;
   if (rowsAbove > 0) std::cout << "\033[" << rowsAbove << 'A';
   std::cout << "\r\033[J" << std::flush;

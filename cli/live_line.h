@@ -8,15 +8,12 @@
 
 namespace tembra::cli {
 
-/// Width of the terminal that standard output is; 80 where it does not tell.
-[[nodiscard]] std::size_t terminalColumns();
+/// "Press the button (at most 170 s left)" in at most this many columns: shorter words, then a shorter text.
+[[nodiscard]] std::string countdownText(const std::string& what, std::optional<int> seconds, std::size_t room);
 
-/// "Press the button (at most 170 s left)" in fewer than this many columns: shorter words, then a shorter text.
-[[nodiscard]] std::string countdownText(const std::string& what, std::optional<int> seconds, std::size_t columns);
-
-/// "Name (170 s): " and the end of what was typed, in fewer than this many columns.
+/// "Name (170 s): " and the end of what was typed, in at most this many columns.
 [[nodiscard]] std::string promptText(const std::string& question, std::optional<int> seconds, const std::string& typed,
-                                     std::size_t columns);
+                                     std::size_t room);
 
 class LiveLine {
  public:

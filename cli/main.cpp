@@ -4,17 +4,19 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <iostream>
+#include <sstream>
 
 #include "attention.h"
 #include "command_line.h"
 #include "database_file.h"
 #include "dialogue.h"
 #include "failure.h"
+#include "terminal.h"
+#include "texts.h"
 
 namespace tembra::cli {
 namespace {
@@ -66,10 +68,10 @@ int refuse(const Options& options, const std::string& why) {
 
 // The version as well.
 int help(const CLI::App& program, const CLI::ParseError& request) {
-  program.exit(request);
-  if (std::cout.flush()) return kDone;
-  complain("cannot write the output.");
-  return kFailed;
+  std::ostringstream text;
+  program.exit(request, text, text);
+  if (!text.str().empty()) printText(withoutBlanksAround(text.str()));
+  return kDone;
 }
 
 bool asksForJson(int argc, char** argv) {
@@ -89,7 +91,7 @@ int parseAndRun(int argc, char** argv) {
   Action action;
   declareCommandLine(program, options, action);
   try {
-    program.parse(argc, argv);
+    readCommandLine(program, argc, argv);
   } catch (const CLI::ParseError& refusal) {
     if (refusal.get_exit_code() == kDone) return help(program, refusal);
     options.json = asksForJson(argc, argv);
@@ -111,7 +113,7 @@ int main(int argc, char** argv) {
     if (tembra::cli::Dialogue::leavesCallBehind()) std::_Exit(status);
     return status;
   } catch (const std::exception& unexpected) {
-    std::fprintf(stderr, "tembra-assoc: %s\n", unexpected.what());
+    tembra::cli::complain(unexpected.what());
     return tembra::cli::kFailed;
   }
 }

@@ -14,6 +14,7 @@
 #include "failure.h"
 #include "json_line.h"
 #include "numbers.h"
+#include "terminal.h"
 
 namespace tembra::cli {
 namespace {
@@ -60,7 +61,7 @@ void print(const Context& context, const std::string& kind, int value) {
   if (context.options.json) {
     printLine(jsonLine({{"value", value}, {"name", name}}));
   } else {
-    printLine(numberText(kind, value) + "  " + name);
+    printText(numberText(kind, value) + "  " + name);
   }
 }
 
@@ -89,12 +90,12 @@ std::optional<int> searchTable(const Vocabulary& vocabulary, const std::string& 
   return std::nullopt;
 }
 
-std::optional<int> findName(const std::string& kind, const std::string& name) {
+std::optional<int> findName(const Context& context, const std::string& kind, const std::string& name) {
   if (kind != "cclass") return searchTable(kVocabularies.at(kind), name);
   const unsigned number = cclassNum(name.c_str());
   if (number != kLargestCommandClass) return static_cast<int>(number);
   const std::optional<int> found = searchTable(kVocabularies.at(kind), name);
-  if (found) complain("cclassNum() does not know \"" + name + "\": it answers 255.");
+  if (found) context.display.complain("cclassNum() does not know \"" + name + "\": it answers 255.");
   return found;
 }
 
@@ -104,7 +105,7 @@ void translate(const Context& context, const std::string& kind, const std::strin
   if (value && kind == "cclass" && (*value < 0 || *value > kLargestCommandClass)) {
     throw Failure(kUsage, "a command class is a number from 0 to 255.");
   }
-  if (!value) value = findName(kind, text);
+  if (!value) value = findName(context, kind, text);
   if (!value) throw Failure(kFailed, "\"" + text + "\" names no " + kind + ".");
   print(context, kind, *value);
 }

@@ -119,12 +119,12 @@ std::string askSecret(const Context& context, const std::string& question) {
 
 std::size_t askChoice(Dialogue& dialogue, const std::string& question, const std::vector<std::string>& choices) {
   Display& display = dialogue.context().display;
-  display.note(question);
-  for (std::size_t i = 0; i < choices.size(); ++i) {
-    display.note("  " + std::to_string(i + 1) + "  " + choices[i] + (i == 0 ? " (proposed)" : ""));
-  }
   const std::string range = "1 to " + std::to_string(choices.size());
   while (true) {
+    display.note(question);
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+      display.note("  " + std::to_string(i + 1) + "  " + choices[i] + (i == 0 ? " (proposed)" : ""));
+    }
     const auto answer = ask(dialogue, "Number or name, Enter for 1");
     if (!answer) throw Failure(kFailed, "no type was chosen, so the device was not added.");
     if (const auto picked = pick(choices, *answer)) return *picked;

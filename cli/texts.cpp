@@ -16,6 +16,26 @@ bool isUtf8(const std::string& text) {
   return nlohmann::json::parse(quoted).get<std::string>() == text;
 }
 
+std::string wrappedLine(const std::string& line, std::size_t columns) {
+  const std::size_t indent = std::min(line.find_first_not_of(' '), line.size());
+  const std::string continuation(indent == 0 ? 0 : indent + 2, ' ');
+  std::string lines;
+  std::size_t column = 0;
+  for (std::size_t begin = 0, end = 0; begin < line.size(); begin = end) {
+    const std::size_t word = std::min(line.find_first_not_of(' ', begin), line.size());
+    end = std::min(line.find(' ', word), line.size());
+    std::string piece = line.substr(begin, end - begin);
+    if (column > 0 && column + characters(piece) > columns) {
+      lines += "\n" + continuation;
+      column = continuation.size();
+      piece = line.substr(word, end - word);
+    }
+    lines += piece;
+    column += characters(piece);
+  }
+  return lines;
+}
+
 }  // namespace
 
 std::string cutText(const std::string& text, std::size_t bytes) {
@@ -32,6 +52,22 @@ std::string firstCharacters(const std::string& text, std::size_t count) {
   std::size_t end = 0;
   while (end < text.size() && (continuesCharacter(text[end]) || count-- > 0)) ++end;
   return text.substr(0, end);
+}
+
+std::string wrapped(const std::string& text, std::size_t columns) {
+  std::string lines;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    lines += wrappedLine(text.substr(begin, end - begin), columns) + (end < text.size() ? "\n" : "");
+    begin = end + 1;
+  }
+  return lines;
+}
+
+std::string withoutBlanksAround(const std::string& text) {
+  constexpr char kBlanks[] = " \t\r\n";
+  const auto begin = text.find_first_not_of(kBlanks);
+  return begin == std::string::npos ? "" : text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
 }
 
 std::string faultOf(const std::string& text, std::size_t room) {

@@ -24,6 +24,13 @@ template <std::size_t Size>
 /// At most this many UTF-8 characters.
 [[nodiscard]] std::string firstCharacters(const std::string& text, std::size_t count);
 
+/// Without the blanks, tabs and ends of lines at both ends, as files of other systems have them.
+[[nodiscard]] std::string withoutBlanksAround(const std::string& text);
+
+/// The text in lines of at most so many characters, broken at blanks. A longer word stays whole. What continues a line
+/// that begins with blanks begins with two more.
+[[nodiscard]] std::string wrapped(const std::string& text, std::size_t columns);
+
 /// Why a text is no name for a device or a place, after "the text "; empty when it is one.
 [[nodiscard]] std::string faultOf(const std::string& text, std::size_t room);
 

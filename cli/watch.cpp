@@ -12,6 +12,7 @@
 #include "json_line.h"
 #include "other_front_end.h"
 #include "platform/printable.h"
+#include "terminal.h"
 
 namespace tembra::cli {
 namespace {
@@ -54,12 +55,12 @@ std::string lineText(const std::string& line) {
 
 void show(const Context& context, const std::string& line) {
   if (context.options.json) return printLine(line);
-  printLine(timeText("%H:%M:%S  ", std::time(nullptr)) + printable(lineText(line)));
+  printText(timeText("%H:%M:%S  ", std::time(nullptr)) + printable(lineText(line)));
 }
 
 void tellNobody(const Context& context) {
   if (context.options.json) return printLine(statusEvent(nullptr));
-  printLine(timeText("%H:%M:%S  ", std::time(nullptr)) + "The connection is free.");
+  printText(timeText("%H:%M:%S  ", std::time(nullptr)) + "The connection is free.");
 }
 
 // Until the other front end closes its connection, or ends.
@@ -99,8 +100,8 @@ void tellStatus(const Context& context) {
                   context.options.watchPath + " does not say who has the connection: " + std::strerror(error) + ".");
   }
   if (context.options.json) return printLine(statusEvent(isHeld ? &holder : nullptr));
-  if (!isHeld) return printLine("No front end that can be watched has the connection.");
-  printLine(printable(std::string(holder.program)) + " (process " + std::to_string(holder.pid) +
+  if (!isHeld) return printText("No front end that can be watched has the connection.");
+  printText(printable(std::string(holder.program)) + " (process " + std::to_string(holder.pid) +
             ") has the connection since " + timeText("%H:%M:%S", holder.since) + ": " + holder.operation + ", " +
             holder.phase + ".");
 }

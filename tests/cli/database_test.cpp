@@ -44,8 +44,16 @@ TEST(Devices, AreJsonObjectsInAscii) {
   Database().put(Device(2, "T\xFFr \"x\" \xc3\xbc\xc2\x9b\x7f").type("Siren").zwave(5));
   EXPECT_EQ(runAssoc({"devices", "--json"}).output,
             "{\"id\":2,\"name\":\"T\\ufffdr \\\"x\\\" "
-            "\\u00fc\\u009b\\u007f\",\"type\":\"Siren\",\"radio\":\"Z-Wave\",\"address\":\"5\","
+            "\\u00fc\\u009b\\u007f\",\"type\":{\"number\":42,\"name\":\"Siren\"},\"radio\":\"Z-Wave\",\"address\":5,"
             "\"values\":0}\n");
+}
+
+TEST(Devices, WithoutARadioHaveNoAddressForPrograms) {
+  Database().put(Device(7, "Lamp").type("HueLamp").ip()).put("5", std::string("\5\0\0\0short", 9));
+  const std::vector<std::string> lines = kit::linesOf(runAssoc({"devices", "--json"}).output);
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_NE(lines[0].find(R"("radio":null,"address":null)"), std::string::npos) << lines[0];
+  EXPECT_NE(lines[1].find(R"("radio":"IP","address":null)"), std::string::npos) << lines[1];
 }
 
 void nothing() {}

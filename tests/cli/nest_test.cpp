@@ -73,11 +73,28 @@ TEST(Nest, TheCodeComesFromStandardInput) {
   router.stop();
 }
 
+TEST(Nest, BlanksAroundTheCodeAreNoPartOfIt) {
+  SimRouter router;
+  const std::string longest(247, 'c');
+  const std::pair<std::string, std::string> rows[] = {{" \t a code\t \r\n", "a code"},
+                                                      {" " + longest + "\r\n", longest}};
+  for (const auto& [line, code] : rows) {
+    EXPECT_EQ(linkFrom(line).status, 0);
+    EXPECT_EQ(readFile("/tmp/Authcode"), code);
+  }
+  router.stop();
+}
+
 TEST(Nest, WithoutACodeThatFitsNothingIsSent) {
   const UdpListener server("127.255.255.251", 8888);
   const Ended none = runAssoc({"nest", "link", "-"});
   EXPECT_EQ(none.status, 2);
   EXPECT_EQ(none.sentence(), "tembra-assoc: no code was given.");
+  for (const char* nothing : {"", "\n", " \t\r\n", "\ncode\n"}) {
+    const Ended empty = linkFrom(nothing);
+    EXPECT_EQ(empty.status, 2);
+    EXPECT_EQ(empty.sentence(), "tembra-assoc: no code was given.");
+  }
   const Ended tooLong = linkFrom(std::string(248, 'x'));
   EXPECT_EQ(tooLong.status, 2);
   EXPECT_EQ(tooLong.sentence(), "tembra-assoc: the code is longer than 247 bytes.");

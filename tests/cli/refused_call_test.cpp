@@ -67,10 +67,10 @@ TEST(Add, WhoseDeviceCannotBeHandedOverSaysWhy) {
 
 TEST(MissingCommand, OfTheRouterDoesNoHarm) {
   const UdpListener zwave("127.255.255.254", 8888);
-  const Ended cancelled = Program(assocCommand({"cancel", "--json"}), {{"PATH", "/usr/bin:/bin"}}).end();
+  const Ended cancelled = Program(assocCommand({"cancel", "zwave", "--json"}), {{"PATH", "/usr/bin:/bin"}}).end();
   EXPECT_EQ(cancelled.status, 0);
   EXPECT_NE(cancelled.errors.find("nvram_get"), std::string::npos) << cancelled.errors;
-  EXPECT_EQ(cancelled.output, "");
+  EXPECT_EQ(cancelled.output, "{\"schema\":1,\"event\":\"cancelled\",\"radios\":[\"Z-Wave\"]}\n");
 }
 
 TEST(StandardError, KeepsTheRoutersLogWhereItIsWrittenThere) {

@@ -1,8 +1,10 @@
 // At a terminal: what is shown while waiting, what is asked, and what an answer does.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <ostream>
 
+#include "support/files.h"
 #include "support/sim_router.h"
 #include "support/terminal.h"
 
@@ -40,6 +42,59 @@ TEST(TerminalAdd, ShowsTheSecondsLeftInOneLineOfANarrowTerminal) {
   router.stop();
 }
 
+// The lines of a screen between the sequences that steer it.
+std::vector<std::string> linesOn(const std::string& screen) {
+  std::vector<std::string> lines(1);
+  for (std::size_t i = 0; i < screen.size(); ++i) {
+    if (screen[i] == '\r' || screen[i] == '\n') {
+      lines.emplace_back();
+    } else if (screen.compare(i, 3, "\033[J") == 0) {
+      i += 2;
+    } else {
+      lines.back() += screen[i];
+    }
+  }
+  return lines;
+}
+
+TEST(NarrowTerminal, BreaksSentencesAtBlanks) {
+  Terminal wide(assocCommand({"remove"}), Clock::kReal, 40);
+  wide.waitFor("The next device whose button is\r\npressed leaves the home and the device\r\nlist.\r\n");
+  wide.type("n\r");
+  wide.waitFor("tembra-assoc: not confirmed, nothing was\r\ndone.");
+  EXPECT_EQ(wide.end(), 1);
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"remove", "--yes"}, {"status"}, {"devices"}, {"cancel"}, {"add", "--help"}}) {
+    Terminal narrow(assocCommand(command), Clock::kReal, 20);
+    static_cast<void>(narrow.end());
+    for (const std::string& line : linesOn(narrow.screen())) {
+      const bool isOneWord = line.find(' ', std::min(line.find_first_not_of(' '), line.size())) == std::string::npos;
+      EXPECT_TRUE(line.size() < 20 || isOneWord) << line;
+    }
+  }
+}
+
+TEST(NarrowTerminal, CutsTheNamesOfAListOfDevices) {
+  Database().put(Device(2, "A lamp whose name is longer than any table").type("Siren").zwave(5));
+  Terminal terminal(assocCommand({"devices"}), Clock::kReal, 50);
+  terminal.waitFor(
+      "Id  Name           Type   Radio   Address  Values\r\n2   A lamp whos..  Siren  Z-Wave  5        0\r\n");
+  EXPECT_EQ(terminal.end(), 0);
+}
+
+TEST(NarrowTerminal, FitsTheCountdownAlsoWhenItBecomesNarrowMeanwhile) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add"}));
+  terminal.waitFor("Press the button of the device to add (at most 180 s left)");
+  terminal.resize(40);
+  terminal.waitFor("\r\033[JPress the button of the device... 1");
+  terminal.resize(20);
+  terminal.waitFor("\r\033[JPress the bu... 1");
+  terminal.type("\x03");
+  EXPECT_EQ(terminal.end(), 130);
+  router.stop();
+}
+
 TEST(TerminalAdd, AsksForTheTypeUntilItGetsOne) {
   SimRouter router;
   Terminal terminal(assocCommand({"add"}));
@@ -49,6 +104,8 @@ TEST(TerminalAdd, AsksForTheTypeUntilItGetsOne) {
   terminal.waitFor("Number or name");
   terminal.type("99\r");
   terminal.waitFor("Please answer with 1 to ");
+  terminal.waitFor("What is the device?");
+  terminal.waitFor("  1  MultilevelSensor (proposed)");
   terminal.type("LuminanceSensor\r");
   terminal.waitFor("Name: Enter for the usual one");
   terminal.waitFor("Name (");

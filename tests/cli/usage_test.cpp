@@ -43,6 +43,8 @@ const UsageCase kUsageCases[] = {
     {"Version", {"--version"}, 0, ""},
     {"HelpAsACommand", {"help"}, 0, ""},
     {"HelpAsACommandOfACommand", {"help", "add"}, 0, ""},
+    {"HelpAsACommandOfACommandOfACommand", {"help", "hue", "add"}, 0, ""},
+    {"HelpOfAnUnknownCommandOfACommand", {"help", "hue", "paint"}, 2, "paint"},
     {"Help", {"--help"}, 0, ""},
     {"HelpOfACommand", {"add", "--help"}, 0, ""},
 };
@@ -58,6 +60,11 @@ TEST_P(UsageTest, IsAnswered) {
 
 INSTANTIATE_TEST_SUITE_P(CommandLine, UsageTest, testing::ValuesIn(kUsageCases),
                          [](const auto& test) { return test.param.name; });
+
+TEST(Help, IsTheSameAsACommandAndAsAnOption) {
+  EXPECT_EQ(runAssoc({"help"}).output, runAssoc({"--help"}).output);
+  EXPECT_EQ(runAssoc({"help", "hue", "add"}).output, runAssoc({"hue", "add", "--help"}).output);
+}
 
 }  // namespace
 }  // namespace tembra::test

@@ -56,7 +56,7 @@ TEST_F(ZigbeeChoice, IsTheUsersToMake) {
     ASSERT_EQ(added.status, 0) << added.errors;
     router_->waitFor("stored");
     const Json device = lastLine(runAssoc({"devices", "--json"}).output);
-    EXPECT_EQ(device.at("type"), row.type);
+    EXPECT_EQ(device.at("type").at("name"), row.type);
     EXPECT_EQ(device.at("name"), row.name);
   }
   router_->stop();

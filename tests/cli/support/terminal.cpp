@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -56,6 +57,11 @@ void Terminal::waitFor(const std::string& text) {
 
 void Terminal::type(const std::string& keys) const {
   EXPECT_EQ(write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+}
+
+void Terminal::resize(unsigned short columns) const {
+  const winsize size{24, columns, 0, 0};
+  EXPECT_EQ(ioctl(terminal_, TIOCSWINSZ, &size), 0);
 }
 
 int Terminal::end() {

@@ -25,6 +25,8 @@ class Terminal {
   /// Types keys; "\r" is Enter, "\x03" Ctrl-C, "\x04" Ctrl-D.
   void type(const std::string& keys) const;
 
+  void resize(unsigned short columns) const;
+
   /// Exit status, after everything was read.
   [[nodiscard]] int end();
 
