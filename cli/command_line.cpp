@@ -30,6 +30,16 @@ std::string versionText() {
          std::to_string(version % 100);
 }
 
+// A request for help would hide a word that is none.
+void requireCommands(const CLI::App& program, const std::vector<std::string>& words) {
+  const CLI::App* command = &program;
+  for (const std::string& word : words) {
+    const auto within = command->get_subcommands([&word](const CLI::App* each) { return each->get_name() == word; });
+    if (within.empty()) throw CLI::ValidationError("help", "there is no command " + word);
+    command = within.front();
+  }
+}
+
 std::string checkWatchPath(const std::string& path) {
   const bool isGood = path.starts_with('/') && path.size() < sizeof sockaddr_un::sun_path;
   return isGood ? "" : "\"" + path + "\" is no absolute path of at most 107 bytes";
@@ -62,6 +72,7 @@ void readCommandLine(CLI::App& program, int argc, char** argv) {
   std::vector<std::string> words(argv + 1, argv + std::max(argc, 1));
   if (!words.empty() && words.front() == "help") {
     words.erase(words.begin());
+    requireCommands(program, words);
     words.emplace_back("--help");
   }
   std::ranges::reverse(words);  // which is how the parser takes them
