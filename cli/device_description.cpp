@@ -1,6 +1,9 @@
 #include "device_description.h"
 
+#include <algorithm>
+
 #include "device_description_members.h"
+#include "texts.h"
 
 namespace tembra::cli {
 namespace {
@@ -13,11 +16,23 @@ std::string withoutComma(const std::string& text) {
   return last != std::string::npos && text[last] == ',' ? text.substr(0, last) : text;
 }
 
+[[noreturn]] void refuseJson(const std::string& text, std::size_t at) {
+  const std::string before = text.substr(0, at);
+  const auto line = 1 + std::ranges::count(before, '\n');
+  const std::size_t column = 1 + characters(before.substr(before.rfind('\n') + 1));
+  refuseDescription("is no JSON text: see line " + std::to_string(line) + ", column " + std::to_string(column));
+}
+
 nlohmann::json parseDevice(const std::string& text) {
   if (text.find_first_not_of(kBlanks) == std::string::npos) refuseDescription("is empty");
-  nlohmann::json device = nlohmann::json::parse(withoutComma(text), nullptr, false);
-  const bool cut = text.find('\0') != std::string::npos;  // the parser would take it for the end
-  if (cut || device.is_discarded()) refuseDescription("is no JSON text");
+  nlohmann::json device;
+  try {
+    device = nlohmann::json::parse(withoutComma(text));
+  } catch (const nlohmann::json::parse_error& error) {
+    refuseJson(text, error.byte == 0 ? 0 : error.byte - 1);
+  }
+  const std::size_t nothing = text.find('\0');  // the parser would take it for the end
+  if (nothing != std::string::npos) refuseJson(text, nothing);
   if (!device.is_object()) refuseDescription("is no JSON object (one device, not a list of them)");
   return device;
 }

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <optional>
 
 #include "failure.h"
 #include "numbers.h"
@@ -40,6 +39,18 @@ int describedNumber(const nlohmann::json& value, const std::string& name, int le
     refuseDescription("needs a number from " + std::to_string(least) + " to " + std::to_string(most) + " for " + name);
   }
   return static_cast<int>(*number);
+}
+
+int describedClass(const nlohmann::json& value, const std::string& name, int least, int most,
+                   std::optional<int> (*numberOf)(std::string_view name)) {
+  for (const char* member : {"id", "cluster_id"}) {
+    if (value.is_object() && value.contains(member)) return describedNumber(value[member], name, least, most);
+  }
+  if (!value.is_string() || numberIn(value)) return describedNumber(value, name, least, most);
+  const auto text = value.get<std::string>();
+  const std::optional<int> number = numberOf(text);
+  if (!number) refuseDescription("names " + name + " \"" + cutText(text, kLongestQuoted) + "\", which is not known");
+  return *number;
 }
 
 const nlohmann::json& describedList(const nlohmann::json& value, const std::string& name, std::size_t most) {

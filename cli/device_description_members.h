@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -27,6 +29,11 @@ struct DescriptionMember {
 
 /// A number in these bounds, as such or as a text of hexadecimal digits ("0x0B04").
 [[nodiscard]] int describedNumber(const nlohmann::json& value, const std::string& name, int least, int most);
+
+/// A class as a number in these bounds, or by its name. Other tools write {"id": 37, "name": "Binary Switch"} or
+/// {"cluster_id": "0x0402"}.
+[[nodiscard]] int describedClass(const nlohmann::json& value, const std::string& name, int least, int most,
+                                 std::optional<int> (*numberOf)(std::string_view name));
 
 /// A list of at most so many.
 [[nodiscard]] const nlohmann::json& describedList(const nlohmann::json& value, const std::string& name,
@@ -53,6 +60,11 @@ void readText(const nlohmann::json& value, const std::string& name, Record& reco
 template <class Record>
 void passOver(const nlohmann::json& /*value*/, const std::string& /*name*/, Record& /*record*/, Remarks& /*remarks*/) {}
 
+template <class Record>
+bool isNamed(const DescriptionMember<Record>& member, const std::string& name) {
+  return name == member.name || (member.otherName != nullptr && name == member.otherName);
+}
+
 template <class Record, std::size_t Count>
 void readMembers(const nlohmann::json& device, const DescriptionMember<Record> (&members)[Count], Record& record,
                  Remarks& remarks) {
@@ -66,9 +78,8 @@ void readMembers(const nlohmann::json& device, const DescriptionMember<Record> (
     }
   }
   for (const auto& [name, value] : device.items()) {
-    const auto* const found = std::ranges::find_if(members, [&name = name](const auto& member) {
-      return name == member.name || (member.otherName != nullptr && name == member.otherName);
-    });
+    const auto* const found =
+        std::ranges::find_if(members, [&name = name](const auto& member) { return isNamed(member, name); });
     if (found == std::end(members)) refuseMember(name, possible);
     found->read(value, name, record, remarks);
   }

@@ -2,6 +2,7 @@
 #include <iterator>
 
 #include "device_description_members.h"
+#include "words/class_names.h"
 
 namespace tembra::cli {
 namespace {
@@ -13,10 +14,14 @@ constexpr int kLargestClass = kClassesEnd - 1;
 constexpr std::size_t kMostClasses = std::size(ZwNodeInfo{}.commandClasses) - 1;
 constexpr std::size_t kMostValues = std::size(ZwNodeInfo{}.values) - 1;
 
+unsigned char describedCommandClass(const json& value, const std::string& name) {
+  return static_cast<unsigned char>(describedClass(value, name, 1, kLargestClass, words::commandClassNumber));
+}
+
 void readClasses(const json& value, const std::string& name, ZwNodeInfo& node, Remarks& /*remarks*/) {
   unsigned char* end = node.commandClasses;
   for (const json& one : describedList(value, name, kMostClasses)) {
-    *end++ = static_cast<unsigned char>(describedNumber(one, "a class in " + name, 1, kLargestClass));
+    *end++ = describedCommandClass(one, "a class in " + name);
   }
   *end = kClassesEnd;
 }
@@ -27,7 +32,7 @@ void readValues(const json& value, const std::string& name, ZwNodeInfo& node, Re
     if (!one.is_array() || one.size() != 3) {
       refuseDescription("has one of the " + name + " that is not [command class, index, instance]");
     }
-    *triple++ = {static_cast<unsigned char>(describedNumber(one[0], "a command class in " + name, 1, kLargestClass)),
+    *triple++ = {describedCommandClass(one[0], "a command class in " + name),
                  static_cast<unsigned char>(describedNumber(one[1], "an index in " + name, 0, 255)),
                  static_cast<unsigned char>(describedNumber(one[2], "an instance in " + name, 0, 255))};
   }

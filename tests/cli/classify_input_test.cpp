@@ -39,12 +39,13 @@ std::vector<Refusal> refusals() {
   return {
       {"", "is empty."},
       {" \r\n\t", "is empty."},
-      {"{\"generic\": 16", "is no JSON text."},
-      {"{\"generic\": 16},,", "is no JSON text."},
-      {"{\"generic\": 16} {}", "is no JSON text."},
-      {"{\"clusters\": [], \"model\": \"\xFF\"}", "is no JSON text."},
-      {std::string("{\"generic\": 16}\0", 16), "is no JSON text."},
-      {std::string(100'000, '['), "is no JSON text."},
+      {"{\"generic\": 16", "is no JSON text: see line 1, column 15."},
+      {"{\"generic\":\n  16},,", "is no JSON text: see line 2, column 6."},
+      {"{\"generic\": 16} {}", "is no JSON text: see line 1, column 17."},
+      {"{\"model\": \"\xC3\xBC\",\n\"clusters\": [], \"\xC3\xBC\": \"\xFF\"}",
+       "is no JSON text: see line 2, column 23."},
+      {std::string("{\"generic\": 16}\0", 16), "is no JSON text: see line 1, column 16."},
+      {std::string(100'000, '['), "is no JSON text: see line 1, column 100001."},
       {"[{\"generic\": 16}]", "is no JSON object (one device, not a list of them)."},
       {"16", "is no JSON object (one device, not a list of them)."},
       {"{}", R"(has neither "generic" (Z-Wave) nor "clusters" or "endpoints" (ZigBee).)"},
@@ -79,8 +80,19 @@ std::vector<Refusal> refusals() {
       {R"({"clusters": [[65536, 1]]})", "needs a number from 0 to 65535 for a cluster."},
       {R"({"clusters": [[6, 256]]})", "needs a number from 0 to 255 for a cluster's endpoint."},
       {R"({"endpoints": [{"endpoint": 1}]})", "has one of the endpoints without its endpoint and clusters."},
-      {R"({"endpoints": [{"endpoint": 1, "clusters": [], "profile": 260}]})",
-       R"(has a member "profile"; possible: endpoint, clusters.)"},
+      {R"({"endpoints": [{"endpoint": 256, "clusters": []}]})", "needs a number from 0 to 255 for endpoint."},
+      {R"({"endpoints": {"1": {"output_clusters": []}}})",
+       "has one of the endpoints without its endpoint and clusters."},
+      {R"({"endpoints": {"1": {"clusters": {"output": []}}}})",
+       "has one of the endpoints without its endpoint and clusters."},
+      {R"({"endpoints": {"first": {"clusters": []}}})", "needs a number from 0 to 255 for each of the endpoints."},
+      {R"({"endpoints": {"256": {"clusters": []}}})", "needs a number from 0 to 255 for each of the endpoints."},
+      {R"({"endpoints": 1})", "needs a list for endpoints."},
+      {R"({"clusters": [["genPainting", 1]]})", R"(names a cluster "genPainting", which is not known.)"},
+      {R"({"generic": 16, "classes": ["Binary Painter"]})",
+       R"(names a class in classes "Binary Painter", which is not known.)"},
+      {R"({"generic": 16, "classes": [{"name": "Binary Switch"}]})",
+       "needs a number from 1 to 254 for a class in classes."},
       {R"({"clusters": [], "model": 3041})", "needs a text for model."},
       {R"({"clusters": [], "ac_checks": [1, 2]})", "needs 3 numbers for ac_checks."},
       {R"({"clusters": [], "product_words": [1, 65536]})", "needs a number from 0 to 65535 for product_words."},
@@ -101,6 +113,53 @@ TEST(ClassifyInput, TakesAsMuchAsTheRecordHolds) {
   EXPECT_EQ(classify(withMany({{"generic", 3}}, "classes", 52, 37)).status, 0);
   EXPECT_EQ(classify(withMany({{"generic", 3}}, "values", 180, {37, 0, 1})).status, 0);
   EXPECT_EQ(classify(withMany({}, "clusters", 30, {6, 1})).status, 0);
+}
+
+// What other tools print of a device, and the same in our own words.
+const std::pair<const char*, const char*> kDialects[] = {
+    {R"({"endpoints": {"10": {"profile_id": 260, "input_clusters": ["0x0006"], "output_clusters": ["0x0019"]},
+                       "2": {"device_type": "0x0302", "in_clusters": [{"cluster_id": "0x0402"}]}},
+         "manufacturer": "Maker", "model": "Thing"})",
+     R"({"clusters": [[1026, 2], [6, 10]], "manufacturer": "Maker", "model": "Thing"})"},
+    {R"({"endpoints": {"1": {"epId": 1, "inClusterList": [0, 1280], "outClusterList": [25],
+                             "clusters": {"genBasic": {"attributes": {}}}}},
+         "manufName": "Maker", "modelId": "Thing"})",
+     R"({"clusters": [[0, 1], [1280, 1]], "manufacturer": "Maker", "model": "Thing"})"},
+    {R"({"endpoints": {"1": {"clusters": {"input": ["genBasic", "msTemperatureMeasurement"], "output": ["genOta"]}}}})",
+     R"({"clusters": [["Basic", 1], ["Temperature Measurement", 1]]})"},
+    {R"({"clusters": [["On/Off", 1], ["genLevelCtrl", 1], ["color control", 1]]})",
+     R"({"clusters": [[6, 1], [8, 1], [768, 1]]})"},
+    {R"({"generic": 16, "commandClasses": [{"id": 37, "name": "Binary Switch", "version": 1}, "Notification"]})",
+     R"({"generic": 16, "classes": [37, 113]})"},
+    {R"({"generic": 3, "classes": ["SENSOR BINARY", "COMMAND_CLASS_BATTERY"], "values": [["Binary Sensor", 0, 1]]})",
+     R"({"generic": 3, "classes": ["0x30", "0x80"], "values": [[48, 0, 1]]})"},
+};
+
+TEST(ClassifyInput, ReadsWhatOtherToolsWrite) {
+  for (const auto& [theirs, ours] : kDialects) {
+    const Json answer = classifiedJson(theirs);
+    EXPECT_EQ(answer, classifiedJson(ours)) << theirs;
+  }
+}
+
+TEST(ClassifyInput, SaysWhatItPassesOverInThePrintOfAnotherTool) {
+  const Json answer = classifiedJson(R"({"endpoints": {"1": {"in_clusters": [6]}}, "nwk": "0x1234", "ieee": "00:01"})");
+  EXPECT_EQ(answer.at("why").at(0), "passed over: ieee, nwk");
+}
+
+TEST(ClassifyInput, KnowsEveryNameOfACommandClass) {
+  const std::vector<std::string> lines = kit::linesOf(runAssoc({"names", "cclass"}).output);
+  Json byName = {{"generic", 3}, {"classes", Json::array()}};
+  Json byNumber = byName;
+  for (const std::string& line : lines) {
+    byName["classes"].push_back(line.substr(6));
+    byNumber["classes"].push_back(line.substr(0, 4));
+    if (byName["classes"].size() < 41) continue;  // half of them; the record has room for 52
+    EXPECT_EQ(classifiedJson(byName.dump()), classifiedJson(byNumber.dump()));
+    byName["classes"].clear();
+    byNumber["classes"].clear();
+  }
+  EXPECT_EQ(lines.size(), 82U);
 }
 
 TEST(ClassifyInput, SaysWhatCannotBeRead) {
