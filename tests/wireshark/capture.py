@@ -30,7 +30,8 @@ def tshark(dissector, path, *options):
                            capture_output=True, text=True, errors="replace")
     told = [line for line in ended.stderr.splitlines() if "Running as user" not in line]
     assert ended.returncode == 0 and not told, "\n".join(told)
-    assert "Lua Error" not in ended.stdout, [line for line in ended.stdout.splitlines() if "Lua Error" in line][:5]
+    faulty = [line for line in ended.stdout.splitlines() if "Lua Error" in line]
+    assert not faulty, f"{len(faulty)} lines, such as {faulty[:5]}"
     return ended.stdout
 
 

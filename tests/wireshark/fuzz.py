@@ -8,7 +8,6 @@ import tempfile
 
 import capture
 
-FAULTS = '_ws.expert.message contains "Lua Error" || _ws.malformed'
 SERVERS = [capture.ZWAVE, capture.ZIGBEE, capture.HUE, capture.NEST, capture.HA]
 STRANGER, OTHER_PORT = ("127.0.0.66", 8888), ("127.255.255.254", 40000)
 LENGTHS = {capture.ZWAVE: (236, 1036), capture.ZIGBEE: (320, 444), capture.HUE: (304, 3260), capture.NEST: (256, 12),
@@ -47,11 +46,11 @@ def main(dissector, count, seed="1"):
     with tempfile.TemporaryDirectory() as folder:
         path = pathlib.Path(folder, "fuzz.pcap")
         capture.write(path, [datagram(chance) for _ in range(int(count))])
-        dissected = capture.tshark(dissector, path, "-Y", "tembra", "-T", "fields", "-e", "frame.number").splitlines()
-        faulty = capture.tshark(dissector, path, "-Y", FAULTS, "-T", "fields", "-e",
-                                "frame.number", "-e", "_ws.expert.message").splitlines()
+        rows = capture.values(dissector, path, "frame.number", "frame.protocols", "_ws.expert.message")
+    faulty = [row for row in rows if "Malformed" in row[2]]
     assert not faulty, f"{len(faulty)} datagrams, such as {faulty[:5]}"
-    assert len(dissected) == int(count), f"only {len(dissected)} were dissected"
+    dissected = [row for row in rows if "tembra" in row[1]]
+    assert len(dissected) == int(count), f"only {len(dissected)} of {len(rows)} were dissected"
     print(f"{len(dissected)} datagrams dissected")
 
 
