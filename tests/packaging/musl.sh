@@ -63,5 +63,5 @@ logged cmake -S "$source" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=MinSizeRel -DC
   -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 -DTEMBRA_UNITY_LIBRARIES=ON -DTEMBRA_TESTS=OFF
 logged cmake --build "$build" --parallel
 LD_LIBRARY_PATH=$root/lib logged "$build/bin/tembra-isolate" "$source/scripts/demo.sh" "$build/bin"
-readelf --program-headers "$build/bin/tembra-assoc" | grep --quiet 'interpreter: /lib/ld-musl' ||
+[[ $(readelf --program-headers "$build/bin/tembra-assoc") == *"interpreter: /lib/ld-musl"* ]] ||
   { echo "the programs do not use musl" >&2; exit 1; }
