@@ -80,7 +80,7 @@ def check(expected):
     wrong = 0
     for number, (label, (kind, name)) in enumerate(expected.items(), 1):
         device = stored.get(number)
-        found = [device["type"], device["name"]] if device else None
+        found = [device["type"]["name"], device["name"]] if device else None
         if found != [kind, f"{name} #{number}"]:
             print(f"{label}: {found}, and classify says {kind}, {name}")
             wrong += 1

@@ -60,7 +60,7 @@ def operate(command, then):
 def stored():
     lines = subprocess.run(["tembra-assoc", "--json", "devices"], stdout=subprocess.PIPE, text=True, check=True).stdout
     devices = [json.loads(line) for line in lines.splitlines()]
-    return {device["name"]: device["type"] for device in devices if "id" in device}
+    return {device["name"]: device["type"]["name"] for device in devices if "id" in device}
 
 
 def tell(router, plain):

@@ -5,8 +5,8 @@
 #include <tembra/vocabulary.h>
 #include <unistd.h>
 
-#include <tembra/frontend.hpp>
 #include <tembra/version.h>
+#include <tembra/frontend.hpp>
 
 #include <cerrno>
 #include <chrono>
