@@ -204,9 +204,11 @@ end
 -- in any order.
 local operation, lastRequest, known
 
-function proto.init()
+local function forget()
   operation, lastRequest, known = {number = 0, asked = {}}, {}, {}
 end
+forget()
+proto.init = forget -- at the beginning of each recording
 
 -- One add, removal or reset of the library goes to both radios. A cancel and a notice belong to what runs.
 local function continues(server, command)
