@@ -44,7 +44,7 @@ struct Arguments {
 };
 
 int printDevices(const Arguments& arguments) {
-  const Home home = Home::load(arguments.router.catalogue);
+  const Home home = Home::load(arguments.router.catalogue, arguments.router.ownDevices);
   for (const ZwaveDevice& device : home.zwave.devices()) {
     std::printf("%-22s 0x%.2x/0x%.2x/0x%.2x  %2zu classes, %2zu values  %s\n", device.label.c_str(), device.basicClass,
                 device.genericClass, device.specificClass, device.commandClasses.size(), device.values.size(),
@@ -91,7 +91,9 @@ void addControl(CLI::App& command, Arguments& arguments) {
 }
 
 void addCatalogue(CLI::App& command, Arguments& arguments) {
-  command.add_option("--catalogue", arguments.router.catalogue, "folder with zwave.json and zigbee.json");
+  command.add_option("--catalogue", arguments.router.ownDevices, "JSON file of devices that add to the catalogue")
+      ->type_name("FILE")
+      ->allow_extra_args(false);
 }
 
 void addRunOptions(CLI::App& command, Arguments& arguments) {

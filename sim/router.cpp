@@ -42,7 +42,7 @@ Router::Router(const RouterOptions& options)
       journal_(options.timeline, options.recording),
       loop_(options.speed),
       manner_{faults_, std::chrono::milliseconds(options.latencyMs)},
-      home_(Home::load(options.catalogue)),
+      home_(Home::load(options.catalogue, options.ownDevices)),
       steps_(stepsOf(options, home_)),
       signals_(stopSignals()),
       list_(options.database),

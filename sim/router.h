@@ -35,9 +35,10 @@ struct RouterOptions {
   double speed = 1;
   int latencyMs = 200;
   std::vector<Fault> faults;
-  std::filesystem::path catalogue;
-  std::filesystem::path scenario;    ///< empty: none
-  std::vector<std::string> without;  ///< words of kKillableServers whose servers are left out
+  std::filesystem::path catalogue;                ///< folder of the two files
+  std::vector<std::filesystem::path> ownDevices;  ///< files that add to it
+  std::filesystem::path scenario;                 ///< empty: none
+  std::vector<std::string> without;               ///< words of kKillableServers whose servers are left out
   std::string control;
   std::filesystem::path recording;  ///< empty: none
   bool timeline = false;

@@ -21,6 +21,16 @@ class Catalogue {
     devices_.push_back(std::move(device));
   }
 
+  /// The same, in place of the device that has its label.
+  void put(Device device) {
+    remove(device.label);
+    devices_.push_back(std::move(device));
+  }
+
+  void remove(const std::string& label) {
+    std::erase_if(devices_, [&label](const Device& entry) { return entry.label == label; });
+  }
+
   /// The device called `name`, see labelIn. Null: none is.
   const Device* find(std::string_view name) const {
     const std::string_view label = labelIn(name);

@@ -12,9 +12,26 @@ using nlohmann::json;
 constexpr std::size_t kLongestLabel = 24;
 
 json parsed(const std::filesystem::path& file) {
+  require(!std::filesystem::is_directory(file), "is a folder");
   std::ifstream stream(file);
   require(stream.good(), "cannot be read");
   return json::parse(stream);
+}
+
+long long wholeNumberIn(const json& value) {
+  require(value.is_number_integer(), value.dump() + " is not a number");
+  return value.get<long long>();
+}
+
+// "0x0500"
+long long hexadecimalIn(const std::string& text) {
+  constexpr std::size_t kPrefix = 2;
+  constexpr std::size_t kMostDigits = 8;
+  const std::string digits = text.starts_with("0x") || text.starts_with("0X") ? text.substr(kPrefix) : "";
+  const bool isNumber = !digits.empty() && digits.size() <= kMostDigits &&
+                        digits.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
+  require(isNumber, json(text).dump() + " is not a number");
+  return std::stoll(digits, nullptr, 16);
 }
 
 }  // namespace
@@ -24,8 +41,7 @@ void require(bool condition, const std::string& sentence) {
 }
 
 int numberFrom(const json& value, int smallest, int largest) {
-  require(value.is_number_integer(), value.dump() + " is not a number");
-  const auto number = value.get<long long>();
+  const long long number = value.is_string() ? hexadecimalIn(value.get<std::string>()) : wholeNumberIn(value);
   require(number >= smallest && number <= largest,
           value.dump() + " is not from " + std::to_string(smallest) + " to " + std::to_string(largest));
   return static_cast<int>(number);

@@ -59,8 +59,10 @@ ZigbeeDevice zigbeeDeviceFrom(const json& entry) {
 
 ZigbeeCatalogue ZigbeeCatalogue::load(const std::filesystem::path& folder) {
   ZigbeeCatalogue catalogue;
-  readCatalogue(folder / "zigbee.json", [&catalogue](const json& entry) { catalogue.add(zigbeeDeviceFrom(entry)); });
+  readCatalogue(folder / "zigbee.json", [&catalogue](const json& entry) { catalogue.addEntry(entry); });
   return catalogue;
 }
+
+void ZigbeeCatalogue::addEntry(const json& entry) { add(zigbeeDeviceFrom(entry)); }
 
 }  // namespace tembra::sim

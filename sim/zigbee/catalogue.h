@@ -4,6 +4,7 @@
 
 #include <array>
 #include <filesystem>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,9 @@ class ZigbeeCatalogue : public Catalogue<ZigbeeDevice> {
  public:
   /// Reads FOLDER/zigbee.json; throws one sentence that says what is wrong where.
   static ZigbeeCatalogue load(const std::filesystem::path& folder);
+
+  /// Adds an entry of such a file. Throws as `load` does, and when there is a device of its label.
+  void addEntry(const nlohmann::json& entry);
 };
 
 }  // namespace tembra::sim

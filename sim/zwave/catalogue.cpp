@@ -42,8 +42,10 @@ ZwaveDevice zwaveDeviceFrom(const json& entry) {
 
 ZwaveCatalogue ZwaveCatalogue::load(const std::filesystem::path& folder) {
   ZwaveCatalogue catalogue;
-  readCatalogue(folder / "zwave.json", [&catalogue](const json& entry) { catalogue.add(zwaveDeviceFrom(entry)); });
+  readCatalogue(folder / "zwave.json", [&catalogue](const json& entry) { catalogue.addEntry(entry); });
   return catalogue;
 }
+
+void ZwaveCatalogue::addEntry(const json& entry) { add(zwaveDeviceFrom(entry)); }
 
 }  // namespace tembra::sim

@@ -3,6 +3,7 @@
 #define TEMBRA_SIM_ZWAVE_CATALOGUE_H
 
 #include <filesystem>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,9 @@ class ZwaveCatalogue : public Catalogue<ZwaveDevice> {
  public:
   /// Reads FOLDER/zwave.json; throws one sentence that says what is wrong where.
   static ZwaveCatalogue load(const std::filesystem::path& folder);
+
+  /// Adds an entry of such a file. Throws as `load` does, and when there is a device of its label.
+  void addEntry(const nlohmann::json& entry);
 };
 
 }  // namespace tembra::sim

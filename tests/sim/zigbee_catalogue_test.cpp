@@ -137,5 +137,43 @@ TEST(ZigbeeCatalogue, SaysWhatIsWrongInAFile) {
   }
 }
 
+std::filesystem::path fileOf(const std::string& name, const std::string& devices) {
+  std::ofstream(name) << R"({"devices": [)" + devices + "]}";
+  return name;
+}
+
+TEST(Home, HasTheDevicesOfItsOwnFilesBesideTheCatalogue) {
+  constexpr char kZwave[] = R"({"label": "zb-plug", "description": "now Z-Wave", "basic": "0x04", "generic": "0x10",
+                                "specific": 1, "commandClasses": ["0x25"], "values": [["0x25", 0, 1]]})";
+  const Home before = Home::load(TEMBRA_SIM_CATALOGUE);
+  const Home home =
+      Home::load(TEMBRA_SIM_CATALOGUE,
+                 {fileOf("/tmp/one.json", zigbeeEntry("new", "", "[[6, 1]]") + "," + zigbeeEntry("dimmer", "", "[]")),
+                  fileOf("/tmp/two.json", kZwave + ("," + zigbeeEntry("new", "m", "[]")))});
+  EXPECT_EQ(home.zwave.devices().size(), before.zwave.devices().size());  // one came, one left
+  EXPECT_EQ(home.zigbee.devices().size(), before.zigbee.devices().size() + 1);
+  EXPECT_EQ(home.zwave.find("dimmer"), nullptr);
+  EXPECT_EQ(home.zigbee.find("zb-plug"), nullptr);
+  EXPECT_EQ(home.zwave.find("zb-plug")->genericClass, 0x10);
+  EXPECT_EQ(home.zigbee.find("new")->model, "m") << "the later file counts";
+  EXPECT_TRUE(home.has("siren"));
+}
+
+TEST(Home, SaysWhatIsWrongInAFileOfItsOwn) {
+  const auto failure = [](const std::filesystem::path& file) -> std::string {
+    try {
+      Home::load(TEMBRA_SIM_CATALOGUE, {file});
+    } catch (const std::exception& refusal) {
+      return refusal.what();
+    }
+    return "loaded";
+  };
+  EXPECT_EQ(failure("/tmp/nowhere.json"), "the catalogue /tmp/nowhere.json: cannot be read");
+  EXPECT_EQ(failure("/tmp"), "the catalogue /tmp: is a folder");
+  const std::string twice = zigbeeEntry("a", "", "[]") + R"(, {"label": "a", "generic": 16})";
+  EXPECT_EQ(failure(fileOf("/tmp/own.json", twice)),
+            "the catalogue /tmp/own.json (device 2): there are two devices called a");
+}
+
 }  // namespace
 }  // namespace tembra::sim
