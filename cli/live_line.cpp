@@ -13,10 +13,13 @@ namespace {
 
 constexpr char kCut[] = "...";
 
+// Without the last words, or the end of the first one.
 std::string shortened(const std::string& text, std::size_t columns) {
   if (characters(text) <= columns) return text;
-  const std::size_t kept = columns < sizeof kCut ? columns : columns - (sizeof kCut - 1);
-  return firstCharacters(text, kept) + (columns < sizeof kCut ? "" : kCut);
+  if (columns < sizeof kCut) return firstCharacters(text, columns);
+  const std::string kept = firstCharacters(text, columns - (sizeof kCut - 1));
+  const std::size_t blank = text[kept.size()] == ' ' ? kept.size() : kept.rfind(' ');
+  return kept.substr(0, blank) + kCut;
 }
 
 std::string lastCharacters(const std::string& text, std::size_t count) {

@@ -16,16 +16,20 @@ bool isUtf8(const std::string& text) {
   return nlohmann::json::parse(quoted).get<std::string>() == text;
 }
 
+// In a line that does not fit, a gap of several blanks that stands between two columns is the best place to break.
 std::string wrappedLine(const std::string& line, std::size_t columns) {
+  if (characters(line) <= columns) return line;
   const std::size_t indent = std::min(line.find_first_not_of(' '), line.size());
-  const std::string continuation(indent == 0 ? 0 : indent + 2, ' ');
+  const std::size_t deepest = columns / 8;
+  const std::string continuation(indent == 0 ? 0 : std::min(indent, deepest) + 2, ' ');
   std::string lines;
   std::size_t column = 0;
-  for (std::size_t begin = 0, end = 0; begin < line.size(); begin = end) {
+  for (std::size_t begin = indent - std::min(indent, deepest), end = 0; begin < line.size(); begin = end) {
     const std::size_t word = std::min(line.find_first_not_of(' ', begin), line.size());
     end = std::min(line.find(' ', word), line.size());
     std::string piece = line.substr(begin, end - begin);
-    if (column > 0 && column + characters(piece) > columns) {
+    const bool isGap = indent > 0 && word - begin > 1;
+    if (column > 0 && (isGap || column + characters(piece) > columns)) {
       lines += "\n" + continuation;
       column = continuation.size();
       piece = line.substr(word, end - word);

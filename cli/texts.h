@@ -28,7 +28,7 @@ template <std::size_t Size>
 [[nodiscard]] std::string withoutBlanksAround(const std::string& text);
 
 /// The text in lines of at most so many characters, broken at blanks. A longer word stays whole. What continues a line
-/// that begins with blanks begins with two more.
+/// that begins with blanks begins with blanks, too.
 [[nodiscard]] std::string wrapped(const std::string& text, std::size_t columns);
 
 /// Why a text is no name for a device or a place, after "the text "; empty when it is one.

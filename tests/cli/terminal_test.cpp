@@ -74,6 +74,12 @@ TEST(NarrowTerminal, BreaksSentencesAtBlanks) {
   }
 }
 
+TEST(NarrowTerminal, PutsWhatAnOptionMeansBelowIt) {
+  Terminal terminal(assocCommand({"add", "--help"}), Clock::kReal, 40);
+  terminal.waitFor("  --place TEXT\r\n    where the device is, instead of\r\n    \"Default\"\r\n");
+  EXPECT_EQ(terminal.end(), 0);
+}
+
 TEST(NarrowTerminal, CutsTheNamesOfAListOfDevices) {
   Database().put(Device(2, "A lamp whose name is longer than any table").type("Siren").zwave(5));
   Terminal terminal(assocCommand({"devices"}), Clock::kReal, 50);
@@ -89,7 +95,7 @@ TEST(NarrowTerminal, FitsTheCountdownAlsoWhenItBecomesNarrowMeanwhile) {
   terminal.resize(40);
   terminal.waitFor("\r\033[JPress the button of the device... 1");
   terminal.resize(20);
-  terminal.waitFor("\r\033[JPress the ... 1");
+  terminal.waitFor("\r\033[JPress the... 1");
   terminal.type("\x03");
   EXPECT_EQ(terminal.end(), 130);
   router.stop();
