@@ -24,9 +24,14 @@ bool isAboutConnection(Reason reason) {
   return reason >= TEMBRA_REASON_IN_USE && reason <= TEMBRA_REASON_CONNECTION_LOST;
 }
 
+ExitStatus statusOf(Result refusal) {
+  const bool isAboutTexts = refusal == Result::invalid || refusal == Result::tooLong || refusal == Result::badText;
+  return isAboutTexts ? kUsage : kFailed;
+}
+
 std::string storedElsewhere(const Ended& ended, const Options& options) {
   if (ended.reason != TEMBRA_REASON_NOT_STORED || options.database.empty()) return "";
-  return " Perhaps the HA server keeps another file than " + options.database + ".";
+  return "Perhaps the HA server keeps another file than " + options.database + ".";
 }
 
 }  // namespace
@@ -58,7 +63,7 @@ void Dialogue::run(const std::string& call, const Start& start, const OnEvent& o
   context_.display.command(call);
   onEvent_ = onEvent;
   ended_.reset();
-  if (const Result result = start(*kit_); result != Result::ok) throw Failure(kFailed, sentence(result));
+  if (const Result result = start(*kit_); result != Result::ok) throw Failure(statusOf(result), sentence(result));
   try {
     finish(atInterrupt);
   } catch (const Over&) {
@@ -166,7 +171,10 @@ void Dialogue::cancelAndListen() {
 void Dialogue::throwUnlessDone() const {
   if (ended_->outcome == TEMBRA_DONE) return;
   const ExitStatus status = isAboutConnection(ended_->reason) ? kNoConnection : kFailed;
-  throw Failure(status, endText(*ended_) + storedElsewhere(*ended_, context_.options), Failure::Told::kByEvent);
+  const std::string elsewhere = storedElsewhere(*ended_, context_.options);
+  const bool isUntold = context_.options.json && !elsewhere.empty();  // of the rest a program has the event
+  if (isUntold) context_.display.complain(elsewhere);
+  throw Failure(status, endText(*ended_) + (elsewhere.empty() ? "" : " " + elsewhere), Failure::Told::kByEvent);
 }
 
 }  // namespace tembra::cli

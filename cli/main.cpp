@@ -97,7 +97,11 @@ int parseAndRun(int argc, char** argv) {
     options.json = asksForJson(argc, argv);
     return refuse(options, std::string(refusal.what()) + " (--help tells what is possible)");
   }
-  if (!action) return refuse(options, "a command is needed; --help tells which there are.");
+  if (!action) {
+    const auto given = program.get_subcommands();
+    const std::string which = given.empty() ? "" : given.front()->get_name() + ": ";
+    return refuse(options, which + "a command is needed; --help tells which there are.");
+  }
   quietLog(options);
   return run(options, action);
 }

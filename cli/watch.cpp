@@ -39,7 +39,6 @@ std::string textOf(const Json& object, const char* member) {
 std::string lineText(const std::string& line) {
   const Json said = Json::parse(line, nullptr, false);
   if (!said.is_object()) return line;
-  if (!textOf(said, "error").empty()) return "refused: " + textOf(said, "error");
   if (const auto holder = said.find("holder"); holder != said.end() && holder->is_object()) {
     const auto state = said.find("state");
     const std::string operation = state != said.end() && state->is_object() ? textOf(*state, "operation") : "";
@@ -63,11 +62,21 @@ void tellNobody(const Context& context) {
   printText(timeText("%H:%M:%S  ", std::time(nullptr)) + "The connection is free.");
 }
 
+// Who is refused once is refused again.
+void throwIfRefused(const Context& context, const std::string& line) {
+  const Json said = Json::parse(line, nullptr, false);
+  const std::string error = said.is_object() ? textOf(said, "error") : "";
+  if (!error.empty()) throw Failure(kFailed, context.options.watchPath + " refuses to be watched: " + error + ".");
+}
+
 // Until the other front end closes its connection, or ends.
 void showLines(const Context& context, tembra_watch* watch) {
   while (true) {
     context.attention.wait(tembra_watch_descriptor(watch), Attention::Input::kIgnored, kLongestWait);
-    while (const char* line = tembra_watch_next(watch, 0)) show(context, line);
+    while (const char* line = tembra_watch_next(watch, 0)) {
+      throwIfRefused(context, line);
+      show(context, line);
+    }
     if (errno == ECONNRESET) return tellNobody(context);
     if (errno != ETIMEDOUT) throw Failure(kFailed, "watching ended: " + std::string(std::strerror(errno)) + ".");
   }

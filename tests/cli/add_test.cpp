@@ -201,6 +201,14 @@ TEST(Add, WorksWithStandardInputClosed) {
   router.stop();
 }
 
+TEST(Add, SaysThatTheHaServerMayKeepAnotherFile) {
+  SimRouter router;
+  const Ended told = router.add("dimmer", {"--db", "/tmp/other", "--json", "--yes"});
+  EXPECT_EQ(told.status, 1);
+  EXPECT_EQ(lines(told.output).back().at("text"), "Perhaps the HA server keeps another file than /tmp/other.");
+  router.stop();
+}
+
 TEST(Add, EntersTheFolderOfADatabaseWhosePathIsTooLongForTheLibrary) {
   const std::string database = "/tmp/a-folder-of-its-own/ddb";
   std::filesystem::create_directory("/tmp/a-folder-of-its-own");

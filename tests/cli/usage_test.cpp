@@ -19,7 +19,9 @@ void PrintTo(const UsageCase& row, std::ostream* out) { *out << row.name; }
 
 const UsageCase kUsageCases[] = {
     {"NoCommand", {}, 2, "a command is needed"},
+    {"NoCommandOfACommand", {"hue"}, 2, "hue: a command is needed"},
     {"UnknownCommand", {"paint"}, 2, "paint"},
+    {"CodeWithAControlCharacter", {"nest", "link", "a\x1b[31m"}, 2, "characters that are not allowed"},
     {"UnknownOption", {"add", "--colour"}, 2, "--colour"},
     {"UnknownRole", {"add", "--role", "plumber"}, 2, "plumber"},
     {"UnknownRadio", {"cancel", "radar"}, 2, "radar"},

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <memory>
 #include <nlohmann/json.hpp>
 
 #include "kit/text.h"
@@ -31,6 +32,20 @@ TEST(Watch, ShowsWhatAnotherFrontEndDoes) {
   watch.signal(SIGTERM);
   EXPECT_EQ(watch.end().status, 0);
   router.stop();
+}
+
+TEST(Watch, EndsWhereItIsRefused) {
+  SimRouter router;
+  Program add(assocCommand({"add", "--yes"}));
+  router.waitFor("library -> Z-Wave server   add a device");
+  std::vector<std::unique_ptr<Program>> others;
+  for (int i = 0; i < 16; ++i) {
+    others.push_back(std::make_unique<Program>(assocCommand({"watch"})));
+    others.back()->waitFor("has the connection: add");
+  }
+  const Ended refused = runAssoc({"watch"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.sentence(), "tembra-assoc: /tmp/front-ends/socket refuses to be watched: too many watchers.");
 }
 
 TEST(Status, TellsWhoHasTheConnection) {
