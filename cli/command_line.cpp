@@ -1,4 +1,4 @@
-#include "command_line.h"
+#include "cli/command_line.h"
 
 #include <sys/un.h>
 
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "roles.h"
+#include "cli/words/roles.h"
 
 namespace tembra::cli {
 namespace {

@@ -2,8 +2,8 @@
 #ifndef TEMBRA_CLI_COMMAND_LINE_H
 #define TEMBRA_CLI_COMMAND_LINE_H
 
-#include "commands.h"
-#include "options.h"
+#include "cli/commands/commands.h"
+#include "cli/options.h"
 
 namespace tembra::cli {
 

@@ -2,9 +2,9 @@
 #ifndef TEMBRA_CLI_CONTEXT_H
 #define TEMBRA_CLI_CONTEXT_H
 
-#include "attention.h"
-#include "display.h"
-#include "options.h"
+#include "cli/dialogue/attention.h"
+#include "cli/display/display.h"
+#include "cli/options.h"
 
 namespace tembra::cli {
 

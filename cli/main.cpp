@@ -10,13 +10,13 @@
 #include <iostream>
 #include <sstream>
 
-#include "attention.h"
-#include "command_line.h"
-#include "database_file.h"
-#include "dialogue.h"
-#include "failure.h"
-#include "terminal.h"
-#include "texts.h"
+#include "cli/command_line.h"
+#include "cli/commands/database_file.h"
+#include "cli/dialogue/attention.h"
+#include "cli/dialogue/dialogue.h"
+#include "cli/display/terminal.h"
+#include "cli/failure.h"
+#include "cli/words/texts.h"
 
 namespace tembra::cli {
 namespace {

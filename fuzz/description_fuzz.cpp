@@ -1,7 +1,7 @@
 // The description of a device that `tembra-assoc classify` reads.
 #include <cstdint>
 
-#include "cli/device_description.h"
+#include "cli/classification/device_description.h"
 #include "cli/failure.h"
 #include "support/invariant.h"
 

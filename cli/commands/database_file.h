@@ -1,0 +1,20 @@
+// The device database's file: where it is.
+#ifndef TEMBRA_CLI_DATABASE_FILE_H
+#define TEMBRA_CLI_DATABASE_FILE_H
+
+#include <string>
+
+#include "cli/display/display.h"
+
+namespace tembra::cli {
+
+/// Tells the library where the database is. Its own text holds 9 characters; for a longer path the program goes into
+/// the file's folder and names the file alone. Throws Failure (kUsage) when that does not do.
+void useDatabase(const std::string& path);
+
+/// Before an operation that writes it.
+void complainOfForeignDatabase(Display& display);
+
+}  // namespace tembra::cli
+
+#endif

@@ -1,0 +1,25 @@
+// tembra-assoc remove: the next device whose button is pressed leaves the home.
+#include <CLI/CLI.hpp>
+
+#include "cli/commands/commands.h"
+#include "cli/commands/database_file.h"
+#include "cli/dialogue/dialogue.h"
+#include "cli/dialogue/questions.h"
+
+namespace tembra::cli {
+namespace {
+
+void removeDevice(const Context& context) {
+  confirm(context, "The next device whose button is pressed leaves the home and the device list.");
+  complainOfForeignDatabase(context.display);
+  Dialogue(context).run("remove", &Frontend::remove);
+}
+
+}  // namespace
+
+void declareRemove(CLI::App& program, Action& action) {
+  CLI::App* command = program.add_subcommand("remove", "remove a device: press its button when told to");
+  command->callback([&action] { action = removeDevice; });
+}
+
+}  // namespace tembra::cli

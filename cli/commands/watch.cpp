@@ -1,0 +1,127 @@
+// tembra-assoc status and watch: who has the connection, and what happens there.
+#include <tembra/watch.h>
+
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <nlohmann/json.hpp>
+
+#include "cli/commands/commands.h"
+#include "cli/commands/other_front_end.h"
+#include "cli/display/json_line.h"
+#include "cli/display/terminal.h"
+#include "cli/failure.h"
+#include "platform/printable.h"
+
+namespace tembra::cli {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::chrono::milliseconds kBetweenTries{300};
+constexpr std::chrono::milliseconds kLongestWait{1000};
+constexpr int kHolderMilliseconds = 1000;
+
+std::string timeText(const char* format, std::time_t moment) {
+  char text[32] = {};
+  std::tm local{};
+  std::strftime(text, sizeof text, format, localtime_r(&moment, &local));
+  return text;
+}
+
+std::string textOf(const Json& object, const char* member) {
+  const auto found = object.find(member);
+  return found != object.end() && found->is_string() ? found->get<std::string>() : "";
+}
+
+// "add: added Siren #1", "add: ended: Done.", from the lines that other processes tell.
+std::string lineText(const std::string& line) {
+  const Json said = Json::parse(line, nullptr, false);
+  if (!said.is_object()) return line;
+  if (const auto holder = said.find("holder"); holder != said.end() && holder->is_object()) {
+    const auto state = said.find("state");
+    const std::string operation = state != said.end() && state->is_object() ? textOf(*state, "operation") : "";
+    return textOf(*holder, "program") + " has the connection: " + operation;
+  }
+  std::string text = textOf(said, "operation") + ": " + textOf(said, "event");
+  if (!textOf(said, "text").empty()) text += ":";
+  for (const char* member : {"name", "text", "advice"}) {
+    if (const std::string detail = textOf(said, member); !detail.empty()) text += " " + detail;
+  }
+  return text;
+}
+
+void show(const Context& context, const std::string& line) {
+  if (context.options.json) return printLine(line);
+  printText(timeText("%H:%M:%S  ", std::time(nullptr)) + printable(lineText(line)));
+}
+
+void tellNobody(const Context& context) {
+  if (context.options.json) return printLine(statusEvent(nullptr));
+  printText(timeText("%H:%M:%S  ", std::time(nullptr)) + "The connection is free.");
+}
+
+// Who is refused once is refused again.
+void throwIfRefused(const Context& context, const std::string& line) {
+  const Json said = Json::parse(line, nullptr, false);
+  const std::string error = said.is_object() ? textOf(said, "error") : "";
+  if (!error.empty()) throw Failure(kFailed, context.options.watchPath + " refuses to be watched: " + error + ".");
+}
+
+// Until the other front end closes its connection, or ends.
+void showLines(const Context& context, tembra_watch* watch) {
+  while (true) {
+    context.attention.wait(tembra_watch_descriptor(watch), Attention::Input::kIgnored, kLongestWait);
+    while (const char* line = tembra_watch_next(watch, 0)) {
+      throwIfRefused(context, line);
+      show(context, line);
+    }
+    if (errno == ECONNRESET) return tellNobody(context);
+    if (errno != ETIMEDOUT) throw Failure(kFailed, "watching ended: " + std::string(std::strerror(errno)) + ".");
+  }
+}
+
+void watchFrontEnds(const Context& context) {
+  const std::string& path = context.options.watchPath;
+  context.display.note("Watching " + path + " until Ctrl-C.");
+  try {
+    while (true) {
+      if (const Watch watch{tembra_watch_open(path.c_str())}) {
+        showLines(context, watch.get());
+      } else if (!isNobodyThere(errno)) {
+        throw Failure(kFailed, path + " cannot be watched: " + std::strerror(errno) + ".");
+      }
+      context.attention.pause(kBetweenTries);
+    }
+  } catch (const Interrupted&) {
+    return;  // its proper end
+  }
+}
+
+void tellStatus(const Context& context) {
+  auto holder = tembra_holder{};
+  holder.size = sizeof holder;
+  const int error = tembra_read_holder(context.options.watchPath.c_str(), kHolderMilliseconds, &holder);
+  const bool isHeld = error == 0;
+  if (!isHeld && !isNobodyThere(error)) {
+    throw Failure(kFailed,
+                  context.options.watchPath + " does not say who has the connection: " + std::strerror(error) + ".");
+  }
+  if (context.options.json) return printLine(statusEvent(isHeld ? &holder : nullptr));
+  if (!isHeld) return printText("No front end that can be watched has the connection.");
+  printText(printable(std::string(holder.program)) + " (process " + std::to_string(holder.pid) +
+            ") has the connection since " + timeText("%H:%M:%S", holder.since) + ": " + holder.operation + ", " +
+            holder.phase + ".");
+}
+
+}  // namespace
+
+void declareWatch(CLI::App& program, Action& action) {
+  CLI::App* watch = program.add_subcommand("watch", "show what other front ends do until Ctrl-C");
+  watch->callback([&action] { action = watchFrontEnds; });
+  CLI::App* status = program.add_subcommand("status", "tell which front end has the connection, and what it does");
+  status->callback([&action] { action = tellStatus; });
+}
+
+}  // namespace tembra::cli
