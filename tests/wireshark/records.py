@@ -142,7 +142,11 @@ def check_words(dissector, path):
     capture.write(path, [capture.udp(capture.ZWAVE, capture.LIBRARY, node()),
                          capture.udp(capture.ZIGBEE, capture.LIBRARY, device()),
                          capture.udp(capture.HUE, capture.LIBRARY, bridges()),
-                         capture.udp(capture.LIBRARY, capture.HA, notice(2, node((604, b"\x2d"), (972, b"\xff"))))])
+                         capture.udp(capture.LIBRARY, capture.HA, notice(2, node((604, b"\x2d"), (612, b"Washer"), (972, b"\xff"))))])
+    titles = [row[0] for row in capture.values(dissector, path, "_ws.col.Info")]
+    assert titles == ["Z-Wave server answers: nodeId 2",
+                      "ZigBee server answers: msgCode 10, info complete (adding: the description is complete)",
+                      "Hue server answers: type 0, bridges found", "to the HA server: added: Washer"], titles
     text = capture.tshark(dissector, path, "-V", "-O", "tembra,json")
     for words in ["entry: SWITCH BINARY (0x25)", "commandClass: SWITCH BINARY (0x25)", "info complete (adding: ",
                   "cluster: on/off (0x0006)", "type: bridges found (0)", "String value: 02a1b2fffe0c0001",

@@ -287,7 +287,21 @@ local function addRequest(branch, server, range, command)
   if not hasOnlyZerosBetween(RECORDS[server.request], range) then branch:add_proto_expert_info(experts.zeros) end
 end
 
+-- "added: Washing machine", by the mark of a node or the message code of a device.
+local function noticeIn(range)
+  if range:len() < RECORDS.HaNotice.size then return "HaNotice" end
+  local isNode, body = range(0, 4):le_int() == 2, range(4)
+  if body:raw():match("^[^%z]*") == REMOVE_ALL then return REMOVE_ALL end
+  local record = isNode and RECORDS.ZwNodeInfo or RECORDS.ZbDeviceInfo
+  local field = fieldOf(record, isNode and "requestMark" or "msgCode")
+  local names = NUMBERS[isNode and "RequestMark" or "ZigbeeNotice"]
+  local name = fieldOf(record, "name")
+  return string.format("%s: %s", names[numberIn(body(field.offset, field.size))] or "HaNotice",
+                       body(name.offset, name.size):string():match("^[^%z]*"))
+end
+
 local function titleOf(server, travel, command, range)
+  if server.request == "HaNotice" then return "to the HA server: " .. noticeIn(range) end
   if travel == "answer" then
     local record = RECORDS[server.answer]
     local code = server.answer == "ZwNodeInfo" and "nodeId" or server.answer == "ZbDeviceInfo" and "msgCode" or
