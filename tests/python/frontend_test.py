@@ -122,6 +122,20 @@ class Blocking(WithRouter):
             with self.assertRaises(KeyboardInterrupt):
                 kit.next()
 
+    def test_an_argument_of_a_wrong_type_is_named(self):
+        with tembra.Frontend() as kit:
+            for call, words in [
+                    (lambda: kit.finish("Siren"), "a device type is a number, not str: 'Siren'"),
+                    (lambda: kit.finish(1.5), "a device type is a number, not float: 1.5"),
+                    (lambda: kit.finish(name=7), "a text is needed here, not int: 7"),
+                    (lambda: kit.reset("all"), "what to reset is a number, not str: 'all'"),
+                    (lambda: kit.nest_link(b"code"), "a text is needed here, not bytes: b'code'"),
+                    (lambda: kit.hue_add_bridge("02:a1:b2:0c:00:01", "60"), "the time is a number, not str: '60'"),
+                    (lambda: tembra.Frontend(role="web"), "a role is a number, not str: 'web'")]:
+                with self.subTest(words), self.assertRaises(TypeError) as raised:
+                    call()
+                self.assertEqual(str(raised.exception), words)
+
     def test_a_closed_kit_refuses(self):
         kit = tembra.Frontend()
         kit.close()

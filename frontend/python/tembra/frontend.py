@@ -2,6 +2,7 @@
 import asyncio
 import ctypes
 import errno
+import operator
 import select
 import time
 from typing import Optional, Union
@@ -29,6 +30,8 @@ def _text(text: Optional[str]) -> Optional[bytes]:
     """For C, where a text ends at its first NUL."""
     if text is None:
         return None
+    if not isinstance(text, str):
+        raise TypeError(f"a text is needed here, not {type(text).__name__}: {text!r}")
     try:
         encoded = text.encode()
     except UnicodeEncodeError:
@@ -36,6 +39,13 @@ def _text(text: Optional[str]) -> Optional[bytes]:
     if b"\0" in encoded:
         raise Refused(errno.EILSEQ)
     return encoded
+
+
+def _number(number, what: str) -> int:
+    try:
+        return operator.index(number)
+    except TypeError:
+        raise TypeError(f"{what} is a number, not {type(number).__name__}: {number!r}") from None
 
 
 def _check(error: int) -> None:
@@ -59,7 +69,7 @@ class Frontend:
 
     def __init__(self, *, role: int = 0, keep_open: bool = False, program: Optional[str] = None,
                  watch_path: Optional[str] = None):
-        options = Options(ctypes.sizeof(Options), role, keep_open, _text(program), _text(watch_path))
+        options = Options(ctypes.sizeof(Options), _number(role, "a role"), bool(keep_open), _text(program), _text(watch_path))
         self._kit = C.tembra_frontend_new(ctypes.byref(options))
         if not self._kit:
             raise Refused(ctypes.get_errno())
@@ -91,7 +101,7 @@ class Frontend:
 
     def reset(self, what: int) -> None:
         """Resets radio networks. @param what a Reset"""
-        self._call(C.tembra_frontend_reset, what)
+        self._call(C.tembra_frontend_reset, _number(what, "what to reset"))
 
     def hue_discover(self) -> None:
         """Looks for Hue bridges in the home's network."""
@@ -99,7 +109,7 @@ class Frontend:
 
     def hue_add_bridge(self, mac: str, seconds: int = 60) -> None:
         """Adds a Hue bridge, whose round button has to be pressed in so many seconds, at most 600."""
-        self._call(C.tembra_frontend_hue_add_bridge, _text(mac), seconds)
+        self._call(C.tembra_frontend_hue_add_bridge, _text(mac), _number(seconds, "the time"))
 
     def hue_add_bulb(self, mac: str, bulb: str) -> None:
         """Adds a bulb of a bridge that was added."""
@@ -132,7 +142,7 @@ class Frontend:
     def finish(self, type: Union[int, DeviceType] = 0, name: Optional[str] = None, place: Optional[str] = None) -> None:
         """After Found: hands the device over. What is left out stays as it was proposed."""
         number = type.number if isinstance(type, DeviceType) else type
-        self._call(C.tembra_frontend_finish, number, _text(name), _text(place))
+        self._call(C.tembra_frontend_finish, _number(number, "a device type"), _text(name), _text(place))
 
     def cancel(self) -> bool:
         """Cancels what runs. Returns False when nothing runs."""
