@@ -115,7 +115,7 @@ void Session::open() {
   const tembra_failure before = lastFailure(TEMBRA_FAILURE_OPENING);
   TembraAssociation& service = service_;
   const int result = call([&service] { return service.checkAssocConnection(); });
-  socket_ = result == 0 ? service_.sock : 0;
+  socket_ = result == 0 ? __atomic_load_n(&service_.sock, __ATOMIC_RELAXED) : 0;
   checkOpening(result, before);
   const std::string why = watching_.begin();
   if (!why.empty()) warn(TEMBRA_REASON_NOT_WATCHED, 0, why);
@@ -140,8 +140,9 @@ bool Session::callEnded() {
   return !callRuns_;
 }
 
-// An event may have come just before the connection was closed.
-bool Session::isLost() const { return fcntl(socket_, F_GETFD) < 0 && !inbox_.hasEvents(); }
+// An event may have come just before the connection was closed, and a web server's may be closed right behind its
+// opening.
+bool Session::isLost() const { return (socket_ == 0 || fcntl(socket_, F_GETFD) < 0) && !inbox_.hasEvents(); }
 
 std::unique_ptr<LibraryEvent> Session::nextEvent(Clock::time_point until) {
   while (true) {

@@ -138,7 +138,7 @@ int TembraAssociation::checkAssocConnection() {
   static_cast<void>(tembra::isStrict());  // the receive thread would read the environment beside a setenv of this one
   const int descriptor = openBoundSocket(*this);
   if (descriptor < 0) return -1;
-  sock = descriptor;
+  tembra::setSocket(*this, descriptor);
   running = 1;
   ++latest.number;
   latest.receive.isServed = latest.receive.isUnderWay = false;
@@ -168,7 +168,7 @@ void TembraAssociation::closeAssocConnection() {
   closeMark = -1;
   const int descriptor = sock;
   if (descriptor == kClosed) return;
-  sock = kClosed;  // a thread that closes at the same time finds nothing to close
+  tembra::setSocket(*this, kClosed);  // a thread that closes at the same time finds nothing to close
   shutdown(descriptor, SHUT_RDWR);
   tembra::waitWhile(isReceiving);
   close(descriptor);

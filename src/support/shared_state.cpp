@@ -42,9 +42,13 @@ void setCommandType(const char* text) { copyCallersText(cmdtype, text); }
 
 void clearCommandType() { std::memset(cmdtype, 0, sizeof cmdtype); }
 
-// Front ends look at the state while the library works.
+// Front ends look at the state and the socket while the library works.
 void setState(TembraAssociation& assoc, AssocState state) {
   __atomic_store_n(&assoc.assocState, state, __ATOMIC_RELAXED);
+}
+
+void setSocket(TembraAssociation& assoc, int descriptor) {
+  __atomic_store_n(&assoc.sock, descriptor, __ATOMIC_RELAXED);
 }
 
 void setAssociationMeshId(int id) { assoc_meshID = id; }

@@ -23,6 +23,7 @@ void clearCommandType();
 
 /// The only writer of the association state.
 void setState(TembraAssociation& assoc, AssocState state);
+void setSocket(TembraAssociation& assoc, int descriptor);
 
 void setAssociationMeshId(int id);
 
