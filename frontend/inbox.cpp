@@ -1,6 +1,26 @@
 #include "inbox.h"
 
+#include <tembra/globals.h>
+
+#include <cstring>
+
 namespace tembra::frontend {
+
+// The callback does not hold the library's lock: a command of the kit may change the state meanwhile.
+std::unique_ptr<LibraryEvent> snapshot(const AssocEvent& event) {
+  const TembraAssociation& service = *TembraAssociation::singleton;
+  auto heard = std::make_unique<LibraryEvent>();
+  heard->event = event;
+  heard->state = __atomic_load_n(&service.assocState, __ATOMIC_RELAXED);
+  heard->classifiedType = service.classifiedType;
+  heard->deviceId = DevId;
+  heard->removedId = service.removedId;
+  heard->node = service.zwNodeRx.nodeId;
+  std::memcpy(heard->deviceName, service.devName, sizeof heard->deviceName);
+  std::memcpy(heard->removedName, service.removedName, sizeof heard->removedName);
+  heard->zigbeeDevice = service.zbDevice;
+  return heard;
+}
 
 bool Inbox::start(Command command) {
   const std::lock_guard lock(mutex_);

@@ -18,8 +18,8 @@ namespace tembra::frontend {
 struct Command {
   int operation = 0;
   int what = 0;        ///< what a reset resets, or the seconds for a bridge's link button
-  std::string first;   ///< a bridge's MAC text, or an authorisation code
-  std::string second;  ///< a bulb's name, or the text of a refresh
+  std::string target;  ///< a bridge's MAC text, or an authorisation code
+  std::string text;    ///< a bulb's name, or the text of a refresh
 };
 
 struct Choice {
@@ -40,6 +40,9 @@ struct LibraryEvent {
   char removedName[180];
   ZbDeviceInfo zigbeeDevice;  ///< as classification leaves it
 };
+
+/// The event with the fields of this moment; for the library's callback.
+[[nodiscard]] std::unique_ptr<LibraryEvent> snapshot(const AssocEvent& event);
 
 /// Any thread may call all of it at any time.
 class Inbox {

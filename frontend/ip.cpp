@@ -142,7 +142,7 @@ void addBridge(Session& session, const Command& command) {
     auto button = sized<tembra_link_button>();
     button.seconds_left = static_cast<int>(std::chrono::ceil<seconds>(until - Clock::now()).count());
     session.tell(TEMBRA_EVENT_LINK_BUTTON, button);
-    std::string mac = command.first;
+    std::string mac = command.target;
     session.send([&] { session.service().Hue_addBridge(mac.data()); });
     const int code = awaitAnswer(session, SERVER_HUE, std::max(until, Clock::now() + kGrace))->event.code;
     if (code == EVENT_HUE_ADDED) break;
@@ -157,8 +157,8 @@ void addBridge(Session& session, const Command& command) {
 }
 
 void addBulb(Session& session, const Command& command) {
-  std::string mac = command.first;
-  std::string bulb = command.second;
+  std::string mac = command.target;
+  std::string bulb = command.text;
   ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_addDev(mac.data(), bulb.data()); },
       {EVENT_HUE_BULB_ADDED});
   session.tell(TEMBRA_EVENT_BULB_ADDED);
@@ -166,15 +166,15 @@ void addBulb(Session& session, const Command& command) {
 }
 
 void refreshBridge(Session& session, const Command& command) {
-  std::string mac = command.first;
-  std::string text = command.second;
+  std::string mac = command.target;
+  std::string text = command.text;
   ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_refreshBridge(mac.data(), text.data()); },
       {EVENT_HUE_DONE, EVENT_HUE_DONE_2});
   throw done();
 }
 
 void removeBridge(Session& session, const Command& command) {
-  std::string mac = command.first;
+  std::string mac = command.target;
   ask(session, SERVER_HUE, [&](TembraAssociation& service) { service.Hue_remove(mac.data()); },
       {EVENT_HUE_DONE, EVENT_HUE_DONE_2});
   throw done();
@@ -203,7 +203,7 @@ void tellAccount(Session& session) {
 
 // Which number confirms what is the Nest server's custom: the library tells them apart by number only.
 void linkAccount(Session& session, const Command& command) {
-  std::string code = command.first;
+  std::string code = command.target;
   ask(session, SERVER_NEST, [&](TembraAssociation& service) { service.Nest_add(code.data()); },
       {EVENT_NEST_41, EVENT_NEST_45});
   tellAccount(session, true);

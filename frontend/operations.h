@@ -6,6 +6,9 @@
 
 namespace tembra::frontend {
 
+/// Runs the operation of the command. @return how it ended
+[[nodiscard]] End endOf(Session& session, const Command& command);
+
 [[noreturn]] void addDevice(Session& session);
 [[noreturn]] void removeDevice(Session& session);
 [[noreturn]] void resetRadios(Session& session, int what);
