@@ -91,6 +91,56 @@ Story zigbeeAdd(const ZigbeeDevice& device) {
   return story;
 }
 
+// An operation of the kit: its number from 0 on, what to reset, a text, the role, the answers and their end; the flags,
+// the moment of what they want, the choice, its texts, and the HA server's record.
+class KitStory : public fuzz::SeedWriter {
+ public:
+  static constexpr unsigned char kNestLink = 10;
+
+  explicit KitStory(unsigned char operation) {
+    add(operation), add<unsigned char>(0);
+    if (operation == kNestLink) addText("code");
+    addText("Lamp"), add<unsigned char>(0);
+  }
+
+  /// @param sender as the target numbers them
+  template <typename Record>
+  KitStory& answer(unsigned char sender, const Record& record) {
+    const auto* bytes = reinterpret_cast<const char*>(&record);
+    std::size_t length = sizeof record;
+    while (length > 0 && bytes[length - 1] == 0) --length;
+    add<unsigned char>(2), add(sender), add(static_cast<unsigned short>(length));
+    addBytes({bytes, length});
+    return *this;
+  }
+
+  void finish(const fs::path& folder) {
+    add<unsigned char>(0), add<unsigned char>(0), add<unsigned char>(0), add<unsigned char>(0);
+    addText("Lamp").addText("Hall");
+    DeviceRecord record{};
+    std::memcpy(record.typeName, "Siren", sizeof "Siren");
+    addBytes({reinterpret_cast<const char*>(&record), sizeof record});
+    write(folder);
+  }
+};
+
+void writeKitAdds(const fs::path& folder, const fs::path& catalogue) {
+  const auto nodes = tembra::sim::ZwaveCatalogue::load(catalogue);
+  const auto devices = tembra::sim::ZigbeeCatalogue::load(catalogue);
+  for (const ZwaveDevice& device : nodes.devices()) {
+    if (device.label != "metering-plug" && device.label != "siren") continue;
+    KitStory story(0);
+    for (int i = 0; i < 2; ++i) story.answer(0, tembra::sim::bareNode(kNode));
+    story.answer(0, describedNode(kNode, device)).finish(folder);
+  }
+  for (const ZigbeeDevice& device : devices.devices()) {
+    if (device.label != "zb-tilt" && device.label != "zb-plug") continue;
+    KitStory story(0);
+    for (const int status : {1, 6}) story.answer(1, tembra::sim::bareDevice(kAddress, status));
+    story.answer(1, describedDevice(kAddress, 10, device)).finish(folder);
+  }
+}
+
 HueAnswer hueAnswer(int type) {
   HueAnswer answer{};
   answer.type = type;
@@ -151,6 +201,19 @@ void writeZigbee(const fs::path& out, const fs::path& catalogue, fuzz::SeedSerie
     seed.addText("Lamp").addText("Kitchen");
     seed.write(out / "zigbee");
     sessions.add(zigbeeAdd(device));
+  }
+}
+
+void writeKitOthers(const fs::path& folder) {
+  KitStory(1).answer(0, tembra::sim::bareNode(kNode)).answer(0, tembra::sim::bareNode(kNode)).finish(folder);
+  KitStory(1).answer(1, tembra::sim::bareDevice(kAddress, 2)).finish(folder);
+  KitStory(2).finish(folder);
+  constexpr int answers[] = {0, 2, 6, 8, 9};  // of the operations on bridges, in their order
+  for (unsigned char i = 0; i < std::size(answers); ++i) {
+    KitStory(static_cast<unsigned char>(3 + i)).answer(2, hueAnswer(answers[i])).finish(folder);
+  }
+  for (unsigned char operation = 8; operation < 12; ++operation) {
+    KitStory(operation).answer(3, NestAnswer{operation == KitStory::kNestLink ? 121 : 122, 0, 0}).finish(folder);
   }
 }
 
@@ -252,6 +315,8 @@ int main(int argc, char** argv) {
     sessions.add(Story().open().call(Call::kAdd).timeOut().timeOut().call(Call::kClose));
     sessions.finish();
     writeHue(out / "hue");
+    writeKitAdds(out / "kit", argv[1]);
+    writeKitOthers(out / "kit");
     writeRecords(out / "records");
     writeFiles(out / "file");
     writeTexts(out / "text");
