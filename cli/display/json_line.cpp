@@ -9,13 +9,13 @@
 
 namespace tembra::cli {
 
-using Json = nlohmann::ordered_json;
-
 // In ASCII: the other characters, some of which steer terminals, stand there as escapes.
-std::string jsonLine(const Json& object) { return object.dump(-1, ' ', true, Json::error_handler_t::replace); }
+std::string jsonLine(const nlohmann::ordered_json& object) {
+  return object.dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace);
+}
 
-std::string jsonEvent(const std::string& name, const Json& members) {
-  Json object = {{"schema", TEMBRA_EVENT_SCHEMA}, {"event", name}};
+std::string jsonEvent(const std::string& name, const nlohmann::ordered_json& members) {
+  nlohmann::ordered_json object = {{"schema", TEMBRA_EVENT_SCHEMA}, {"event", name}};
   object.update(members);
   return jsonLine(object);
 }
