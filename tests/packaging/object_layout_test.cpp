@@ -66,19 +66,28 @@ std::vector<FieldPlace> fieldsInOrder() {
   };
 }
 
-#ifdef __LP64__
 TEST(ObjectLayout, EachFieldStandsAtItsPlace) {
+#ifdef __LP64__
+  const std::size_t size = 3144;
   const std::vector<FieldPlace> expected = {
       {"running", 8, 4},          {"closeMark", 12, 4},      {"devName", 16, 180},       {"devLocation", 196, 180},
       {"sock", 376, 4},           {"clientRole", 380, 4},    {"activeRadio", 384, 4},    {"classifiedType", 388, 4},
       {"devType", 392, 4},        {"removedName", 396, 180}, {"removedId", 576, 4},      {"zbDevice", 580, 444},
       {"zwNodeWork", 1024, 1036}, {"zwNodeRx", 2060, 1036},  {"localAddr", 3096, 16},    {"logger", 3112, 8},
       {"eventCallback", 3120, 8}, {"assocState", 3128, 4},   {"lastEventCode", 3132, 4}, {"cancelTarget", 3136, 4}};
+#else
+  const std::size_t size = 3128;
+  const std::vector<FieldPlace> expected = {
+      {"running", 4, 4},          {"closeMark", 8, 4},       {"devName", 12, 180},       {"devLocation", 192, 180},
+      {"sock", 372, 4},           {"clientRole", 376, 4},    {"activeRadio", 380, 4},    {"classifiedType", 384, 4},
+      {"devType", 388, 4},        {"removedName", 392, 180}, {"removedId", 572, 4},      {"zbDevice", 576, 444},
+      {"zwNodeWork", 1020, 1036}, {"zwNodeRx", 2056, 1036},  {"localAddr", 3092, 16},    {"logger", 3108, 4},
+      {"eventCallback", 3112, 4}, {"assocState", 3116, 4},   {"lastEventCode", 3120, 4}, {"cancelTarget", 3124, 4}};
+#endif
   ASSERT_EQ(expected.size(), 20U);
   EXPECT_EQ(fieldsInOrder(), expected);
-  EXPECT_EQ(sizeof(TembraAssociation), 3144U);
+  EXPECT_EQ(sizeof(TembraAssociation), size);
 }
-#endif
 
 TEST(ObjectLayout, NothingStandsBeforeOrBetweenTheFieldsBesidesTheVirtualTable) {
   std::ptrdiff_t end = sizeof(void*);
