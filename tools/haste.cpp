@@ -11,6 +11,8 @@
 #include <cstring>
 #include <ctime>
 
+#include "platform/next_definition.h"
+
 namespace {
 
 using Nanoseconds = long long;
@@ -19,7 +21,7 @@ constexpr Nanoseconds kMicrosecond = 1'000;
 
 template <typename Function>
 Function* next(const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+  return reinterpret_cast<Function*>(tembra::nextDefinition(name));
 }
 
 // Whether the library made this call. (The thread sanitizer stands between, with a function of the call's own name.)

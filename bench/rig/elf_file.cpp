@@ -1,6 +1,7 @@
 #include "rig/elf_file.h"
 
 #include <elf.h>
+#include <link.h>
 
 #include <cstring>
 #include <fstream>
@@ -14,7 +15,7 @@ namespace {
 std::vector<char> contentsOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-  if (bytes.size() < sizeof(Elf64_Ehdr) || std::memcmp(bytes.data(), ELFMAG, SELFMAG) != 0) {
+  if (bytes.size() < sizeof(ElfW(Ehdr)) || std::memcmp(bytes.data(), ELFMAG, SELFMAG) != 0) {
     throw std::runtime_error(path + " is no ELF file");
   }
   return bytes;
@@ -27,12 +28,12 @@ ElfFile::ElfFile(const std::string& path) {
   const auto read = [&bytes](auto& record, std::size_t offset) {
     std::memcpy(&record, bytes.data() + offset, sizeof record);
   };
-  Elf64_Ehdr file{};
+  ElfW(Ehdr) file{};
   read(file, 0);
-  Elf64_Shdr names{};
+  ElfW(Shdr) names{};
   read(names, file.e_shoff + std::size_t{file.e_shstrndx} * sizeof names);
   for (std::size_t i = 0; i < file.e_shnum; ++i) {
-    Elf64_Shdr section{};
+    ElfW(Shdr) section{};
     read(section, file.e_shoff + i * sizeof section);
     sizes_[bytes.data() + names.sh_offset + section.sh_name] += section.sh_size;
     if ((section.sh_flags & SHF_ALLOC) != 0 && section.sh_type != SHT_NOBITS) loaded_ += section.sh_size;

@@ -1,6 +1,5 @@
 // What the library calls, between it and whoever does the work: the thread is outside the library meanwhile.
 #include <depot.h>
-#include <dlfcn.h>
 #include <netdb.h>
 #include <pthread.h>
 #include <sys/socket.h>
@@ -9,10 +8,11 @@
 
 #include <cstdio>
 
+#include "platform/next_definition.h"
 #include "rig/outside.h"
 
 // Declares `real`, the next definition of the symbol after the program's.
-#define REAL(symbol, type) static auto* const real = reinterpret_cast<type>(dlsym(RTLD_NEXT, symbol))
+#define REAL(symbol, type) static auto* const real = reinterpret_cast<type>(tembra::nextDefinition(symbol))
 
 // A function of the same name that is outside the library while the real one runs.
 #define OUTSIDE(result, name, parameters, arguments)        \

@@ -25,7 +25,9 @@ std::atomic<WorldClock*> theWorld{nullptr};
 
 Time fromTimespec(const timespec& time) { return time.tv_sec * kSecond + time.tv_nsec; }
 
-timespec toTimespec(Time time) { return {.tv_sec = time / kSecond, .tv_nsec = time % kSecond}; }
+timespec toTimespec(Time time) {
+  return {.tv_sec = static_cast<time_t>(time / kSecond), .tv_nsec = static_cast<long>(time % kSecond)};
+}
 
 WorldClock* worldClock() { return theWorld.load(std::memory_order_acquire); }
 void enterWorld(WorldClock* clock) { theWorld.store(clock, std::memory_order_release); }

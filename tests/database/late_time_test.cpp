@@ -17,7 +17,7 @@ using status::Narrow;
 namespace {
 
 void ageTo2040() {
-  const timeval in2040{70L * 31'556'952, 0};
+  const timeval in2040{70LL * 31'556'952, 0};
   const timeval times[] = {in2040, in2040};
   ASSERT_EQ(utimes(DBName, times), 0);
 }

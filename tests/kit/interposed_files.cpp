@@ -79,9 +79,14 @@ extern "C" int fstatvfs(int descriptor, struct statvfs* status) noexcept {
   return strikes(Call::kAskForRoom, __builtin_return_address(0)) ? -1 : real(descriptor, status);
 }
 
-// A compiler that hardens calls the checked form of these.
+// A compiler that hardens calls the checked form of these. On 32 bits a file's size of 64 bits has calls of its own.
+#ifdef __LP64__
+#define KIT_CHECKED_PREAD "__pread_chk"
+#else
+#define KIT_CHECKED_PREAD "__pread64_chk"
+#endif
 extern "C" {
-ssize_t preadChecked(int descriptor, void* buffer, size_t size, off_t offset, size_t room) __asm__("__pread_chk");
+ssize_t preadChecked(int descriptor, void* buffer, size_t size, off_t offset, size_t room) __asm__(KIT_CHECKED_PREAD);
 int printfChecked(int flag, const char* format, ...) __asm__("__printf_chk");
 int fprintfChecked(FILE* file, int flag, const char* format, ...) __asm__("__fprintf_chk");
 }

@@ -52,7 +52,7 @@ int setTimeout(int descriptor, const timeval& timeout, const void* site) {
   if (failed) line += " -> " + kit::errorName(kept.error());
   kit::trace().addWatched(kit::kWatchTimeouts, line);
   if (failed) return -1;
-  kit::stage()->kernel.setTimeout(descriptor, timeout.tv_sec + (timeout.tv_usec != 0 ? 1 : 0));
+  kit::stage()->kernel.setTimeout(descriptor, static_cast<long>(timeout.tv_sec) + (timeout.tv_usec != 0 ? 1 : 0));
   return 0;
 }
 

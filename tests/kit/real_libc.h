@@ -4,6 +4,8 @@
 
 #include <dlfcn.h>
 
+#include "platform/next_definition.h"
+
 // Declares `real`, the next definition of `function` after the test program's. Looked up at first use, because some
 // functions are called before the program's static objects exist.
 #define KIT_REAL(function)  \
@@ -15,7 +17,7 @@ namespace kit {
 // A sanitizer whose runtime is part of the program has its own definition under another name.
 inline void* nextDefinition(const char* sanitizers, const char* name) {
   void* const interceptor = dlsym(RTLD_DEFAULT, sanitizers);
-  return interceptor != nullptr ? interceptor : dlsym(RTLD_NEXT, name);
+  return interceptor != nullptr ? interceptor : tembra::nextDefinition(name);
 }
 
 }  // namespace kit

@@ -211,7 +211,7 @@ unsigned VirtualKernel::sleep(unsigned seconds) {
     advance(seconds);
     return 0;
   }
-  Wait wait{now() + seconds, false, isReceiver};
+  Wait wait{now() + static_cast<long>(seconds), false, isReceiver};
   park(wait);
   {
     Lock lock(mutex_);

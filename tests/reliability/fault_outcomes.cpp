@@ -19,7 +19,7 @@ constexpr char kNoBridge[] = R"(bridges {"MAClist":[]})";
 constexpr Row kRows[] = {
     // Without memory there is no object, and no copy of a long address text.
     {"Creation", "", "created"},
-    {"Creation", "_Znwm", "bad_alloc and no object"},
+    {"Creation", "new", "bad_alloc and no object"},
     {"Names", "", "mkaddr 0 print 1"},
     {"Names", "gethostbyname strdup", "mkaddr -1 print 1"},
     {"Names", "getservbyname", "mkaddr -2 print 1"},

@@ -43,7 +43,7 @@ const std::vector<FaultKind> kKinds = {
     {Call::kFindHost, "gethostbyname", {0}},
     {Call::kFindService, "getservbyname", {0}},
     {Call::kCopyText, "strdup", {ENOMEM}},
-    {Call::kMakeObject, "_Znwm", {ENOMEM}, kit::kReplacesOperatorNew},
+    {Call::kMakeObject, "new", {ENOMEM}, kit::kReplacesOperatorNew},
     {Call::kPrint, "printf", {EIO, EPIPE}},
     {Call::kComplain, "fprintf", {EBADF, EIO}},
     {Call::kComplainOfErrno, "perror", {EBADF}},
@@ -93,6 +93,8 @@ const std::set<std::string>& infallibleImports() {
       "_ITM_deregisterTMCloneTable", "_ITM_registerTMCloneTable", "__cxa_finalize", "__gmon_start__", "_Unwind_Resume",
       "__gxx_personality_v0", "__gcc_personality_v0", "_ZTVN10__cxxabiv117__class_type_infoE",
       "_ZTVN10__cxxabiv120__function_type_infoE", "_ZSt20__throw_system_errori", "__cxa_begin_catch", "_ZSt9terminatev",
-      "__stack_chk_fail"};
+      "__stack_chk_fail",
+      // The same on other CPUs.
+      "_ZdlPvj", "___tls_get_addr", "__divdi3", "__moddi3"};
   return all;
 }

@@ -1,6 +1,5 @@
 // Bends the calls of a program under test: TEMBRA_FAILING names the row of the table whose call fails.
 #include <arpa/inet.h>
-#include <dlfcn.h>
 #include <pthread.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -8,6 +7,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+
+#include "platform/next_definition.h"
 
 namespace {
 
@@ -33,7 +34,7 @@ int errorOf(const char* name) {
 
 template <typename Function>
 Function* next(const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+  return reinterpret_cast<Function*>(tembra::nextDefinition(name));
 }
 
 bool isHome(const sockaddr* address) {
