@@ -46,7 +46,9 @@ function(tembra_heavy_headers name)
 endfunction()
 
 # Tests of this target run in namespaces of their own (the real addresses, the real database path, nothing touched).
+# An emulator of the toolchain's starts both programs.
 function(tembra_isolated_test name)
-  set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "$<TARGET_FILE:tembra-isolate>")
+  set(isolate ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:tembra-isolate> ${CMAKE_CROSSCOMPILING_EMULATOR})
+  set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${isolate}")
   add_dependencies(${name} tembra-isolate)
 endfunction()

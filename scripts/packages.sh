@@ -17,6 +17,11 @@ bench_packages=("${demo_packages[@]}" libbenchmark-dev gnuplot-nox)
 test_packages=("${bench_packages[@]}" libgtest-dev ccache clang libclang-rt-dev clang-format clang-tidy python3 valgrind
   g++-11 libc++-14-dev libc++abi-14-dev abigail-tools musl lua5.1 lua5.4 liblua5.1-0-dev liblua5.4-dev tshark)
 
+# What building and testing for other CPUs takes besides: their compilers, the emulators, and what starts programs of 32 bits.
+# shellcheck disable=SC2034
+cross_packages=(g++-i686-linux-gnu g++-arm-linux-gnueabihf g++-aarch64-linux-gnu g++-mipsel-linux-gnu qemu-user-static
+  libc6-i386)
+
 # What the coverage of the fuzzers' corpora takes: the same as building, the second compiler, and its readers.
 # shellcheck disable=SC2034
 coverage_packages=("${demo_packages[@]}" clang libclang-rt-dev llvm-14)
