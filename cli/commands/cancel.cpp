@@ -36,7 +36,7 @@ const std::map<std::string, Target> kTargets = {{"zigbee", {cancel_zigbee, {SERV
 
 constexpr int kAnswerMilliseconds = 3000;
 
-std::string nameOf(int server) { return server == SERVER_ZIGBEE ? "ZigBee" : "Z-Wave"; }
+std::string serverName(int server) { return server == SERVER_ZIGBEE ? "ZigBee" : "Z-Wave"; }
 
 struct Filling {
   std::string server;
@@ -132,7 +132,7 @@ void throwUnlessSent(const Attempt& attempt) {
   }
   if (attempt.sending.count == attempt.sendingsBefore) return;
   throw Failure(kNoConnection,
-                reasonOf(TEMBRA_REASON_NOT_SENT, {nameOf(attempt.sending.server), attempt.sending.text}));
+                reasonOf(TEMBRA_REASON_NOT_SENT, {serverName(attempt.sending.server), attempt.sending.text}));
 }
 
 // Nobody answers a cancel, so nobody would miss a server that does not run.
@@ -141,18 +141,18 @@ std::vector<ServerType> listening(const Context& context, const std::vector<Serv
   std::ranges::copy_if(wanted, std::back_inserter(servers), tembra_server_listens);
   if (servers.empty()) {
     throw Failure(kNoConnection, wanted.size() > 1 ? reasonOf(TEMBRA_REASON_NO_RADIO_SERVER)
-                                                   : reasonOf(TEMBRA_REASON_NO_SERVER, {nameOf(wanted[0]), ""}));
+                                                   : reasonOf(TEMBRA_REASON_NO_SERVER, {serverName(wanted[0]), ""}));
   }
   for (const ServerType server : wanted) {
     if (std::ranges::find(servers, server) != servers.end()) continue;
-    context.display.complain(reasonOf(TEMBRA_REASON_NO_SERVER, {nameOf(server), ""}).text);
+    context.display.complain(reasonOf(TEMBRA_REASON_NO_SERVER, {serverName(server), ""}).text);
   }
   return servers;
 }
 
 void tellCancelled(const Context& context, const std::vector<ServerType>& servers) {
   std::vector<std::string> names;
-  std::ranges::transform(servers, std::back_inserter(names), nameOf);
+  std::ranges::transform(servers, std::back_inserter(names), serverName);
   if (context.options.json) return printLine(jsonEvent("cancelled", {{"radios", names}}));
   context.display.note("Cancelled adding and removing on " + names[0] + (names.size() > 1 ? " and " + names[1] : "") +
                        ".");
