@@ -9,6 +9,7 @@
 
 #include "cli/commands/commands.h"
 #include "cli/commands/other_front_end.h"
+#include "cli/display/event_text.h"
 #include "cli/display/json_line.h"
 #include "cli/display/terminal.h"
 #include "cli/failure.h"
@@ -99,6 +100,19 @@ void watchFrontEnds(const Context& context) {
   }
 }
 
+// The number of a name: the kit has the way back only.
+template <typename Number>
+Number numberOf(const char* (*nameOf)(int), const std::string& wanted) {
+  int number = 0;
+  while (nameOf(number) != nullptr && nameOf(number) != wanted) ++number;
+  return static_cast<Number>(number);
+}
+
+std::string awaitedBy(const tembra_holder& holder) {
+  return awaitedText(numberOf<Operation>(tembra_operation_name, holder.operation),
+                     numberOf<Phase>(tembra_phase_name, holder.phase));
+}
+
 void tellStatus(const Context& context) {
   auto holder = tembra_holder{};
   holder.size = sizeof holder;
@@ -110,9 +124,10 @@ void tellStatus(const Context& context) {
   }
   if (context.options.json) return printLine(statusEvent(isHeld ? &holder : nullptr));
   if (!isHeld) return printText("No front end that can be watched has the connection.");
+  const std::string awaited = awaitedBy(holder);
   printText(printable(std::string(holder.program)) + " (process " + std::to_string(holder.pid) +
-            ") has the connection since " + timeText("%H:%M:%S", holder.since) + ": " + holder.operation + ", " +
-            holder.phase + ".");
+            ") has the connection since " + timeText("%H:%M:%S", holder.since) + ": " +
+            printable(std::string(holder.operation)) + "." + (awaited.empty() ? "" : " " + awaited + "."));
 }
 
 }  // namespace

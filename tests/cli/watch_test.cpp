@@ -58,7 +58,7 @@ TEST(Status, TellsWhoHasTheConnection) {
   const Ended status = runAssoc({"status"});
   EXPECT_EQ(status.status, 0) << status.errors;
   EXPECT_NE(status.output.find("tembra-assoc (process "), std::string::npos) << status.output;
-  EXPECT_NE(status.output.find(": add, button."), std::string::npos) << status.output;
+  EXPECT_NE(status.output.find(": add. Press the button of the device to add."), std::string::npos) << status.output;
   add.signal(SIGINT);
   EXPECT_EQ(add.end().status, 130);
   router.stop();
