@@ -39,8 +39,7 @@ void await(Condition condition, const char* complaint) {
 
 SimulatedRouter::SimulatedRouter() {
   std::remove("/tmp/ddb");
-  const char* arguments[] = {TEMBRA_SIM,       "run",       "--latency", "0",    "--catalogue",
-                             TEMBRA_CATALOGUE, "--control", kControl,    nullptr};
+  const char* arguments[] = {TEMBRA_SIM, "run", "--latency", "0", "--control", kControl, nullptr};
   posix_spawn_file_actions_t quiet;
   posix_spawn_file_actions_init(&quiet);
   posix_spawn_file_actions_addopen(&quiet, STDOUT_FILENO, "/dev/null", 0, 0);
