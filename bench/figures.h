@@ -13,6 +13,7 @@ void measureClassification(const Effort& effort, Report& report);
 void measureLookUps(const Effort& effort, Report& report);
 void measureNames(const Effort& effort, Report& report);
 void measureWholeAdd(const Effort& effort, Report& report);
+void measureKit(const Effort& effort, Report& report);
 void measureAllocations(Report& report);
 void measureSizes(Report& report);
 void measureFrontEnds(const Effort& effort, Report& report);

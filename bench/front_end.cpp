@@ -1,5 +1,5 @@
-// The smallest front end, with the library or, to compare, without it. Without an argument it ends at once; with one it
-// opens the connection and prints the kilobytes of memory that it shares with nobody.
+// The smallest front end, with the library, with the kit on it or, to compare, without both. Without an argument it
+// ends at once; with one it opens the connection and prints the kilobytes of memory that it shares with nobody.
 #include <tembra/platform.h>
 
 #include <cstdio>
@@ -8,12 +8,19 @@
 #ifdef TEMBRA_WITH_LIBRARY
 #include <tembra/assoc.h>
 #endif
+#ifdef TEMBRA_WITH_KIT
+#include <tembra/assoc.h>
+#include <tembra/frontend.h>
+#endif
 
 namespace {
 
 bool open() {
 #ifdef TEMBRA_WITH_LIBRARY
   return TembraAssociation::LCDAssocInit()->checkAssocConnection() == 0;
+#elif defined TEMBRA_WITH_KIT
+  // The kit opens its connection for an operation only: here it stands beside one that is open.
+  return tembra_frontend_new(nullptr) != nullptr && TembraAssociation::LCDAssocInit()->checkAssocConnection() == 0;
 #else
   return Logger::getInstance() != nullptr;
 #endif

@@ -22,6 +22,7 @@ void measureAll(const bench::Effort& effort, bench::Report& report) {
   bench::measureNames(effort, report);
   bench::measureConnection(effort, report);
   bench::measureWholeAdd(effort, report);
+  bench::measureKit(effort, report);
   bench::measureLookUps(effort, report);
 }
 

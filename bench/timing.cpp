@@ -18,20 +18,13 @@ class Collector : public benchmark::BenchmarkReporter {
       seconds_[run.run_name.function_name].push_back(run.real_accumulated_time / static_cast<double>(run.iterations));
     }
   }
-  [[nodiscard]] std::map<std::string, double> medians() {
+  [[nodiscard]] std::map<std::string, double> medians() const {
     std::map<std::string, double> medians;
-    for (auto& [name, seconds] : seconds_) medians[name] = medianOf(seconds);
+    for (const auto& [name, seconds] : seconds_) medians[name] = medianOf(seconds);
     return medians;
   }
 
  private:
-  // Of two in the middle the lower one: what disturbs a measurement only adds to it.
-  static double medianOf(std::vector<double>& values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>((values.size() - 1) / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-  }
-
   std::map<std::string, std::vector<double>> seconds_;
 };
 
@@ -47,6 +40,12 @@ void configure(const Effort& effort) {
 }
 
 }  // namespace
+
+double medianOf(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>((values.size() - 1) / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
 
 void Comparison::repeat(const std::string& name, std::function<void()> action) {
   benchmark::RegisterBenchmark(name.c_str(), [action = std::move(action)](benchmark::State& state) {

@@ -21,6 +21,9 @@ struct Effort {
 inline const Effort kThorough{9, 0.05, 60, {10, 100, 1'000, 10'000, 100'000}};
 inline const Effort kShort{2, 0.001, 2, {10, 100}};
 
+/// Of two in the middle the lower one: what disturbs a measurement only adds to it.
+double medianOf(std::vector<double> values);
+
 class Comparison {
  public:
   explicit Comparison(Effort effort) : effort_(std::move(effort)) {}

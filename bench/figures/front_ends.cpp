@@ -55,6 +55,12 @@ void measureFrontEnds(const Effort& effort, Report& report) {
               .value = memory,
               .limit = {},
               .most = 200});
+  report.add({.number = 14,
+              .what = "private memory gained by the kit",
+              .unit = Unit::kKiB,
+              .value = medianKiBOf(TEMBRA_FRONT_END_KIT) - medianKiBOf(TEMBRA_FRONT_END_WITH),
+              .limit = {},
+              .most = 64});
   Comparison comparison(effort);
   comparison.measured("with", effort.batches, [] { return lifeOf(TEMBRA_FRONT_END_WITH); });
   comparison.measured("without", effort.batches, [] { return lifeOf(TEMBRA_FRONT_END_WITHOUT); });

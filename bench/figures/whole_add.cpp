@@ -72,11 +72,6 @@ double addInNewHome(TembraAssociation& assoc, std::vector<double>& own) {
   return seconds;
 }
 
-double medianOf(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values.at(values.size() / 2);
-}
-
 }  // namespace
 
 void measureWholeAdd(const Effort& effort, Report& report) {
