@@ -2,6 +2,7 @@
 
 #include "json.h"
 #include "names.h"
+#include "reasons.h"
 
 namespace tembra::frontend {
 namespace {

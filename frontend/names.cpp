@@ -3,8 +3,6 @@
 #include <tembra/frontend.h>
 #include <tembra/platform.h>
 
-#include <cstring>
-
 #include "texts.h"
 
 namespace tembra::frontend {
@@ -26,93 +24,6 @@ constexpr const char* kPhases[] = {"none",    "opening", "button",      "identit
 constexpr const char* kOutcomes[] = {nullptr, "done", "cancelled", "timed-out", "failed"};
 constexpr const char* kServers[] = {nullptr, "ZigBee", "Z-Wave", "Hue", "Nest", "HA", "mesh"};
 
-// For the middle of a sentence, by tembra_phase.
-constexpr const char* kWhen[] = {"",
-                                 "while the connection was being opened",
-                                 "before anybody pressed a button",
-                                 "before it said which one it is",
-                                 "while it described itself",
-                                 "while its type and name were chosen",
-                                 "while it was being stored",
-                                 "while it was leaving",
-                                 "before it answered",
-                                 "before the link button was pressed",
-                                 "while the radios started anew",
-                                 "while the device list was read",
-                                 "while the connection was being closed"};
-
-constexpr Reason kReasons[] = {
-    {TEMBRA_REASON_NONE, "none", "Done.", ""},
-    {TEMBRA_REASON_CANCELLED, "cancelled", "Cancelled.", ""},
-    {TEMBRA_REASON_CANCELLED_JOINED, "cancelled-joined",
-     "Cancelled. The device{named} joined the radio network, but was not kept.",
-     "Remove the device, or it stays in the radio network unseen."},
-    {TEMBRA_REASON_IN_USE, "in-use", "Another front end has the connection{holder}.",
-     "Wait until it is done, or cancel what it does."},
-    {TEMBRA_REASON_NO_SOCKET, "no-socket", "The connection could not be opened{error}.",
-     "Look at the router's network and its limits; the loopback interface must be up."},
-    {TEMBRA_REASON_NO_THREAD, "no-thread", "The library has no thread to receive with{error}.",
-     "The router is short of memory or processes: end something else."},
-    {TEMBRA_REASON_NO_RADIO_SERVER, "no-radio-server", "Neither a Z-Wave nor a ZigBee server runs on this router.",
-     "Start the radio servers."},
-    {TEMBRA_REASON_ONE_RADIO_SERVER, "one-radio-server",
-     "The {server} server does not run on this router: no {server} device can answer.", "Start the {server} server."},
-    {TEMBRA_REASON_NO_SERVER, "no-server", "The {server} server does not run on this router.",
-     "Start the {server} server."},
-    {TEMBRA_REASON_NOT_SENT, "not-sent", "Nothing can be sent to the {server} server{error}.",
-     "Look at the router's network and its firewall rules for the loopback interface."},
-    {TEMBRA_REASON_CONNECTION_LOST, "connection-lost", "The connection was closed {phase}.",
-     "Try again. Something in this program closes descriptors that are not its own."},
-    {TEMBRA_REASON_NO_ANSWER, "no-answer", "The {server} server did not answer in time.",
-     "Try again; start the {server} server anew if that does not help."},
-    {TEMBRA_REASON_OTHER_ANSWER, "other-answer", "The {server} server gave an answer that does not fit.", "Try again."},
-    {TEMBRA_REASON_NOT_WATCHED, "not-watched", "Other front ends cannot watch or cancel what this one does{why}.",
-     "Look at the folder of the watch socket and its rights."},
-    {TEMBRA_REASON_NO_MEMORY, "no-memory", "This program is short of memory.", "End something else and try again."},
-    {TEMBRA_REASON_NOBODY_PRESSED, "nobody-pressed", "No device answered in time.",
-     "Press the button of the device. A device that never answers may have to be excluded with its old controller "
-     "first."},
-    {TEMBRA_REASON_DEVICE_SILENT, "device-silent", "The device fell silent {phase}.",
-     "Wake the device, keep it near the router and try again. It may be in the radio network already: remove it "
-     "first."},
-    {TEMBRA_REASON_RADIO_FAILED, "radio-failed", "The {server} radio gave up.",
-     "Keep the device near the router and try again."},
-    {TEMBRA_REASON_UNKNOWN_KIND, "unknown-kind", "The device described itself, but it fits no kind of device.",
-     "The device joined the radio network, but was not kept: remove it, or it stays there unseen."},
-    {TEMBRA_REASON_ALREADY_KNOWN, "already-known", "The device is known already{device}.",
-     "To add it anew, remove it first."},
-    {TEMBRA_REASON_NOT_IN_LIST, "not-in-list", "The device that left is not in the device list.",
-     "Nothing else is to be done: it is out of the radio network."},
-    {TEMBRA_REASON_CHOICE_TOO_SLOW, "choice-too-slow", "Type and name were not chosen in time.",
-     "The device joined the radio network, but was not kept: remove it and add it again."},
-    {TEMBRA_REASON_NOT_STORED, "not-stored", "The HA server did not store the device{named}.",
-     "The device joined the radio network, but was not kept: remove it and add it again."},
-    {TEMBRA_REASON_DATABASE_DAMAGED, "database-damaged",
-     "The device list is damaged. It is repaired when it is used, and devices may be missing afterwards.",
-     "Look at the list of devices."},
-    {TEMBRA_REASON_DATABASE_UNREADABLE, "database-unreadable", "The device list cannot be read{error}.",
-     "Run all front ends and the HA server as the same user, and see that the file is not kept locked."},
-    {TEMBRA_REASON_LINK_BUTTON, "link-button", "The link button of the Hue bridge was not pressed in time.",
-     "Press the round button on the bridge and try again."},
-    {TEMBRA_REASON_NO_BRIDGE, "no-bridge", "There is no such Hue bridge in the home's network.",
-     "Look for the bridges again."},
-    {TEMBRA_REASON_UNKNOWN_BRIDGE, "unknown-bridge", "This Hue bridge has not been added.", "Add the bridge first."},
-    {TEMBRA_REASON_HUE_FAILED, "hue-failed", "The Hue server failed.", "Try again."},
-    {TEMBRA_REASON_NEST_REFUSED, "nest-refused", "The Nest server refused.",
-     "For a link: ask for a new authorisation code, because each is good once."},
-};
-
-std::string valueOf(std::string_view key, const Filling& filling) {
-  if (key == "server") return serverName(filling.server) == nullptr ? "unknown" : serverName(filling.server);
-  if (key == "error" && filling.error != 0) return std::string(" (") + std::strerror(filling.error) + ")";
-  if (key == "device") return filling.device.empty() ? "" : " as " + filling.device;
-  if (key == "named") return filling.device.empty() ? "" : " " + filling.device;
-  if (key == "why") return filling.why.empty() ? "" : ": " + filling.why;
-  if (key == "holder") return filling.holder.empty() ? "" : ": " + filling.holder;
-  const char* when = key == "phase" ? nameIn(kWhen, filling.phase) : nullptr;
-  return when == nullptr ? "" : when;
-}
-
 }  // namespace
 
 const char* operationName(int operation) { return nameIn(kOperations, operation); }
@@ -120,31 +31,6 @@ const char* eventKindName(int kind) { return nameIn(kEventKinds, kind); }
 const char* phaseName(int phase) { return nameIn(kPhases, phase); }
 const char* outcomeName(int outcome) { return nameIn(kOutcomes, outcome); }
 const char* serverName(int server) { return nameIn(kServers, server); }
-
-const Reason* findReason(int reason) {
-  for (const Reason& each : kReasons) {
-    if (each.number == reason) return &each;
-  }
-  return nullptr;
-}
-
-const char* reasonName(int reason) {
-  const Reason* found = findReason(reason);
-  return found == nullptr ? nullptr : found->name;
-}
-
-std::string filled(std::string_view sentence, const Filling& filling) {
-  std::string text;
-  while (!sentence.empty()) {
-    const std::size_t open = sentence.find('{');
-    text += sentence.substr(0, open);
-    if (open == std::string_view::npos) break;
-    const std::size_t close = sentence.find('}', open);
-    text += valueOf(sentence.substr(open + 1, close - open - 1), filling);
-    sentence.remove_prefix(close + 1);
-  }
-  return text;
-}
 
 // The router's library knows of 180 bytes; nothing stops it from writing more.
 std::string typeName(int type) {
@@ -162,14 +48,3 @@ const char* tembra_operation_name(int operation) { return operationName(operatio
 const char* tembra_event_kind_name(int kind) { return eventKindName(kind); }
 const char* tembra_phase_name(int phase) { return phaseName(phase); }
 const char* tembra_outcome_name(int outcome) { return outcomeName(outcome); }
-const char* tembra_reason_name(int reason) { return reasonName(reason); }
-
-const char* tembra_reason_text(int reason) {
-  const Reason* found = findReason(reason);
-  return found == nullptr ? nullptr : found->text;
-}
-
-const char* tembra_reason_advice(int reason) {
-  const Reason* found = findReason(reason);
-  return found == nullptr ? nullptr : found->advice;
-}

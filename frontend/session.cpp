@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <new>
 
-#include "names.h"
+#include "reasons.h"
 #include "servers.h"
 #include "texts.h"
 
