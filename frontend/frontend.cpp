@@ -22,7 +22,6 @@ namespace {
 
 constexpr std::size_t kLongestHueText = 49;
 constexpr std::size_t kLongestCode = 247;
-constexpr int kForLinkButton = 60;
 constexpr int kLongestForLinkButton = 600;
 
 std::atomic<bool> exists{false};
@@ -138,8 +137,7 @@ int tembra_frontend_hue_discover(tembra_frontend* kit) {
 }
 
 int tembra_frontend_hue_add_bridge(tembra_frontend* kit, const char* mac, int seconds) {
-  if (seconds < 0 || seconds > kLongestForLinkButton) return EINVAL;
-  if (seconds == 0) seconds = kForLinkButton;
+  if (seconds < 1 || seconds > kLongestForLinkButton) return EINVAL;
   return startForBridge(kit, TEMBRA_OPERATION_HUE_ADD_BRIDGE, mac, nullptr, seconds);
 }
 

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 
 namespace tembra::frontend {
 namespace {
@@ -67,7 +68,11 @@ bool listens(ServerType server) {
 }  // namespace tembra::frontend
 
 int tembra_server_listens(int server) {
-  TembraAssociation::getInstance();  // fills in the addresses
-  const bool isServer = server >= SERVER_ZIGBEE && server <= SERVER_HA;
-  return isServer && tembra::frontend::listens(static_cast<ServerType>(server)) ? 1 : 0;
+  if (server < SERVER_ZIGBEE || server > SERVER_HA) return 0;
+  try {
+    TembraAssociation::getInstance();  // fills in the addresses
+    return tembra::frontend::listens(static_cast<ServerType>(server)) ? 1 : 0;
+  } catch (const std::bad_alloc&) {
+    return 1;  // as where the system does not tell
+  }
 }

@@ -48,6 +48,13 @@ static int answer(lua_State* lua, int error) {
   return 1;
 }
 
+/* A number for C; the script is told of one that does not fit. */
+static int int_at(lua_State* lua, int place, int otherwise) {
+  const lua_Integer number = luaL_optinteger(lua, place, otherwise);
+  luaL_argcheck(lua, number >= INT_MIN && number <= INT_MAX, place, "the number is too large");
+  return (int)number;
+}
+
 /* A text for C, which ends at its first NUL. Returns whether it is whole; nil is null. */
 static int text_at(lua_State* lua, int place, const char** text) {
   size_t length = 0;
@@ -136,9 +143,7 @@ static int kit_nest_status(lua_State* lua) { return start(lua, tembra_frontend_n
 static int kit_nest_unlink(lua_State* lua) { return start(lua, tembra_frontend_nest_unlink); }
 static int kit_cancel(lua_State* lua) { return start(lua, tembra_frontend_cancel); }
 
-static int kit_reset(lua_State* lua) {
-  return answer(lua, tembra_frontend_reset(kit_at(lua), (int)luaL_checkinteger(lua, 2)));
-}
+static int kit_reset(lua_State* lua) { return answer(lua, tembra_frontend_reset(kit_at(lua), int_at(lua, 2, 0))); }
 
 static int start_with_text(lua_State* lua, int (*begin)(tembra_frontend*, const char*)) {
   tembra_frontend* kit = kit_at(lua);
@@ -150,7 +155,7 @@ static int start_with_text(lua_State* lua, int (*begin)(tembra_frontend*, const 
 static int kit_hue_add_bridge(lua_State* lua) {
   tembra_frontend* kit = kit_at(lua);
   const char* mac = NULL;
-  const int seconds = (int)luaL_optinteger(lua, 3, 0);
+  const int seconds = int_at(lua, 3, 60);
   return answer(lua, text_at(lua, 2, &mac) ? tembra_frontend_hue_add_bridge(kit, mac, seconds) : EILSEQ);
 }
 
@@ -173,7 +178,7 @@ static int kit_finish(lua_State* lua) {
   tembra_frontend* kit = kit_at(lua);
   const char* name = NULL;
   const char* place = NULL;
-  const int type = (int)luaL_optinteger(lua, 2, 0);
+  const int type = int_at(lua, 2, 0);
   const int whole = text_at(lua, 3, &name) && text_at(lua, 4, &place);
   return answer(lua, whole ? tembra_frontend_finish(kit, type, name, place) : EILSEQ);
 }
@@ -232,7 +237,7 @@ static int new_kit(lua_State* lua) {
     lua_getfield(lua, 1, "keep_open");
     options.keep_open = lua_toboolean(lua, -1);
     lua_getfield(lua, 1, "role");
-    options.role = (int)luaL_optinteger(lua, -1, 0);
+    options.role = int_at(lua, -1, 0);
   }
   struct box* box = new_box(lua, KIT);
   box->content = tembra_frontend_new(&options);
@@ -271,7 +276,7 @@ static int list_devices(lua_State* lua) {
 }
 
 static int type_name(lua_State* lua) {
-  lua_pushstring(lua, tembra_type_name((int)luaL_checkinteger(lua, 1)));
+  lua_pushstring(lua, tembra_type_name(int_at(lua, 1, 0)));
   return 1;
 }
 

@@ -89,6 +89,7 @@ TEST(CppFace, CutsNoTextAtANul) {
   EXPECT_EQ(kit.finish(0, "a"), Result::nothingRuns);
   EXPECT_EQ(kit.hueRemove("nonsense"), Result::invalid);
   EXPECT_EQ(kit.hueAddBridge("02:a1:b2:0c:00:01", std::chrono::seconds(601)), Result::invalid);
+  EXPECT_EQ(kit.hueAddBridge("02:a1:b2:0c:00:01", std::chrono::hours(1193047)), Result::invalid);
   EXPECT_EQ(kit.reset(7), Result::invalid);
   EXPECT_EQ(kit.hueAddBulb("02:a1:b2:0c:00:01", std::string(50, 'x')), Result::tooLong);
   EXPECT_EQ(kit.cancel(), Result::nothingRuns);

@@ -92,6 +92,7 @@ function tests.bridges_are_found(kit)
   equal(events.bridges.bridges[1].user, nil)
   refused(INVALID, kit:hue_add_bridge("no address"))
   refused(INVALID, kit:hue_add_bridge("02:a1:b2:0c:00:01", 601))
+  assert(not pcall(kit.hue_add_bridge, kit, "02:a1:b2:0c:00:01", 2 ^ 32 + 60))
 end
 
 function tests.the_account_is_not_linked(kit)

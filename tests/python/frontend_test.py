@@ -136,6 +136,13 @@ class Blocking(WithRouter):
                     call()
                 self.assertEqual(str(raised.exception), words)
 
+    def test_a_number_that_c_would_cut_is_refused(self):
+        with tembra.Frontend() as kit:
+            for call in (lambda: kit.hue_add_bridge("02:a1:b2:0c:00:01", 2**32 + 60), lambda: kit.finish(2**32 + 43)):
+                with self.assertRaises(tembra.Refused) as refused:
+                    call()
+                self.assertEqual(refused.exception.errno, errno.EINVAL)
+
     def test_a_closed_kit_refuses(self):
         kit = tembra.Frontend()
         kit.close()

@@ -103,7 +103,7 @@ TEMBRA_API int tembra_frontend_reset(tembra_frontend* kit, int what);
 TEMBRA_API int tembra_frontend_hue_discover(tembra_frontend* kit);
 
 /// Adds a Hue bridge: WAITING, LINK_BUTTON until the button was pressed, BRIDGE_LINKED, ENDED.
-/// @param seconds how long somebody has to press the button, 1 to 600; 0: 60
+/// @param seconds how long somebody has to press the button, 1 to 600
 TEMBRA_API int tembra_frontend_hue_add_bridge(tembra_frontend* kit, const char* mac, int seconds);
 
 /// Adds a bulb of a bridge that was added: WAITING, BULB_ADDED, ENDED. @param bulb its name, at most 49 bytes

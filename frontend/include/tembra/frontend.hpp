@@ -68,9 +68,10 @@ class Frontend {
   [[nodiscard]] Result remove() { return call(tembra_frontend_remove); }
   [[nodiscard]] Result reset(int what) { return call(tembra_frontend_reset, what); }  ///< a reset_type
   [[nodiscard]] Result hueDiscover() { return call(tembra_frontend_hue_discover); }
-  /// @param forButton how long somebody has to press the bridge's button, at most ten minutes
+  /// @param forButton how long somebody has to press the bridge's button, 1 to 600 seconds
   [[nodiscard]] Result hueAddBridge(const std::string& mac, std::chrono::seconds forButton = std::chrono::seconds(60)) {
-    return call(tembra_frontend_hue_add_bridge, mac, static_cast<int>(forButton.count()));
+    const auto seconds = forButton.count();
+    return call(tembra_frontend_hue_add_bridge, mac, seconds < 1 || seconds > 600 ? 0 : static_cast<int>(seconds));
   }
   [[nodiscard]] Result hueAddBulb(const std::string& mac, const std::string& bulb) {
     return call(tembra_frontend_hue_add_bulb, mac, bulb);

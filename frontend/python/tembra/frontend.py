@@ -43,9 +43,12 @@ def _text(text: Optional[str]) -> Optional[bytes]:
 
 def _number(number, what: str) -> int:
     try:
-        return operator.index(number)
+        index = operator.index(number)
     except TypeError:
         raise TypeError(f"{what} is a number, not {type(number).__name__}: {number!r}") from None
+    if not -2**31 <= index < 2**31:  # C would cut it
+        raise Refused(errno.EINVAL)
+    return index
 
 
 def _check(error: int) -> None:
@@ -69,7 +72,8 @@ class Frontend:
 
     def __init__(self, *, role: int = 0, keep_open: bool = False, program: Optional[str] = None,
                  watch_path: Optional[str] = None):
-        options = Options(ctypes.sizeof(Options), _number(role, "a role"), bool(keep_open), _text(program), _text(watch_path))
+        options = Options(ctypes.sizeof(Options), _number(role, "a role"), bool(keep_open), _text(program),
+                          _text(watch_path))
         self._kit = C.tembra_frontend_new(ctypes.byref(options))
         if not self._kit:
             raise Refused(ctypes.get_errno())

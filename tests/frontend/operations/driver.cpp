@@ -51,7 +51,7 @@ constexpr Starter kStarters[] = {
     {"reset", [](tembra_frontend* kit, const Task& task) { return tembra_frontend_reset(kit, task.number("what")); }},
     {"hue-discover", [](tembra_frontend* kit, const Task&) { return tembra_frontend_hue_discover(kit); }},
     {"hue-add-bridge",
-     [](tembra_frontend* kit, const Task& task) { return tembra_frontend_hue_add_bridge(kit, task.text("mac"), 0); }},
+     [](tembra_frontend* kit, const Task& task) { return tembra_frontend_hue_add_bridge(kit, task.text("mac"), 60); }},
     {"hue-add-bulb",
      [](tembra_frontend* kit, const Task& task) {
        return tembra_frontend_hue_add_bulb(kit, task.text("mac"), task.text("text"));

@@ -42,7 +42,7 @@ constexpr Start kStarts[] = {
     tembra_frontend_remove,
     tembra_frontend_remove,
     tembra_frontend_hue_discover,
-    [](tembra_frontend* kit) { return tembra_frontend_hue_add_bridge(kit, kMac, 0); },
+    [](tembra_frontend* kit) { return tembra_frontend_hue_add_bridge(kit, kMac, 60); },
     [](tembra_frontend* kit) { return tembra_frontend_hue_add_bulb(kit, kMac, "Lamp"); },
     [](tembra_frontend* kit) { return tembra_frontend_hue_remove(kit, kMac); },
     tembra_frontend_hue_list,
