@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # usage: cross.sh [--without-tests] [CPU...]: builds everything for other CPUs, in build/cross/CPU, with Debian's cross
-# compilers, and runs the demonstration and the tests, with an emulator where this machine needs one.
+# compilers. It runs the demonstration and the tests, with an emulator where this machine needs one.
 # --without-tests builds library, kit and programs only, and runs the demonstration. Default: i386 armhf arm64 mipsel.
 set -euo pipefail
 cd "$(dirname "$(readlink --canonicalize "${BASH_SOURCE[0]}")")/.."
@@ -23,7 +23,10 @@ exceptions() {
 for cpu; do
   folder=$PWD/build/cross/$cpu
   root=$folder/root
-  [[ -e $folder/root.complete ]] || { scripts/cross_root.sh "$cpu" "$root" && touch "$folder/root.complete"; }
+  if [[ ! -e $folder/root.complete ]]; then
+    scripts/cross_root.sh "$cpu" "$root"
+    touch "$folder/root.complete"
+  fi
   cmake -S . -B "$folder/build" -G Ninja --toolchain "$PWD/cmake/toolchains/$cpu.cmake" \
     -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -DCMAKE_UNITY_BUILD=ON \
     -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 -DTEMBRA_TESTS=$tests -DCMAKE_CXX_COMPILER_LAUNCHER=ccache
