@@ -30,6 +30,8 @@ nlohmann::json parseDevice(const std::string& text) {
     device = nlohmann::json::parse(withoutComma(text));
   } catch (const nlohmann::json::parse_error& error) {
     refuseJson(text, error.byte == 0 ? 0 : error.byte - 1);
+  } catch (const nlohmann::json::out_of_range&) {  // the parser's only one: no double holds the number
+    refuseDescription("has a number that is too large");
   }
   const std::size_t nothing = text.find('\0');  // the parser would take it for the end
   if (nothing != std::string::npos) refuseJson(text, nothing);

@@ -59,6 +59,8 @@ std::vector<Refusal> refusals() {
       {R"({"generic": -1})", "needs a number from 0 to 255 for generic."},
       {R"({"generic": 18446744073709551615})", "needs a number from 0 to 255 for generic."},
       {R"({"generic": 1e300})", "needs a number from 0 to 255 for generic."},
+      {R"({"generic": 1e999})", "has a number that is too large."},
+      {R"({"generic": 16, "label": [-1e999]})", "has a number that is too large."},
       {R"({"generic": 1.5})", "needs a number from 0 to 255 for generic."},
       {R"({"generic": "16"})", "needs a number from 0 to 255 for generic."},
       {R"({"generic": "0xFFFFFFFFFF"})", "needs a number from 0 to 255 for generic."},
