@@ -30,10 +30,13 @@ std::string versionText() {
          std::to_string(version % 100);
 }
 
+bool isOption(const std::string& word) { return word.starts_with('-'); }
+
 // A request for help would hide a word that is none.
 void requireCommands(const CLI::App& program, const std::vector<std::string>& words) {
   const CLI::App* command = &program;
   for (const std::string& word : words) {
+    if (isOption(word)) continue;
     const auto within = command->get_subcommands([&word](const CLI::App* each) { return each->get_name() == word; });
     if (within.empty()) throw CLI::ValidationError("help", "there is no command " + word);
     command = within.front();
@@ -70,8 +73,9 @@ void declareCommandLine(CLI::App& program, Options& options, Action& action) {
 
 void readCommandLine(CLI::App& program, int argc, char** argv) {
   std::vector<std::string> words(argv + 1, argv + std::max(argc, 1));
-  if (!words.empty() && words.front() == "help") {
-    words.erase(words.begin());
+  const auto first = std::ranges::find_if_not(words, isOption);
+  if (first != words.end() && *first == "help") {
+    words.erase(first);
     requireCommands(program, words);
     words.emplace_back("--help");
   }

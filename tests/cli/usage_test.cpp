@@ -47,6 +47,12 @@ const UsageCase kUsageCases[] = {
     {"HelpAsACommandOfACommand", {"help", "add"}, 0, ""},
     {"HelpAsACommandOfACommandOfACommand", {"help", "hue", "add"}, 0, ""},
     {"HelpOfAnUnknownCommandOfACommand", {"help", "hue", "paint"}, 2, "paint"},
+    {"HelpAsACommandBehindAnOption", {"--json", "help"}, 0, ""},
+    {"HelpAsACommandOfACommandBehindAnOption", {"--verbose", "help", "add"}, 0, ""},
+    {"HelpAsACommandBeforeAnOption", {"help", "--json"}, 0, ""},
+    {"HelpAsACommandOfACommandBetweenOptions", {"--yes", "help", "--json", "hue", "add"}, 0, ""},
+    {"HelpOfAnUnknownCommandBehindAnOption", {"--verbose", "help", "paint"}, 2, "there is no command paint"},
+    {"NameThatIsHelp", {"add", "--name", "help", "--colour"}, 2, "--colour"},
     {"Help", {"--help"}, 0, ""},
     {"HelpOfACommand", {"add", "--help"}, 0, ""},
 };
@@ -66,6 +72,8 @@ INSTANTIATE_TEST_SUITE_P(CommandLine, UsageTest, testing::ValuesIn(kUsageCases),
 TEST(Help, IsTheSameAsACommandAndAsAnOption) {
   EXPECT_EQ(runAssoc({"help"}).output, runAssoc({"--help"}).output);
   EXPECT_EQ(runAssoc({"help", "hue", "add"}).output, runAssoc({"hue", "add", "--help"}).output);
+  EXPECT_EQ(runAssoc({"--json", "help"}).output, runAssoc({"--help"}).output);
+  EXPECT_EQ(runAssoc({"--verbose", "help", "hue", "add"}).output, runAssoc({"hue", "add", "--help"}).output);
 }
 
 }  // namespace
