@@ -18,6 +18,7 @@
 #include "cli/commands/commands.h"
 #include "cli/commands/other_front_end.h"
 #include "cli/dialogue/library_call.h"
+#include "cli/display/event_text.h"
 #include "cli/display/json_line.h"
 #include "cli/failure.h"
 #include "cli/words/roles.h"
@@ -27,35 +28,37 @@ namespace {
 
 struct Target {
   cancel_type radios;
-  std::vector<ServerType> servers;
+  std::vector<Radio> servers;
 };
 
-const std::map<std::string, Target> kTargets = {{"zigbee", {cancel_zigbee, {SERVER_ZIGBEE}}},
-                                                {"zwave", {cancel_zwave, {SERVER_ZWAVE}}},
-                                                {"both", {cancel_both, {SERVER_ZIGBEE, SERVER_ZWAVE}}}};
+const std::map<std::string, Target> kTargets = {{"zigbee", {cancel_zigbee, {TEMBRA_RADIO_ZIGBEE}}},
+                                                {"zwave", {cancel_zwave, {TEMBRA_RADIO_ZWAVE}}},
+                                                {"both", {cancel_both, {TEMBRA_RADIO_ZIGBEE, TEMBRA_RADIO_ZWAVE}}}};
 
 constexpr int kAnswerMilliseconds = 3000;
-
-std::string serverName(int server) { return server == SERVER_ZIGBEE ? "ZigBee" : "Z-Wave"; }
 
 struct Filling {
   std::string server;
   std::string error;
 };
 
+std::string replaced(std::string text, const std::string& mark, const std::string& value) {
+  for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + value.size())) {
+    text.replace(at, mark.size(), value);
+  }
+  return text;
+}
+
+// The system's own words come last: whatever they hold is no mark.
+std::string filled(const std::string& sentence, const Filling& filling) {
+  const std::string why = filling.error.empty() ? "" : " (" + filling.error + ")";
+  return replaced(replaced(replaced(sentence, "{holder}", ""), "{server}", filling.server), "{error}", why);
+}
+
 // The sentences of the kit, which has no operation for cancelling what nobody does.
 Failure::Reason reasonOf(tembra_reason number, const Filling& filling = {}) {
-  const std::string why = filling.error.empty() ? "" : " (" + filling.error + ")";
-  const auto filled = [&](std::string text) {
-    for (const auto& [mark, value] :
-         {std::pair<std::string, std::string>{"{error}", why}, {"{holder}", ""}, {"{server}", filling.server}}) {
-      for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark)) {
-        text.replace(at, mark.size(), value);
-      }
-    }
-    return text;
-  };
-  return {tembra_reason_name(number), filled(tembra_reason_text(number)), filled(tembra_reason_advice(number))};
+  return {tembra_reason_name(number), filled(tembra_reason_text(number), filling),
+          filled(tembra_reason_advice(number), filling)};
 }
 
 // ---- Where another front end has the connection ----
@@ -131,28 +134,28 @@ void throwUnlessSent(const Attempt& attempt) {
     throw Failure(kNoConnection, reasonOf(number, {"", attempt.opening.text}));
   }
   if (attempt.sending.count == attempt.sendingsBefore) return;
-  throw Failure(kNoConnection,
-                reasonOf(TEMBRA_REASON_NOT_SENT, {serverName(attempt.sending.server), attempt.sending.text}));
+  throw Failure(kNoConnection, reasonOf(TEMBRA_REASON_NOT_SENT,
+                                        {radioText(static_cast<Radio>(attempt.sending.server)), attempt.sending.text}));
 }
 
 // Nobody answers a cancel, so nobody would miss a server that does not run.
-std::vector<ServerType> listening(const Context& context, const std::vector<ServerType>& wanted) {
-  std::vector<ServerType> servers;
+std::vector<Radio> listening(const Context& context, const std::vector<Radio>& wanted) {
+  std::vector<Radio> servers;
   std::ranges::copy_if(wanted, std::back_inserter(servers), tembra_server_listens);
   if (servers.empty()) {
     throw Failure(kNoConnection, wanted.size() > 1 ? reasonOf(TEMBRA_REASON_NO_RADIO_SERVER)
-                                                   : reasonOf(TEMBRA_REASON_NO_SERVER, {serverName(wanted[0]), ""}));
+                                                   : reasonOf(TEMBRA_REASON_NO_SERVER, {radioText(wanted[0]), ""}));
   }
-  for (const ServerType server : wanted) {
+  for (const Radio server : wanted) {
     if (std::ranges::find(servers, server) != servers.end()) continue;
-    context.display.complain(reasonOf(TEMBRA_REASON_NO_SERVER, {serverName(server), ""}).text);
+    context.display.complain(reasonOf(TEMBRA_REASON_NO_SERVER, {radioText(server), ""}).text);
   }
   return servers;
 }
 
-void tellCancelled(const Context& context, const std::vector<ServerType>& servers) {
+void tellCancelled(const Context& context, const std::vector<Radio>& servers) {
   std::vector<std::string> names;
-  std::ranges::transform(servers, std::back_inserter(names), serverName);
+  std::ranges::transform(servers, std::back_inserter(names), radioText);
   if (context.options.json) return printLine(jsonEvent("cancelled", {{"radios", names}}));
   context.display.note("Cancelled adding and removing on " + names[0] + (names.size() > 1 ? " and " + names[1] : "") +
                        ".");
@@ -160,7 +163,7 @@ void tellCancelled(const Context& context, const std::vector<ServerType>& server
 
 // Opening runs a command of the router, which may hang: the user need not.
 void cancelRadios(const Context& context, const Target& target) {
-  const std::vector<ServerType> servers = listening(context, target.servers);
+  const std::vector<Radio> servers = listening(context, target.servers);
   TembraAssociation& service = *TembraAssociation::getInstance();
   service.clientRole = roleNumber(context.options.role);
   const auto attempt = std::make_shared<Attempt>();

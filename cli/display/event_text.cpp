@@ -34,8 +34,6 @@ constexpr Awaited kAwaited[] = {
     {TEMBRA_OPERATION_NONE, TEMBRA_PHASE_DATABASE, "Reading the device list"},
 };
 
-std::string radioText(Radio radio) { return radio == TEMBRA_RADIO_ZIGBEE ? "ZigBee" : "Z-Wave"; }
-
 std::string foundText(const Event& event, const Found& found) {
   std::string text = "Found a device on " + radioText(event.radio) + ": " + typeName(found.type);
   for (std::size_t i = 1; i < found.choices.size(); ++i) {
@@ -59,6 +57,8 @@ std::string bridgesText(const Bridges& list, bool fromDatabase) {
 std::string numberedName(const std::string& name, int id) { return name + " (id " + std::to_string(id) + ")"; }
 
 }  // namespace
+
+std::string radioText(Radio radio) { return radio == TEMBRA_RADIO_ZIGBEE ? "ZigBee" : "Z-Wave"; }
 
 std::string awaitedText(Operation operation, Phase phase) {
   const auto* row = std::ranges::find_if(kAwaited, [operation, phase](const Awaited& each) {

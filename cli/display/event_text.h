@@ -7,6 +7,9 @@
 
 namespace tembra::cli {
 
+/// "ZigBee" or "Z-Wave".
+[[nodiscard]] std::string radioText(Radio radio);
+
 /// "Press the button of the device to add"; empty where nothing is awaited.
 [[nodiscard]] std::string awaitedText(Operation operation, Phase phase);
 
