@@ -100,7 +100,7 @@ void watchFrontEnds(const Context& context) {
   }
 }
 
-// The number of a name: the kit has the way back only.
+// The kit gives names for numbers; this looks a number up by its name.
 template <typename Number>
 Number numberOf(const char* (*nameOf)(int), const std::string& wanted) {
   int number = 0;
