@@ -1,5 +1,5 @@
-// What stands between the kit and the world in its fuzz target: one thread, a time that passes only when the kit waits,
-// and a connection that is open without a receive thread, for its events are there already.
+// What stands between the kit and the world in its fuzz target. There is one thread, and time passes only when the kit
+// waits. The connection is open without a receive thread, for its events are there already.
 #ifndef TEMBRA_FUZZ_KIT_SURROUNDINGS_H
 #define TEMBRA_FUZZ_KIT_SURROUNDINGS_H
 
