@@ -79,6 +79,18 @@ local function isZero(range) return not range:raw():find("[^%z]") end
 
 local function numberIn(range) return range:len() <= 2 and range:le_uint() or range:le_int() end
 
+local function fieldOf(record, name)
+  for _, field in ipairs(record.fields) do
+    if field.name == name then return field end
+  end
+end
+
+-- A number of a record that the range holds up to that field.
+local function numberOf(record, name, range)
+  local field = fieldOf(record, name)
+  return numberIn(range(field.offset, field.size))
+end
+
 -- Each of these adds a field that the datagram holds whole. `travel` is "answer" or "request": which numbering and
 -- which end of a list holds depends on it.
 local add = {}
@@ -131,12 +143,12 @@ function add.list(tree, item, range, travel, field, count)
   if count and count > room then list:add_proto_expert_info(experts.count) end
 end
 
--- How many entries of a list count, where another field says so.
+-- How many entries of a list count, where another field says so. That field stands before the list in the record.
 local function countFor(record, field, range)
-  if record == RECORDS.ZbDeviceInfo and field.name == "indexes" then return range(318, 1):uint() end
-  if record == RECORDS.HueAnswer and field.name == "entries" and range:len() >= 8 then
-    local found = range(0, 4):le_int() == 0
-    return found and math.max(range(4, 4):le_int(), 0) or 0
+  if record == RECORDS.ZbDeviceInfo and field.name == "indexes" then return numberOf(record, "indexCount", range) end
+  if record == RECORDS.HueAnswer and field.name == "entries" then
+    local found = numberOf(record, "type", range) == 0
+    return found and math.max(numberOf(record, "count", range), 0) or 0
   end
 end
 
@@ -175,12 +187,6 @@ local function hasOnlyZerosBetween(record, range)
 end
 
 -- ---- Commands and operations ----------------------------------------------------------------------------------------
-
-local function fieldOf(record, name)
-  for _, field in ipairs(record.fields) do
-    if field.name == name then return field end
-  end
-end
 
 local function valueOf(record, name, range)
   local field = fieldOf(record, name)
@@ -261,10 +267,11 @@ end
 
 local REMOVE_ALL = "removeAllDevices"
 
+local BODY = fieldOf(RECORDS.HaNotice, "record")
+
 -- A notice carries one of two records, or a text.
 local function addNotice(branch, range)
-  if range:len() < 8 then return end
-  local kind, body = range(0, 4):le_int(), range(4)
+  local kind, body = numberOf(RECORDS.HaNotice, "recordKind", range), range(BODY.offset)
   local text = body:raw():match("^[^%z]*")
   local used = #text + 1
   if kind == 0 and text == REMOVE_ALL then
@@ -290,13 +297,13 @@ end
 -- "added: Washing machine", by the mark of a node or the message code of a device.
 local function noticeIn(range)
   if range:len() < RECORDS.HaNotice.size then return "HaNotice" end
-  local isNode, body = range(0, 4):le_int() == 2, range(4)
+  local isNode, body = numberOf(RECORDS.HaNotice, "recordKind", range) == 2, range(BODY.offset)
   if body:raw():match("^[^%z]*") == REMOVE_ALL then return REMOVE_ALL end
   local record = isNode and RECORDS.ZwNodeInfo or RECORDS.ZbDeviceInfo
-  local field = fieldOf(record, isNode and "requestMark" or "msgCode")
+  local number = numberOf(record, isNode and "requestMark" or "msgCode", body)
   local names = NUMBERS[isNode and "RequestMark" or "ZigbeeNotice"]
   local name = fieldOf(record, "name")
-  return string.format("%s: %s", names[numberIn(body(field.offset, field.size))] or "HaNotice",
+  return string.format("%s: %s", names[number] or "HaNotice",
                        body(name.offset, name.size):string():match("^[^%z]*"))
 end
 
