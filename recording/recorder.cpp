@@ -76,7 +76,7 @@ std::string packetOf(const sockaddr_in& from, const sockaddr_in& to, std::span<c
 
 }  // namespace
 
-Recorder::Recorder(const std::filesystem::path& file) : file_(file, std::ios::binary | std::ios::trunc) {
+Recorder::Recorder(const std::filesystem::path& file) : name_(file), file_(file, std::ios::binary | std::ios::trunc) {
   std::string section;
   append(section, std::uint32_t{0x1A2B3C4D});
   append(section, std::uint16_t{1});
@@ -88,10 +88,10 @@ Recorder::Recorder(const std::filesystem::path& file) : file_(file, std::ios::bi
   append(interface, std::uint16_t{0});
   append(interface, std::uint32_t{0});  // packets of any length
   writeBlock(kInterface, interface);
-  if (!file_) throw std::runtime_error("cannot write the recording " + file.string());
+  if (!trouble().empty()) throw std::runtime_error(trouble());
 }
 
-Recorder::~Recorder() {
+void Recorder::end() {
   const std::string options = optionsWith(takeRemarks());
   if (options.empty()) return;
   std::string statistics;
@@ -99,6 +99,8 @@ Recorder::~Recorder() {
   appendNow(statistics);
   writeBlock(kStatistics, statistics + options);
 }
+
+std::string Recorder::trouble() const { return file_ ? "" : "cannot write the recording " + name_.string(); }
 
 void Recorder::remark(std::string_view text) {
   if (remarks_.size() + text.size() < kLongestComment) remarks_.append(remarks_.empty() ? "" : "\n").append(text);

@@ -19,17 +19,22 @@ class Recorder {
   explicit Recorder(const std::filesystem::path& file);
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
-  /// The last remarks become comments of the file's end.
-  ~Recorder();
+  ~Recorder() { end(); }
 
   /// A comment of the next datagram.
   void remark(std::string_view text);
   void datagram(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> payload);
+  /// The last remarks become comments of the file's end.
+  void end();
+
+  /// One sentence when something could not be written, else empty. Nothing more is written then.
+  [[nodiscard]] std::string trouble() const;
 
  private:
   void writeBlock(std::uint32_t type, const std::string& body);
   std::string takeRemarks();
 
+  std::filesystem::path name_;
   std::ofstream file_;
   std::string remarks_;  ///< one line each
 };

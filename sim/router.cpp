@@ -73,6 +73,7 @@ int Router::run() {
   std::cout << "tembra-sim: ready" << std::endl;
   scenario_.start();
   loop_.run();
+  journal_.endRecording();
   return journal_.clean() ? 0 : 1;
 }
 

@@ -30,7 +30,24 @@ void Journal::sent(const sockaddr_in& from, const sockaddr_in& to, std::span<con
 }
 
 void Journal::record(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> datagram) {
-  if (recorder_) recorder_->datagram(from, to, datagram);
+  if (!recorder_) return;
+  recorder_->datagram(from, to, datagram);
+  stopAtTrouble();
+}
+
+void Journal::endRecording() {
+  if (!recorder_) return;
+  recorder_->end();
+  stopAtTrouble();
+  recorder_.reset();
+}
+
+// A full disk is told once: the recorder goes.
+void Journal::stopAtTrouble() {
+  const std::string what = recorder_->trouble();
+  if (what.empty()) return;
+  recorder_.reset();
+  trouble(what);
 }
 
 void Journal::found(std::string_view where, std::string_view mistake) {

@@ -33,6 +33,8 @@ class Journal {
   void found(std::string_view where, std::string_view mistake);
   /// The simulator itself could not do its work: as loud, and as decisive for the exit status.
   void trouble(std::string_view what);
+  /// What was said last is recorded, too. Nothing is recorded after this.
+  void endRecording();
 
   int received() const { return received_; }
   int sent() const { return sent_; }
@@ -42,6 +44,7 @@ class Journal {
 
  private:
   void record(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> datagram);
+  void stopAtTrouble();
 
   bool timeline_;
   std::unique_ptr<recording::Recorder> recorder_;

@@ -1,11 +1,14 @@
 // Recordings: what they hold stands in the file at once, and what cannot be recorded is refused.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <csignal>
 #include <fstream>
 #include <iterator>
 #include <string>
 
+#include "platform/descriptor.h"
 #include "support/caller.h"
 #include "support/running_sim.h"
 
@@ -40,9 +43,40 @@ TEST(Recording, HoldsWhatIsSaidAfterTheLastDatagram) {
 }
 
 TEST(Recording, IsRefusedWhereItCannotBeWritten) {
-  const kit::Ended ended = simulator({"run", "--record", "/tmp/no-folder/recording"});
-  EXPECT_EQ(ended.status, 1);
-  EXPECT_EQ(ended.sentence(), "tembra-sim: cannot write the recording /tmp/no-folder/recording");
+  for (const std::string file : {"/tmp/no-folder/recording", "/dev/full"}) {
+    const kit::Ended ended = simulator({"run", "--record", file});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.sentence(), "tembra-sim: cannot write the recording " + file);
+  }
+}
+
+/// A simulator whose recording begins well: it is a pipe, which takes nothing more when nobody reads it.
+struct BrokenRecording {
+  BrokenRecording() { reader.reset(); }
+
+  int pipe = mkfifo("/tmp/recording", 0600);
+  Descriptor reader{open("/tmp/recording", O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
+  RunningSim sim{{"--record", "/tmp/recording"}};
+};
+
+constexpr char kBroken[] = "tembra-sim: cannot write the recording /tmp/recording\n";
+
+TEST(Recording, SaysOnceThatItCannotBeWrittenAnyMore) {
+  Caller caller;
+  BrokenRecording broken;
+  for (int i = 0; i < 2; ++i) {
+    caller.nest(100, "a code");
+    EXPECT_EQ(caller.hear().as<NestAnswer>().command, 121);
+  }
+  EXPECT_EQ(broken.sim.stop(), 1);
+  EXPECT_EQ(broken.sim.program().errors(), kBroken);
+}
+
+TEST(Recording, SaysThatItsEndCannotBeWritten) {
+  BrokenRecording broken;
+  broken.sim.tell("press hue-button");
+  EXPECT_EQ(broken.sim.stop(), 1);
+  EXPECT_EQ(broken.sim.program().errors(), kBroken);
 }
 
 }  // namespace
