@@ -1,11 +1,18 @@
 #!/usr/bin/env python3
-"""radio_daemon_test.py DAEMON PLAIN: the library, the command line and PLAIN, a front end on the plain contract, add and
-remove the devices of the daemon, which has the Z-Wave server's place at the simulated router."""
+"""radio_daemon_test.py DAEMON PLAIN: the library, the command line and PLAIN, a front end on the plain contract, add
+and remove the devices of the daemon, which has the Z-Wave server's place at the simulated router."""
 import json
 import signal
 import subprocess
 import sys
 import time
+
+started = []
+
+
+def start(command, **how):
+    started.append(subprocess.Popen(command, **how))
+    return started[-1]
 
 
 def await_line(program, text):
@@ -15,14 +22,13 @@ def await_line(program, text):
     raise AssertionError(f"the program never said {text!r}")
 
 
-class Router:
-    """The simulated router without its Z-Wave server, and the daemon instead."""
+class Daemon:
+    """The daemon, ready for commands."""
 
-    def __init__(self, daemon):
-        self.simulator = subprocess.Popen(["tembra-sim", "run", "--without", "zwave"], stdout=subprocess.PIPE, text=True)
-        await_line(self.simulator, "ready")
-        self.daemon = subprocess.Popen([sys.executable, "-B", daemon, "0.1"], stdin=subprocess.PIPE)
+    def __init__(self, daemon, *limits):
+        self.program = start([sys.executable, "-B", daemon, *limits], stdin=subprocess.PIPE)
         while not self.listens():
+            self.assert_it_runs()
             time.sleep(0.01)
 
     @staticmethod
@@ -30,23 +36,22 @@ class Router:
         with open("/proc/net/udp") as table:
             return "FEFFFF7F:22B8" in table.read()  # 127.255.255.254:8888
 
+    def assert_it_runs(self):
+        assert self.program.poll() is None, "the daemon has ended"
+
     def press(self, label):
-        self.daemon.stdin.write(label.encode() + b"\n")
-        self.daemon.stdin.flush()
+        self.program.stdin.write(label.encode() + b"\n")
+        self.program.stdin.flush()
 
     def stop(self):
-        assert self.daemon.poll() is None, "the daemon has ended"
-        subprocess.run(["tembra-sim", "stop"], check=True, stdout=subprocess.DEVNULL)
-        assert self.simulator.wait() == 0, "the simulated router found something wrong"
-
-    def kill(self):
-        self.daemon.kill()
-        self.simulator.kill()
+        self.assert_it_runs()
+        self.program.kill()
+        self.program.wait()
 
 
 def operate(command, then):
     """Runs a command of tembra-assoc, does something when it waits for a button, and returns its last events."""
-    program = subprocess.Popen(["tembra-assoc", "--json", "--yes", command], stdout=subprocess.PIPE, text=True)
+    program = start(["tembra-assoc", "--json", "--yes", command], stdout=subprocess.PIPE, text=True)
     events = []
     for line in program.stdout:
         events.append(json.loads(line))
@@ -63,10 +68,10 @@ def stored():
     return {device["name"]: device["type"]["name"] for device in devices if "id" in device}
 
 
-def tell(router, plain):
+def serve_front_ends(daemon, plain):
 
     def press(label):
-        return lambda _: router.press(label)
+        return lambda _: daemon.press(label)
 
     def interrupt(program):
         program.send_signal(signal.SIGINT)
@@ -91,14 +96,24 @@ def tell(router, plain):
         assert (ended, last.get("reason")) == (status, reason), f"{command}: {ended}, {last}"
         assert stored() == devices, stored()
 
-    program = subprocess.Popen([plain])
+    program = start([plain])
     while program.poll() is None:
-        router.press("plug")  # nobody hears it before the command and after the answer
+        daemon.press("plug")  # nobody hears it before the command and after the answer
         time.sleep(0.01)
     assert program.returncode == 0
     while len(stored()) < 3:
         time.sleep(0.01)
     assert stored() == {"MeterSwitch #4": "MeterSwitch"} | strip | sleeper, stored()
+
+
+def in_place_of_the_simulated_server(path, plain):
+    simulator = start(["tembra-sim", "run", "--without", "zwave"], stdout=subprocess.PIPE, text=True)
+    await_line(simulator, "ready")
+    daemon = Daemon(path, "0.1")
+    serve_front_ends(daemon, plain)
+    daemon.stop()
+    subprocess.run(["tembra-sim", "stop"], check=True, stdout=subprocess.DEVNULL)
+    assert simulator.wait() == 0, "the simulated router found something wrong"
 
 
 def too_late(*_):
@@ -108,12 +123,11 @@ def too_late(*_):
 def main(daemon, plain):
     signal.signal(signal.SIGALRM, too_late)
     signal.alarm(60)
-    router = Router(daemon)
     try:
-        tell(router, plain)
-        router.stop()
+        in_place_of_the_simulated_server(daemon, plain)
     finally:
-        router.kill()
+        for program in started:
+            program.kill()
 
 
 main(*sys.argv[1:])
