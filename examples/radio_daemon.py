@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """A Z-Wave server in miniature, to copy from: what the library hears of a radio while devices come and go. Lines of
-standard input are the buttons: a label of DEVICES, the label of any other device, or "fail". docs/write-a-radio-daemon.md
-explains each rule. usage: tembra-sim run --without zwave & radio_daemon.py [INTERVIEW_LIMIT_IN_SECONDS]"""
+standard input are the buttons: a label of DEVICES, the label of any other device, or "fail".
+docs/write-a-radio-daemon.md explains each rule.
+usage: tembra-sim run --without zwave & radio_daemon.py [SECONDS_OF_AN_INTERVIEW [SECONDS_OF_LISTENING]]"""
 import os
 import select
 import socket
@@ -33,9 +34,10 @@ def node_block(node, classes=(0, 0, 0), command_classes=(), values=()):
 
 
 class Daemon:
-    def __init__(self, limit):
-        self.limit = limit  # seconds that an interview may take; the library waits for 180
-        self.mode = "idle"
+    def __init__(self, interview=150, listening=200):
+        self.interview = interview  # seconds that it may take; the library waits for 180
+        self.listening = listening  # seconds after a command: a front end that died sends no cancel
+        self.mode, self.until = "idle", 0
         self.nodes = {}  # the stick's memory; a real daemon keeps it in a file
         self.due = []  # (moment, answer), in the order of the answers
         self.socket = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
@@ -47,13 +49,13 @@ class Daemon:
         datagram, sender = self.socket.recvfrom(4096)
         if sender != LIBRARY or len(datagram) != COMMAND.size:
             return
-        self.mode = MODES.get(COMMAND.unpack(datagram), "idle")
+        self.mode, self.until = MODES.get(COMMAND.unpack(datagram), "idle"), time.monotonic() + self.listening
         self.due.clear()
         if self.mode == "reset":
             self.nodes.clear()
 
     def pressed(self, label):
-        if self.due or self.mode not in ("add", "remove"):
+        if self.due or self.mode not in ("add", "remove") or time.monotonic() >= self.until:
             return  # the radio is busy, or does not listen
         if label == "fail":
             self.say((0, node_block(FAILED)))
@@ -67,16 +69,16 @@ class Daemon:
         free = (node for node in range(FIRST_NODE, LAST_NODE + 1) if node not in self.nodes.values())
         node = self.nodes.setdefault(label, None) or next(free, FAILED)
         if node == FAILED or label not in DEVICES:
-            del self.nodes[label]  # no node is left, or the device wants a PIN that nobody can be asked for: take it out
+            del self.nodes[label]  # no node is left, or it wants a PIN that nobody can be asked for: take it out
             return self.say((0, node_block(FAILED)))
         self.nodes[label] = node
         classes, command_classes, values = DEVICES[label]
-        interview = 0.1 if values else self.limit  # then what is known has to do
+        interview = 0.1 if values else self.interview  # then what is known has to do
         self.say((0, node_block(node)), (0.1, node_block(node)),
                  (interview, node_block(node, classes, command_classes, values)))
 
     def remove(self, label):
-        """The first answer says which node, the second that the radio is done. A stranger has no node, and no second."""
+        """The first answer says which node, the second that the radio is done. A stranger has neither."""
         if label not in self.nodes:
             return self.say((0, node_block(NO_NODE)))
         node = self.nodes.pop(label)
@@ -110,4 +112,4 @@ class Daemon:
             self.say_what_is_due()
 
 
-Daemon(float(sys.argv[1]) if len(sys.argv) > 1 else 150).run()
+Daemon(*map(float, sys.argv[1:])).run()

@@ -3,6 +3,8 @@
 and remove the devices of the daemon, which has the Z-Wave server's place at the simulated router."""
 import json
 import signal
+import socket
+import struct
 import subprocess
 import sys
 import time
@@ -116,6 +118,32 @@ def in_place_of_the_simulated_server(path, plain):
     assert simulator.wait() == 0, "the simulated router found something wrong"
 
 
+def listens_for_a_while(path):
+    """Without a cancel the daemon stops listening, here after 0.3 seconds. The next command makes it listen again."""
+    daemon = Daemon(path, "0.1", "0.3")
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as library:
+        library.bind(("127.255.255.4", 8888))
+        library.settimeout(0.2)
+
+        def add():
+            library.sendto(struct.pack("<192x i 16x i 20x", 1, 1), ("127.255.255.254", 8888))
+
+        def answered():
+            daemon.press("plug")
+            try:
+                return library.recv(2000)[0] == 2
+            except socket.timeout:
+                return False
+
+        add()
+        time.sleep(1.5)
+        assert not answered(), "the daemon listens for too long"
+        add()
+        while not answered():  # the machine was slow
+            add()
+    daemon.stop()
+
+
 def too_late(*_):
     raise AssertionError("the test takes too long")
 
@@ -125,6 +153,7 @@ def main(daemon, plain):
     signal.alarm(60)
     try:
         in_place_of_the_simulated_server(daemon, plain)
+        listens_for_a_while(daemon)
     finally:
         for program in started:
             program.kill()
