@@ -148,9 +148,12 @@ bool hasSocket(const std::string& address) {
 
 // The daemon's buttons are a pipe of its own.
 TEST(DaemonCheck, FindsNothingInTheDaemonOfTheExamples) {
-  const kit::Program daemon(
+  kit::Program daemon(
       {"/bin/sh", "-c", "mkfifo /tmp/buttons && exec " TEMBRA_PYTHON " -B " TEMBRA_RADIO_DAEMON " 0.1 <>/tmp/buttons"});
-  while (!hasSocket("FEFFFF7F:22B8")) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  while (!hasSocket("FEFFFF7F:22B8")) {
+    ASSERT_TRUE(daemon.running()) << daemon.errors();
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
   const kit::Ended ended = kit::Program({TEMBRA_DAEMON_CHECK_PROGRAM, "zwave", "--reset", "--speed", "20", "--press",
                                          "echo plug >/tmp/buttons"})
                                .end();
