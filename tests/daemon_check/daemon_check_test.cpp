@@ -107,7 +107,7 @@ TEST_P(SickDaemon, IsFoundOut) {
   const Sick& sick = GetParam();
   RunningSim sim({"--fault", sick.fault});
   const bool isWaitedFor = std::string_view(sick.finding).starts_with("too late");
-  const kit::Ended ended = check(sick.server, isWaitedFor ? "400" : "40", buttonOf(sick.server));
+  const kit::Ended ended = check(sick.server, isWaitedFor ? "150" : "40", buttonOf(sick.server));
   EXPECT_EQ(ended.status, 1) << ended.errors;
   EXPECT_NE(ended.output.find(std::string("FAULT: ") + sick.finding), std::string::npos) << ended.output;
 }

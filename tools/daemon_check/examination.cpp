@@ -1,5 +1,6 @@
 #include "daemon_check/examination.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <stdexcept>
@@ -9,6 +10,9 @@
 namespace tembra::daemon_check {
 
 using std::chrono::milliseconds;
+
+// A hurried check is not taken in by a machine that stalls.
+constexpr milliseconds kShortestSilence{100};
 
 // An exercise that went wrong leaves nothing for those behind it to build on.
 int Examination::run() {
@@ -46,7 +50,7 @@ bool Examination::perform(const Exercise& exercise) {
   if (!exercise.ending.empty()) {
     send(exercise.ending);
     Datagram underWay;
-    while (hear(after(manner_.quiet / 4), underWay)) {  // said before the command was read
+    while (hear(afterSilence(manner_.quiet / 4), underWay)) {  // said before the command was read
     }
   }
   expectSilence("after the last answer");
@@ -81,7 +85,7 @@ void Examination::haveDone(const std::string& task) const {
 
 void Examination::expectSilence(const char* since) {
   Datagram datagram;
-  if (hear(after(manner_.quiet), datagram)) found(std::string("says something ") + since);
+  if (hear(afterSilence(manner_.quiet), datagram)) found(std::string("says something ") + since);
   while (hear(Clock::now(), datagram)) {
   }
 }
@@ -89,6 +93,10 @@ void Examination::expectSilence(const char* since) {
 Clock::time_point Examination::after(milliseconds time) const {
   const std::chrono::duration<double, std::milli> hurried(static_cast<double>(time.count()) / manner_.speed);
   return Clock::now() + std::chrono::duration_cast<Clock::duration>(hurried);
+}
+
+Clock::time_point Examination::afterSilence(milliseconds time) const {
+  return std::max(after(time), Clock::now() + kShortestSilence);
 }
 
 // What the library would drop is told and dropped. What it would take is told and taken.

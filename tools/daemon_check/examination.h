@@ -34,6 +34,7 @@ class Examination {
   void expectSilence(const char* since);
 
   Clock::time_point after(Milliseconds time) const;
+  Clock::time_point afterSilence(Milliseconds time) const;
   /// The next datagram of the server itself, of the right length.
   bool hear(Clock::time_point deadline, Datagram& datagram);
   void found(const std::string& fault);
