@@ -205,7 +205,10 @@ TEST(Add, SaysThatTheHaServerMayKeepAnotherFile) {
   SimRouter router;
   const Ended told = router.add("dimmer", {"--db", "/tmp/other", "--json", "--yes"});
   EXPECT_EQ(told.status, 1);
-  EXPECT_EQ(lines(told.output).back().at("text"), "Perhaps the HA server keeps another file than /tmp/other.");
+  const std::vector<Json> objects = lines(told.output);
+  EXPECT_EQ(eventNames(objects),
+            (std::vector<std::string>{"waiting", "answered", "reading", "found", "ended", "remark"}));
+  EXPECT_EQ(objects.back().at("text"), "Perhaps the HA server keeps another file than /tmp/other.");
   router.stop();
 }
 
