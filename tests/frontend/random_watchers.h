@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <nlohmann/json.hpp>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -69,7 +70,11 @@ class RandomWatchers {
     if (what < 14 && !one.read()) end(static_cast<std::size_t>(&one - all_.data()));
   }
 
-  [[nodiscard]] int heard() const { return heard_; }
+  /// By those who have left and by those who still watch.
+  [[nodiscard]] int heard() const {
+    return std::accumulate(all_.begin(), all_.end(), heard_,
+                           [](int sum, const RandomWatcher& one) { return sum + one.heard(); });
+  }
 
  private:
   [[nodiscard]] std::size_t any() { return all_.empty() ? 0 : random_() % all_.size(); }
@@ -83,7 +88,7 @@ class RandomWatchers {
   const char* path_;
   std::mt19937& random_;
   std::vector<RandomWatcher> all_;
-  int heard_ = 0;
+  int heard_ = 0;  ///< by those who have left
 };
 
 }  // namespace tembra::test

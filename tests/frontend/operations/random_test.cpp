@@ -30,6 +30,7 @@ using SteadyClock = std::chrono::steady_clock;
 constexpr char kMac[] = "02:a1:b2:0c:00:01";
 constexpr char kWatchPath[] = "/tmp/random/front-end";
 constexpr int kOperationsOfAKit = 50;
+constexpr int kOperationsOfARun = 60;        // fewer say nothing about how much is watched
 constexpr milliseconds kPatience{250};       // then an operation is cancelled
 constexpr milliseconds kLongestCancel{100};  // of an idle machine
 constexpr milliseconds kNever{10'000};
@@ -158,7 +159,9 @@ class RandomKits {
       EXPECT_FALSE(more) << "an event behind the end: " << tembra_event_json(more.get());
     }
     EXPECT_LE(slow_, operations / 50) << "cancels that took longer than on an idle machine";
-    EXPECT_GT(watchers_.heard(), operations / 4);
+    if (operations >= kOperationsOfARun) {
+      EXPECT_GT(watchers_.heard(), operations / 4);
+    }
     std::cout << operations << " operations, " << slow_ << " slow cancels, the longest took " << longest_.count()
               << " ms; " << watchers_.heard() << " events watched\n";
   }
@@ -186,7 +189,7 @@ TEST(RandomOperations, EndExactlyOnceAndLeaveNothing) {
   std::thread([] {}).join();  // a sanitizer starts a thread of its own with the first one
   const int threads = entriesOf("/proc/self/task");
   const int files = entriesOf("/proc/self/fd");
-  RandomKits(static_cast<unsigned>(setting("TEMBRA_SEED", 1))).perform(setting("TEMBRA_OPERATIONS", 60));
+  RandomKits(static_cast<unsigned>(setting("TEMBRA_SEED", 1))).perform(setting("TEMBRA_OPERATIONS", kOperationsOfARun));
   expectEntries("/proc/self/task", threads);
   expectEntries("/proc/self/fd", files);
   router.signal(SIGTERM);
