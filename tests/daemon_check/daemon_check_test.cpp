@@ -120,6 +120,41 @@ std::string sickName(const testing::TestParamInfo<Sick>& info) {
 
 INSTANTIATE_TEST_SUITE_P(Faults, SickDaemon, testing::ValuesIn(sickDaemons()), sickName);
 
+struct Endless {
+  const char* name;
+  bool fromTheStart;  ///< else from the press
+  const char* finding;
+};
+
+void PrintTo(const Endless& endless, std::ostream* stream) { *stream << endless.name; }
+
+class EndlessDaemon : public testing::TestWithParam<Endless> {};
+
+// It says every 5 ms that it is still adding. Two seconds stand for the 900 of an exercise.
+TEST_P(EndlessDaemon, IsGivenUp) {
+  const Endless& endless = GetParam();
+  RunningSim sim;
+  kit::Program program({TEMBRA_DAEMON_CHECK_PROGRAM, "zigbee", "--speed", "450", "--press", "true"});
+  if (!endless.fromTheStart) program.waitFor("cancel: good");
+  const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (program.running() && std::chrono::steady_clock::now() < patience) {
+    sim.tell("answer zigbee 3");
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  ASSERT_FALSE(program.running()) << program.output();
+  const kit::Ended ended = program.end();
+  EXPECT_EQ(ended.status, 1) << ended.errors;
+  EXPECT_NE(ended.output.find(endless.finding), std::string::npos) << ended.output;
+}
+
+constexpr Endless kEndless[] = {
+    {"AfterACancel", true, "cancel: FAULT: no end: the daemon still speaks after 900 s"},
+    {"WhileItAdds", false, "add: FAULT: no end: the daemon still speaks after 900 s"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Daemons, EndlessDaemon, testing::ValuesIn(kEndless),
+                         [](const auto& info) { return std::string(info.param.name); });
+
 TEST(DaemonCheck, SaysThatTheLibraryIsThere) {
   const sim::test::Caller library;
   const kit::Ended ended = check("nest", "40", "");

@@ -35,7 +35,8 @@ class Examination {
 
   Clock::time_point after(Milliseconds time) const;
   Clock::time_point afterSilence(Milliseconds time) const;
-  /// The next datagram of the server itself, of the right length.
+  [[nodiscard]] bool isOver() const { return Clock::now() >= end_; }
+  /// The next datagram of the server itself, of the right length; none when the exercise is over.
   bool hear(Clock::time_point deadline, Datagram& datagram);
   void found(const std::string& fault);
 
@@ -43,6 +44,7 @@ class Examination {
   Manner manner_;
   LibrarySide side_;
   std::string exercise_;
+  Clock::time_point end_;  ///< of the exercise, whatever the daemon still says
   int faults_ = 0;
 };
 
