@@ -1,7 +1,7 @@
 #!/bin/bash
 # components.sh CMAKE BUILD WORK LIST: each component, installed alone below a DESTDIR, has the files of LIST, and
-# together the components are the whole. In LIST capitals stand for folders that differ between systems and for the
-# version, and "*" for all files of a folder.
+# together the components are the whole. The one for development is all that pkg-config asks for. In LIST capitals stand
+# for folders that differ between systems and for the version, and "*" for all files of a folder.
 set -euo pipefail
 cmake=$1
 build=$2
@@ -29,4 +29,12 @@ for component in $(cut -d' ' -f1 "$list" | sort -u); do
 done | LC_ALL=C sort >components.$$
 trap 'rm -f components.$$' EXIT
 diff -u "$list" components.$$
+
+installed_files --component development >/dev/null
+PKG_CONFIG_LIBDIR=$(dirname "$(find "$work" -name tembra-assoc.pc)")
+export PKG_CONFIG_LIBDIR
+for package in "$PKG_CONFIG_LIBDIR"/*.pc; do
+  pkg-config --exists --print-errors "$(basename "$package" .pc)"
+done
+
 installed_files | diff <(cut -d' ' -f2 "$list" | LC_ALL=C sort -u) -
