@@ -20,7 +20,7 @@ fail() {
 logged() {
   local log
   log=$(mktemp "$work/log-XXXXXX")
-  "$@" >"$log" 2>&1 || { cat "$log"; fail "$*"; }
+  "$@" >"$log" 2>&1 || { cat "$log" >&2; fail "$*"; }
 }
 
 # configure NAME TYPE COMPILER [OPTION...]
