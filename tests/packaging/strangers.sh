@@ -116,8 +116,9 @@ for name in here elsewhere/build; do
 done
 diff "$work/here.hashes" "$work/elsewhere.hashes" || fail "the folder is told by these files"
 
-# The binary interface is the stored one, and a field more in the object is found.
-tests/packaging/abi.sh "$work/here"
+# The binary interface is the stored one, and a field more in the object is found. Not every architecture has a stored one.
+tests/packaging/abi.sh "$work/here" | tee "$work/abi"
+if grep --quiet "^There is no description" "$work/abi"; then exit; fi
 sed --in-place 's/^ *int cancelTarget;/int inserted;\n&/' "$work/elsewhere/sources/include/tembra/association.h"
 logged cmake --build "$work/elsewhere/build" --target TembraAssoc
 if tests/packaging/abi.sh "$work/elsewhere/build" >"$work/log" 2>&1; then fail "a field more in the object is not found"; fi
