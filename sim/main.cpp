@@ -24,13 +24,16 @@ using namespace tembra::sim;
 constexpr int kRefused = 1;
 constexpr int kUsage = 2;
 
-// The installed data lies beside the program; a build folder has a link to its sources.
+// The installed data lies beside the program; a build folder has a link to its sources, or is their folder.
 std::filesystem::path defaultCatalogue() {
   std::error_code failure;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
   const std::filesystem::path tree = program.parent_path().parent_path();
   const std::filesystem::path installed = tree / TEMBRA_SIM_DATA_DIR / "catalogue";
-  return std::filesystem::is_directory(installed, failure) ? installed : tree / "source/sim/catalogue";
+  for (const std::filesystem::path& folder : {installed, tree / "source/sim/catalogue", tree / "sim/catalogue"}) {
+    if (std::filesystem::is_directory(folder, failure)) return folder;
+  }
+  return installed;
 }
 
 struct Arguments {

@@ -19,10 +19,18 @@ for program in tembra-assoc tembra-daemon-check tembra-sim tembra-isolate; do
 done
 "$bin/tembra-sim" devices | grep -q '^metering-plug '
 
+# Without its catalogue it names the place where the installed one belongs.
+bare=$(mktemp -d)
+trap 'rm -rf "$bare"' EXIT
+mkdir "$bare/bin"
+cp "$bin/tembra-sim" "$bare/bin"
+ln -s "$libraries/lib" "$bare/lib"
+"$bare/bin/tembra-sim" devices 2>&1 | grep -F "$bare/share/tembra/catalogue/zwave.json: cannot be read"
+
 # The stand-in for the router's settings command is in no PATH but the one of tembra-isolate, and last in this.
 test ! -e "$bin/nvram_get"
 folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
+trap 'rm -rf "$folder" "$bare"' EXIT
 echo MeshSlaveID=3 >"$folder/settings"
 printf '#!/bin/sh\necho 5\n' >"$folder/nvram_get"
 chmod +x "$folder/nvram_get"
