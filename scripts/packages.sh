@@ -10,9 +10,8 @@ demo_packages=(g++ cmake ninja-build pkgconf libqdbm-dev libcli11-dev libjsmn-de
 # What measuring takes: the same as building, the framework, and what draws the curves.
 bench_packages=("${demo_packages[@]}" libbenchmark-dev gnuplot-nox)
 
-# What testing takes: all that, the test framework, the second compiler, the oldest of the compilers and the other C++
-# library that library and kit are built with, the checkers, what counts instructions and compares binary interfaces,
-# another C library, and the languages that the front-end kit speaks.
+# What testing takes besides: the test framework, the second compiler, the oldest compiler and the other C++ library. Then
+# the checkers, what counts instructions and compares binary interfaces, another C library, and the kit's languages.
 # shellcheck disable=SC2034
 test_packages=("${bench_packages[@]}" libgtest-dev ccache clang libclang-rt-dev clang-format clang-tidy python3 valgrind
   g++-11 libc++-14-dev libc++abi-14-dev abigail-tools musl lua5.1 lua5.4 liblua5.1-0-dev liblua5.4-dev tshark)
