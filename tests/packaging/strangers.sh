@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# strangers.sh WORK: the library and the kit build for whoever packages them, by plain CMake: without a preset, of every
-# build type, by every compiler of the floor, without the parts that a router does not want, and with the same bytes from
-# any folder. Warnings are errors here, for the project's own eyes. Takes the project's folder as the current one.
+# strangers.sh WORK: the library and the kit build for whoever packages them, by plain CMake and without a preset. They
+# build in every build type, by every compiler of the floor, and without the parts that a router does not want. Their
+# bytes are the same from any folder. Warnings are errors here, for the project's own eyes. Takes the project's folder as
+# the current one.
 #
 # Each library is one unit: most of what compiling it takes is in the headers.
 set -euo pipefail
@@ -103,8 +104,8 @@ targets=$(cmake --build "$work/no-kit" --target help)
   fail "not what is built without the kit: $targets"
 
 # The same bytes from any folder, with all debug information.
-git ls-files -z --cached --others --exclude-standard | grep --null-data --invert-match '^tests/\|^fuzz/' |
-  xargs --null cp --parents --target-directory="$(mkdir -p "$work/elsewhere/sources" && echo "$work/elsewhere/sources")"
+mkdir -p "$work/elsewhere/sources"
+cp --recursive CMakeLists.txt cmake depot examples frontend include packaging platform src "$work/elsewhere/sources"
 build_elsewhere() {
   local source=$work/elsewhere/sources
   build elsewhere/build RelWithDebInfo g++
@@ -116,7 +117,7 @@ for name in here elsewhere/build; do
 done
 diff "$work/here.hashes" "$work/elsewhere.hashes" || fail "the folder is told by these files"
 
-# The binary interface is the stored one, and a field more in the object is found. Not every architecture has a stored one.
+# The binary interface is the stored one, and a field more in the object is found. Some architectures have none stored.
 tests/packaging/abi.sh "$work/here" | tee "$work/abi"
 if grep --quiet "^There is no description" "$work/abi"; then exit; fi
 sed --in-place 's/^ *int cancelTarget;/int inserted;\n&/' "$work/elsewhere/sources/include/tembra/association.h"
