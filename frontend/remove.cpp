@@ -19,9 +19,9 @@ tembra_device_event deviceOf(const LibraryEvent& heard) {
   return device;
 }
 
-// A Z-Wave radio that fails names no node.
+// A Z-Wave device that the radio does not know leaves as node 0; another node tells that the radio failed.
 End endOfUnknown(const LibraryEvent& heard) {
-  const bool failing = heard.event.source == SERVER_ZWAVE && (heard.node == NODE_NONE || heard.node == NODE_FAILED);
+  const bool failing = heard.event.source == SERVER_ZWAVE && heard.node == NODE_FAILED;
   return failing ? failed(TEMBRA_REASON_RADIO_FAILED, SERVER_ZWAVE) : failed(TEMBRA_REASON_NOT_IN_LIST);
 }
 

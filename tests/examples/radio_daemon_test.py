@@ -90,7 +90,7 @@ def serve_front_ends(daemon, plain):
         ("add", press("fail"), 1, "radio-failed", everything),
         ("add", interrupt, 130, None, everything),
         ("remove", press("plug"), 0, "none", strip | sleeper),
-        ("remove", press("lamp"), 1, "radio-failed", strip | sleeper),  # of a foreign network
+        ("remove", press("lamp"), 1, "not-in-list", strip | sleeper),  # of a foreign network
         ("remove", press("fail"), 1, "radio-failed", strip | sleeper),
     ]
     for command, then, status, reason, devices in story:
