@@ -56,8 +56,7 @@ constexpr Reason kReasons[] = {
      "Look at the folder of the watch socket and its rights."},
     {TEMBRA_REASON_NO_MEMORY, "no-memory", "This program is short of memory.", "End something else and try again."},
     {TEMBRA_REASON_NOBODY_PRESSED, "nobody-pressed", "No device answered in time.",
-     "Press the button of the device. A device that never answers may have to be excluded with its old controller "
-     "first."},
+     "Press the button of the device. To add a device that another controller knows, remove it first."},
     {TEMBRA_REASON_DEVICE_SILENT, "device-silent", "The device fell silent {phase}.",
      "Wake the device, keep it near the router and try again. It may be in the radio network already: remove it "
      "first."},
