@@ -92,7 +92,7 @@ class Wizard {
 
   // Until something happens, at most a second. @return a line of the user
   std::optional<std::string> wait() {
-    pollfd sources[] = {{STDIN_FILENO, POLLIN, 0}, {kit_.descriptor(), POLLIN, 0}};
+    pollfd sources[] = {{isThere_ ? STDIN_FILENO : -1, POLLIN, 0}, {kit_.descriptor(), POLLIN, 0}};
     const bool isQuiet = poll(sources, 2, 1000) <= 0;
     if (isQuiet && std::exchange(interrupted, 0) != 0) cancel();
     while (const auto event = kit_.next(std::chrono::milliseconds(0))) hear(*event);
@@ -103,7 +103,7 @@ class Wizard {
     return line;
   }
 
-  void cancel() { isThere_ = isThere_ && kit_.cancel() == tembra::Result::ok; }
+  void cancel() { isThere_ = kit_.cancel() == tembra::Result::ok && isThere_; }
 
   void hear(const tembra::Event& event) {
     if (const auto* found = event.as<tembra::Found>()) found_ = *found;
