@@ -1,6 +1,6 @@
 // A second process on the router: says who has the association connection, watches, and cancels.
 //
-//     struct tembra_holder holder = {sizeof holder};
+//     struct tembra_holder holder = {.size = sizeof holder};
 //     if (tembra_read_holder(TEMBRA_WATCH_PATH, 200, &holder) == 0) printf("%s adds a device\n", holder.program);
 //
 //     tembra_watch* watch = tembra_watch_open(TEMBRA_WATCH_PATH);

@@ -17,7 +17,8 @@ def main() -> int:
         for device in devices():
             name = "".join(character if character.isprintable() else "\N{REPLACEMENT CHARACTER}"
                            for character in device.name)
-            print(f"{device.id:<4} {device.type_name:<22} {_RADIOS[device.radio]:<7} {device.address:<6} {name}")
+            address = f"{device.address:#06x}" if _RADIOS[device.radio] == "ZigBee" else device.address
+            print(f"{device.id:<4} {device.type_name:<22} {_RADIOS[device.radio]:<7} {address:<7} {name}")
         sys.stdout.flush()
     except OSError as error:
         print(f"tembra: {error.strerror}", file=sys.stderr)
