@@ -71,6 +71,7 @@ void measureKit(const Effort& effort, Report& report) {
   Adds adds;
   std::vector<double> alone;
   const int rounds = std::min(effort.batches, 21);
+  alone.reserve(static_cast<std::size_t>(rounds));
   for (int i = 0; i < rounds; ++i) alone.push_back(startAlone(assoc));
   {
     tembra::Frontend kit;

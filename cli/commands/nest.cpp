@@ -23,7 +23,7 @@ std::string codeOf(const Context& context, const std::string& argument) {
         "every user of this machine can see the code on the command line; \"nest link -\" asks for it instead.");
     return argument;
   }
-  const std::string code = withoutBlanksAround(askSecret(context, "The account's authorisation code"));
+  std::string code = withoutBlanksAround(askSecret(context, "The account's authorisation code"));
   if (code.empty()) throw Failure(kUsage, "no code was given.");
   if (const std::string mistake = checkCode(code); !mistake.empty()) throw Failure(kUsage, mistake + ".");
   return code;

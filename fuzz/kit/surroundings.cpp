@@ -91,7 +91,8 @@ bool listens(ServerType server) { return current->listens(server); }
 Runner::Runner(Inbox& inbox) : inbox_(inbox) {}
 Runner::~Runner() = default;
 void Runner::run(std::function<void()> call) {
-  call();
+  const std::function<void()> taken = std::move(call);
+  taken();
   inbox_.callEnded();
 }
 

@@ -209,7 +209,7 @@ void writeKitOthers(const fs::path& folder) {
   KitStory(1).answer(1, tembra::sim::bareDevice(kAddress, 2)).finish(folder);
   KitStory(2).finish(folder);
   constexpr int answers[] = {0, 2, 6, 8, 9};  // of the operations on bridges, in their order
-  for (unsigned char i = 0; i < std::size(answers); ++i) {
+  for (std::size_t i = 0; i < std::size(answers); ++i) {
     KitStory(static_cast<unsigned char>(3 + i)).answer(2, hueAnswer(answers[i])).finish(folder);
   }
   for (unsigned char operation = 8; operation < 12; ++operation) {

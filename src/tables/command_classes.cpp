@@ -146,12 +146,14 @@ constexpr auto kRowOfSlot = [] {
   }
   return rows;
 }();
+constexpr bool hasItsSlot(const CommandClass& row) {
+  const CommandClass& found = kCommandClasses[kRowOfSlot[hash(row.name)]];
+  return (found.number == row.number) == isKnownByName(row);
+}
 constexpr bool everyNameHasItsSlot() {
-  for (const CommandClass& row : kCommandClasses) {
-    const CommandClass& found = kCommandClasses[kRowOfSlot[hash(row.name)]];
-    if ((found.number == row.number) != isKnownByName(row)) return false;
-  }
-  return true;
+  bool all = true;
+  for (const CommandClass& row : kCommandClasses) all = all && hasItsSlot(row);
+  return all;
 }
 static_assert(everyNameHasItsSlot(), "no two names share a slot");
 

@@ -117,7 +117,7 @@ void KitFrontEnd::cancel() {
   kit_.cancel();
 }
 
-void KitFrontEnd::hear(const Step& step, tembra::Event event) {
+void KitFrontEnd::hear(const Step& step, const tembra::Event& event) {
   story_.events.push_back({worldClock()->now(), event, kit_.stateJson()});
   if (event.as<tembra::Waiting>() != nullptr && step.goal == Goal::kCancel) cancel();
   if (const auto* found = event.as<tembra::Found>()) {

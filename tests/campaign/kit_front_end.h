@@ -44,7 +44,7 @@ class KitFrontEnd {
   void awaitLastCall() const;
   void expectSilence();
   void cancel();
-  void hear(const Step& step, tembra::Event event);
+  void hear(const Step& step, const tembra::Event& event);
 
   tembra::Frontend kit_;
   KitStory story_;

@@ -16,10 +16,11 @@ constexpr Time kLatest = 100 * kMillisecond;  // behind the library's own end
 
 template <typename Kind>
 const Kind* lastOf(const KitStory& story) {
-  for (auto each = story.events.rbegin(); each != story.events.rend(); ++each) {
-    if (const auto* kind = each->event.as<Kind>()) return kind;
+  const Kind* last = nullptr;
+  for (const auto& each : story.events) {
+    if (const auto* kind = each.event.template as<Kind>()) last = kind;
   }
-  return nullptr;
+  return last;
 }
 
 class KitVerdict {

@@ -32,10 +32,7 @@ constexpr char kNoZwaveMember[] =
     R"(has a member "clusters"; possible: node, basic, generic, specific, classes or commandClasses, values, label, )"
     "description, source, derived.";
 
-std::vector<Refusal> refusals() {
-  const Json node = {{"generic", 16}};
-  const Json pair = {6, 1};
-  const Json triple = {37, 0, 1};
+std::vector<Refusal> refusalsOfTexts() {
   return {
       {"", "is empty."},
       {" \r\n\t", "is empty."},
@@ -55,6 +52,13 @@ std::vector<Refusal> refusals() {
       {R"({"clusters": [], "\u001b[31mcolour": 1})",
        R"(has a member "?[31mcolour"; possible: manufacturer, model, zone_type or zoneType, clusters, endpoints, )"
        "ac_checks or acChecks, product_words or productWords, type, label, description, source, derived."},
+  };
+}
+
+std::vector<Refusal> refusalsOfNodes() {
+  const Json node = {{"generic", 16}};
+  const Json triple = {37, 0, 1};
+  return {
       {R"({"generic": 256})", "needs a number from 0 to 255 for generic."},
       {R"({"generic": -1})", "needs a number from 0 to 255 for generic."},
       {R"({"generic": 18446744073709551615})", "needs a number from 0 to 255 for generic."},
@@ -75,6 +79,16 @@ std::vector<Refusal> refusals() {
       {R"({"generic": 16, "values": [[37, 0, 256]]})", "needs a number from 0 to 255 for an instance in values."},
       {withMany(node, "classes", 53, 37), "has 53 classes, the record has room for 52."},
       {withMany(node, "values", 181, triple), "has 181 values, the record has room for 180."},
+      {R"({"generic": 16, "classes": ["Binary Painter"]})",
+       R"(names a class in classes "Binary Painter", which is not known.)"},
+      {R"({"generic": 16, "classes": [{"name": "Binary Switch"}]})",
+       "needs a number from 1 to 254 for a class in classes."},
+  };
+}
+
+std::vector<Refusal> refusalsOfZigbeeDevices() {
+  const Json pair = {6, 1};
+  return {
       {withMany({}, "clusters", 31, pair), "has 31 clusters, the record has room for 30."},
       {withManyEndpoints(), "has 31 clusters, the record has room for 30."},
       {R"({"clusters": [6]})", "has one of the clusters that is not [cluster, endpoint]."},
@@ -91,18 +105,14 @@ std::vector<Refusal> refusals() {
       {R"({"endpoints": {"256": {"clusters": []}}})", "needs a number from 0 to 255 for each of the endpoints."},
       {R"({"endpoints": 1})", "needs a list for endpoints."},
       {R"({"clusters": [["genPainting", 1]]})", R"(names a cluster "genPainting", which is not known.)"},
-      {R"({"generic": 16, "classes": ["Binary Painter"]})",
-       R"(names a class in classes "Binary Painter", which is not known.)"},
-      {R"({"generic": 16, "classes": [{"name": "Binary Switch"}]})",
-       "needs a number from 1 to 254 for a class in classes."},
       {R"({"clusters": [], "model": 3041})", "needs a text for model."},
       {R"({"clusters": [], "ac_checks": [1, 2]})", "needs 3 numbers for ac_checks."},
       {R"({"clusters": [], "product_words": [1, 65536]})", "needs a number from 0 to 65535 for product_words."},
   };
 }
 
-TEST(ClassifyInput, RefusesWhatDescribesNoDevice) {
-  for (const Refusal& refusal : refusals()) {
+void expectRefused(const std::vector<Refusal>& refusals) {
+  for (const Refusal& refusal : refusals) {
     SCOPED_TRACE(refusal.description.substr(0, 80));
     const Ended ended = classify(refusal.description);
     EXPECT_EQ(ended.status, 1);
@@ -110,6 +120,10 @@ TEST(ClassifyInput, RefusesWhatDescribesNoDevice) {
     EXPECT_EQ(ended.errors, "tembra-assoc: the device description " + std::string(refusal.sentence) + "\n");
   }
 }
+
+TEST(ClassifyInput, RefusesTextsThatDescribeNoDevice) { expectRefused(refusalsOfTexts()); }
+TEST(ClassifyInput, RefusesNodesThatNoRecordHolds) { expectRefused(refusalsOfNodes()); }
+TEST(ClassifyInput, RefusesZigbeeDevicesThatNoRecordHolds) { expectRefused(refusalsOfZigbeeDevices()); }
 
 TEST(ClassifyInput, TakesAsMuchAsTheRecordHolds) {
   EXPECT_EQ(classify(withMany({{"generic", 3}}, "classes", 52, 37)).status, 0);
