@@ -29,7 +29,7 @@ std::filesystem::path defaultCatalogue() {
   std::error_code failure;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
   const std::filesystem::path tree = program.parent_path().parent_path();
-  const std::filesystem::path installed = tree / TEMBRA_SIM_DATA_DIR / "catalogue";
+  std::filesystem::path installed = tree / TEMBRA_SIM_DATA_DIR / "catalogue";
   for (const std::filesystem::path& folder : {installed, tree / "source/sim/catalogue", tree / "sim/catalogue"}) {
     if (std::filesystem::is_directory(folder, failure)) return folder;
   }

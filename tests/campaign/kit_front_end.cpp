@@ -141,9 +141,9 @@ End KitFrontEnd::operate(const Step& step, const std::function<void(int code)>& 
   End end = End::kFailed;
   for (bool over = started != tembra::Result::ok; !over;) {
     if (hangUp.awaitBeside(kit_.descriptor())) cancel();
-    while (auto event = kit_.next(milliseconds(0))) {
+    while (const auto event = kit_.next(milliseconds(0))) {
       if (const auto* ended = event->as<tembra::Ended>()) end = endOf(ended->outcome), over = true;
-      hear(step, std::move(*event));
+      hear(step, *event);
     }
   }
   awaitLastCall();
