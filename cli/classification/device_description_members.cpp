@@ -27,6 +27,8 @@ std::optional<std::int64_t> numberIn(const nlohmann::json& value) {
 
 }  // namespace
 
+bool isDescribedNumber(const nlohmann::json& value) { return numberIn(value).has_value(); }
+
 void refuseDescription(const std::string& why) { throw Failure(kFailed, "the device description " + why + "."); }
 
 void refuseMember(const std::string& name, const std::string& possible) {

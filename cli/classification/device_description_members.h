@@ -27,6 +27,9 @@ struct DescriptionMember {
 [[noreturn]] void refuseDescription(const std::string& why);
 [[noreturn]] void refuseMember(const std::string& name, const std::string& possible);
 
+/// Whether it is a whole number, as such or as a text of hexadecimal digits.
+[[nodiscard]] bool isDescribedNumber(const nlohmann::json& value);
+
 /// A number in these bounds, as such or as a text of hexadecimal digits ("0x0B04").
 [[nodiscard]] int describedNumber(const nlohmann::json& value, const std::string& name, int least, int most);
 

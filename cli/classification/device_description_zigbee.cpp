@@ -148,13 +148,19 @@ std::string ourWordFor(const std::string& name) {
   return word == std::end(kOtherWords) ? name : word->ours;
 }
 
+// The "type" of another tool is the device's part in the network, such as "Router".
+bool hasPlaceInRecord(const std::string& name, const json& value) {
+  if (name == "type" && !isDescribedNumber(value)) return false;
+  return std::ranges::any_of(kZigbeeMembers, [&name](const auto& member) { return isNamed(member, name); });
+}
+
 // What other tools print of a device has many members that no record has room for.
 json inOurWords(const json& device, Remarks& remarks) {
   json ours;
   std::string passedOver;
   for (const auto& [theirs, value] : device.items()) {
     const std::string name = ourWordFor(theirs);
-    if (std::ranges::any_of(kZigbeeMembers, [&name](const auto& member) { return isNamed(member, name); })) {
+    if (hasPlaceInRecord(name, value)) {
       ours[name] = value;
     } else {
       passedOver += (passedOver.empty() ? "" : ", ") + name;

@@ -106,6 +106,8 @@ std::vector<Refusal> refusalsOfZigbeeDevices() {
       {R"({"endpoints": 1})", "needs a list for endpoints."},
       {R"({"clusters": [["genPainting", 1]]})", R"(names a cluster "genPainting", which is not known.)"},
       {R"({"clusters": [], "model": 3041})", "needs a text for model."},
+      {R"({"clusters": [], "type": "Router"})", "needs a number from 0 to 255 for type."},
+      {R"({"endpoints": {"1": {"clusters": []}}, "type": 256})", "needs a number from 0 to 255 for type."},
       {R"({"clusters": [], "ac_checks": [1, 2]})", "needs 3 numbers for ac_checks."},
       {R"({"clusters": [], "product_words": [1, 65536]})", "needs a number from 0 to 65535 for product_words."},
   };
@@ -158,9 +160,14 @@ TEST(ClassifyInput, ReadsWhatOtherToolsWrite) {
   }
 }
 
+// The print of another tool, and what of it no record has room for.
+const std::pair<const char*, const char*> kPassedOver[] = {
+    {R"({"endpoints": {"1": {"in_clusters": [6]}}, "nwk": "0x1234", "ieee": "00:01"})", "passed over: ieee, nwk"},
+    {R"({"type": "Router", "endpoints": {"1": {"clusters": {"input": ["genOnOff"]}}}})", "passed over: type"},
+};
+
 TEST(ClassifyInput, SaysWhatItPassesOverInThePrintOfAnotherTool) {
-  const Json answer = classifiedJson(R"({"endpoints": {"1": {"in_clusters": [6]}}, "nwk": "0x1234", "ieee": "00:01"})");
-  EXPECT_EQ(answer.at("why").at(0), "passed over: ieee, nwk");
+  for (const auto& [theirs, remark] : kPassedOver) EXPECT_EQ(classifiedJson(theirs).at("why").at(0), remark);
 }
 
 TEST(ClassifyInput, KnowsEveryNameOfACommandClass) {
