@@ -6,6 +6,7 @@
 
 #include "cli/classification/device_description_members.h"
 #include "cli/words/numbers.h"
+#include "cli/words/texts.h"
 #include "words/class_names.h"
 
 namespace tembra::cli {
@@ -15,6 +16,7 @@ using nlohmann::json;
 
 constexpr unsigned short kClustersEnd = 0xFFFF;
 constexpr int kLargestEndpoint = 255;
+constexpr std::size_t kLongestName = 40;  // of a cluster
 constexpr std::size_t kRoomForClusters = std::size(ZbDeviceInfo{}.clusters);
 
 unsigned short describedWord(const json& value, const std::string& name, int most = 0xFFFF) {
@@ -60,12 +62,24 @@ const json* offeredClusters(const json& endpoint) {
 
 using Clusters = std::vector<ZbClusterEntry>;
 
-// What else tools tell of an endpoint (its profile, what it asks of others) has no place in the record.
-void addEndpoint(const json& endpoint, unsigned short id, const std::string& name, Clusters& clusters) {
+// Other tools have names of their own, also for the clusters of makers.
+bool hasUnknownName(const json& cluster) {
+  return cluster.is_string() && !isDescribedNumber(cluster) && !words::clusterNumber(cluster.get<std::string>());
+}
+
+// What else tools tell of an endpoint (its profile, what it asks of others) has no place in the record. A cluster of
+// unknown name goes into `passedOver`; null: it is refused.
+void addEndpoint(const json& endpoint, unsigned short id, const std::string& name, Clusters& clusters,
+                 Remarks* passedOver) {
   const json* offered = endpoint.is_object() ? offeredClusters(endpoint) : nullptr;
   if (offered == nullptr) refuseDescription("has one of the " + name + " without its endpoint and clusters");
   for (const json& cluster : describedList(*offered, "clusters", kRoomForClusters)) {
-    clusters.push_back({describedCluster(cluster), id});
+    if (passedOver != nullptr && hasUnknownName(cluster)) {
+      const std::string place = " on endpoint " + std::to_string(id);
+      passedOver->push_back("passed over: cluster " + cutText(cluster.get<std::string>(), kLongestName) + place);
+    } else {
+      clusters.push_back({describedCluster(cluster), id});
+    }
   }
 }
 
@@ -75,13 +89,13 @@ Clusters clustersOfList(const json& value, const std::string& name) {
     if (!one.is_object() || !one.contains("endpoint")) {
       refuseDescription("has one of the " + name + " without its endpoint and clusters");
     }
-    addEndpoint(one, describedWord(one["endpoint"], "endpoint", kLargestEndpoint), name, clusters);
+    addEndpoint(one, describedWord(one["endpoint"], "endpoint", kLargestEndpoint), name, clusters, nullptr);
   }
   return clusters;
 }
 
 // {"1": {...}, "242": {...}}, in the order of the numbers.
-Clusters clustersOfObject(const json& value, const std::string& name) {
+Clusters clustersOfObject(const json& value, const std::string& name, Remarks& remarks) {
   std::map<unsigned short, const json*> endpoints;
   for (const auto& [key, endpoint] : value.items()) {
     const std::optional<int> id = parseNumber(key);
@@ -91,12 +105,12 @@ Clusters clustersOfObject(const json& value, const std::string& name) {
     endpoints.emplace(static_cast<unsigned short>(*id), &endpoint);
   }
   Clusters clusters;
-  for (const auto& [id, endpoint] : endpoints) addEndpoint(*endpoint, id, name, clusters);
+  for (const auto& [id, endpoint] : endpoints) addEndpoint(*endpoint, id, name, clusters, &remarks);
   return clusters;
 }
 
 void readEndpoints(const json& value, const std::string& name, ZbDeviceInfo& device, Remarks& remarks) {
-  const Clusters clusters = value.is_object() ? clustersOfObject(value, name) : clustersOfList(value, name);
+  const Clusters clusters = value.is_object() ? clustersOfObject(value, name, remarks) : clustersOfList(value, name);
   if (clusters.size() > kRoomForClusters) {
     refuseDescription("has " + std::to_string(clusters.size()) + " clusters, the record has room for " +
                       std::to_string(kRoomForClusters));

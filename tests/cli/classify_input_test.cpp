@@ -105,6 +105,8 @@ std::vector<Refusal> refusalsOfZigbeeDevices() {
       {R"({"endpoints": {"256": {"clusters": []}}})", "needs a number from 0 to 255 for each of the endpoints."},
       {R"({"endpoints": 1})", "needs a list for endpoints."},
       {R"({"clusters": [["genPainting", 1]]})", R"(names a cluster "genPainting", which is not known.)"},
+      {R"({"endpoints": [{"endpoint": 1, "clusters": ["lightLink"]}]})",
+       R"(names a cluster "lightLink", which is not known.)"},
       {R"({"clusters": [], "model": 3041})", "needs a text for model."},
       {R"({"clusters": [], "type": "Router"})", "needs a number from 0 to 255 for type."},
       {R"({"endpoints": {"1": {"clusters": []}}, "type": 256})", "needs a number from 0 to 255 for type."},
@@ -164,6 +166,8 @@ TEST(ClassifyInput, ReadsWhatOtherToolsWrite) {
 const std::pair<const char*, const char*> kPassedOver[] = {
     {R"({"endpoints": {"1": {"in_clusters": [6]}}, "nwk": "0x1234", "ieee": "00:01"})", "passed over: ieee, nwk"},
     {R"({"type": "Router", "endpoints": {"1": {"clusters": {"input": ["genOnOff"]}}}})", "passed over: type"},
+    {R"({"endpoints": {"11": {"clusters": {"input": ["genOnOff", "lightLink"]}}}})",
+     "passed over: cluster lightLink on endpoint 11"},
 };
 
 TEST(ClassifyInput, SaysWhatItPassesOverInThePrintOfAnotherTool) {
