@@ -102,6 +102,7 @@ Wishes askProgram(Dialogue& dialogue, const Found& found, const Wishes& proposal
 
 Wishes decide(Dialogue& dialogue, const Found& found, Wishes wanted) {
   if (dialogue.context().options.mayAskProgram() && wanted.type == 0) return askProgram(dialogue, found, wanted);
+  if (dialogue.context().options.mayAsk()) dropEarlyKeys();
   wanted.type = chooseType(dialogue, found, wanted);
   if (const std::string fault = faultIn(found, wanted); !fault.empty()) throw Failure(kFailed, fault);
   const bool isProposed = wanted.type == found.type;

@@ -106,6 +106,8 @@ void confirm(const Context& context, const std::string& consequence) {
   if (!isAgreed(context, consequence)) throw Failure(kFailed, "not confirmed, nothing was done.");
 }
 
+void dropEarlyKeys() { tcflush(STDIN_FILENO, TCIFLUSH); }
+
 std::optional<std::string> ask(Dialogue& dialogue, const std::string& question) {
   return readTyped(
       dialogue.context(), question, Shown::kTyped, [&dialogue] { return dialogue.secondsLeft(); },

@@ -15,6 +15,9 @@ namespace tembra::cli {
 /// is not yes, or when nobody can be asked.
 void confirm(const Context& context, const std::string& consequence);
 
+/// Drops the keys that were typed at the terminal before there was a question: they answer none.
+void dropEarlyKeys();
+
 /// The user's text at the terminal while the operation runs. Nothing when the user ends the input.
 [[nodiscard]] std::optional<std::string> ask(Dialogue& dialogue, const std::string& question);
 

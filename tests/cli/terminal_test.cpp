@@ -125,6 +125,23 @@ TEST(TerminalAdd, AsksForTheTypeUntilItGetsOne) {
   router.stop();
 }
 
+TEST(TerminalAdd, TakesNoKeysForAnAnswerThatWereTypedBeforeTheQuestion) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add"}));
+  terminal.waitFor("Press the button");
+  terminal.type("\r\r\r");
+  router.pressOnAdd("metering-plug");
+  terminal.waitFor("Number or name");
+  terminal.type("2\r");
+  terminal.waitFor("Name (");
+  terminal.type("Washer\r");
+  terminal.waitFor("Place (");
+  terminal.type("Bath\r");
+  terminal.waitFor("Added Washer (MultiSwitch, Bath).");
+  EXPECT_EQ(terminal.end(), 0);
+  router.stop();
+}
+
 TEST(TerminalAdd, TakesTheNumberOfAType) {
   SimRouter router;
   Terminal terminal(assocCommand({"add", "--name", "Washer", "--place", "Bath"}));
