@@ -72,9 +72,11 @@ nlohmann::ordered_json toJson(const Classification& result) {
   return json;
 }
 
-std::string typesText(const std::vector<DevType>& types) {
+std::string otherTypesText(const Classification& result) {
   std::string text;
-  for (const DevType type : types) text += (text.empty() ? "" : ", ") + typeName(type);
+  for (const DevType type : result.subTypes) {
+    if (type != result.type) text += (text.empty() ? "" : ", ") + typeName(type);
+  }
   return text.empty() ? "none" : text;
 }
 
@@ -92,7 +94,7 @@ std::string toText(const Classification& result) {
   text << result.radio << " device\n";
   if (result.classified) {
     text << "Type: " << typeName(result.type) << " (" << result.type << ")\nName: " << printable(result.name)
-         << "\nIndex table:" << slotsText(result) << "\nMay be chosen instead: " << typesText(result.subTypes) << "\n";
+         << "\nIndex table:" << slotsText(result) << "\nMay be chosen instead: " << otherTypesText(result) << "\n";
   } else {
     text << "Not classified: the add would fail.\n";
   }

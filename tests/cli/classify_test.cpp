@@ -207,6 +207,19 @@ TEST(Classify, KnowsEveryKindOfZwaveNode) {
   for (const Kind& kind : kZwaveKinds) expectKind(kind, "Z-Wave", "instance");
 }
 
+TEST(Classify, LeavesTheTypeItselfOutOfWhatMayBeChosenInstead) {
+  const std::pair<const char*, const char*> rows[] = {
+      {R"({"generic": 16, "specific": 1, "classes": [37, 50], "values": [[37, 0, 1]]})", "MultiSwitch"},
+      {R"({"clusters": [[1280, 7]], "zone_type": 0})", "StandardWarningDevice, KeyFob"},
+      {R"({"clusters": [[6, 1]]})", "none"},
+  };
+  for (const auto& [description, others] : rows) {
+    const std::string answer = classify(description).output;
+    const std::string line = "\nMay be chosen instead: " + std::string(others) + "\n";
+    EXPECT_NE(answer.find(line), std::string::npos) << answer;
+  }
+}
+
 TEST(Classify, SaysWhyADeviceIsNotClassified) {
   EXPECT_EQ(classifiedJson(R"({"clusters": [[6, 1], ["0x0B04", 1], [8, 1]]})"), Json::parse(R"({
       "radio": "ZigBee", "classified": false, "why": [
