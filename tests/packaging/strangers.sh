@@ -55,9 +55,9 @@ both() {
 installed() {
   local component
   for component in "${@:2}"; do
-    DESTDIR=$work/$1/root logged cmake --install "$work/$1" --component "$component"
+    DESTDIR=$work/$1/stage logged cmake --install "$work/$1" --component "$component"
   done
-  echo "$work/$1/root/usr"
+  echo "$work/$1/stage/usr"
 }
 
 # refuse_configuring TEXT OPTION...: these options do not go together, and the answer says so.
