@@ -96,7 +96,8 @@ struct tembra_device {
 TEMBRA_API long tembra_read_devices(struct tembra_device* devices, size_t deviceSize, size_t room);
 
 /// Whether the library could open the database to look a device up: it opens the file for writing, and deletes a file
-/// that it cannot open. This changes nothing, and waits only for another look of this process.
+/// that it cannot open. This changes nothing (but a file that somebody deletes meanwhile may be left, empty), and waits
+/// only for another look of this process.
 /// @return 0, also when there is no file; else the errno of the opening. EDEADLK: the Logger called it from a look-up.
 TEMBRA_API int tembra_check_database(void);
 
