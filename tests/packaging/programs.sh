@@ -6,7 +6,7 @@ version=$2
 bin=$1/bin
 libraries=$(cd "$1" && pwd -P)
 
-for program in tembra-assoc tembra-daemon-check tembra-sim tembra-isolate; do
+for program in tembra-assoc tembra-daemon-check tembra-platform-check tembra-sim tembra-isolate; do
   echo "$program"
   ldd "$bin/$program" | grep 'libTembra.*\.so' | while read -r _ _ library _; do
     case $(readlink -f "$library") in
