@@ -12,6 +12,7 @@
 #include <mutex>
 #include <new>
 
+#include "history.h"
 #include "names.h"
 #include "texts.h"
 #include "worker.h"
@@ -44,6 +45,14 @@ bool isMac(std::string_view text) {
   return true;
 }
 
+// What was refused is recorded here, and everything else by the inbox, before anything comes of it.
+int answer(const char* call, int error) {
+  if (error != 0) history().call(call, {}, error);
+  return error;
+}
+
+int answer(int operation, int error) { return answer(operationName(operation), error); }
+
 // No exception leaves a C function.
 template <typename Function>
 int orNoMemory(Function function) {
@@ -57,8 +66,8 @@ int orNoMemory(Function function) {
 int start(tembra_frontend* kit, Command command);
 
 int startForBridge(tembra_frontend* kit, int operation, const char* mac, const char* text, int seconds = 0) {
-  if (!isMac(viewOf(mac))) return EINVAL;
-  if (const int error = checkText(viewOf(text), kLongestHueText); error != 0) return error;
+  if (!isMac(viewOf(mac))) return answer(operation, EINVAL);
+  if (const int error = checkText(viewOf(text), kLongestHueText); error != 0) return answer(operation, error);
   return orNoMemory([&] { return start(kit, {operation, seconds, mac, std::string(viewOf(text))}); });
 }
 
@@ -83,7 +92,28 @@ namespace {
 
 int start(tembra_frontend* kit, Command command) {
   const std::lock_guard lock(kit->commands);
-  return kit->worker.inbox().start(std::move(command)) ? 0 : EBUSY;
+  const int operation = command.operation;
+  return answer(operation, kit->worker.inbox().start(std::move(command)) ? 0 : EBUSY);
+}
+
+int finish(tembra_frontend* kit, int type, const char* name, const char* place) {
+  Outbox& outbox = kit->worker.outbox();
+  const tembra_found found = outbox.state().found;
+  if (found.size == 0) return ESRCH;
+  if (type == DEVTYPE_UNKNOWN) type = found.type;
+  const int* end = found.choices + found.choice_count;
+  if (std::find(found.choices + 0, end, type) == end) return EINVAL;
+  // The proposed name is the library's own, and good whatever it is.
+  if (const int error = viewOf(name) == found.name ? 0 : checkText(viewOf(name), found.name_room); error != 0)
+    return error;
+  if (const int error = checkText(viewOf(place), found.place_room); error != 0) return error;
+  return orNoMemory([&] {
+    Choice choice{type, std::string(viewOf(name)), std::string(viewOf(place))};
+    const std::lock_guard lock(kit->commands);
+    if (!outbox.takeOffer()) return ESRCH;
+    kit->worker.inbox().choose(std::move(choice));
+    return 0;
+  });
 }
 
 tembra_frontend* make(const tembra_options& options) {
@@ -128,7 +158,7 @@ int tembra_frontend_add(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERAT
 int tembra_frontend_remove(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERATION_REMOVE, 0, {}, {}}); }
 
 int tembra_frontend_reset(tembra_frontend* kit, int what) {
-  if (what < reset_zigbee || what > reset_both_and_remove_all) return EINVAL;
+  if (what < reset_zigbee || what > reset_both_and_remove_all) return answer(TEMBRA_OPERATION_RESET, EINVAL);
   return start(kit, {TEMBRA_OPERATION_RESET, what, {}, {}});
 }
 
@@ -137,12 +167,12 @@ int tembra_frontend_hue_discover(tembra_frontend* kit) {
 }
 
 int tembra_frontend_hue_add_bridge(tembra_frontend* kit, const char* mac, int seconds) {
-  if (seconds < 1 || seconds > kLongestForLinkButton) return EINVAL;
+  if (seconds < 1 || seconds > kLongestForLinkButton) return answer(TEMBRA_OPERATION_HUE_ADD_BRIDGE, EINVAL);
   return startForBridge(kit, TEMBRA_OPERATION_HUE_ADD_BRIDGE, mac, nullptr, seconds);
 }
 
 int tembra_frontend_hue_add_bulb(tembra_frontend* kit, const char* mac, const char* bulb) {
-  if (viewOf(bulb).empty()) return EINVAL;
+  if (viewOf(bulb).empty()) return answer(TEMBRA_OPERATION_HUE_ADD_BULB, EINVAL);
   return startForBridge(kit, TEMBRA_OPERATION_HUE_ADD_BULB, mac, bulb);
 }
 
@@ -159,34 +189,18 @@ int tembra_frontend_hue_list(tembra_frontend* kit) { return start(kit, {TEMBRA_O
 int tembra_frontend_nest_status(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERATION_NEST_STATUS, 0, {}, {}}); }
 
 int tembra_frontend_nest_link(tembra_frontend* kit, const char* code) {
-  if (viewOf(code).empty()) return EINVAL;
-  if (const int error = checkText(code, kLongestCode); error != 0) return error;
+  const int error = viewOf(code).empty() ? EINVAL : checkText(code, kLongestCode);
+  if (error != 0) return answer(TEMBRA_OPERATION_NEST_LINK, error);
   return orNoMemory([&] { return start(kit, {TEMBRA_OPERATION_NEST_LINK, 0, code, {}}); });
 }
 
 int tembra_frontend_nest_unlink(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERATION_NEST_UNLINK, 0, {}, {}}); }
 
 int tembra_frontend_finish(tembra_frontend* kit, int type, const char* name, const char* place) {
-  Outbox& outbox = kit->worker.outbox();
-  const tembra_found found = outbox.state().found;
-  if (found.size == 0) return ESRCH;
-  if (type == DEVTYPE_UNKNOWN) type = found.type;
-  const int* end = found.choices + found.choice_count;
-  if (std::find(found.choices + 0, end, type) == end) return EINVAL;
-  // The proposed name is the library's own, and good whatever it is.
-  if (const int error = viewOf(name) == found.name ? 0 : checkText(viewOf(name), found.name_room); error != 0)
-    return error;
-  if (const int error = checkText(viewOf(place), found.place_room); error != 0) return error;
-  return orNoMemory([&] {
-    Choice choice{type, std::string(viewOf(name)), std::string(viewOf(place))};
-    const std::lock_guard lock(kit->commands);
-    if (!outbox.takeOffer()) return ESRCH;
-    kit->worker.inbox().choose(std::move(choice));
-    return 0;
-  });
+  return answer("finish", finish(kit, type, name, place));
 }
 
-int tembra_frontend_cancel(tembra_frontend* kit) { return kit->worker.inbox().cancel() ? 0 : ESRCH; }
+int tembra_frontend_cancel(tembra_frontend* kit) { return answer("cancel", kit->worker.inbox().cancel() ? 0 : ESRCH); }
 
 int tembra_frontend_descriptor(const tembra_frontend* kit) { return kit->worker.outbox().descriptor(); }
 
@@ -230,6 +244,10 @@ size_t tembra_frontend_state_json(tembra_frontend* kit, char* text, size_t size)
   }
   return json.size();
 }
+
+size_t tembra_frontend_history(char* text, size_t size) { return history().write(text, size); }
+
+void tembra_frontend_log(int level, const char* text) { history().line(level, viewOf(text)); }
 
 int tembra_frontend_version() { return TEMBRA_VERSION; }
 

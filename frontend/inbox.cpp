@@ -4,7 +4,25 @@
 
 #include <cstring>
 
+#include "history.h"
+#include "names.h"
+
 namespace tembra::frontend {
+namespace {
+
+// With the inbox locked, so that the call stands before what comes of it. An authorisation code is a secret.
+void record(const Command& command) {
+  const std::string what = command.what == 0 ? "" : std::to_string(command.what);
+  const bool isSecret = command.operation == TEMBRA_OPERATION_NEST_LINK;
+  const std::string_view target = isSecret ? std::string_view() : command.target;
+  history().call(operationName(command.operation), {target, command.text, what}, 0);
+}
+
+void record(const Choice& choice) {
+  history().call("finish", {std::to_string(choice.type), choice.name, choice.place}, 0);
+}
+
+}  // namespace
 
 // The callback does not hold the library's lock: a command of the kit may change the state meanwhile.
 std::unique_ptr<LibraryEvent> snapshot(const AssocEvent& event) {
@@ -30,6 +48,7 @@ bool Inbox::start(Command command) {
   events_.clear();
   choice_.reset();
   hasLostEvents_ = false;
+  record(command);
   command_ = std::move(command);
   changed_.notify_all();
   return true;
@@ -38,6 +57,7 @@ bool Inbox::start(Command command) {
 bool Inbox::cancel() {
   const std::lock_guard lock(mutex_);
   if (!busy_ || cancelled_) return false;
+  history().call("cancel", {}, 0);
   cancelled_ = true;
   changed_.notify_all();
   return true;
@@ -45,6 +65,7 @@ bool Inbox::cancel() {
 
 void Inbox::choose(Choice choice) {
   const std::lock_guard lock(mutex_);
+  record(choice);
   choice_ = std::move(choice);
   changed_.notify_all();
 }

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "history.h"
+
 namespace tembra::frontend {
 namespace {
 
@@ -80,6 +82,7 @@ std::string Outbox::add(tembra_event_kind kind, const Detail& detail) {
   event->detail = detail;
   event->json = eventJson(event->head, event->detail);
   std::string json = event->json;
+  history().event(json);
   events_.push_back(std::move(event));
   eventfd_write(descriptor_, 1);
   changed_.notify_all();

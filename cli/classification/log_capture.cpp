@@ -1,6 +1,7 @@
 #include "cli/classification/log_capture.h"
 
 #include <dlfcn.h>
+#include <tembra/frontend.h>
 #include <tembra/platform.h>
 
 #include <cstring>
@@ -19,8 +20,9 @@ void capture(const char* text) {
   capturing->emplace_back(std::strncmp(text, kPrefix, length) == 0 ? text + length : text);
 }
 
-// The router's own logger, behind ours.
+// The router's own logger, behind ours and the flight recorder.
 void logElsewhere(Logger* logger, int level, const char* text) {
+  tembra_frontend_log(level, text);
   using Log = void (*)(Logger*, int, const char*);
   static const Log log = reinterpret_cast<Log>(dlsym(RTLD_NEXT, "_ZN6Logger3LogEiPKc"));
   if (log != nullptr) log(logger, level, text);

@@ -275,6 +275,29 @@ static int list_devices(lua_State* lua) {
   return 1;
 }
 
+/* tembra.history(): what the process's kit did last, one JSON text an entry, the oldest first. */
+static int history(lua_State* lua) {
+  struct box* text = new_box(lua, BYTES);
+  text->content = malloc(TEMBRA_HISTORY_SIZE);
+  if (text->content == NULL) return fail(lua, ENOMEM);
+  tembra_frontend_history(text->content, TEMBRA_HISTORY_SIZE);
+  lua_newtable(lua);
+  const char* line = text->content;
+  int count = 0;
+  for (const char* end = strchr(line, '\n'); end != NULL; end = strchr(line, '\n')) {
+    lua_pushlstring(lua, line, (size_t)(end - line));
+    lua_rawseti(lua, -2, ++count);
+    line = end + 1;
+  }
+  return 1;
+}
+
+/* tembra.log(level, text): adds a line to the history; the level is 0 progress, 1 warning, 2 error, 3 detail. */
+static int log_line(lua_State* lua) {
+  tembra_frontend_log(int_at(lua, 1, 0), luaL_checkstring(lua, 2));
+  return 0;
+}
+
 static int type_name(lua_State* lua) {
   lua_pushstring(lua, tembra_type_name(int_at(lua, 1, 0)));
   return 1;
@@ -312,7 +335,8 @@ static const luaL_Reg kKitFunctions[] = {{"add", kit_add},
 static const luaL_Reg kEventFunctions[] = {{"__gc", free_event}, {NULL, NULL}};
 static const luaL_Reg kBytesFunctions[] = {{"__gc", free_bytes}, {NULL, NULL}};
 static const luaL_Reg kModuleFunctions[] = {
-    {"devices", list_devices}, {"new", new_kit}, {"type_name", type_name}, {"type_number", type_number}, {NULL, NULL}};
+    {"devices", list_devices}, {"history", history},         {"log", log_line}, {"new", new_kit},
+    {"type_name", type_name},  {"type_number", type_number}, {NULL, NULL}};
 
 /* Into the table on top of the stack; Lua 5.1 and 5.4 have different functions for it. */
 static void set_functions(lua_State* lua, const luaL_Reg* functions) {

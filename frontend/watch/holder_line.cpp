@@ -23,6 +23,12 @@ std::string errorLine(std::string_view what) {
   return json.begin("", '{').member("schema", kSchema).member("error", what).end('}').text();
 }
 
+std::string historyLine(unsigned long long last) {
+  JsonWriter json;
+  json.begin("", '{').member("schema", kSchema).member("history", static_cast<long long>(last));
+  return json.end('}').text();
+}
+
 bool readHolderLine(std::string_view line, HolderReport& report) {
   long long role = 0;
   const bool read = scanJson(line, {

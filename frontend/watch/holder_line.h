@@ -23,6 +23,9 @@ struct Holder {
 /// A line that only says what is wrong.
 [[nodiscard]] std::string errorLine(std::string_view what);
 
+/// The line behind the entries that the flight recorder has. @param last number of the last one
+[[nodiscard]] std::string historyLine(unsigned long long last);
+
 /// What a reader of the first line learns.
 struct HolderReport {
   Holder holder;

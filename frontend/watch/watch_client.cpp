@@ -118,9 +118,9 @@ int tembra_watch::checkLine() {
   return knowsHolder_ ? 0 : EPROTO;
 }
 
-int tembra_watch::cancel() const {
-  static constexpr char kLine[] = "cancel\n";
-  if (send(socket_.get(), kLine, sizeof kLine - 1, MSG_NOSIGNAL | MSG_DONTWAIT) == sizeof kLine - 1) return 0;
+int tembra_watch::say(std::string_view line) const {
+  const ssize_t sent = send(socket_.get(), line.data(), line.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+  if (sent == static_cast<ssize_t>(line.size())) return 0;
   return errno == EAGAIN ? EAGAIN : ECONNRESET;
 }
 
@@ -150,7 +150,9 @@ const char* tembra_watch_next(tembra_watch* watch, int milliseconds) {
   }
 }
 
-int tembra_watch_cancel(tembra_watch* watch) { return watch->cancel(); }
+int tembra_watch_cancel(tembra_watch* watch) { return watch->say("cancel\n"); }
+
+int tembra_watch_history(tembra_watch* watch) { return watch->say("history\n"); }
 
 void tembra_watch_close(tembra_watch* watch) { delete watch; }
 

@@ -5,6 +5,7 @@
 #include <tembra/watch.h>
 
 #include <string>
+#include <string_view>
 
 #include "holder_line.h"
 #include "platform/descriptor.h"
@@ -18,7 +19,7 @@ struct tembra_watch {
 
   /// Null with errno, as tembra_watch_next.
   [[nodiscard]] const char* next(int milliseconds);
-  [[nodiscard]] int cancel() const;
+  [[nodiscard]] int say(std::string_view line) const;  ///< 0 or an errno
 
  private:
   [[nodiscard]] bool takeLine();

@@ -15,6 +15,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "history.h"
 #include "watch_peer.h"
 
 namespace tembra::frontend {
@@ -106,6 +107,7 @@ void WatchServer::serve() {
   } catch (const std::exception&) {
     // No memory: nobody is served any more.
   }
+  history().clearAlarm(alarm_.get());
   listener_->stop();  // first, so that a watcher that hears the end finds nobody when it connects anew
   for (Watcher& each : watchers_) drop(each);
   count_ = 0;
@@ -148,6 +150,7 @@ bool WatchServer::takeUnsent(std::vector<Event>& events) {
 
 // An event that was published before the state was asked for may still be unsent. The new watcher has heard of it.
 void WatchServer::tell(Watcher& watcher, const std::vector<Event>& events) {
+  if (watcher.asksForHistory) return say(watcher, history().behind(watcher.lastEntry));
   std::string lines;
   for (const Event& each : events) {
     if (each.number > watcher.lastEvent) lines += each.line;
@@ -194,9 +197,20 @@ void WatchServer::listenTo(Watcher& watcher, bool isGone) {
 void WatchServer::obey(Watcher& watcher, std::string_view line) {
   if (line == "cancel") {
     host_.cancelAsked();
+  } else if (line == "history") {
+    tellHistory(watcher);
   } else {
     say(watcher, errorLine("unknown line") + '\n');
   }
+}
+
+// The alarm first, so that no entry in between is told late.
+void WatchServer::tellHistory(Watcher& watcher) {
+  history().setAlarm(alarm_.get());
+  watcher.asksForHistory = true;
+  watcher.lastEntry = 0;
+  say(watcher, history().behind(watcher.lastEntry));
+  say(watcher, historyLine(watcher.lastEntry) + '\n');
 }
 
 // A watcher that does not take all of it has stopped reading.

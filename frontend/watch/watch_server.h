@@ -72,6 +72,8 @@ class WatchServer {
     unsigned lastEvent = 0;  ///< that it has heard of
     WatcherLines lines{};
     bool isSilent = false;  ///< it closed its half of the connection, and may go on reading
+    bool asksForHistory = false;
+    unsigned long long lastEntry = 0;  ///< of the flight recorder, that it has heard of
   };
 
   void start();
@@ -83,6 +85,7 @@ class WatchServer {
   void listenTo(Watcher& watcher, bool isGone);
   void obey(Watcher& watcher, std::string_view line);
   void say(Watcher& watcher, std::string_view lines);
+  void tellHistory(Watcher& watcher);
   void refuse(Watcher& watcher, std::string_view why);
   void drop(Watcher& watcher);
 

@@ -8,6 +8,7 @@
 #include <tembra/version.h>
 #include <tembra/frontend.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <fstream>
@@ -79,6 +80,19 @@ TEST(CppFace, TellsTheState) {
   EXPECT_FALSE(state->found);
   EXPECT_EQ(kit.stateJson().back(), '}');
   EXPECT_EQ(kit.stateJson().find('\0'), std::string::npos);
+}
+
+TEST(CppFace, TellsWhatHappened) {
+  const std::size_t before = tembra::history().size();
+  tembra::log(1, "a line of the log\n");
+  Frontend kit;
+  ASSERT_EQ(kit.add(), Result::ok);
+  ASSERT_TRUE(kit.next(10s));
+  const std::string text = tembra::history().substr(before);
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3) << text;
+  EXPECT_NE(text.find(R"("log":"a line of the log","level":"warning"})"), std::string::npos) << text;
+  EXPECT_NE(text.find(R"("call":"add"})"), std::string::npos) << text;
+  EXPECT_NE(text.find(R"("event":{"schema":1,"event":"ended")"), std::string::npos) << text;
 }
 
 TEST(CppFace, CutsNoTextAtANul) {

@@ -32,22 +32,39 @@ class RandomWatcher {
   }
   [[nodiscard]] bool cancel() const { return watch_ && tembra_watch_cancel(watch_.get()) == 0; }
 
+  void askForHistory() {
+    if (watch_ && !asked_) asked_ = tembra_watch_history(watch_.get()) == 0;
+  }
+
   [[nodiscard]] int heard() const { return heard_; }
 
  private:
   void hear(const nlohmann::json& line) {
+    if (line.contains("entry")) return hearEntry(line);
     static const kit::JsonSchema events(TEMBRA_SCHEMAS "/tembra-event.schema.json");
     static const kit::JsonSchema first(TEMBRA_SCHEMAS "/tembra-watch.schema.json");
     const bool isEvent = line.contains("event");
     if (!isEvent && line.contains("error")) return;  // one watcher too many
     EXPECT_EQ((isEvent ? events : first).faultOf(line), "") << line;
+    if (line.contains("history")) return;
     const unsigned number = isEvent ? line.at("number") : line.at("state").at("last_event");
     EXPECT_TRUE(!isEvent || number == last_ + 1) << last_ << " before " << line;
     last_ = number;
     if (isEvent) ++heard_;
   }
 
+  void hearEntry(const nlohmann::json& line) {
+    static const kit::JsonSchema schema(TEMBRA_SCHEMAS "/tembra-history.schema.json");
+    EXPECT_EQ(schema.faultOf(line), "") << line;
+    const int number = line.at("entry");
+    EXPECT_TRUE(entry_ == 0 || number == entry_ + 1) << entry_ << " before " << line;
+    entry_ = number;
+    if (line.contains("event")) ++heard_;
+  }
+
   Watch watch_;
+  bool asked_ = false;
+  int entry_ = 0;  ///< of the flight recorder, once it was asked for
   unsigned last_ = 0;
   int heard_ = 0;
 };
@@ -67,6 +84,7 @@ class RandomWatchers {
     }
     RandomWatcher& one = all_[any()];
     if (what == 3) static_cast<void>(one.cancel());
+    if (what == 4) one.askForHistory();
     if (what < 14 && !one.read()) end(static_cast<std::size_t>(&one - all_.data()));
   }
 

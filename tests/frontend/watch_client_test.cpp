@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <tembra/watch.h>
 
+#include "history.h"
 #include "watch_kit.h"
 #include "watch_pointer.h"
 
@@ -95,6 +96,18 @@ TEST_F(WatchClient, WatchesAndCancels) {
   EXPECT_TRUE(comesTrue([this] { return host_.cancels == 1; }));
 }
 
+TEST_F(WatchClient, AsksForTheFlightRecorder) {
+  WatchServer server(place_.socket(), {}, host_);
+  const Watch watch(tembra_watch_open(place_.socket().c_str()));
+  EXPECT_NE(next(watch).find("\"holder\""), std::string::npos);
+  EXPECT_EQ(tembra_watch_history(watch.get()), 0);
+  std::string line = next(watch);
+  while (line.find("\"entry\"") != std::string::npos) line = next(watch);
+  EXPECT_EQ(line.find(R"({"schema":1,"history":)"), 0U) << line;
+  frontend::history().event("{}");
+  EXPECT_NE(next(watch).find(R"("event":{}})"), std::string::npos);
+}
+
 TEST_F(WatchClient, HearsTheEndOfTheHolder) {
   OtherProcess holder([this] {
     auto* const host = new Host;
@@ -107,6 +120,7 @@ TEST_F(WatchClient, HearsTheEndOfTheHolder) {
   EXPECT_EQ(next(watch), "ECONNRESET");
   EXPECT_EQ(next(watch), "ECONNRESET");
   EXPECT_EQ(tembra_watch_cancel(watch.get()), ECONNRESET);
+  EXPECT_EQ(tembra_watch_history(watch.get()), ECONNRESET);
 }
 
 TEST_F(WatchClient, NobodyIsThere) {

@@ -5,6 +5,7 @@
 #include <list>
 #include <vector>
 
+#include "history.h"
 #include "watch_kit.h"
 
 namespace tembra::test {
@@ -25,6 +26,16 @@ class WatchTest : public ::testing::Test {
     PlainWatcher& watcher = watchers_.emplace_back(place_.socket());
     EXPECT_EQ(watcher.hear().find(R"({"schema":1,"holder":{)"), 0U);
     return watcher;
+  }
+
+  /// The entries of the flight recorder that a watcher hears at once.
+  static std::vector<std::string> historyTo(PlainWatcher& watcher) {
+    watcher.say("history\n");
+    std::vector<std::string> lines;
+    while (lines.empty() || lines.back().find("\"entry\"") != std::string::npos) lines.push_back(watcher.hear());
+    EXPECT_EQ(lines.back().find(R"({"schema":1,"history":)"), 0U) << lines.back();
+    lines.pop_back();
+    return lines;
   }
 
   /// All that was said to the server has been dealt with.
@@ -53,6 +64,27 @@ TEST_F(WatchTest, TheStateComesFirstThenEachEvent) {
   server_.publish(1, R"({"event":"ended"})");
   EXPECT_EQ(watcher.hear(), R"({"event":"found"})");
   EXPECT_EQ(watcher.hear(), R"({"event":"ended"})");
+}
+
+TEST_F(WatchTest, TheFlightRecorderIsToldAndThenEachEntry) {
+  PlainWatcher& watcher = join();
+  PlainWatcher& other = join();
+  frontend::history().call("add", {}, 0);
+  EXPECT_NE(historyTo(watcher).back().find(R"("call":"add"})"), std::string::npos);
+  frontend::history().event(R"({"event":"ended"})");
+  server_.publish(1, R"({"event":"ended"})");
+  frontend::history().line(0, "closed");
+  EXPECT_NE(watcher.hear().find(R"("event":{"event":"ended"}})"), std::string::npos);
+  EXPECT_NE(watcher.hear().find(R"("log":"closed")"), std::string::npos);
+  EXPECT_EQ(other.hear(), R"({"event":"ended"})");
+  EXPECT_NE(historyTo(watcher).back().find(R"("log":"closed")"), std::string::npos);
+}
+
+TEST_F(WatchTest, AWatcherHearsAllOfAFullFlightRecorder) {
+  for (int i = 0; i < 5000; ++i) frontend::history().line(0, "one of many lines");
+  std::size_t bytes = 0;
+  for (const std::string& line : historyTo(join())) bytes += line.size() + 1;
+  EXPECT_GT(bytes, 65000U);
 }
 
 TEST_F(WatchTest, SixteenWatchAndTheNextHearsOnlyTheState) {

@@ -122,6 +122,16 @@ function tests.options_are_checked(kit)
   assert(tembra.new { role = 1, program = "test", keep_open = true }):close()
 end
 
+function tests.the_history_tells_what_happened(kit)
+  local before = #tembra.history()
+  tembra.log(2, "an error")
+  refused(SEARCH, kit:cancel())
+  local entries = tembra.history()
+  equal(#entries, before + 2)
+  assert(entries[before + 1]:find('"log":"an error","level":"error"', 1, true), entries[before + 1])
+  assert(entries[before + 2]:find('"call":"cancel","error":3', 1, true), entries[before + 2])
+end
+
 function tests.types_have_names()
   equal(tembra.type_name(1), "BinarySwitch")
   equal(tembra.type_number("Spoon"), 0)
@@ -138,5 +148,5 @@ for _, name in ipairs(names) do
   print((passed and "passed " or "FAILED ") .. name .. (passed and "" or ": " .. tostring(message)))
   if not passed then failures = failures + 1 end
 end
-assert(#names == 9)
+assert(#names == 10)
 os.exit(failures == 0 and 0 or 1)

@@ -94,6 +94,23 @@ class Blocking(WithRouter):
             self.assertTrue(kit.cancel())
             self.assertEqual(list(kit)[-1].reason, tembra.Reason.CANCELLED)
 
+    def test_the_history_tells_what_happened(self):
+        before = max((entry.number for entry in tembra.history()), default=0)
+        tembra.log("before it all", "warning")
+        with tembra.Frontend() as kit:
+            kit.nest_link("a secret code")
+            list(kit)
+            with self.assertRaises(tembra.Refused):
+                kit.hue_remove("no address")
+        entries = [entry for entry in tembra.history() if entry.number > before]
+        self.assertEqual([entry.number - before for entry in entries], list(range(1, len(entries) + 1)))
+        self.assertEqual((entries[0].log, entries[0].level), ("before it all", "warning"))
+        self.assertEqual((entries[1].call, entries[1].arguments, entries[1].error), ("nest-link", (), 0))
+        self.assertEqual((entries[-1].call, entries[-1].error), ("hue-remove", errno.EINVAL))
+        self.assertIsInstance(entries[-2].event, tembra.Ended)
+        self.assertTrue(abs(entries[-1].wall - time.time()) < 60)
+        self.assertFalse(any("a secret code" in entry.json for entry in entries))
+
     def test_a_cancelled_opening_leaves_no_connection_behind(self):
         for _ in range(150):  # the cancel has to meet the moment before the connection is there
             with tembra.Frontend() as kit:

@@ -172,6 +172,19 @@ inline std::optional<std::vector<Device>> devices() {
   return list;
 }
 
+// ---- The flight recorder ----
+
+/// What the process's kit did last: one JSON object a line, the oldest first, also after an operation failed. Needs no
+/// kit. <tembra/frontend.h> describes the lines.
+inline std::string history() {
+  std::string text(TEMBRA_HISTORY_SIZE, '\0');
+  text.resize(tembra_frontend_history(text.data(), text.size()));
+  return text;
+}
+
+/// Adds a line of the log to it. @param level as Logger::Log has it: 0 progress, 1 warning, 2 error, 3 detail
+inline void log(int level, const std::string& text) { tembra_frontend_log(level, text.c_str()); }
+
 /// "BinarySwitch" for 1; empty when there is no such type.
 inline std::string typeName(int type) {
   const char* name = tembra_type_name(type);

@@ -74,6 +74,12 @@ TEMBRA_API const char* tembra_watch_next(tembra_watch* watch, int milliseconds);
 /// @return 0 when the question was sent; ECONNRESET when the other process is gone; EAGAIN when it does not read
 TEMBRA_API int tembra_watch_cancel(tembra_watch* watch);
 
+/// Asks the other process for its flight recorder, see tembra_frontend_history. Its lines come from tembra_watch_next:
+/// first all that there are, then one `{"schema":1,"history":N}` with the number of the last entry, or 0. From then on
+/// each new entry comes as such a line, at once, instead of the plain events.
+/// @return 0 when the question was sent; ECONNRESET when the other process is gone; EAGAIN when it does not read
+TEMBRA_API int tembra_watch_history(tembra_watch* watch);
+
 TEMBRA_API void tembra_watch_close(tembra_watch* watch);  ///< null is allowed
 
 #ifdef __cplusplus

@@ -4,11 +4,12 @@ from .events import (Account, Added, Answered, Bridge, BridgeLinked, Bridges, Bu
                      Found, KnownDevice, LinkButton, Proposal, Reading, Removed, Removing, State, Step, Unknown,
                      Waiting, Warned, event_from_json, state_from_json)
 from .frontend import Frontend, Refused
+from .history import Entry, history, log
 from .numbers import Operation, Outcome, Phase, Radio, Reason, Reset
 
 __all__ = [
     "Account", "Added", "Answered", "Bridge", "BridgeLinked", "Bridges", "BulbAdded", "Device", "DeviceType", "Ended",
-    "Event", "Found", "Frontend", "KnownDevice", "LinkButton", "Operation", "Outcome", "Phase", "Proposal", "Radio",
+    "Entry", "Event", "Found", "Frontend", "KnownDevice", "LinkButton", "Operation", "Outcome", "Phase", "Proposal", "Radio",
     "Reading", "Reason", "Refused", "Removed", "Removing", "Reset", "State", "Step", "Unknown", "Waiting", "Warned",
-    "devices", "event_from_json", "state_from_json", "type_name", "type_number",
+    "devices", "event_from_json", "history", "log", "state_from_json", "type_name", "type_number",
 ]

@@ -1,6 +1,7 @@
 """The C face, as ctypes sees it."""
 import ctypes
 
+HISTORY_SIZE = 65536
 _NAME_SIZE = 361
 _TYPE_NAME_SIZE = 73
 
@@ -40,6 +41,8 @@ _FUNCTIONS = {
     "tembra_frontend_descriptor": (_INT, [_KIT]),
     "tembra_frontend_next": (_EVENT, [_KIT, _INT]),
     "tembra_frontend_state_json": (_SIZE, [_KIT, _TEXT, _SIZE]),
+    "tembra_frontend_history": (_SIZE, [_TEXT, _SIZE]),
+    "tembra_frontend_log": (None, [_INT, _TEXT]),
     "tembra_event_free": (None, [_EVENT]),
     "tembra_event_json": (_TEXT, [_EVENT]),
     "tembra_operation_name": (_TEXT, [_INT]),
