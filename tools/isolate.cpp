@@ -176,7 +176,8 @@ int main(int argc, char** argv) {
     return kNotPermitted;
   }
   offerSettingsCommand();
-  unsetenv("XDG_RUNTIME_DIR");  // it is shared with the world outside
+  unsetenv("XDG_RUNTIME_DIR");  // it is shared with the world outside, as is /run, where front ends meet
+  setenv("TEMBRA_WATCH_PATH", "/tmp/tembra/front-end", 0);
   execvp(*command, command);
   std::fprintf(stderr, "tembra-isolate: %s: %s\n", *command, std::strerror(errno));
   return kNotStarted;

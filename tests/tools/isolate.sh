@@ -37,6 +37,12 @@ expect 126 "No such file" /no/such/program
 expect 7 "" sh -c 'exit 7'
 expect 0 "--help" printf '%s\n' --help  # options behind the command are the command's
 
+# Front ends inside meet nobody outside.
+# shellcheck disable=SC2016 # expanded inside
+expect 0 "/tmp/tembra/front-end" sh -c 'echo "$TEMBRA_WATCH_PATH"'
+# shellcheck disable=SC2016 # expanded inside
+TEMBRA_WATCH_PATH=/tmp/another expect 0 "/tmp/another" sh -c 'echo "$TEMBRA_WATCH_PATH"'
+
 # The library's three minutes.
 started=$(date +%s%N)
 # shellcheck disable=SC2016 # expanded inside
