@@ -25,7 +25,7 @@ extern "C" {
 TEMBRA_API int tembra_settle(int milliseconds);
 
 /// The time until the wait for a datagram ends that is under way. If an operation runs, EVENT_TIMEOUT comes then,
-/// unless a datagram comes before.
+/// unless a datagram comes before. Linux may end a long wait late, by up to an eighth; then 0 comes for so long.
 /// @return milliseconds, 0 or more; -1 when no thread waits for a datagram: the connection is closed, or a datagram, an
 ///         event or a time-out is being handled.
 TEMBRA_API long long tembra_wait_left(void);
