@@ -11,10 +11,10 @@ demo_packages=(g++ cmake ninja-build pkgconf libqdbm-dev libcli11-dev libjsmn-de
 bench_packages=("${demo_packages[@]}" libbenchmark-dev gnuplot-nox)
 
 # What testing takes besides: the test framework, the second compiler, the oldest compiler and the other C++ library. Then
-# the checkers, what counts instructions and compares binary interfaces, another C library, and the kit's languages.
+# the checkers, the reader of manual pages, what counts instructions and compares binary interfaces, another C library, and the kit's languages.
 # shellcheck disable=SC2034
 test_packages=("${bench_packages[@]}" libgtest-dev ccache clang libclang-rt-dev clang-format clang-tidy python3 valgrind
-  g++-11 libc++-14-dev libc++abi-14-dev abigail-tools musl lua5.1 lua5.4 liblua5.1-0-dev liblua5.4-dev tshark)
+  man-db g++-11 libc++-14-dev libc++abi-14-dev abigail-tools musl lua5.1 lua5.4 liblua5.1-0-dev liblua5.4-dev tshark)
 
 # What building and testing for other CPUs takes besides: their compilers, the emulators, and what starts programs of 32 bits.
 # shellcheck disable=SC2034
