@@ -16,7 +16,7 @@ namespace tembra::cli {
 namespace {
 
 constexpr void (*kCommands[])(CLI::App&, Action&) = {
-    declareAdd,   declareRemove, declareCancel, declareReset,    declareDevices,
+    declareAdd,   declareRemove, declareCancel, declareReset,    declareDevices, declareDoctor,
     declareWatch, declareHue,    declareNest,   declareClassify, declareNames,
 };
 

@@ -22,6 +22,7 @@ void declareRemove(CLI::App& program, Action& action);
 void declareCancel(CLI::App& program, Action& action);
 void declareReset(CLI::App& program, Action& action);
 void declareDevices(CLI::App& program, Action& action);
+void declareDoctor(CLI::App& program, Action& action);
 void declareWatch(CLI::App& program, Action& action);
 void declareHue(CLI::App& program, Action& action);
 void declareNest(CLI::App& program, Action& action);

@@ -1,0 +1,59 @@
+// tembra-assoc doctor: what is wrong on this router, and what to do.
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "cli/commands/commands.h"
+#include "cli/display/json_line.h"
+#include "cli/display/terminal.h"
+#include "cli/doctor/checks.h"
+#include "cli/doctor/examination.h"
+#include "cli/failure.h"
+
+namespace tembra::cli {
+namespace {
+
+struct DoctorOptions {
+  std::string program;
+  std::vector<std::string> skipped;
+};
+
+void tellWhatIsWell(const std::vector<doctor::Examined>& all, bool isVerbose) {
+  const std::size_t count = doctor::countOf(all, doctor::Status::kWell);
+  if (!isVerbose) printText(doctor::counted(count, "check") + " found nothing wrong. --verbose lists them.");
+}
+
+void callDoctor(const Context& context, const DoctorOptions& asked) {
+  doctor::Router router(context, asked.program);
+  const std::vector<doctor::Examined> all = doctor::examine(router, asked.skipped);
+  const std::size_t findings = doctor::countOf(all, doctor::Status::kFinding);
+  if (context.options.json) {
+    for (const doctor::Examined& one : all) printLine(jsonEvent("check", doctor::examinedJson(one)));
+  } else {
+    const std::string text = doctor::examinationText(all, context.options.verbose);
+    if (!text.empty()) printText(text.substr(0, text.size() - 1));
+    tellWhatIsWell(all, context.options.verbose);
+  }
+  if (findings == 0) return;
+  throw Failure(kFailed, doctor::counted(findings, "check") + " found something wrong.", Failure::Told::kByEvent);
+}
+
+std::vector<std::string> checkIds() {
+  std::vector<std::string> ids;
+  for (const doctor::Check& check : doctor::allChecks()) ids.emplace_back(check.id);
+  return ids;
+}
+
+}  // namespace
+
+void declareDoctor(CLI::App& program, Action& action) {
+  CLI::App* command = program.add_subcommand("doctor", "say what is wrong on this router, and what to do");
+  auto options = std::make_shared<DoctorOptions>();
+  command->add_option("--skip", options->skipped, "checks to leave out, by their ids")
+      ->check(CLI::IsMember(checkIds()));
+  command->add_option("--program", options->program, "look also at a front end's program")->check(CLI::ExistingFile);
+  command->callback(
+      [&action, options] { action = [options](const Context& context) { callDoctor(context, *options); }; });
+}
+
+}  // namespace tembra::cli

@@ -1,0 +1,172 @@
+// What stands in the device database.
+#include <tembra/vocabulary.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <map>
+#include <tembra/frontend.hpp>
+
+#include "cli/doctor/checks.h"
+#include "cli/doctor/router.h"
+#include "cli/words/texts.h"
+#include "platform/printable.h"
+
+namespace tembra::cli::doctor {
+namespace {
+
+// As the library tells radios apart.
+bool isZigbee(const DeviceRecord& device) {
+  return device.radioKind != RADIO_ZWAVE && device.radioKind != RADIO_IP && device.zigbeeAddress != 0;
+}
+
+std::string deviceText(const StoredRecord& stored) {
+  return "device " + printable(stored.key) + " (" + printable(fieldText(stored.device.name)) + ")";
+}
+
+// A few of many are enough for a proof.
+std::string listed(const std::vector<std::string>& all) {
+  constexpr std::size_t kMost = 4;
+  std::string text;
+  for (std::size_t i = 0; i < std::min(all.size(), kMost); ++i) text += (i == 0 ? "" : ", ") + all[i];
+  return text + (all.size() > kMost ? " and " + std::to_string(all.size() - kMost) + " more." : ".");
+}
+
+bool isNumber(const std::string& text) {
+  return !text.empty() && text.size() <= 9 && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+// Where nothing could be read, or nothing that counts, another check says so.
+bool isReadable(Router& router) { return router.database().error == 0; }
+
+Verdict unread() { return well("There are no records to look at."); }
+
+std::string addressOf(const DeviceRecord& device) {
+  char text[32];
+  if (device.radioKind == RADIO_ZWAVE) {
+    std::snprintf(text, sizeof text, "Z-Wave node %u", device.zwaveNode & 0xFFU);  // which is all that is compared
+  } else {
+    std::snprintf(text, sizeof text, "ZigBee address 0x%04x", device.zigbeeAddress);
+  }
+  return text;
+}
+
+// Which value slot of a Hue device holds its bridge, and which its user.
+struct HueSlots {
+  const char* type;
+  const char* bridge;
+  const char* user;
+};
+constexpr HueSlots kHueSlots[] = {{"HueLamp", ".1", ".9"}, {"MultilevelSwitchOnOff", ".3", ".5"}};
+
+std::string lackOf(const Snapshot& database, const StoredRecord& stored) {
+  for (const HueSlots& slots : kHueSlots) {
+    if (stored.device.radioKind != RADIO_IP || fieldText(stored.device.typeName) != slots.type) continue;
+    for (const auto& [slot, what] : {std::pair{slots.bridge, "bridge"}, std::pair{slots.user, "user"}}) {
+      const auto value = database.values.find(std::to_string(stored.device.id) + slot);
+      if (value == database.values.end() || value->second.empty()) return deviceText(stored) + " has no " + what;
+    }
+  }
+  return "";
+}
+
+}  // namespace
+
+Verdict checkDatabaseDamage(Router& router) {
+  const Snapshot& database = router.database();
+  if (!isReadable(router)) return unread();
+  if (database.damage.empty()) {
+    return well("The device database is whole: " + counted(static_cast<std::size_t>(database.records), "record") +
+                ", " + counted(database.devices.size(), "device") + ".");
+  }
+  return finding("The device database is damaged.",
+                 "In " + router.databaseName() + " " + database.damage + "; " +
+                     counted(database.devices.size(), "device") + " can still be read.",
+                 "Copy it away. The library repairs it at its next use, and deletes it if that fails.");
+}
+
+Verdict checkDatabaseIds(Router& router) {
+  if (!isReadable(router)) return unread();
+  std::vector<std::string> wrong;
+  std::map<int, const StoredRecord*> seen;
+  for (const StoredRecord& stored : router.database().devices) {
+    const auto [other, isNew] = seen.emplace(stored.device.id, &stored);
+    if (!isNew)
+      wrong.push_back(deviceText(stored) + " and " + deviceText(*other->second) + " both say id " +
+                      std::to_string(stored.device.id));
+    if (isNew && stored.key != std::to_string(stored.device.id)) {
+      wrong.push_back(deviceText(stored) + " says id " + std::to_string(stored.device.id));
+    }
+  }
+  if (wrong.empty()) return well("Each device has an id of its own.");
+  return finding("Ids of devices are used twice or are wrong.", listed(wrong),
+                 "Remove these devices and add them again.");
+}
+
+Verdict checkDatabaseNextId(Router& router) {
+  const Snapshot& database = router.database();
+  if (!isReadable(router) || (database.devices.empty() && !database.nextId)) return unread();
+  const std::string next = printable(database.nextId.value_or(""));
+  const std::string advice = "Let the HA server count again: a new device would take the id of another.";
+  if (!database.nextId) return finding("The device database has no next id.", "there is no record NextDevid.", advice);
+  if (!isNumber(next)) return finding("The next id is no number.", "NextDevid is \"" + next + "\".", advice);
+  int largest = 0;
+  for (const StoredRecord& stored : database.devices) largest = std::max(largest, stored.device.id);
+  if (std::stoi(next) > largest) return well("The next id is " + next + ".");
+  return finding("The next id is not behind the largest.",
+                 "NextDevid is " + next + ", and there is a device " + std::to_string(largest) + ".", advice);
+}
+
+Verdict checkDatabaseRadios(Router& router) {
+  if (!isReadable(router)) return unread();
+  std::vector<std::string> wrong;
+  for (const StoredRecord& stored : router.database().devices) {
+    const DeviceRecord& device = stored.device;
+    const bool isNode = device.radioKind == RADIO_ZWAVE && (device.zwaveNode & 0xFFU) != 0;
+    if (isNode || device.radioKind == RADIO_IP || isZigbee(device)) continue;
+    wrong.push_back(deviceText(stored) + " has radio kind " + std::to_string(device.radioKind) + " and no address");
+  }
+  if (wrong.empty()) return well("The radio of each device is known.");
+  return finding("Devices have no radio that the library knows, so they cannot be removed at their button.",
+                 listed(wrong), "Remove them in the HA server and add them again.");
+}
+
+Verdict checkDatabaseAddresses(Router& router) {
+  if (!isReadable(router)) return unread();
+  std::vector<std::string> wrong;
+  std::map<std::string, const StoredRecord*> seen;
+  for (const StoredRecord& stored : router.database().devices) {
+    if (stored.device.radioKind != RADIO_ZWAVE && !isZigbee(stored.device)) continue;
+    const auto [other, isNew] = seen.emplace(addressOf(stored.device), &stored);
+    if (!isNew) wrong.push_back(other->first + " is " + deviceText(*other->second) + " and " + deviceText(stored));
+  }
+  if (wrong.empty()) return well("Each device has a radio address of its own.");
+  return finding("Devices share a radio address, and the library takes the last of them.", listed(wrong),
+                 "Remove the ones that are gone from the HA server's list.");
+}
+
+Verdict checkDatabaseTypes(Router& router) {
+  if (!isReadable(router)) return unread();
+  std::vector<std::string> wrong;
+  for (const StoredRecord& stored : router.database().devices) {
+    const std::string type = fieldText(stored.device.typeName);
+    if (tembra_type_number(type.c_str()) != DEVTYPE_UNKNOWN || type == "UnknownDevice") continue;
+    wrong.push_back(deviceText(stored) + " is a \"" + printable(type) + "\"");
+  }
+  if (wrong.empty()) return well("The type of each device is known.");
+  return finding("Devices have types that this router's device-type library does not know.", listed(wrong),
+                 "Bring HA server and device-type library to the same version.");
+}
+
+Verdict checkHueUsers(Router& router) {
+  if (!isReadable(router)) return unread();
+  std::vector<std::string> wrong;
+  for (const StoredRecord& stored : router.database().devices) {
+    if (std::string lack = lackOf(router.database(), stored); !lack.empty()) wrong.push_back(std::move(lack));
+  }
+  if (wrong.empty()) return well("Each Hue device has its bridge and user.");
+  return finding("Hue devices lack their bridge or its user, so the bridge list is wrong.", listed(wrong),
+                 "Remove the bridge and add it again: tembra-assoc hue remove MAC, hue add MAC.");
+}
+
+}  // namespace tembra::cli::doctor

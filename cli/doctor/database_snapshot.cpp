@@ -1,0 +1,146 @@
+#include "cli/doctor/database_snapshot.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+
+#include "cli/words/texts.h"
+#include "depot/keys.h"
+#include "depot/open_file.h"
+#include "depot/ownership.h"
+#include "depot/walk.h"
+
+namespace tembra::cli::doctor {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kLongestWait = 1s;
+constexpr auto kBetweenTries = 20ms;
+constexpr std::size_t kLongestValue = 512;  // of what the library reads
+
+std::optional<FileLock> lockOfOthers(int descriptor) {
+  struct flock lock = {};
+  lock.l_type = F_RDLCK;
+  lock.l_whence = SEEK_SET;
+  if (fcntl(descriptor, F_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return std::nullopt;
+  return FileLock{lock.l_pid, lock.l_type == F_WRLCK};
+}
+
+// The lock that the Depot library takes to read. It is gone when the file is closed.
+int lockToRead(int descriptor) {
+  struct flock lock = {};
+  lock.l_type = F_RDLCK;
+  lock.l_whence = SEEK_SET;
+  return fcntl(descriptor, F_SETLK, &lock) == 0 ? 0 : errno;
+}
+
+int lockInTime(const Context& context, int descriptor, std::optional<FileLock>& others) {
+  const auto until = std::chrono::steady_clock::now() + kLongestWait;
+  while (true) {
+    const int error = lockToRead(descriptor);
+    if (error != EAGAIN && error != EACCES) return error;
+    others = lockOfOthers(descriptor);
+    if (std::chrono::steady_clock::now() >= until) return EAGAIN;
+    context.attention.pause(kBetweenTries);
+  }
+}
+
+std::string bytesText(long long count) { return std::to_string(count) + " bytes"; }
+
+std::string faultOfHeader(const depot::File& file, const depot::Header& header) {
+  static constexpr char kMark[] = "[depot]\n\f";
+  if (std::memcmp(header.magic, kMark, sizeof kMark) != 0) return "it does not begin as a device database does";
+  if (header.buckets > 0 && header.firstRecord() <= file.size()) return "";
+  return "its header claims " + std::to_string(header.buckets) + " buckets in " + bytesText(file.size());
+}
+
+std::string faultOfSize(const depot::File& file, const depot::Header& header) {
+  if (header.fileSize == file.size()) return "";
+  return "its header says " + bytesText(header.fileSize) + ", and the file has " + std::to_string(file.size());
+}
+
+class Reader {
+ public:
+  Reader(depot::File& file, Snapshot& snapshot) : file_(file), snapshot_(snapshot) {}
+
+  void read() {
+    depot::Header header{};
+    if (!file_.read(0, header)) return complain("it ends within its header");
+    complain(faultOfHeader(file_, header));
+    if (!snapshot_.damage.empty()) return;
+    complain(faultOfSize(file_, header));
+    long long end = header.firstRecord();
+    depot::forEachRecord(file_, header, [&](long long offset, const depot::Record& record) {
+      end = offset + record.end();
+      if (!record.isDeleted()) take(offset, record);
+      return true;
+    });
+    if (!depot::walk(file_, header).isInOrder) complain("the links of its records are not in order");
+    if (end != file_.size())
+      complain("its records end at byte " + std::to_string(end) + " of " + std::to_string(file_.size()));
+  }
+
+ private:
+  // The first that is wrong is what the rest follows from.
+  void complain(const std::string& fault) {
+    if (snapshot_.damage.empty()) snapshot_.damage = fault;
+  }
+
+  void take(long long offset, const depot::Record& record) {
+    ++snapshot_.records;
+    std::string key(std::min<std::size_t>(static_cast<std::size_t>(record.keySize), kLongestValue), '\0');
+    std::string value(std::min<std::size_t>(static_cast<std::size_t>(record.valueSize), kLongestValue), '\0');
+    if (!file_.read(offset + static_cast<long long>(sizeof record), key.data(), key.size()) ||
+        !file_.read(offset + record.keyEnd(), value.data(), value.size())) {
+      return complain("a record is cut off");
+    }
+    store(key, value);
+  }
+
+  void store(const std::string& key, const std::string& value) {
+    if (key == depot::kNextIdKey) {
+      snapshot_.nextId = value.substr(0, value.find('\0'));
+    } else if (depot::isDeviceKey(key)) {
+      StoredRecord& stored = snapshot_.devices.emplace_back(StoredRecord{key, {}});
+      std::memcpy(&stored.device, value.data(), std::min(value.size(), sizeof stored.device));
+    } else if (key != depot::kVersionKey) {
+      IndexRecord record{};
+      std::memcpy(&record, value.data(), std::min(value.size(), sizeof record));
+      snapshot_.values[key] = fieldText(record.value);
+    }
+  }
+
+  depot::File& file_;
+  Snapshot& snapshot_;
+};
+
+int whyNoFile(int descriptor) {
+  struct stat status = {};
+  if (fstat(descriptor, &status) != 0) return errno;
+  if (S_ISREG(status.st_mode)) return 0;
+  return S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+}
+
+}  // namespace
+
+Snapshot readSnapshot(const Context& context, const char* path) {
+  Snapshot snapshot;
+  if (depot::isForeignLink(path)) {
+    snapshot.error = ELOOP;
+    return snapshot;
+  }
+  const depot::OpenFile open(path, O_RDONLY);
+  snapshot.error = open.isOpen() ? whyNoFile(open.descriptor()) : errno;
+  if (snapshot.error == 0) snapshot.error = lockInTime(context, open.descriptor(), snapshot.lock);
+  if (snapshot.error != 0) return snapshot;
+  depot::File file(open.descriptor());
+  snapshot.size = file.size();
+  if (snapshot.size > 0) Reader(file, snapshot).read();
+  return snapshot;
+}
+
+}  // namespace tembra::cli::doctor

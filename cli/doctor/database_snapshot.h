@@ -1,0 +1,44 @@
+// The device database as it stands in its file, read without the Depot library and without changing anything.
+#ifndef TEMBRA_CLI_DOCTOR_DATABASE_SNAPSHOT_H
+#define TEMBRA_CLI_DOCTOR_DATABASE_SNAPSHOT_H
+
+#include <sys/types.h>
+#include <tembra/records.h>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/context.h"
+
+namespace tembra::cli::doctor {
+
+/// Another process's lock on the file.
+struct FileLock {
+  pid_t process = 0;  ///< 0 and less: the kernel does not name it
+  bool isWriters = false;
+};
+
+struct StoredRecord {
+  std::string key;
+  DeviceRecord device{};  ///< zero behind the end of what is stored
+};
+
+struct Snapshot {
+  int error = 0;                 ///< why nothing was read; EAGAIN: the file stays locked
+  std::optional<FileLock> lock;  ///< that kept the reader off
+  long long size = 0;
+  int records = 0;
+  std::string damage;  ///< what the library's own check finds, "its header is cut off"; empty: nothing
+  std::vector<StoredRecord> devices;
+  std::map<std::string, std::string> values;  ///< "12.9": the text of that value slot
+  std::optional<std::string> nextId;
+};
+
+/// Waits at most a second for a writer. Throws Interrupted.
+[[nodiscard]] Snapshot readSnapshot(const Context& context, const char* path);
+
+}  // namespace tembra::cli::doctor
+
+#endif

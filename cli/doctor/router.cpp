@@ -1,0 +1,63 @@
+#include "cli/doctor/router.h"
+
+#include <tembra/endpoints.h>
+#include <tembra/globals.h>
+
+#include <cstdlib>
+
+namespace tembra::cli::doctor {
+
+std::string Router::databaseName() const {
+  return context_.options.database.empty() ? DBName : context_.options.database;
+}
+
+const UdpTable& Router::udp() {
+  if (!udp_) udp_ = readUdpTable();
+  return *udp_;
+}
+
+const Holder& Router::holder() {
+  constexpr int kMilliseconds = 500;
+  if (!holder_) {
+    holder_.emplace();
+    holder_->told.size = sizeof holder_->told;
+    holder_->error = tembra_read_holder(context_.options.watchPath.c_str(), kMilliseconds, &holder_->told);
+  }
+  return *holder_;
+}
+
+const Snapshot& Router::database() {
+  if (!database_) database_ = readSnapshot(context_, DBName);
+  return *database_;
+}
+
+std::set<uid_t> Router::databaseUsers() {
+  std::set<uid_t> users;
+  for (char* const address : {ha_assoc_adr, assoc_adr}) {
+    for (const UdpSocket& socket : udp().at(endpoint(address))) users.insert(socket.user);
+  }
+  return users;
+}
+
+sockaddr_in endpoint(char* text) {
+  sockaddr_in address{};
+  int length = sizeof address;
+  char protocol[] = "udp";
+  mkaddr(&address, &length, text, protocol);
+  return address;
+}
+
+std::string momentText(std::time_t moment) {
+  constexpr std::time_t kDay = 24 * 60 * 60;
+  const bool isRecent = std::llabs(static_cast<long long>(std::time(nullptr)) - moment) < kDay;
+  char text[32] = {};
+  std::tm local{};
+  std::strftime(text, sizeof text, isRecent ? "%H:%M:%S" : "%Y-%m-%d %H:%M:%S", localtime_r(&moment, &local));
+  return text;
+}
+
+std::string counted(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+}  // namespace tembra::cli::doctor

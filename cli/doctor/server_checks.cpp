@@ -1,0 +1,86 @@
+// Which daemons listen, and whether they read.
+#include <tembra/endpoints.h>
+#include <tembra/vocabulary.h>
+
+#include <tembra/frontend.hpp>
+
+#include "cli/doctor/checks.h"
+#include "cli/doctor/router.h"
+
+namespace tembra::cli::doctor {
+namespace {
+
+constexpr std::chrono::milliseconds kToRead{300};
+
+struct Daemon {
+  ServerType server;
+  const char* name;
+  char* address;
+  const char* loss;  ///< without it
+};
+
+std::string listeners(const std::vector<UdpSocket>& sockets) {
+  std::string text;
+  for (const UdpSocket& socket : sockets) {
+    const std::vector<Process> processes = processesWithSocket(socket.inode);
+    const std::string who = processes.empty() ? "a process of user " + userName(socket.user) : describe(processes);
+    text += (text.empty() ? "" : "; ") + who;
+  }
+  return text;
+}
+
+unsigned long unreadAt(const std::vector<UdpSocket>& sockets) {
+  unsigned long unread = 0;
+  for (const UdpSocket& socket : sockets) unread += socket.unread;
+  return unread;
+}
+
+// What waited before and still waits: a daemon that works has read it meanwhile.
+unsigned long staysUnread(Router& router, const Daemon& daemon, const std::vector<UdpSocket>& sockets) {
+  if (unreadAt(sockets) == 0) return 0;
+  router.context().attention.pause(kToRead);
+  return unreadAt(readUdpTable().at(endpoint(daemon.address)));
+}
+
+Verdict checkDaemon(Router& router, const Daemon& daemon) {
+  const std::string name = std::string("The ") + daemon.name + " server";
+  if (tembra_server_listens(daemon.server) == 0) {
+    return finding(name + " does not run.", std::string("nobody listens at ") + daemon.address + ".",
+                   std::string("Start it. Without it ") + daemon.loss + ".");
+  }
+  if (!router.udp().isTold)
+    return note("The kernel does not tell whether the " + std::string(daemon.name) + " server runs.");
+  const std::vector<UdpSocket> sockets = router.udp().at(endpoint(daemon.address));
+  const std::string who = listeners(sockets);
+  if (sockets.size() > 1) {
+    return finding("Two programs listen in the " + std::string(daemon.name) + " server's place.",
+                   std::string(daemon.address) + ": " + who + ".",
+                   "End the one that is not the server. Neither may set SO_REUSEADDR or SO_REUSEPORT.");
+  }
+  if (const unsigned long unread = staysUnread(router, daemon, sockets); unread > 0) {
+    return finding(name + " does not read what it is sent.",
+                   std::to_string(unread) + " bytes wait at " + daemon.address + " for " + who + ".",
+                   "Start it again: it hangs or was stopped.");
+  }
+  return well(name + " runs: " + who + ".");
+}
+
+}  // namespace
+
+Verdict checkHaServer(Router& router) {
+  return checkDaemon(router, {SERVER_HA, "HA", ha_assoc_adr, "no device is stored or dropped"});
+}
+Verdict checkZwaveServer(Router& router) {
+  return checkDaemon(router, {SERVER_ZWAVE, "Z-Wave", ozw_adr, "no Z-Wave device can be added or removed"});
+}
+Verdict checkZigbeeServer(Router& router) {
+  return checkDaemon(router, {SERVER_ZIGBEE, "ZigBee", zigbee_adr, "no ZigBee device can be added or removed"});
+}
+Verdict checkHueServer(Router& router) {
+  return checkDaemon(router, {SERVER_HUE, "Hue", hue_server_adr, "no Hue bridge can be found or added"});
+}
+Verdict checkNestServer(Router& router) {
+  return checkDaemon(router, {SERVER_NEST, "Nest", nest_server_adr, "no Nest account can be linked"});
+}
+
+}  // namespace tembra::cli::doctor

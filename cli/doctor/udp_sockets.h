@@ -1,0 +1,38 @@
+// The UDP sockets of this network, as the kernel lists them.
+#ifndef TEMBRA_CLI_DOCTOR_UDP_SOCKETS_H
+#define TEMBRA_CLI_DOCTOR_UDP_SOCKETS_H
+
+#include <netinet/in.h>
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace tembra::cli::doctor {
+
+struct UdpSocket {
+  bool isAnyAddress = false;
+  in_addr address{};
+  unsigned port = 0;
+  uid_t user = 0;
+  unsigned long inode = 0;   ///< of "socket:[12345]"
+  unsigned long unread = 0;  ///< bytes that wait for their reader
+  unsigned long drops = 0;   ///< datagrams for which there was no room
+};
+
+struct UdpTable {
+  bool isTold = false;  ///< the kernel has such a table
+  std::vector<UdpSocket> sockets;
+
+  /// Those that get what is sent there: at this address, or at every address.
+  [[nodiscard]] std::vector<UdpSocket> at(const sockaddr_in& address) const;
+};
+
+[[nodiscard]] UdpTable readUdpTable();
+
+/// "127.255.255.4:8888"
+[[nodiscard]] std::string addressText(const sockaddr_in& address);
+
+}  // namespace tembra::cli::doctor
+
+#endif

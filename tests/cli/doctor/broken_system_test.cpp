@@ -1,0 +1,77 @@
+// Routers whose settings, platform libraries or versions are broken.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "doctor/broken_router.h"
+#include "support/files.h"
+
+namespace tembra::test {
+namespace {
+
+Kept wordAsMeshId() {
+  writeFile("/tmp/words", "MeshSlaveID=three\n");
+  return nullptr;
+}
+
+Kept hangingCommand() {
+  std::filesystem::create_directory("/tmp/hanging");
+  writeFile("/tmp/hanging/nvram_get", "#!/bin/sh\nsleep 60\n");
+  EXPECT_EQ(chmod("/tmp/hanging/nvram_get", 0755), 0);
+  return nullptr;
+}
+
+const kit::Settings kForeignLibrary = {{"LD_PRELOAD", TEMBRA_FOREIGN_LIBRARY}};
+
+const BrokenRouter kBrokenSystems[] = {
+    {"NoCommand", nothing, {"nvram"}, "nvram_get 2860 MeshSlaveID: not found.", {}, {{"PATH", "/bin:/usr/bin"}}},
+    {"NoMeshId",
+     nothing,
+     {"nvram"},
+     "nvram_get 2860 MeshSlaveID: nothing, exit status 1.",
+     {},
+     {{"TEMBRA_NVRAM", "/tmp/none"}}},
+    {"WordAsMeshId", wordAsMeshId, {"nvram"}, "\"three\", exit status 0.", {}, {{"TEMBRA_NVRAM", "/tmp/words"}}},
+    {"HangingCommand", hangingCommand, {"nvram"}, "no end in 2 s.", {}, {{"PATH", "/tmp/hanging:/bin:/usr/bin"}}},
+    {"OtherTypeNames",
+     nothing,
+     {"platform-names", "versions"},
+     "type 60 is \"Zebra\" in place of \"GenericDevice\"",
+     {},
+     kForeignLibrary},
+    {"OtherVersion", nothing, {"platform-names", "versions"}, "libTembraAssoc 2.0.0,", {}, kForeignLibrary},
+    {"SharedNames",
+     nothing,
+     {"program-names"},
+     " defines buff, idle, tembra_version.",
+     {"--program", TEMBRA_FOREIGN_LIBRARY}},
+};
+
+class BrokenSystem : public testing::TestWithParam<BrokenRouter> {};
+
+TEST_P(BrokenSystem, IsFound) { expectFindings(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(Doctor, BrokenSystem, testing::ValuesIn(kBrokenSystems),
+                         [](const auto& test) { return test.param.name; });
+
+// A program that uses the library's variables, as it should.
+TEST(ProgramNames, OfAFrontEndAreItsOwn) {
+  const Ended doctor = runAssoc({"doctor", "--verbose", "--program", TEMBRA_ASSOC_PROGRAM});
+  EXPECT_NE(doctor.output.find("tembra-assoc has no name of the library.\n"), std::string::npos) << doctor.output;
+}
+
+TEST(ProgramNames, OfNoProgramAreToldToBeUnknown) {
+  const std::string library = readFile(TEMBRA_FOREIGN_LIBRARY);
+  const std::pair<std::string, const char*> files[] = {
+      {"", "it is cut off"}, {std::string(5000, 'x'), "it is no ELF file"}, {library.substr(0, 100), "it is cut off"}};
+  for (const auto& [content, fault] : files) {
+    writeFile("/tmp/program", content);
+    const Ended doctor = runAssoc({"doctor", "--program", "/tmp/program"});
+    EXPECT_NE(doctor.output.find(std::string("/tmp/program: ") + fault), std::string::npos) << doctor.output;
+  }
+}
+
+}  // namespace
+}  // namespace tembra::test

@@ -1,0 +1,90 @@
+// The doctor of a router that is well, and what the doctor says to whom.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "doctor/broken_router.h"
+#include "support/files.h"
+#include "support/terminal.h"
+
+namespace tembra::test {
+namespace {
+
+void storeDevices() {
+  Database()
+      .nextId("9")
+      .put("Version", "3")
+      .put(Device(2, "Siren").type("Siren").zwave(5))
+      .put(Device(3, "Button").type("KeyFob").zigbee(0xABC))
+      .put(Device(8, "Lamp").type("HueLamp").ip())
+      .index(8, 1, "02a1b2fffe0c0001")
+      .index(8, 9, "user");
+}
+
+TEST(Doctor, FindsNothingOnARouterThatIsWell) {
+  SimRouter router;
+  storeDevices();
+  const std::string before = readFile(kDatabase);
+  const Ended doctor = Program(assocCommand({"doctor"}), wellSettings()).end();
+  EXPECT_EQ(doctor.status, 0) << doctor.output;
+  EXPECT_NE(doctor.output.find(" checks found nothing wrong. --verbose lists them.\n"), std::string::npos)
+      << doctor.output;
+  EXPECT_EQ(doctor.errors, "");
+  EXPECT_EQ(readFile(kDatabase), before);
+}
+
+TEST(Doctor, ListsWhatIsWellWhenAskedTo) {
+  SimRouter router;
+  storeDevices();
+  const Ended doctor = Program(assocCommand({"doctor", "--verbose"}), wellSettings()).end();
+  EXPECT_EQ(doctor.status, 0) << doctor.output;
+  EXPECT_NE(doctor.output.find("server-zwave: The Z-Wave server runs: tembra-sim (process "), std::string::npos)
+      << doctor.output;
+  EXPECT_NE(doctor.output.find("database-damage: The device database is whole: 7 records, 3 devices.\n"),
+            std::string::npos)
+      << doctor.output;
+}
+
+TEST(Doctor, TellsWhatItIsToldToLeaveOut) {
+  const Ended doctor = runAssoc({"doctor", "--skip", "server-hue", "--skip", "server-nest", "--json"});
+  for (const nlohmann::json& check : checksOf(doctor)) {
+    EXPECT_NE(check.at("id"), "server-hue");
+    EXPECT_NE(check.at("id"), "server-nest");
+  }
+  EXPECT_EQ(runAssoc({"doctor", "--skip", "weather"}).status, 2);
+}
+
+TEST(Doctor, SaysWhoHasTheConnectionWhileADeviceIsAdded) {
+  SimRouter router;
+  storeDevices();
+  Program add(assocCommand({"add"}));
+  router.waitForBothRadiosToHear("add a device");
+  const Ended doctor = Program(assocCommand({"doctor"}), wellSettings()).end();
+  EXPECT_EQ(doctor.status, 0) << doctor.output;
+  EXPECT_NE(doctor.output.find("connection: tembra-assoc (process "), std::string::npos) << doctor.output;
+  EXPECT_NE(doctor.output.find(": add, button.\n"), std::string::npos) << doctor.output;
+  add.signal(SIGINT);
+  EXPECT_EQ(add.end().status, 130);
+}
+
+TEST(Doctor, BreaksNoLineOfANarrowTerminal) {
+  Terminal terminal(assocCommand({"doctor", "--skip", "platform"}), Clock::kReal, 40);
+  terminal.waitFor("found something");
+  EXPECT_EQ(terminal.end(), 1);
+  std::istringstream lines(terminal.screen());
+  for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 41U) << line;
+}
+
+// Pages and programs refer to the ids.
+TEST(Doctor, HasAPageWithEachCheck) {
+  const std::string page = readFile(TEMBRA_DOCS "/doctor.md");
+  std::vector<std::string> arguments = {"doctor", "--json", "--program", "/bin/true"};
+  for (const nlohmann::json& check : checksOf(runAssoc(arguments))) {
+    const std::string row =
+        "| `" + check.at("id").get<std::string>() + "` | " + check.at("question").get<std::string>();
+    EXPECT_NE(page.find(row), std::string::npos) << row;
+  }
+}
+
+}  // namespace
+}  // namespace tembra::test
