@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # usage: cross.sh [--without-tests] [CPU...]: builds everything for other CPUs, in build/cross/CPU, with Debian's cross
-# compilers. It runs the demonstration and the tests, with an emulator where this machine needs one.
-# --without-tests builds library, kit and programs only, and runs the demonstration. Default: i386 armhf arm64 mipsel.
+# compilers. It runs the demonstration, checks what a router gets, and runs the tests, with an emulator where this machine
+# needs one. --without-tests builds library, kit and programs only, and leaves out the tests. Default: i386 armhf arm64 mipsel.
 set -euo pipefail
 cd "$(dirname "$(readlink --canonicalize "${BASH_SOURCE[0]}")")/.."
 
@@ -34,6 +34,7 @@ for cpu; do
   scripts/in_foreign.sh "$cpu" "$root" "$folder/build/bin/tembra-isolate" scripts/demo.sh "$folder/build/bin" \
     >"$folder/demo.log" 2>&1 || { cat "$folder/demo.log" && exit 1; }
   echo "$cpu: the demonstration went as it should"
+  tests/packaging/router.sh "$folder/router" "$cpu"
   [[ $tests == ON ]] || continue
   scripts/in_foreign.sh "$cpu" "$root" ctest --test-dir "$folder/build" --output-on-failure --no-tests=error \
     --parallel $((jobs + 2)) --label-exclude '^(packaging|limits|python|lua)$' \

@@ -52,6 +52,7 @@ leg_release() {
   tests/packaging/search_paths.sh "$build" "$build/installed"
   tests/packaging/source_path.sh "$build/installed" "$PWD"
   tests/packaging/strangers.sh build/strangers
+  tests/packaging/router.sh build/router-check
 }
 
 leg_lint() {
