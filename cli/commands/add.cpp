@@ -1,4 +1,6 @@
 // tembra-assoc add: the next device whose button is pressed joins the home.
+#include <tembra/frontend.h>
+
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
@@ -6,16 +8,29 @@
 #include "cli/commands/commands.h"
 #include "cli/commands/database_file.h"
 #include "cli/dialogue/new_device.h"
+#include "cli/failure.h"
 #include "cli/words/device_types.h"
 #include "cli/words/texts.h"
 
 namespace tembra::cli {
 namespace {
 
-// What the record of a Z-Wave device holds, the larger one.
-constexpr std::size_t kLargestRoom = 179;
+// What the records of the devices hold.
+constexpr std::size_t kZigbeeRoom = 31;
+constexpr std::size_t kZwaveRoom = 179;
+
+// Which radio the device is on shows when it has joined, and that is late for a text without room.
+void checkRoom(Display& display, const std::string& what, const std::string& text) {
+  if (text.size() <= kZigbeeRoom || tembra_server_listens(TEMBRA_RADIO_ZIGBEE) == 0) return;
+  const std::string fault = "the " + what + " has " + std::to_string(text.size()) +
+                            " bytes, and a ZigBee device has room for " + std::to_string(kZigbeeRoom) + ".";
+  if (tembra_server_listens(TEMBRA_RADIO_ZWAVE) == 0) throw Failure(kUsage, fault);
+  display.complain(fault);
+}
 
 void addDevice(const Context& context, const Wishes& wishes) {
+  checkRoom(context.display, "name", wishes.name);
+  checkRoom(context.display, "place", wishes.place);
   complainOfForeignDatabase(context.display);
   Dialogue dialogue(context);
   dialogue.run("add", &Frontend::add, [&dialogue, &wishes](const Event& event) {
@@ -30,7 +45,7 @@ std::string checkType(const std::string& text) {
 }
 
 std::string checkText(const std::string& text) {
-  const std::string fault = faultOf(text, kLargestRoom);
+  const std::string fault = faultOf(text, kZwaveRoom);
   return fault.empty() ? "" : "the text " + fault;
 }
 
@@ -46,6 +61,8 @@ void declareAdd(CLI::App& program, Action& action) {
       ->check(checkType);
   command->add_option("--name", wishes->name, "the device's name, instead of the one proposed")->check(checkText);
   command->add_option("--place", wishes->place, "where the device is, instead of \"Default\"")->check(checkText);
+  command->footer("Name and place have room for " + std::to_string(kZigbeeRoom) + " bytes on a ZigBee device, for " +
+                  std::to_string(kZwaveRoom) + " on a Z-Wave device.\n" + program.get_footer());
   command->callback([&action, wishes] { action = [wishes](const Context& context) { addDevice(context, *wishes); }; });
 }
 

@@ -25,24 +25,44 @@ std::string possible(const Found& found) {
 }
 
 // Why the device cannot get this; empty when it can.
-std::string faultIn(const Found& found, const Wishes& wanted) {
-  const bool keepsType = wanted.type == 0;
-  if (!keepsType && std::ranges::find(found.choices, wanted.type) == found.choices.end()) {
-    const std::string name = isType(wanted.type) ? typeName(wanted.type) : std::to_string(wanted.type);
-    return "the device cannot be a " + name + "; possible: " + possible(found) + ".";
-  }
-  const bool keepsName = wanted.name.empty() || wanted.name == found.name;
-  const std::string nameFault = keepsName ? "" : faultOf(wanted.name, found.nameRoom);
-  if (!nameFault.empty()) return "the name " + nameFault + ".";
-  const std::string placeFault = wanted.place.empty() ? "" : faultOf(wanted.place, found.placeRoom);
-  return placeFault.empty() ? "" : "the place " + placeFault + ".";
+std::string faultInType(const Found& found, int type) {
+  if (type == 0 || std::ranges::find(found.choices, type) != found.choices.end()) return "";
+  const std::string name = isType(type) ? typeName(type) : std::to_string(type);
+  return "the device cannot be a " + name + "; possible: " + possible(found) + ".";
+}
+
+std::string faultInText(const std::string& what, const std::string& text, std::size_t room) {
+  const std::string fault = text.empty() ? "" : faultOf(text, room);
+  return fault.empty() ? "" : "the " + what + " " + fault + ".";
+}
+
+std::string faultInName(const Found& found, const std::string& name) {
+  return name == found.name ? "" : faultInText("name", name, found.nameRoom);
+}
+
+// Takes out of the wishes what the device cannot get, and says why.
+std::vector<std::string> dropFaults(const Found& found, Wishes& wanted) {
+  std::vector<std::string> faults;
+  const auto check = [&faults](const std::string& fault, auto& wish) {
+    if (fault.empty()) return;
+    faults.push_back(fault);
+    wish = {};
+  };
+  check(faultInType(found, wanted.type), wanted.type);
+  check(faultInName(found, wanted.name), wanted.name);
+  check(faultInText("place", wanted.place, found.placeRoom), wanted.place);
+  return faults;
+}
+
+int askType(Dialogue& dialogue, const Found& found) {
+  return found.choices[askChoice(dialogue, "What is the device?", namesOf(found.choices))];
 }
 
 int chooseType(Dialogue& dialogue, const Found& found, const Wishes& wishes) {
   const Options& options = dialogue.context().options;
   if (wishes.type != 0) return wishes.type;
   if (found.choices.size() == 1 || options.yes) return found.type;
-  if (options.mayAsk()) return found.choices[askChoice(dialogue, "What is the device?", namesOf(found.choices))];
+  if (options.mayAsk()) return askType(dialogue, found);
   throw Failure(kFailed,
                 "the device's type must be chosen with --type, or --yes for the first: " + possible(found) + ".");
 }
@@ -91,26 +111,39 @@ Wishes askProgram(Dialogue& dialogue, const Found& found, const Wishes& proposal
     if (!line) throw Failure(kFailed, "the input ended, so the device was not added.");
     try {
       Wishes wanted = readAnswer(*line, proposal);
-      const std::string fault = faultIn(found, wanted);
-      if (fault.empty()) return wanted;
-      display.complain(fault);
+      const std::vector<std::string> faults = dropFaults(found, wanted);
+      if (faults.empty()) return wanted;
+      for (const std::string& fault : faults) display.complain(fault);
     } catch (const Failure& failure) {
       display.complain(failure.what());
     }
   }
 }
 
-Wishes decide(Dialogue& dialogue, const Found& found, Wishes wanted) {
-  if (dialogue.context().options.mayAskProgram() && wanted.type == 0) return askProgram(dialogue, found, wanted);
-  if (dialogue.context().options.mayAsk()) dropEarlyKeys();
+Wishes askPerson(Dialogue& dialogue, const Found& found, Wishes wanted) {
   wanted.type = chooseType(dialogue, found, wanted);
-  if (const std::string fault = faultIn(found, wanted); !fault.empty()) throw Failure(kFailed, fault);
   const bool isProposed = wanted.type == found.type;
   if (wanted.name.empty()) {
     wanted.name = askText(dialogue, "Name", isProposed ? found.name : "the usual one", found.nameRoom);
   }
   if (wanted.place.empty()) wanted.place = askText(dialogue, "Place", found.place, found.placeRoom);
   return wanted;
+}
+
+// Whoever can be asked is asked for what does not fit: the device has joined already.
+Wishes decide(Dialogue& dialogue, const Found& found, const Wishes& wishes) {
+  const Context& context = dialogue.context();
+  const bool mayAsk = context.options.mayAsk() || context.options.mayAskProgram();
+  Wishes wanted = wishes;
+  const std::vector<std::string> faults = dropFaults(found, wanted);
+  if (!faults.empty() && !mayAsk) throw Failure(kFailed, faults.front());
+  for (const std::string& fault : faults) context.display.complain(fault);
+  if (context.options.mayAskProgram()) {
+    return wanted.type == 0 || !faults.empty() ? askProgram(dialogue, found, wanted) : wanted;
+  }
+  if (context.options.mayAsk()) dropEarlyKeys();
+  if (wanted.type != wishes.type) wanted.type = askType(dialogue, found);
+  return askPerson(dialogue, found, wanted);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "support/files.h"
 #include "support/sim_router.h"
+#include "support/udp_listener.h"
 
 namespace tembra::test {
 namespace {
@@ -171,6 +172,32 @@ no JSON
   EXPECT_EQ(objects[11].at("name"), "W\u00e4sche");
   EXPECT_EQ(objects[11].at("type").at("name"), "MultiSwitch");
   router.stop();
+}
+
+TEST(Add, AsksAProgramAgainForWhatDoesNotFitTheDevice) {
+  SimRouter router;
+  writeFile("/tmp/answers", "{\"name\":\"Dim\"}\n");
+  Program add({"/bin/sh", "-c",
+               TEMBRA_ASSOC_PROGRAM " add --json --type MultiSwitch --name " + std::string(180 - 1, 'n') +
+                   " --place Bath </tmp/answers"});
+  router.pressOnAdd("zb-dimmer");
+  const Ended added = add.end();
+  EXPECT_EQ(added.status, 0) << added.output;
+  const std::vector<Json> objects = lines(added.output);
+  EXPECT_EQ(eventNames(objects), (std::vector<std::string>{"remark", "waiting", "answered", "reading", "found",
+                                                           "remark", "remark", "question", "added", "ended"}))
+      << added.output;
+  EXPECT_EQ(objects[5].at("text"), "the device cannot be a MultiSwitch; possible: MultilevelSwitchOnOff.");
+  EXPECT_EQ(objects[6].at("text"), "the name has 179 bytes, and there is room for 31.");
+  EXPECT_EQ(objects[8].at("name"), "Dim");
+  router.stop();
+}
+
+TEST(Add, RefusesANameThatNoDeviceOfTheRadiosHasRoomFor) {
+  const UdpListener zigbee("127.255.255.253", 8888);
+  const Ended refused = runAssoc({"add", "--name", std::string(32, 'n')});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_EQ(refused.errors, "tembra-assoc: the name has 32 bytes, and a ZigBee device has room for 31.\n");
 }
 
 TEST(Add, IsCancelledByALineOfJson) {

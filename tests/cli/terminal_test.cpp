@@ -180,6 +180,32 @@ TEST(TerminalAdd, AsksAgainForANameThatIsNone) {
   router.stop();
 }
 
+TEST(TerminalAdd, AsksForANameInsteadOfOneThatDoesNotFitTheDevice) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add", "--place", "Bath", "--name", std::string(32, 'n')}));
+  terminal.waitFor("the name has 32 bytes, and a ZigBee device has room for 31.");
+  router.pressOnAdd("zb-dimmer");
+  terminal.waitFor("the name has 32 bytes, and there is room for 31.");
+  terminal.waitFor("Name (");
+  terminal.type("Dim\r");
+  terminal.waitFor("Added Dim (");
+  EXPECT_EQ(terminal.end(), 0);
+  router.stop();
+}
+
+TEST(TerminalAdd, AsksForATypeInsteadOfOneThatTheDeviceCannotBe) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add", "--place", "Bath", "--name", "Loud", "--type", "DoorLock"}));
+  router.pressOnAdd("siren");
+  terminal.waitFor("the device cannot be a DoorLock; possible: Siren.");
+  terminal.waitFor("  1  Siren (proposed)");
+  terminal.waitFor("Number or name");
+  terminal.type("\r");
+  terminal.waitFor("Added Loud (Siren, Bath).");
+  EXPECT_EQ(terminal.end(), 0);
+  router.stop();
+}
+
 TEST(TerminalAdd, AsksNothingWithYes) {
   SimRouter router;
   Terminal terminal(assocCommand({"add", "--yes"}));
