@@ -31,7 +31,7 @@ void checkRoom(Display& display, const std::string& what, const std::string& tex
 void addDevice(const Context& context, const Wishes& wishes) {
   checkRoom(context.display, "name", wishes.name);
   checkRoom(context.display, "place", wishes.place);
-  complainOfForeignDatabase(context.display);
+  complainOfForeignDatabase(context);
   Dialogue dialogue(context);
   dialogue.run("add", &Frontend::add, [&dialogue, &wishes](const Event& event) {
     if (const auto* found = event.as<Found>()) finishDevice(dialogue, *found, wishes);

@@ -29,12 +29,14 @@ void useDatabase(const std::string& path) {
   std::strcpy(DBName, name.c_str());
 }
 
-void complainOfForeignDatabase(Display& display) {
+std::string databasePath(const Options& options) { return options.database.empty() ? DBName : options.database; }
+
+void complainOfForeignDatabase(const Context& context) {
   struct stat file = {};
   if (stat(DBName, &file) != 0 || file.st_uid == geteuid()) return;
-  display.complain("the device database " + std::string(DBName) + " belongs to another user (" +
-                   std::to_string(file.st_uid) +
-                   "): the home-automation server and its front ends should run as the same user.");
+  context.display.complain("the device database " + databasePath(context.options) + " belongs to another user (" +
+                           std::to_string(file.st_uid) +
+                           "): the home-automation server and its front ends should run as the same user.");
 }
 
 }  // namespace tembra::cli

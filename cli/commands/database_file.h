@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "cli/display/display.h"
+#include "cli/context.h"
 
 namespace tembra::cli {
 
@@ -12,8 +12,11 @@ namespace tembra::cli {
 /// the file's folder and names the file alone. Throws Failure (kUsage) when that does not do.
 void useDatabase(const std::string& path);
 
+/// The database's path for people: as the user gave it.
+[[nodiscard]] std::string databasePath(const Options& options);
+
 /// Before an operation that writes it.
-void complainOfForeignDatabase(Display& display);
+void complainOfForeignDatabase(const Context& context);
 
 }  // namespace tembra::cli
 

@@ -13,6 +13,7 @@
 #include <tembra/frontend.hpp>
 
 #include "cli/commands/commands.h"
+#include "cli/commands/database_file.h"
 #include "cli/dialogue/library_call.h"
 #include "cli/display/json_line.h"
 #include "cli/display/terminal.h"
@@ -126,13 +127,13 @@ bool isRegular() {
   return stat(DBName, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-std::string whyUnread(int error) {
+std::string whyUnread(const std::string& path, int error) {
   if (error == ENOENT) {
-    return "there is no device database yet at " + std::string(DBName) + ": the home-automation server creates it.";
+    return "there is no device database yet at " + path + ": the home-automation server creates it.";
   }
-  if (error == EISDIR) return std::string(DBName) + " is a folder, not a device database.";
-  if (error != ELOOP && !isRegular()) return std::string(DBName) + " is no regular file, not a device database.";
-  const std::string database = "the device database " + std::string(DBName);
+  if (error == EISDIR) return path + " is a folder, not a device database.";
+  if (error != ELOOP && !isRegular()) return path + " is no regular file, not a device database.";
+  const std::string database = "the device database " + path;
   if (error == EBADMSG) return database + " is damaged, or none: there may be devices that cannot be read.";
   if (error == ELOOP) return database + " is a link that belongs to another user, and is not followed.";
   return database + " cannot be read (" + std::strerror(error) + ").";
@@ -144,19 +145,19 @@ Listed readInTime(const Context& context) {
   if (runLibraryCall(
           context, [list] { *list = readListed(); }, kForWriter))
     return std::move(*list);
-  throw Failure(kFailed, "the device database " + std::string(DBName) + " stays locked by another process.");
+  throw Failure(kFailed, "the device database " + databasePath(context.options) + " stays locked by another process.");
 }
 
 void listDevices(const Context& context) {
   Listed list = readInTime(context);
   std::ranges::stable_sort(list.devices, {}, &tembra_device::id);
-  const bool isThere = list.error == 0 || list.error == EBADMSG;
+  const bool hasTable = list.error == 0 || !list.devices.empty();
   if (context.options.json) {
     for (const tembra_device& device : list.devices) printLine(jsonLine(deviceJson(device)));
-  } else if (isThere) {
+  } else if (hasTable) {
     printDevices(list.devices);
   }
-  if (list.error != 0) throw Failure(kFailed, whyUnread(list.error));
+  if (list.error != 0) throw Failure(kFailed, whyUnread(databasePath(context.options), list.error));
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace {
 
 void removeDevice(const Context& context) {
   confirm(context, "The next device whose button is pressed leaves the home and the device list.");
-  complainOfForeignDatabase(context.display);
+  complainOfForeignDatabase(context);
   Dialogue(context).run("remove", &Frontend::remove);
 }
 

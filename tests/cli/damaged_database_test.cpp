@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -36,12 +37,23 @@ void expectDamage(const Ended& devices, int lines) {
   EXPECT_NE((devices.output + devices.errors).find("may be devices that cannot be read."), std::string::npos);
 }
 
+TEST(DamagedDatabaseInAFolder, IsNamedAsTheUserNamesIt) {
+  std::filesystem::create_directory("/tmp/a-folder");
+  writeFile("/tmp/a-folder/devices", "no database");
+  const Ended devices = runAssoc({"devices", "--db", "/tmp/a-folder/devices"});
+  EXPECT_EQ(devices.status, 1);
+  EXPECT_EQ(devices.output, "");
+  EXPECT_EQ(devices.errors,
+            "tembra-assoc: the device database /tmp/a-folder/devices is damaged, or none: there may be devices that "
+            "cannot be read.\n");
+}
+
 class DamagedDatabase : public testing::TestWithParam<Damage> {};
 
 TEST_P(DamagedDatabase, IsShownAsFarAsItCanBeReadAndToldToBeDamaged) {
   damageDatabase(GetParam());
-  constexpr int kHeading = 1;
-  expectDamage(runAssoc({"devices"}), kHeading + GetParam().shown);
+  const int heading = GetParam().shown > 0 ? 1 : 0;
+  expectDamage(runAssoc({"devices"}), heading + GetParam().shown);
   constexpr int kErrorObject = 1;
   expectDamage(runAssoc({"devices", "--json"}), kErrorObject + GetParam().shown);
 }
