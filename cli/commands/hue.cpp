@@ -24,8 +24,8 @@ struct HueTask {
   const char* help;
   HueTakes takes;
   Result (*start)(Frontend& kit, const HueTexts& texts);
-  const char* consequence;  ///< to be confirmed; null: nothing is lost
-  const char* result;       ///< what was done, up to the bridge's MAC address; null: the event says so
+  const char* question;  ///< to be confirmed; null: nothing is lost
+  const char* result;    ///< what was done, up to the bridge's MAC address; null: the event says so
 };
 
 constexpr HueTask kHueTasks[] = {
@@ -44,13 +44,13 @@ constexpr HueTask kHueTasks[] = {
      "Refreshed the Hue bridge "},
     {"remove", "remove a Hue bridge and its bulbs", HueTakes::kBridge,
      [](Frontend& kit, const HueTexts& texts) { return kit.hueRemove(texts.mac); },
-     "The Hue bridge and its bulbs leave the home and the device list.", "Removed the Hue bridge "},
+     "Remove the Hue bridge and its bulbs from the home and the device list?", "Removed the Hue bridge "},
     {"list", "list the Hue bridges of the device database and their users", HueTakes::kNothing,
      [](Frontend& kit, const HueTexts&) { return kit.hueList(); }, nullptr, nullptr},
 };
 
 void performHueTask(const Context& context, const HueTask& task, const HueTexts& texts) {
-  if (task.consequence != nullptr) confirm(context, task.consequence);
+  if (task.question != nullptr) confirm(context, task.question);
   const bool asksServer = std::string(task.name) != "list";
   std::string call = std::string("hue ") + task.name;
   if (task.takes != HueTakes::kNothing) call += " " + texts.mac;

@@ -37,7 +37,7 @@ void linkNest(const Context& context, const std::string& argument) {
 }
 
 void unlinkNest(const Context& context) {
-  confirm(context, "The Nest account is no longer linked, and its devices leave the home.");
+  confirm(context, "Unlink the Nest account? Its devices leave the home.");
   Dialogue(context).run("nest unlink", &Frontend::nestUnlink, {}, Dialogue::AtInterrupt::kCancelUnheard);
 }
 

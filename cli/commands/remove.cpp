@@ -10,7 +10,7 @@ namespace tembra::cli {
 namespace {
 
 void removeDevice(const Context& context) {
-  confirm(context, "The next device whose button is pressed leaves the home and the device list.");
+  confirm(context, "Remove the next device whose button is pressed from the home and the device list?");
   complainOfForeignDatabase(context);
   Dialogue(context).run("remove", &Frontend::remove);
 }

@@ -15,19 +15,20 @@ namespace {
 
 struct ResetTarget {
   reset_type type;
-  const char* consequence;
+  const char* question;
 };
 
 const std::map<std::string, ResetTarget> kResetTargets = {
-    {"zigbee", {reset_zigbee, "The ZigBee network forgets its devices."}},
-    {"zwave", {reset_zwave, "The Z-Wave network forgets its devices."}},
-    {"both", {reset_both, "Both radio networks forget their devices."}},
-    {"all", {reset_both_and_remove_all, "Both radio networks forget their devices and the device list is emptied."}},
+    {"zigbee", {reset_zigbee, "Reset the ZigBee network? It forgets its devices."}},
+    {"zwave", {reset_zwave, "Reset the Z-Wave network? It forgets its devices."}},
+    {"both", {reset_both, "Reset both radio networks? They forget their devices."}},
+    {"all",
+     {reset_both_and_remove_all, "Reset both radio networks and empty the device list? They forget their devices."}},
 };
 
 void reset(const Context& context, const std::string& radios) {
   const ResetTarget& target = kResetTargets.at(radios);
-  confirm(context, target.consequence);
+  confirm(context, target.question);
   Dialogue(context).run(
       "reset(" + radios + ")", [&target](Frontend& kit) { return kit.reset(target.type); }, {},
       Dialogue::AtInterrupt::kFinish);

@@ -81,22 +81,32 @@ std::string askText(Dialogue& dialogue, const std::string& what, const std::stri
   }
 }
 
+int typeIn(const nlohmann::json& value) {
+  const bool canBeType = value.is_string() || value.is_number_integer();
+  const auto type = canBeType ? parseType(value.is_string() ? value.get<std::string>() : value.dump()) : std::nullopt;
+  if (!type) throw Failure(kUsage, value.dump() + " is neither the name nor the number of a device type.");
+  return *type;
+}
+
+std::string textIn(const nlohmann::json& value, const std::string& name) {
+  if (!value.is_string()) throw Failure(kUsage, "the answer's \"" + name + "\" is no text.");
+  return value.get<std::string>();
+}
+
 // What a program answers: {"type":"MeterSwitch","name":"Washer","place":"Bath"}, each of them if it likes.
 Wishes readAnswer(const std::string& line, const Wishes& proposal) {
   const auto said = nlohmann::json::parse(line, nullptr, false);
   if (!said.is_object()) throw Failure(kUsage, "the answer is no JSON object.");
   Wishes wanted = proposal;
   for (const auto& [name, value] : said.items()) {
-    if (name == "type" && value.is_number_integer()) {
-      wanted.type = value.get<int>();
-    } else if (name == "type" && value.is_string() && parseType(value.get<std::string>())) {
-      wanted.type = *parseType(value.get<std::string>());
-    } else if (name == "name" && value.is_string()) {
-      wanted.name = value.get<std::string>();
-    } else if (name == "place" && value.is_string()) {
-      wanted.place = value.get<std::string>();
+    if (name == "type") {
+      wanted.type = typeIn(value);
+    } else if (name == "name") {
+      wanted.name = textIn(value, name);
+    } else if (name == "place") {
+      wanted.place = textIn(value, name);
     } else {
-      throw Failure(kUsage, "the answer's member " + name + " is none of type, name and place, or has no such value.");
+      throw Failure(kUsage, "the answer has a member \"" + name + "\"; possible: type, name, place, cancel.");
     }
   }
   return wanted;

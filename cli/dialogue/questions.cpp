@@ -82,28 +82,40 @@ std::optional<std::size_t> pick(const std::vector<std::string>& choices, const s
   return std::nullopt;
 }
 
-bool isAgreed(const Context& context, const std::string& consequence) {
+// A program's answer; nothing when it is neither.
+std::optional<bool> agreementIn(const std::string& line) {
+  const auto said = nlohmann::json::parse(line, nullptr, false);
+  if (!said.is_object()) return std::nullopt;
+  if (said.contains("cancel") && said["cancel"] == true) return false;
+  return said.contains("confirm") && said["confirm"].is_boolean() ? std::optional(said["confirm"] == true)
+                                                                  : std::nullopt;
+}
+
+bool isAgreedByProgram(const Context& context, const std::string& question) {
+  while (true) {
+    context.display.ask({{"question", "confirm"}, {"text", question}});
+    const auto line = context.attention.readLine();
+    if (!line) throw Failure(kUsage, question + " Where nobody can be asked, --yes confirms.");
+    if (const auto agreement = agreementIn(*line)) return *agreement;
+    context.display.complain(R"(the answer is neither {"confirm":true} nor {"confirm":false}.)");
+  }
+}
+
+bool isAgreed(const Context& context, const std::string& question) {
   if (context.options.mayAsk()) {
-    context.display.note(consequence);
-    const auto answer = readAlone(context, "Go on? [y/N]", Shown::kTyped);
+    context.display.note(question);
+    const auto answer = readAlone(context, "Yes or no [y/N]", Shown::kTyped);
     return answer && (*answer == "y" || *answer == "Y" || *answer == "yes");
   }
-  if (!context.options.mayAskProgram()) return false;
-  context.display.ask({{"question", "confirm"}, {"text", consequence}});
-  const auto line = context.attention.readLine();
-  const auto said = nlohmann::json::parse(line.value_or(""), nullptr, false);
-  if (!line) throw Failure(kUsage, consequence + " Where nobody can be asked, --yes confirms.");
-  return said.is_object() && said.contains("confirm") && said["confirm"] == true;
+  if (context.options.mayAskProgram()) return isAgreedByProgram(context, question);
+  throw Failure(kUsage, question + " Where nobody can be asked, --yes confirms.");
 }
 
 }  // namespace
 
-void confirm(const Context& context, const std::string& consequence) {
+void confirm(const Context& context, const std::string& question) {
   if (context.options.yes) return;
-  if (!context.options.mayAsk() && !context.options.mayAskProgram()) {
-    throw Failure(kUsage, consequence + " Where nobody can be asked, --yes confirms.");
-  }
-  if (!isAgreed(context, consequence)) throw Failure(kFailed, "not confirmed, nothing was done.");
+  if (!isAgreed(context, question)) throw Failure(kFailed, "not confirmed, nothing was done.");
 }
 
 void dropEarlyKeys() { tcflush(STDIN_FILENO, TCIFLUSH); }

@@ -11,9 +11,9 @@
 
 namespace tembra::cli {
 
-/// Asks whether to go on with something that drops devices; --yes answers for the user. Throws Failure when the answer
-/// is not yes, or when nobody can be asked.
-void confirm(const Context& context, const std::string& consequence);
+/// Asks before something that drops devices; --yes answers for the user. Throws Failure when the answer is not yes, or
+/// when nobody can be asked.
+void confirm(const Context& context, const std::string& question);
 
 /// Drops the keys that were typed at the terminal before there was a question: they answer none.
 void dropEarlyKeys();

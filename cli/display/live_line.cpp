@@ -50,9 +50,11 @@ std::string countdownText(const std::string& what, std::optional<int> seconds, s
 
 std::string promptText(const std::string& question, std::optional<int> seconds, const std::string& typed,
                        std::size_t room) {
-  std::string end = seconds ? " (" + std::to_string(*seconds) + " s): " : ": ";
+  constexpr std::size_t kShortestLabel = 6;
   const std::size_t half = room / 2;
+  std::string end = seconds ? " (" + std::to_string(*seconds) + " s): " : ": ";
   const std::size_t wanted = characters(question) + end.size() + characters(typed);
+  if (wanted > room && half < end.size() + kShortestLabel) end = ": ";  // the question rather than its seconds
   std::string head = question;
   if (wanted > room) {
     const std::size_t least = room - std::min(room, characters(typed));  // what is typed comes first, up to the half

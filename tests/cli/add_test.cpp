@@ -160,17 +160,33 @@ TEST(Add, IsAnsweredByLinesOfJson) {
   Program add(answered(R"({"type":"Siren"}
 no JSON
 {"name":"Wash\u001b"}
+{"type":"Sirene"}
+{"type":4294967339}
+{"name":1}
+{"colour":"red"}
 {"type":"MultiSwitch","name":"W\u00e4sche","place":"Bad"}
 )"));
   router.pressOnAdd("metering-plug");
   const Ended added = add.end();
   EXPECT_EQ(added.status, 0) << added.output;
   const std::vector<Json> objects = lines(added.output);
-  EXPECT_EQ(eventNames(objects),
-            (std::vector<std::string>{"waiting", "answered", "reading", "found", "question", "remark", "question",
-                                      "remark", "question", "remark", "question", "added", "ended"}));
-  EXPECT_EQ(objects[11].at("name"), "W\u00e4sche");
-  EXPECT_EQ(objects[11].at("type").at("name"), "MultiSwitch");
+  EXPECT_EQ(eventNames(objects), (std::vector<std::string>{
+                                     "waiting",  "answered", "reading",  "found",    "question", "remark",   "question",
+                                     "remark",   "question", "remark",   "question", "remark",   "question", "remark",
+                                     "question", "remark",   "question", "remark",   "question", "added",    "ended"}));
+  std::vector<std::string> remarks;
+  for (const Json& object : objects) {
+    if (object.at("event") == "remark") remarks.push_back(object.at("text"));
+  }
+  EXPECT_EQ(remarks,
+            (std::vector<std::string>{
+                "the device cannot be a Siren; possible: MeterSwitch, MultiSwitch.", "the answer is no JSON object.",
+                "the name has control characters.", "\"Sirene\" is neither the name nor the number of a device type.",
+                "4294967339 is neither the name nor the number of a device type.", "the answer's \"name\" is no text.",
+                "the answer has a member \"colour\"; possible: type, name, place, "
+                "cancel."}));
+  EXPECT_EQ(objects[19].at("name"), "W\u00e4sche");
+  EXPECT_EQ(objects[19].at("type").at("name"), "MultiSwitch");
   router.stop();
 }
 

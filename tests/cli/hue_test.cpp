@@ -172,13 +172,13 @@ TEST(TerminalHue, ShowsWhatToPressAndTheSecondsLeft) {
 TEST(TerminalHue, AsksBeforeItRemovesABridge) {
   SimRouter router;
   Terminal terminal(assocCommand({"hue", "remove", kBridge}));
-  terminal.waitFor("The Hue bridge and its bulbs leave the home and the device list.");
+  terminal.waitFor("Remove the Hue bridge and its bulbs from the home and the device list?");
   terminal.type("n\r");
   terminal.waitFor("not confirmed, nothing was done.");
   EXPECT_EQ(terminal.end(), 1);
   ASSERT_EQ(addBridge(router).status, 0);
   Terminal again(assocCommand({"hue", "remove", kBridge}));
-  again.waitFor("Go on? [y/N]");
+  again.waitFor("Yes or no [y/N]");
   again.type("y\r");
   again.waitFor("Removed the Hue bridge");
   EXPECT_EQ(again.end(), 0);

@@ -133,11 +133,11 @@ TEST(TerminalNest, ShowsWhatIsTypedAgainAfterAnInterruption) {
 TEST(TerminalNest, AsksBeforeItUnlinks) {
   SimRouter router({"--fault", "nest:late=300"});
   Terminal refused(assocCommand({"nest", "unlink"}));
-  refused.waitFor("The Nest account is no longer linked, and its devices leave the home.");
+  refused.waitFor("Unlink the Nest account? Its devices leave the home.");
   refused.type("\r");
   EXPECT_EQ(refused.end(), 1);
   Terminal agreed(assocCommand({"nest", "unlink"}));
-  agreed.waitFor("Go on? [y/N]");
+  agreed.waitFor("Yes or no [y/N]");
   agreed.type("y\r");
   agreed.waitFor("Unlinking the Nest account (at most ");
   agreed.waitFor("Unlinked the Nest account.");

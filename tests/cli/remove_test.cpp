@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "kit/text.h"
+#include "support/files.h"
 #include "support/sim_router.h"
 
 namespace tembra::test {
@@ -31,6 +32,23 @@ TEST(Remove, WritesTheNameAndTheIdAsJson) {
   EXPECT_EQ(left.at("event"), "removed");
   EXPECT_EQ(left.at("name"), "Loud");
   EXPECT_EQ(left.at("id"), 1);
+  router.stop();
+}
+
+TEST(Remove, AsksAProgramUntilItSaysYesOrNo) {
+  SimRouter router;
+  writeFile("/tmp/answers", "{\"confirm\":\"yes\"}\nyes\n{\"confirm\":false}\n");
+  const Ended refused = Program({"/bin/sh", "-c", TEMBRA_ASSOC_PROGRAM " remove --json </tmp/answers"}).end();
+  EXPECT_EQ(refused.status, 1);
+  const std::vector<std::string> lines = kit::linesOf(refused.output);
+  ASSERT_EQ(lines.size(), 6U) << refused.output;
+  const auto asked = nlohmann::json::parse(lines[0]);
+  EXPECT_EQ(asked.at("text"), "Remove the next device whose button is pressed from the home and the device list?");
+  for (const std::size_t row : {1U, 3U}) {
+    EXPECT_EQ(nlohmann::json::parse(lines[row]).at("text"),
+              R"(the answer is neither {"confirm":true} nor {"confirm":false}.)");
+  }
+  EXPECT_EQ(nlohmann::json::parse(lines[5]).at("text"), "not confirmed, nothing was done.");
   router.stop();
 }
 

@@ -59,7 +59,7 @@ std::vector<std::string> linesOn(const std::string& screen) {
 
 TEST(NarrowTerminal, BreaksSentencesAtBlanks) {
   Terminal wide(assocCommand({"remove"}), Clock::kReal, 40);
-  wide.waitFor("The next device whose button is pressed\r\nleaves the home and the device list.\r\n");
+  wide.waitFor("Remove the next device whose button is\r\npressed from the home and the device\r\nlist?\r\n");
   wide.type("n\r");
   wide.waitFor("tembra-assoc: not confirmed, nothing\r\nwas done.");
   EXPECT_EQ(wide.end(), 1);
@@ -98,6 +98,21 @@ TEST(NarrowTerminal, FitsTheCountdownAlsoWhenItBecomesNarrowMeanwhile) {
   terminal.waitFor("\r\033[JPress the... 1");
   terminal.type("\x03");
   EXPECT_EQ(terminal.end(), 130);
+  router.stop();
+}
+
+TEST(NarrowTerminal, KeepsTheWordOfAQuestionBesideALongAnswer) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add"}), Clock::kReal, 20);
+  router.pressOnAdd("siren");
+  terminal.waitFor("Name (180 s): ");
+  terminal.type("The siren under the roof");
+  terminal.waitFor("\r\033[JName: nder the roof");
+  terminal.type("\r");
+  terminal.waitFor("Place (");
+  terminal.type("\r");
+  terminal.waitFor("Added The siren\r\nunder the roof");
+  EXPECT_EQ(terminal.end(), 0);
   router.stop();
 }
 
@@ -284,7 +299,7 @@ TEST(TerminalRemove, AsksFirst) {
   SimRouter router;
   ASSERT_EQ(router.add("siren", {}).status, 0);
   Terminal terminal(assocCommand({"remove"}));
-  terminal.waitFor("Go on? [y/N]");
+  terminal.waitFor("Yes or no [y/N]");
   terminal.type("y\r");
   router.pressOnRemove("siren");
   terminal.waitFor("Removed Siren #1 (id 1).");
@@ -312,7 +327,7 @@ class TerminalReset : public testing::TestWithParam<Answer> {};
 TEST_P(TerminalReset, DoesNothingUnlessConfirmed) {
   SimRouter router;
   Terminal terminal(assocCommand({"reset", "all"}));
-  terminal.waitFor("Both radio networks forget their devices and the device list is emptied.");
+  terminal.waitFor("Reset both radio networks and empty the device list? They forget their devices.");
   terminal.type(GetParam().keys);
   EXPECT_EQ(terminal.end(), GetParam().status);
   const Told told = router.stop();
@@ -325,7 +340,7 @@ INSTANTIATE_TEST_SUITE_P(Answers, TerminalReset, testing::ValuesIn(kAnswers),
 TEST(TerminalResetProgress, ShowsTheSecondsLeft) {
   SimRouter router;
   Terminal terminal(assocCommand({"reset", "zwave"}), Clock::kFast);
-  terminal.waitFor("Go on? [y/N]");
+  terminal.waitFor("Yes or no [y/N]");
   terminal.type("y\r");
   terminal.waitFor("Resetting (at most ");
   terminal.waitFor("Reset zwave.");
