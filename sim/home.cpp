@@ -18,7 +18,7 @@ void Home::add(const std::filesystem::path& file) {
   Home own;
   readCatalogue(file, [&own](const nlohmann::json& entry) {
     const bool isZwave = entry.contains("generic");
-    const std::string label = labelFrom(entry.at("label"));
+    const std::string label = labelOf(entry);
     require((isZwave ? own.zigbee.find(label) == nullptr : own.zwave.find(label) == nullptr),
             "there are two devices called " + label);
     isZwave ? own.zwave.addEntry(entry) : own.zigbee.addEntry(entry);

@@ -1,9 +1,7 @@
 #include "cli/classification/device_description.h"
 
-#include <algorithm>
-
 #include "cli/classification/device_description_members.h"
-#include "cli/words/texts.h"
+#include "words/json_text.h"
 
 namespace tembra::cli {
 namespace {
@@ -16,27 +14,15 @@ std::string withoutComma(const std::string& text) {
   return last != std::string::npos && text[last] == ',' ? text.substr(0, last) : text;
 }
 
-[[noreturn]] void refuseJson(const std::string& text, std::size_t at) {
-  const std::string before = text.substr(0, at);
-  const auto line = 1 + std::ranges::count(before, '\n');
-  const std::size_t column = 1 + characters(before.substr(before.rfind('\n') + 1));
-  refuseDescription("is no JSON text: see line " + std::to_string(line) + ", column " + std::to_string(column));
-}
-
 nlohmann::json parseDevice(const std::string& text) {
   if (text.find_first_not_of(kBlanks) == std::string::npos) refuseDescription("is empty");
-  nlohmann::json device;
   try {
-    device = nlohmann::json::parse(withoutComma(text));
-  } catch (const nlohmann::json::parse_error& error) {
-    refuseJson(text, error.byte == 0 ? 0 : error.byte - 1);
-  } catch (const nlohmann::json::out_of_range&) {  // the parser's only one: no double holds the number
-    refuseDescription("has a number that is too large");
+    nlohmann::json device = words::parseJson(withoutComma(text));
+    if (!device.is_object()) refuseDescription("is no JSON object (one device, not a list of them)");
+    return device;
+  } catch (const words::JsonFault& fault) {
+    refuseDescription(fault.what());
   }
-  const std::size_t nothing = text.find('\0');  // the parser would take it for the end
-  if (nothing != std::string::npos) refuseJson(text, nothing);
-  if (!device.is_object()) refuseDescription("is no JSON object (one device, not a list of them)");
-  return device;
 }
 
 }  // namespace

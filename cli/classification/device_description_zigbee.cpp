@@ -102,7 +102,8 @@ Clusters clustersOfObject(const json& value, const std::string& name, Remarks& r
     if (!id || *id < 0 || *id > kLargestEndpoint) {
       refuseDescription("needs a number from 0 to 255 for each of the " + name);
     }
-    endpoints.emplace(static_cast<unsigned short>(*id), &endpoint);
+    const bool isNew = endpoints.emplace(static_cast<unsigned short>(*id), &endpoint).second;
+    if (!isNew) refuseDescription("has the endpoint " + std::to_string(*id) + " twice");
   }
   Clusters clusters;
   for (const auto& [id, endpoint] : endpoints) addEndpoint(*endpoint, id, name, clusters, &remarks);
@@ -175,6 +176,7 @@ json inOurWords(const json& device, Remarks& remarks) {
   for (const auto& [theirs, value] : device.items()) {
     const std::string name = ourWordFor(theirs);
     if (hasPlaceInRecord(name, value)) {
+      if (ours.contains(name) && ours[name] != value) refuseDescription("has several values for \"" + name + "\"");
       ours[name] = value;
     } else {
       passedOver += (passedOver.empty() ? "" : ", ") + name;

@@ -1,8 +1,11 @@
 #include "sim/radio/catalogue_file.h"
 
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
+
+#include "words/json_text.h"
 
 namespace tembra::sim {
 namespace {
@@ -15,8 +18,10 @@ json parsed(const std::filesystem::path& file) {
   require(!std::filesystem::is_directory(file), "is a folder");
   std::ifstream stream(file);
   require(stream.good(), "cannot be read");
-  return json::parse(stream);
+  return words::parseJson({std::istreambuf_iterator<char>(stream), {}});
 }
+
+std::string quoted(const std::string& name) { return '"' + name + '"'; }
 
 long long wholeNumberIn(const json& value) {
   require(value.is_number_integer(), value.dump() + " is not a number");
@@ -40,6 +45,24 @@ void require(bool condition, const std::string& sentence) {
   if (!condition) throw std::runtime_error(sentence);
 }
 
+const json& memberOf(const json& entry, const std::string& name) {
+  require(entry.is_object(), "is no object");
+  require(entry.contains(name), "has no member " + quoted(name));
+  return entry.at(name);
+}
+
+const json& listIn(const json& entry, const std::string& name) {
+  const json& list = memberOf(entry, name);
+  require(list.is_array(), quoted(name) + " is no list");
+  return list;
+}
+
+std::string textIn(const json& entry, const std::string& name) {
+  const json& text = memberOf(entry, name);
+  require(text.is_string(), quoted(name) + " is no text");
+  return text.get<std::string>();
+}
+
 int numberFrom(const json& value, int smallest, int largest) {
   const long long number = value.is_string() ? hexadecimalIn(value.get<std::string>()) : wholeNumberIn(value);
   require(number >= smallest && number <= largest,
@@ -47,8 +70,8 @@ int numberFrom(const json& value, int smallest, int largest) {
   return static_cast<int>(number);
 }
 
-std::string labelFrom(const json& value) {
-  auto label = value.get<std::string>();
+std::string labelOf(const json& entry) {
+  std::string label = textIn(entry, "label");
   const bool plain = label.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-") == std::string::npos;
   require(plain && !label.empty() && label.size() <= kLongestLabel && label.front() != '-',
           "a label has 1 to " + std::to_string(kLongestLabel) + " small letters, digits and hyphens");
@@ -69,7 +92,7 @@ void readCatalogue(const std::filesystem::path& file, const std::function<void(c
   try {
     int count = 0;
     const json content = parsed(file);
-    for (const json& entry : content.at("devices")) {
+    for (const json& entry : listIn(content, "devices")) {
       where = " (device " + std::to_string(++count) + ")";
       take(entry);
     }

@@ -13,8 +13,13 @@ namespace tembra::sim {
 /// Throws the sentence unless the condition holds.
 void require(bool condition, const std::string& sentence);
 
+/// What an entry of a file has under a name; each throws a sentence where it has nothing, or something else.
+const nlohmann::json& memberOf(const nlohmann::json& entry, const std::string& name);
+const nlohmann::json& listIn(const nlohmann::json& entry, const std::string& name);
+std::string textIn(const nlohmann::json& entry, const std::string& name);
+std::string labelOf(const nlohmann::json& entry);
+
 int numberFrom(const nlohmann::json& value, int smallest, int largest);
-std::string labelFrom(const nlohmann::json& value);
 
 /// The label in a device's name, which is a label or a label and a number ("dimmer#2", a second dimmer); empty when the
 /// name is neither.

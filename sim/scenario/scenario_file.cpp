@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include "sim/hue/bridges.h"
 #include "sim/radio/catalogue_file.h"
 #include "sim/scenario/scenario.h"
+#include "words/json_text.h"
 
 namespace tembra::sim {
 namespace {
@@ -17,6 +19,11 @@ using nlohmann::json;
 using std::chrono::milliseconds;
 
 [[noreturn]] void refuse(const std::string& sentence) { throw std::runtime_error(sentence); }
+
+std::string textFrom(const json& value) {
+  if (!value.is_string()) refuse(value.dump() + " is not a text");
+  return value.get<std::string>();
+}
 
 milliseconds secondsFrom(const json& value) {
   constexpr double kYear = 365 * 24 * 3600;  // what is far longer does not fit the clock
@@ -27,7 +34,7 @@ milliseconds secondsFrom(const json& value) {
 }
 
 Happening happeningFrom(const json& value) {
-  const auto name = value.get<std::string>();
+  const std::string name = textFrom(value);
   const auto* const row = std::find_if(kHappeningNames.begin(), kHappeningNames.end(),
                                        [&name](const auto& entry) { return entry.second == name; });
   if (row != kHappeningNames.end()) return row->first;
@@ -48,7 +55,7 @@ std::string requestFrom(const std::string& key, const json& value, const DeviceE
     if (value != true) refuse("\"" + key + "\" is true or left out");
     return key;
   }
-  const auto argument = value.get<std::string>();
+  const std::string argument = textFrom(value);
   if (key == "press" && !deviceExists(argument)) refuse("there is no device \"" + argument + "\"");
   if (key == "fault" && argument != "none") parseFault(argument);
   return key + " " + argument;
@@ -63,6 +70,7 @@ bool isOneOf(const auto& names, const std::string& name) {
 }
 
 ScenarioStep stepFrom(const json& entry, const DeviceExists& deviceExists) {
+  if (!entry.is_object()) refuse("a step is an object");
   ScenarioStep step;
   for (const auto& [key, value] : entry.get<json::object_t>()) {
     if (isOneOf(kMoments, key)) {
@@ -83,7 +91,7 @@ ScenarioStep stepFrom(const json& entry, const DeviceExists& deviceExists) {
 json parsedSteps(const std::filesystem::path& file) {
   std::ifstream stream(file);
   if (!stream.good()) refuse("cannot be read");
-  json content = json::parse(stream);
+  json content = words::parseJson({std::istreambuf_iterator<char>(stream), {}});
   if (!content.is_array()) refuse("is not a list of steps");
   return content;
 }

@@ -23,9 +23,9 @@ ZbClusterEntry clusterFrom(const json& value) {
           static_cast<unsigned short>(numberFrom(value[1], 1, kLastEndpoint))};
 }
 
-std::string textFrom(const json& value, std::size_t longest) {
-  auto text = value.get<std::string>();
-  require(text.size() <= longest, value.dump() + " is longer than " + std::to_string(longest) + " characters");
+std::string shortTextIn(const json& entry, const char* name, std::size_t longest) {
+  std::string text = textIn(entry, name);
+  require(text.size() <= longest, json(text).dump() + " is longer than " + std::to_string(longest) + " characters");
   return text;
 }
 
@@ -43,12 +43,12 @@ std::array<unsigned short, N> wordsFrom(const json& entry, const char* member) {
 
 ZigbeeDevice zigbeeDeviceFrom(const json& entry) {
   ZigbeeDevice device;
-  device.label = labelFrom(entry.at("label"));
-  device.description = entry.at("description").get<std::string>();
-  device.manufacturer = textFrom(entry.at("manufacturer"), kLongestManufacturer);
-  device.model = textFrom(entry.at("model"), kLongestModel);
+  device.label = labelOf(entry);
+  device.description = textIn(entry, "description");
+  device.manufacturer = shortTextIn(entry, "manufacturer", kLongestManufacturer);
+  device.model = shortTextIn(entry, "model", kLongestModel);
   device.zoneType = entry.contains("zoneType") ? wordFrom(entry.at("zoneType")) : static_cast<unsigned short>(0);
-  for (const json& value : entry.at("clusters")) device.clusters.push_back(clusterFrom(value));
+  for (const json& value : listIn(entry, "clusters")) device.clusters.push_back(clusterFrom(value));
   require(device.clusters.size() <= kMostClusters, "more than " + std::to_string(kMostClusters) + " clusters");
   device.acChecks = wordsFrom<3>(entry, "acChecks");
   device.productWords = wordsFrom<2>(entry, "productWords");

@@ -23,15 +23,15 @@ ZwValueTriple tripleFrom(const json& value) {
 
 ZwaveDevice zwaveDeviceFrom(const json& entry) {
   ZwaveDevice device;
-  device.label = labelFrom(entry.at("label"));
-  device.description = entry.at("description").get<std::string>();
-  device.basicClass = byteFrom(entry.at("basic"), 0, 255);
-  device.genericClass = byteFrom(entry.at("generic"), 0, 255);
-  device.specificClass = byteFrom(entry.at("specific"), 0, 255);
-  for (const json& value : entry.at("commandClasses")) {
+  device.label = labelOf(entry);
+  device.description = textIn(entry, "description");
+  device.basicClass = byteFrom(memberOf(entry, "basic"), 0, 255);
+  device.genericClass = byteFrom(memberOf(entry, "generic"), 0, 255);
+  device.specificClass = byteFrom(memberOf(entry, "specific"), 0, 255);
+  for (const json& value : listIn(entry, "commandClasses")) {
     device.commandClasses.push_back(byteFrom(value, 1, kClassListEnd - 1));
   }
-  for (const json& value : entry.at("values")) device.values.push_back(tripleFrom(value));
+  for (const json& value : listIn(entry, "values")) device.values.push_back(tripleFrom(value));
   require(device.commandClasses.size() <= kMostClasses,
           "more than " + std::to_string(kMostClasses) + " command classes");
   require(device.values.size() <= kMostValues, "more than " + std::to_string(kMostValues) + " values");

@@ -119,8 +119,13 @@ TEST(Catalogue, SaysWhatIsWrongInAFile) {
       {entry("a", "[]", repeated(181, "[37,0,1]")), "more than 180 values"},
       {entry("a", "[]", "[[37, 0]]"), "is not [command class, index, instance]"},
       {entry("a", "[]", "[[0, 0, 1]]"), "0 is not from 1 to 255"},
-      {R"({"label": "a"})", "description"},
-      {"nonsense", "syntax error"},
+      {R"({"label": "a"})", "has no member \"description\""},
+      {R"({"label": "a", "description": 1})", "/zwave.json (device 1): \"description\" is no text"},
+      {R"({"label": "a", "description": "d", "basic": 4, "generic": 16, "specific": 1, "commandClasses": 1})",
+       "(device 1): \"commandClasses\" is no list"},
+      {"1", "(device 1): is no object"},
+      {R"({"label": "a", "label": "b"})", R"(has the member "label" twice: see line 1, column 29)"},
+      {"nonsense", "/zwave.json: is no JSON text: see line 1, column 15"},
   };
   for (const auto& file : files) {
     const std::string outcome = loadingFailure(R"({"devices": [)" + file.devices + "]}");

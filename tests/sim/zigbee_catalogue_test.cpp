@@ -129,7 +129,7 @@ TEST(ZigbeeCatalogue, SaysWhatIsWrongInAFile) {
       {zigbeeEntry("a", "", "[]", R"(, "acChecks": [1, 2])"), "\"acChecks\" is not a list of 3 numbers"},
       {zigbeeEntry("a", "", "[]", R"(, "productWords": 1)"), "\"productWords\" is not a list of 2 numbers"},
       {R"({"label": "a", "description": "d"})", "manufacturer"},
-      {"nonsense", "syntax error"},
+      {"nonsense", "is no JSON text: see line 1, column 15"},
   };
   for (const auto& file : files) {
     const std::string outcome = zigbeeLoadingFailure(R"({"devices": [)" + file.devices + "]}");
@@ -170,6 +170,8 @@ TEST(Home, SaysWhatIsWrongInAFileOfItsOwn) {
   };
   EXPECT_EQ(failure("/tmp/nowhere.json"), "the catalogue /tmp/nowhere.json: cannot be read");
   EXPECT_EQ(failure("/tmp"), "the catalogue /tmp: is a folder");
+  std::ofstream("/tmp/list.json") << "[]";
+  EXPECT_EQ(failure("/tmp/list.json"), "the catalogue /tmp/list.json: is no object");
   const std::string twice = zigbeeEntry("a", "", "[]") + R"(, {"label": "a", "generic": 16})";
   EXPECT_EQ(failure(fileOf("/tmp/own.json", twice)),
             "the catalogue /tmp/own.json (device 2): there are two devices called a");
