@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
@@ -261,6 +262,11 @@ std::optional<int> commandClassNumber(std::string_view name) {
 std::optional<int> clusterNumber(std::string_view name) {
   static const Numbers numbers = numbersOf(kClusters, lettersOf);
   return find(numbers, lettersOf(name));
+}
+
+const char* clusterName(int number) {
+  const auto* const row = std::ranges::find(kClusters, number, &Named::number);
+  return row == std::end(kClusters) ? nullptr : row->name;
 }
 
 }  // namespace tembra::words

@@ -15,6 +15,9 @@ namespace tembra::words {
 /// Nothing for a name that is not known.
 [[nodiscard]] std::optional<int> clusterNumber(std::string_view name);
 
+/// "Temperature Measurement" for 0x0402; null when there is none.
+[[nodiscard]] const char* clusterName(int number);
+
 }  // namespace tembra::words
 
 #endif

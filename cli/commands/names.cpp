@@ -1,7 +1,9 @@
-// tembra-assoc names: the texts of Z-Wave numbers, and the numbers of texts.
+// tembra-assoc names: the texts of Z-Wave and ZigBee numbers, and the numbers of texts.
 #include <tembra/names.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cctype>
 #include <iomanip>
 #include <map>
 #include <memory>
@@ -15,6 +17,7 @@
 #include "cli/failure.h"
 #include "cli/words/device_types.h"
 #include "cli/words/numbers.h"
+#include "words/class_names.h"
 
 namespace tembra::cli {
 namespace {
@@ -34,8 +37,17 @@ constexpr int kLargestCommandClass = 255;
 
 constexpr int kLargestDeviceType = 255;
 
+constexpr int kLargestCluster = 0xFFFF;
+constexpr char kNoCluster[] = "unknown";
+
+std::string clusterText(int number) {
+  const char* name = words::clusterName(number);
+  return name == nullptr ? kNoCluster : name;
+}
+
 const std::map<std::string, Vocabulary> kVocabularies = {
     {"device-types", {1, kLargestDeviceType, typeName}},
+    {"cluster", {0, kLargestCluster, clusterText}},
     {"cclass", {0, kLargestCommandClass, nameOf<unsigned char, cclassStr>}},
     {"operation", {0, ozw_Code_UpdateValueOperation, nameOf<ozw_OperationCode, OperationCodeenumToString>}},
     {"command", {0, ozw_ControllerCommand_DeleteButton, nameOf<ozw_ControllerCommand, ControllerCommandenumToString>}},
@@ -47,12 +59,10 @@ const std::map<std::string, Vocabulary> kVocabularies = {
 };
 
 std::string numberText(const std::string& kind, int value) {
+  const int digits = kind == "cclass" ? 2 : kind == "cluster" ? 4 : 0;
+  if (digits == 0) return std::to_string(value);
   std::ostringstream text;
-  if (kind == "cclass") {
-    text << "0x" << std::hex << std::uppercase << std::setw(2) << std::setfill('0') << value;
-  } else {
-    text << value;
-  }
+  text << "0x" << std::hex << std::uppercase << std::setw(digits) << std::setfill('0') << value;
   return text.str();
 }
 
@@ -65,22 +75,29 @@ void print(const Context& context, const std::string& kind, int value) {
   }
 }
 
-// The numbers of the whole table; a command class or type without a name of its own is none of it.
+// A number without a name of its own is none of the table.
+bool isNamed(const std::string& kind, int value) {
+  if (kind == "cclass") return kVocabularies.at(kind).name(value) != "NO OPERATION";
+  if (kind == "cluster") return words::clusterName(value) != nullptr;
+  return kind != "device-types" || isType(value);
+}
+
 void printAll(const Context& context, const std::string& kind) {
   const Vocabulary& vocabulary = kVocabularies.at(kind);
   for (int value = vocabulary.first; value <= vocabulary.last; ++value) {
-    if (kind == "cclass" && vocabulary.name(value) == "NO OPERATION") continue;
-    if (kind == "device-types" && !isType(value)) continue;
-    print(context, kind, value);
+    if (isNamed(kind, value)) print(context, kind, value);
   }
 }
 
-// A controller state begins with what joins it to the prefix of a log line, and may end in a blank.
+// Capitals do not count. A controller state begins with what joins it to the prefix of a log line, and may end in a
+// blank.
 std::string bare(const std::string& name) {
   constexpr char kJoining[] = ": ";
   const auto begin = name.find_first_not_of(kJoining);
   if (begin == std::string::npos) return "";
-  return name.substr(begin, name.find_last_not_of(kJoining) + 1 - begin);
+  std::string text = name.substr(begin, name.find_last_not_of(kJoining) + 1 - begin);
+  std::ranges::transform(text, text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
 }
 
 std::optional<int> searchTable(const Vocabulary& vocabulary, const std::string& name) {
@@ -91,10 +108,12 @@ std::optional<int> searchTable(const Vocabulary& vocabulary, const std::string& 
 }
 
 std::optional<int> findName(const Context& context, const std::string& kind, const std::string& name) {
+  if (kind == "cluster") return words::clusterNumber(name);
   if (kind != "cclass") return searchTable(kVocabularies.at(kind), name);
   const unsigned number = cclassNum(name.c_str());
   if (number != kLargestCommandClass) return static_cast<int>(number);
-  const std::optional<int> found = searchTable(kVocabularies.at(kind), name);
+  std::optional<int> found = searchTable(kVocabularies.at(kind), name);
+  if (!found) found = words::commandClassNumber(name);
   if (found) context.display.complain("cclassNum() does not know \"" + name + "\": it answers 255.");
   return found;
 }
@@ -105,6 +124,9 @@ void translate(const Context& context, const std::string& kind, const std::strin
   if (value && kind == "cclass" && (*value < 0 || *value > kLargestCommandClass)) {
     throw Failure(kUsage, "a command class is a number from 0 to 255.");
   }
+  if (value && kind == "cluster" && (*value < 0 || *value > kLargestCluster)) {
+    throw Failure(kUsage, "a cluster is a number from 0 to 0xFFFF.");
+  }
   if (!value) value = findName(context, kind, text);
   if (!value) throw Failure(kFailed, "\"" + text + "\" names no " + kind + ".");
   print(context, kind, *value);
@@ -113,7 +135,7 @@ void translate(const Context& context, const std::string& kind, const std::strin
 }  // namespace
 
 void declareNames(CLI::App& program, Action& action) {
-  CLI::App* command = program.add_subcommand("names", "the texts of Z-Wave numbers, and the numbers of texts");
+  CLI::App* command = program.add_subcommand("names", "the texts of numbers, and the numbers of texts");
   auto kind = std::make_shared<std::string>();
   auto text = std::make_shared<std::string>();
   command->add_option("kind", *kind, "what the number is")->check(CLI::IsMember(&kVocabularies))->required();

@@ -1,4 +1,4 @@
-// tembra-assoc names: eight tables, a number's text and a text's number.
+// tembra-assoc names: every table, a number's text and a text's number.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,6 +24,8 @@ struct Table {
 
 constexpr Table kTables[] = {
     {"cclass", 82, "0x20  BASIC", "0xF0  NON INTEROPERABLE", "240", "NON INTEROPERABLE", "0xF1  NO OPERATION"},
+    {"cluster", 60, "0x0000  Basic", "0x1000  Touchlink Commissioning", "0x1000", "Touchlink Commissioning",
+     "0x00F1  unknown"},
     {"operation", 16, "0  Code_None", "15  Code_UpdateValueOperation", "15", "Code_UpdateValueOperation",
      "241  Unknown Operation"},
     {"command", 17, "0  ControllerCommand_None", "16  ControllerCommand_DeleteButton", "16",
@@ -88,7 +90,15 @@ const OddName kOddNames[] = {
      0,
      "0x66  BARRIER_OPERATOR\n",
      R"(tembra-assoc: cclassNum() does not know "BARRIER_OPERATOR": it answers 255.)"},
-    {{"cclass", "basic"}, 1, "", R"(tembra-assoc: "basic" names no cclass.)"},
+    {{"cclass", "basic"}, 0, "0x20  BASIC\n", R"(tembra-assoc: cclassNum() does not know "basic": it answers 255.)"},
+    {{"cclass", "Binary Switch"},
+     0,
+     "0x25  SWITCH BINARY\n",
+     R"(tembra-assoc: cclassNum() does not know "Binary Switch": it answers 255.)"},
+    {{"cclass", "bayou"}, 1, "", R"(tembra-assoc: "bayou" names no cclass.)"},
+    {{"cluster", "msTemperatureMeasurement"}, 0, "0x0402  Temperature Measurement\n", ""},
+    {{"cluster", "0x10000"}, 2, "", "tembra-assoc: a cluster is a number from 0 to 0xFFFF."},
+    {{"device-types", "doorlock"}, 0, "5  DoorLock\n", ""},
     {{"cclass", "256"}, 2, "", "tembra-assoc: a command class is a number from 0 to 255."},
     {{"cclass", "-1"}, 2, "", "tembra-assoc: a command class is a number from 0 to 255."},
     {{"cclass", "99999999999"}, 1, "", R"(tembra-assoc: "99999999999" names no cclass.)"},
