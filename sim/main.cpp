@@ -200,9 +200,11 @@ int main(int argc, char** argv) try {
     app.parse(argc, argv);
     for (const std::string& fault : arguments.faults) arguments.router.faults.push_back(parseFault(fault));
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kUsage;
+    if (error.get_exit_code() == 0) return app.exit(error);
+    std::cerr << "tembra-sim: " << tembra::printable(error.what()) << " (--help tells what is possible)\n";
+    return kUsage;
   } catch (const std::invalid_argument& mistake) {
-    std::cerr << "tembra-sim: " << mistake.what() << '\n';
+    std::cerr << "tembra-sim: " << tembra::printable(mistake.what()) << '\n';
     return kUsage;
   }
   return action(arguments);

@@ -165,7 +165,9 @@ TEST(DaemonCheck, SaysThatTheLibraryIsThere) {
 }
 
 TEST(DaemonCheck, RefusesWhatItDoesNotKnow) {
-  EXPECT_EQ(check("ha", "1", "").status, 2);
+  const kit::Ended refused = check("ha", "1", "");
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_EQ(refused.errors.rfind("tembra-daemon-check: SERVER: ", 0), 0U) << refused.errors;
   EXPECT_EQ(check("zwave", "0", "").status, 2);
 }
 

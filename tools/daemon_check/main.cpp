@@ -8,6 +8,7 @@
 #include <string>
 
 #include "daemon_check/examination.h"
+#include "platform/printable.h"
 
 namespace {
 
@@ -55,7 +56,9 @@ int main(int argc, char** argv) try {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kUsage;
+    if (error.get_exit_code() == 0) return app.exit(error);
+    std::cerr << "tembra-daemon-check: " << tembra::printable(error.what()) << " (--help tells what is possible)\n";
+    return kUsage;
   }
   const Subject subject = kSubjects.at(arguments.server)(arguments.reset);
   const int faults = Examination(subject, arguments.manner).run();
