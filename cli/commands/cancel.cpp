@@ -17,6 +17,7 @@
 
 #include "cli/commands/commands.h"
 #include "cli/commands/other_front_end.h"
+#include "cli/commands/watched_line.h"
 #include "cli/dialogue/library_call.h"
 #include "cli/display/event_text.h"
 #include "cli/display/json_line.h"
@@ -70,8 +71,8 @@ struct OtherEnd {
 
 std::optional<OtherEnd> endIn(const std::string& line) {
   const auto said = nlohmann::json::parse(line, nullptr, false);
-  if (!said.is_object() || said.value("event", "") != "ended") return std::nullopt;
-  return OtherEnd{said.value("outcome", ""), said.value("advice", "")};
+  if (!said.is_object() || textOf(said, "event") != "ended") return std::nullopt;
+  return OtherEnd{textOf(said, "outcome"), textOf(said, "advice")};
 }
 
 void awaitEnd(const Context& context, tembra_watch* watch, const std::string& what) {

@@ -9,6 +9,7 @@
 
 #include "cli/commands/commands.h"
 #include "cli/commands/other_front_end.h"
+#include "cli/commands/watched_line.h"
 #include "cli/display/event_text.h"
 #include "cli/display/json_line.h"
 #include "cli/display/terminal.h"
@@ -31,31 +32,9 @@ std::string timeText(const char* format, std::time_t moment) {
   return text;
 }
 
-std::string textOf(const Json& object, const char* member) {
-  const auto found = object.find(member);
-  return found != object.end() && found->is_string() ? found->get<std::string>() : "";
-}
-
-// "add: added Siren #1", "add: ended: Done.", from the lines that other processes tell.
-std::string lineText(const std::string& line) {
-  const Json said = Json::parse(line, nullptr, false);
-  if (!said.is_object()) return line;
-  if (const auto holder = said.find("holder"); holder != said.end() && holder->is_object()) {
-    const auto state = said.find("state");
-    const std::string operation = state != said.end() && state->is_object() ? textOf(*state, "operation") : "";
-    return textOf(*holder, "program") + " has the connection: " + operation;
-  }
-  std::string text = textOf(said, "operation") + ": " + textOf(said, "event");
-  if (!textOf(said, "text").empty()) text += ":";
-  for (const char* member : {"name", "text", "advice"}) {
-    if (const std::string detail = textOf(said, member); !detail.empty()) text += " " + detail;
-  }
-  return text;
-}
-
 void show(const Context& context, const std::string& line) {
   if (context.options.json) return printLine(line);
-  printText(timeText("%H:%M:%S  ", std::time(nullptr)) + printable(lineText(line)));
+  printText(timeText("%H:%M:%S  ", std::time(nullptr)) + printable(watchedText(line)));
 }
 
 void tellNobody(const Context& context) {
@@ -98,14 +77,6 @@ void watchFrontEnds(const Context& context) {
   } catch (const Interrupted&) {
     return;  // its proper end
   }
-}
-
-// The kit gives names for numbers; this looks a number up by its name.
-template <typename Number>
-Number numberOf(const char* (*nameOf)(int), const std::string& wanted) {
-  int number = 0;
-  while (nameOf(number) != nullptr && nameOf(number) != wanted) ++number;
-  return static_cast<Number>(number);
 }
 
 std::string awaitedBy(const tembra_holder& holder) {

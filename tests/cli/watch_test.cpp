@@ -23,11 +23,14 @@ TEST(Watch, ShowsWhatAnotherFrontEndDoes) {
   Program watch(assocCommand({"watch"}));
   watch.waitFor("Watching");
   Program add(assocCommand({"add", "--yes"}));
-  watch.waitFor("tembra-assoc has the connection: add");
+  watch.waitFor("tembra-assoc has the connection: add. Press the button of the device to add.");
   router.pressOnAdd("siren");
   EXPECT_EQ(add.end().status, 0);
-  watch.waitFor("add: added Siren #1");
-  watch.waitFor("add: ended: Done.");
+  watch.waitFor("add: A device answers on Z-Wave.");
+  watch.waitFor("add: Reading the device's description.");
+  watch.waitFor("add: Found a device on Z-Wave: Siren.");
+  watch.waitFor("add: Added Siren #1 (Siren, Default).");
+  watch.waitFor("add: Done.");
   watch.waitFor("The connection is free.");
   watch.signal(SIGTERM);
   EXPECT_EQ(watch.end().status, 0);
