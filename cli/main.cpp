@@ -78,11 +78,12 @@ bool asksForJson(int argc, char** argv) {
   return std::any_of(argv, argv + argc, [](const char* argument) { return std::strcmp(argument, "--json") == 0; });
 }
 
-// The countdown is the last line of a terminal: what the library logs there would run into it.
-void quietLog(const Options& options) {
+// At a terminal people read sentences: what the library writes there would stand among them.
+void quietLibrary(const Options& options) {
   constexpr int kUnlessSet = 0;
-  const bool isLive = isatty(STDOUT_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
-  if (isLive && !options.verbose && !options.json) setenv("TEMBRA_LOG", "off", kUnlessSet);
+  if (isatty(STDERR_FILENO) != 1 || options.verbose) return;
+  setenv("TEMBRA_LOG", "off", kUnlessSet);
+  keepStandardErrorForComplaints();
 }
 
 int parseAndRun(int argc, char** argv) {
@@ -102,7 +103,7 @@ int parseAndRun(int argc, char** argv) {
     const std::string which = given.empty() ? "" : given.front()->get_name() + ": ";
     return refuse(options, which + "a command is needed; --help tells which there are.");
   }
-  quietLog(options);
+  quietLibrary(options);
   return run(options, action);
 }
 

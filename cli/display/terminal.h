@@ -18,6 +18,10 @@ namespace tembra::cli {
 /// Prints a text for people on standard output at once. Throws Failure (kFailed) when it cannot be written.
 void printText(const std::string& text);
 
+/// From now on only `complain` writes to standard error. The library tells some failures there, in its own words, and
+/// the events tell them as well.
+void keepStandardErrorForComplaints();
+
 /// Writes one sentence to standard error under the program's name.
 void complain(const std::string& sentence);
 

@@ -5,6 +5,8 @@
 #include <ostream>
 
 #include "support/program.h"
+#include "support/sim_router.h"
+#include "support/terminal.h"
 #include "support/udp_listener.h"
 
 namespace tembra::test {
@@ -52,6 +54,16 @@ TEST_P(ConnectionTest, FailsWithOneSentence) {
 
 INSTANTIATE_TEST_SUITE_P(Commands, ConnectionTest, testing::ValuesIn(kConnectionCases),
                          [](const auto& test) { return test.param.name; });
+
+TEST(Connection, InUseIsASentenceWithoutTheLinesOfTheLog) {
+  SimRouter router;
+  Program add(assocCommand({"add"}));
+  router.waitFor("library -> Z-Wave server   add a device");
+  Terminal terminal({"/bin/sh", "-c", "unset TEMBRA_LOG; " TEMBRA_ASSOC_PROGRAM " add | cat"});
+  terminal.waitFor("tembra-assoc: Another front end has the connection");
+  static_cast<void>(terminal.end());
+  EXPECT_EQ(terminal.screen().find("libTembraAssoc"), std::string::npos) << terminal.screen();
+}
 
 }  // namespace
 }  // namespace tembra::test
