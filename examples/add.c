@@ -29,7 +29,7 @@ static int handle(tembra_frontend* kit, const tembra_event* event) {
       fprintf(stderr, "%s\n", warning->text);
       break;
     case TEMBRA_EVENT_ENDED:
-      printf("%s %s\n", ended->text, ended->advice);
+      printf("%s%s%s\n", ended->text, *ended->advice == '\0' ? "" : " ", ended->advice);
       return ended->outcome;
     default:
       break;

@@ -15,7 +15,7 @@ local function add()
     elseif event.kind == "added" then
       print("Added " .. event.name .. " (" .. tembra.type_name(event.type) .. ").")
     elseif event.kind == "ended" then
-      print(event.text, event.advice)
+      print((event.text .. " " .. event.advice):match("^(.-) *$"))
     end
     last = event
   end

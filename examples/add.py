@@ -17,7 +17,7 @@ def add(kit):
         elif isinstance(event, tembra.Added):
             print(f"Added {event.name} ({event.type.name}).")
         elif isinstance(event, tembra.Ended):
-            print(event.text, event.advice)
+            print(f"{event.text} {event.advice}".rstrip())
     return event.outcome == tembra.Outcome.DONE
 
 

@@ -14,7 +14,7 @@ int main() {
     }
     if (const auto* device = event->as<tembra::Added>()) std::printf("Added %s.\n", device->name.c_str());
     if (const auto* ended = event->as<tembra::Ended>()) {
-      std::printf("%s %s\n", ended->text.c_str(), ended->advice.c_str());
+      std::puts((ended->text + (ended->advice.empty() ? "" : " " + ended->advice)).c_str());
       return ended->outcome == TEMBRA_DONE ? 0 : 1;
     }
   }

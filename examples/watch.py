@@ -21,7 +21,7 @@ async def watch(path):
             print(f"{holder['program']}, process {holder['pid']}: {state.operation.name}, {state.phase.name}")
         elif "event" in members:
             event = tembra.event_from_json(line)
-            details = f": {event.text} {event.advice}" if isinstance(event, tembra.Ended) else ""
+            details = f": {event.text} {event.advice}".rstrip() if isinstance(event, tembra.Ended) else ""
             print(f"{event.elapsed:6.1f} s  {event.operation.name} {type(event).__name__}{details}")
         elif "error" in members:
             return members["error"]

@@ -115,7 +115,7 @@ class Wizard {
     if (const auto* device = event.as<tembra::Added>())
       say("Added " + device->name + ", id " + std::to_string(device->id));
     const auto* ended = event.as<tembra::Ended>();
-    if (ended != nullptr) say(ended->text + " " + ended->advice);
+    if (ended != nullptr) say(ended->text + (ended->advice.empty() ? "" : " ") + ended->advice);
     runs_ = ended == nullptr;
   }
 

@@ -40,6 +40,7 @@ def router(labels):
 def run(command, text=""):
     ended = subprocess.run(command, input=text, text=True, stdout=subprocess.PIPE)
     assert ended.returncode == 0, f"status {ended.returncode}:\n{ended.stdout}"
+    assert not re.search(" $", ended.stdout, re.MULTILINE), f"a blank at the end of a line:\n{ended.stdout}"
 
 
 def talk(command, devices):
