@@ -298,6 +298,12 @@ static int log_line(lua_State* lua) {
   return 0;
 }
 
+/* tembra.server_listens(server): 1 ZigBee, 2 Z-Wave, 3 Hue, 4 Nest, 5 HA. */
+static int server_listens(lua_State* lua) {
+  lua_pushboolean(lua, tembra_server_listens(int_at(lua, 1, 0)));
+  return 1;
+}
+
 static int type_name(lua_State* lua) {
   lua_pushstring(lua, tembra_type_name(int_at(lua, 1, 0)));
   return 1;
@@ -334,9 +340,14 @@ static const luaL_Reg kKitFunctions[] = {{"add", kit_add},
                                          {NULL, NULL}};
 static const luaL_Reg kEventFunctions[] = {{"__gc", free_event}, {NULL, NULL}};
 static const luaL_Reg kBytesFunctions[] = {{"__gc", free_bytes}, {NULL, NULL}};
-static const luaL_Reg kModuleFunctions[] = {
-    {"devices", list_devices}, {"history", history},         {"log", log_line}, {"new", new_kit},
-    {"type_name", type_name},  {"type_number", type_number}, {NULL, NULL}};
+static const luaL_Reg kModuleFunctions[] = {{"devices", list_devices},
+                                            {"history", history},
+                                            {"log", log_line},
+                                            {"new", new_kit},
+                                            {"server_listens", server_listens},
+                                            {"type_name", type_name},
+                                            {"type_number", type_number},
+                                            {NULL, NULL}};
 
 /* Into the table on top of the stack; Lua 5.1 and 5.4 have different functions for it. */
 static void set_functions(lua_State* lua, const luaL_Reg* functions) {

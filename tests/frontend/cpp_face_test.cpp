@@ -65,6 +65,7 @@ TEST(Servers, AreThereWhileTheyListen) {
   for (const auto& [listening, place] : rows) {
     const Stand server(place);
     for (int each = SERVER_ZIGBEE - 1; each <= SERVER_MESH; ++each) {
+      EXPECT_EQ(tembra::serverListens(each), tembra_server_listens(each) != 0);
       EXPECT_EQ(tembra_server_listens(each), each == listening ? 1 : 0) << each << " while " << listening << " listens";
     }
   }

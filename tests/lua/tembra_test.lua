@@ -132,6 +132,11 @@ function tests.the_history_tells_what_happened(kit)
   assert(entries[before + 2]:find('"call":"cancel","error":3', 1, true), entries[before + 2])
 end
 
+function tests.tells_whether_a_server_listens()
+  equal(tembra.server_listens(2), true)
+  equal(tembra.server_listens(9), false)
+end
+
 function tests.types_have_names()
   equal(tembra.type_name(1), "BinarySwitch")
   equal(tembra.type_number("Spoon"), 0)

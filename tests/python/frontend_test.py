@@ -119,6 +119,10 @@ class Blocking(WithRouter):
                 kit.cancel()
                 self.assertEqual(list(kit)[-1].reason, tembra.Reason.CANCELLED)
 
+    def test_a_server_listens(self):
+        self.assertTrue(tembra.server_listens(tembra.Server.ZWAVE))
+        self.assertFalse(tembra.server_listens(9))
+
     def test_nobody_presses(self):
         with tembra.Frontend() as kit:
             started = time.monotonic()

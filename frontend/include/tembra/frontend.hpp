@@ -185,6 +185,10 @@ inline std::string history() {
 /// Adds a line of the log to it. @param level as Logger::Log has it: 0 progress, 1 warning, 2 error, 3 detail
 inline void log(int level, const std::string& text) { tembra_frontend_log(level, text.c_str()); }
 
+/// Whether somebody listens where the library sends a server's commands; also where the kernel does not tell. @param
+/// server in ServerType numbering: 1 ZigBee, 2 Z-Wave, 3 Hue, 4 Nest, 5 HA
+inline bool serverListens(int server) { return tembra_server_listens(server) != 0; }
+
 /// "BinarySwitch" for 1; empty when there is no such type.
 inline std::string typeName(int type) {
   const char* name = tembra_type_name(type);

@@ -1,4 +1,4 @@
-"""The devices of the database, and the names of types."""
+"""The devices of the database, the servers of the router, and the names of types."""
 import ctypes
 import os
 from typing import List, NamedTuple, Optional
@@ -35,6 +35,12 @@ def devices() -> List[Device]:
         if count <= room:
             return [_device(row) for row in rows[:count]]
         room = count
+
+
+def server_listens(server: int) -> bool:
+    """Whether somebody listens where the library sends a server's commands; also where the kernel does not tell.
+    @param server a Server"""
+    return C.tembra_server_listens(server) != 0
 
 
 def type_name(number: int) -> Optional[str]:

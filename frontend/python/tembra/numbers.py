@@ -19,6 +19,15 @@ class Operation(enum.IntEnum):
     NEST_UNLINK = 12
 
 
+class Server(enum.IntEnum):
+    """The router's daemons."""
+    ZIGBEE = 1
+    ZWAVE = 2
+    HUE = 3
+    NEST = 4
+    HA = 5
+
+
 class Phase(enum.IntEnum):
     """What an operation is doing."""
     NONE = 0
