@@ -11,6 +11,7 @@
 #include <memory>
 #include <new>
 
+#include "texts.h"
 #include "watch_address.h"
 #include "watch_peer.h"
 
@@ -49,22 +50,13 @@ int connectTo(const std::string& path, Descriptor& socket) {
   return isNobody ? ENOENT : errno;
 }
 
-void put(char* field, std::size_t size, const std::string& text) {
-  std::size_t length = std::min(text.size(), size - 1);
-  if (length < text.size()) {
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) --length;
-  }
-  std::memcpy(field, text.data(), length);
-  field[length] = '\0';
-}
-
 void fill(tembra_holder& holder, const tembra::frontend::HolderReport& report) {
   holder.role = report.holder.role;
   holder.pid = static_cast<int>(report.holder.pid);
   holder.since = report.holder.since;
-  put(holder.program, sizeof holder.program, report.holder.program);
-  put(holder.operation, sizeof holder.operation, report.operation);
-  put(holder.phase, sizeof holder.phase, report.phase);
+  tembra::frontend::putText(holder.program, report.holder.program);
+  tembra::frontend::putText(holder.operation, report.operation);
+  tembra::frontend::putText(holder.phase, report.phase);
 }
 
 }  // namespace
