@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # router.sh WORK [CPU]: the presets for routers keep what they promise. Their libraries are small, their pages have 4 KiB,
-# and an exception of the router's Logger passes through a library that has a libstdc++ of its own. For another CPU than this machine's, its libraries lie in WORK/../root. Takes the project's folder
+# the binary interface is the stored one, and an exception of the router's Logger passes through a library that has a
+# libstdc++ of its own. For another CPU than this machine's, its libraries lie in WORK/../root. Takes the project's folder
 # as the current one.
 set -euo pipefail
 source=$PWD
@@ -57,6 +58,18 @@ build build router "$source"
 check_sizes 2
 segments=$(readelf --program-headers --wide "$(installed TembraAssoc)" | awk '$1 == "LOAD" { print $NF }' | sort -u)
 [[ $segments == 0x1000 ]] || fail "the pages have $segments bytes"
+
+# A field more in the object is found, although the object keeps its size.
+tests/packaging/abi.sh "$work/build" | tee "$work/abi"
+if ! grep --quiet "^There is no description" "$work/abi"; then
+  rm -rf "$work/changed"
+  mkdir "$work/changed"
+  cp --recursive CMakeLists.txt CMakePresets.json cmake depot examples frontend include packaging platform src "$work/changed"
+  sed --in-place 's/^ *int cancelTarget;/int inserted;\n&/' "$work/changed/include/tembra/association.h"
+  build changed/build router "$work/changed" -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 -DTEMBRA_UNITY_LIBRARIES=ON
+  if tests/packaging/abi.sh "$work/changed/build" >"$work/log" 2>&1; then fail "a field more in the object is not found"; fi
+  grep --quiet "'int cancelTarget' offset changed" "$work/log" || { cat "$work/log"; fail "the field that moved is not told"; }
+fi
 
 build build router-libstdcxx-inside "$source"
 check_sizes 5
