@@ -37,6 +37,11 @@ End endOfOpening(const tembra_failure& failure) {
   }
 }
 
+// The connection's own user may have had a failure: it is no reason to forget that one.
+bool isWorthKeeping(const End& end) {
+  return (end.outcome == TEMBRA_FAILED || end.outcome == TEMBRA_TIMED_OUT) && end.reason != TEMBRA_REASON_IN_USE;
+}
+
 int errorOfDatabase() {
   const int reading = readDevices().error;
   const bool isRead = reading == 0 || reading == EBADMSG;
@@ -207,6 +212,7 @@ void Session::finish(const End& end) {
   close();
   if (!callRuns_ || isLateCallOver(kForLateCall)) inbox_.acceptNext();
   watching_.publish(outbox_.end(ended, callRuns_));
+  if (isWorthKeeping(end)) watching_.keepFailure();
   if (socket_ == 0) watching_.end();
   if (callRuns_ && isLateCallOver(Milliseconds(-1))) inbox_.acceptNext();
 }

@@ -1,4 +1,4 @@
-// tembra-assoc status and watch: who has the connection, and what happens there.
+// tembra-assoc status and watch: who has the connection, what happens there, and what has happened.
 #include <tembra/watch.h>
 
 #include <CLI/CLI.hpp>
@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/commands/commands.h"
+#include "cli/commands/history_text.h"
 #include "cli/commands/other_front_end.h"
 #include "cli/commands/watched_line.h"
 #include "cli/display/event_text.h"
@@ -25,27 +26,26 @@ constexpr std::chrono::milliseconds kBetweenTries{300};
 constexpr std::chrono::milliseconds kLongestWait{1000};
 constexpr int kHolderMilliseconds = 1000;
 
-std::string timeText(const char* format, std::time_t moment) {
-  char text[32] = {};
-  std::tm local{};
-  std::strftime(text, sizeof text, format, localtime_r(&moment, &local));
-  return text;
+std::string timeText() { return clockText(std::time(nullptr)) + "  "; }
+
+std::string errorIn(const std::string& line) {
+  const Json said = Json::parse(line, nullptr, false);
+  return said.is_object() ? textOf(said, "error") : "";
 }
 
 void show(const Context& context, const std::string& line) {
   if (context.options.json) return printLine(line);
-  printText(timeText("%H:%M:%S  ", std::time(nullptr)) + printable(watchedText(line)));
+  printText(timeText() + printable(watchedText(line)));
 }
 
 void tellNobody(const Context& context) {
   if (context.options.json) return printLine(statusEvent(nullptr));
-  printText(timeText("%H:%M:%S  ", std::time(nullptr)) + "The connection is free.");
+  printText(timeText() + "The connection is free.");
 }
 
 // Who is refused once is refused again.
 void throwIfRefused(const Context& context, const std::string& line) {
-  const Json said = Json::parse(line, nullptr, false);
-  const std::string error = said.is_object() ? textOf(said, "error") : "";
+  const std::string error = errorIn(line);
   if (!error.empty()) throw Failure(kFailed, context.options.watchPath + " refuses to be watched: " + error + ".");
 }
 
@@ -97,8 +97,27 @@ void tellStatus(const Context& context) {
   if (!isHeld) return printText("No front end that can be watched has the connection.");
   const std::string awaited = awaitedBy(holder);
   printText(printable(std::string(holder.program)) + " (process " + std::to_string(holder.pid) +
-            ") has the connection since " + timeText("%H:%M:%S", holder.since) + ": " +
-            printable(std::string(holder.operation)) + "." + (awaited.empty() ? "" : " " + awaited + "."));
+            ") has the connection since " + clockText(holder.since) + ": " + printable(std::string(holder.operation)) +
+            "." + (awaited.empty() ? "" : " " + awaited + "."));
+}
+
+// ---- The flight recorder ----
+
+void showEntry(const Context& context, const std::string& line) {
+  context.options.json ? printLine(line) : printText(printable(timedEntryText(line)));
+}
+
+// Where nobody has the connection, that of the last failure.
+void tellHistory(const Context& context) {
+  const std::string& path = context.options.watchPath;
+  if (const auto entries = readHistory(path)) {
+    for (const std::string& line : *entries) showEntry(context, line);
+    return;
+  }
+  const auto kept = readFailure(path);
+  if (!kept) return context.display.note("Nobody has the connection, and no failure was kept beside " + path + ".");
+  context.display.note("Nobody has the connection. This is what led to the last failure:");
+  for (const std::string& line : *kept) showEntry(context, line);
 }
 
 }  // namespace
@@ -107,7 +126,10 @@ void declareWatch(CLI::App& program, Action& action) {
   CLI::App* watch = program.add_subcommand("watch", "show what other front ends do until Ctrl-C");
   watch->callback([&action] { action = watchFrontEnds; });
   CLI::App* status = program.add_subcommand("status", "tell which front end has the connection, and what it does");
-  status->callback([&action] { action = tellStatus; });
+  auto history = std::make_shared<bool>(false);
+  status->add_flag("--history", *history,
+                   "what that front end did last, or what led to the last failure where none has the connection");
+  status->callback([&action, history] { action = *history ? tellHistory : tellStatus; });
 }
 
 }  // namespace tembra::cli

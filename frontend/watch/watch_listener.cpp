@@ -28,21 +28,6 @@ sockaddr_un addressAt(const std::string& path) {
   return address;
 }
 
-/// The group of the folder, which is made where it is missing. Whoever owns or may write to the folder can put another
-/// socket in this one's place.
-gid_t groupOfFolder(const std::string& folder) {
-  if (mkdir(folder.c_str(), kOfFolder) == 0) {
-    if (chmod(folder.c_str(), kOfFolder) != 0) failAt(folder);  // the process's mask may have taken the group's rights
-  } else if (errno != EEXIST) {
-    failAt(folder);
-  }
-  struct stat status {};
-  if (lstat(folder.c_str(), &status) != 0) failAt(folder);
-  if (!isProtectedFolder(status)) refuse(folder + " is a link or no folder, or everybody may write to it");
-  if (status.st_uid != 0 && status.st_uid != geteuid()) refuse(folder + " belongs to another user");
-  return status.st_gid;
-}
-
 /// Whether a process that still runs listens there. A socket that this process may not even connect to is none of a
 /// holder's, because the holder is this process.
 bool isServed(const sockaddr_un& address) {
@@ -62,8 +47,23 @@ void removeDeadFile(const std::string& path, const sockaddr_un& address) {
 
 }  // namespace
 
+// Whoever owns or may write to the folder can put another socket in this one's place.
+gid_t groupOfWatchFolder(const std::string& path) {
+  const std::string folder = folderOf(path);
+  if (mkdir(folder.c_str(), kOfFolder) == 0) {
+    if (chmod(folder.c_str(), kOfFolder) != 0) failAt(folder);  // the process's mask may have taken the group's rights
+  } else if (errno != EEXIST) {
+    failAt(folder);
+  }
+  struct stat status {};
+  if (lstat(folder.c_str(), &status) != 0) failAt(folder);
+  if (!isProtectedFolder(status)) refuse(folder + " is a link or no folder, or everybody may write to it");
+  if (status.st_uid != 0 && status.st_uid != geteuid()) refuse(folder + " belongs to another user");
+  return status.st_gid;
+}
+
 WatchListener::WatchListener(std::string path)
-    : path_(std::move(path)), address_(addressAt(path_)), group_(groupOfFolder(folderOf(path_))), socket_(newSocket()) {
+    : path_(std::move(path)), address_(addressAt(path_)), group_(groupOfWatchFolder(path_)), socket_(newSocket()) {
   if (!socket_.valid()) failAt("no socket");
   bindToPath();
   try {

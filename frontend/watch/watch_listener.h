@@ -12,6 +12,10 @@
 
 namespace tembra::frontend {
 
+/// The group of the folder of a path, which is made where it is missing (0750).
+/// @throws std::runtime_error with a sentence where the folder is no place for the socket
+[[nodiscard]] gid_t groupOfWatchFolder(const std::string& path);
+
 /// Only the process that has the association connection makes one. So a socket file that is there already was left by a
 /// dead process, unless somebody answers at it.
 class WatchListener {

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <ctime>
 
+#include "failure_file.h"
 #include "texts.h"
 
 namespace tembra::frontend {
@@ -45,6 +46,10 @@ void Watching::publish(const std::string& json) {
 
 void Watching::leave() {
   if (server_) server_->leave();
+}
+
+void Watching::keepFailure() const noexcept {
+  if (!path_.empty()) frontend::keepFailure(path_);
 }
 
 WatchServer::State Watching::state() {

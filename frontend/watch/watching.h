@@ -30,6 +30,9 @@ class Watching : public WatchServer::Host {
   /// Nobody watches any longer.
   void end() { server_.reset(); }
 
+  /// The operation failed: keeps the flight recorder in a file beside the socket.
+  void keepFailure() const noexcept;
+
   /// Who has the connection, in English; empty: nobody says so.
   [[nodiscard]] std::string describeHolder() const;
 

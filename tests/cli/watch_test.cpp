@@ -67,6 +67,37 @@ TEST(Status, TellsWhoHasTheConnection) {
   router.stop();
 }
 
+TEST(History, TellsWhatTheHolderDid) {
+  SimRouter router;
+  Program add(assocCommand({"add", "--yes"}));
+  add.waitFor("Press the button of the device to add.");
+  const Ended people = runAssoc({"status", "--history"});
+  EXPECT_EQ(people.status, 0) << people.errors;
+  EXPECT_NE(people.output.find("  called add\n"), std::string::npos) << people.output;
+  EXPECT_NE(people.output.find("  log, progress: libTembraAssoc:"), std::string::npos) << people.output;
+  EXPECT_NE(people.output.find("  add: Press the button of the device to add.\n"), std::string::npos) << people.output;
+  const std::vector<std::string> lines = kit::linesOf(runAssoc({"status", "--history", "--json"}).output);
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(nlohmann::json::parse(lines.front()).at("call"), "add");
+  EXPECT_EQ(nlohmann::json::parse(lines.back()).at("event").at("event"), "waiting");
+  add.signal(SIGINT);
+  EXPECT_EQ(add.end().status, 130);
+  router.stop();
+}
+
+TEST(History, TellsWhatLedToTheLastFailure) {
+  SimRouter router;
+  EXPECT_EQ(runAssoc({"status", "--history"}).output,
+            "Nobody has the connection, and no failure was kept beside /tmp/front-ends/socket.\n");
+  EXPECT_EQ(runAssoc({"hue", "remove", "--yes", "02:a1:b2:0c:00:0f"}).status, 1);
+  EXPECT_EQ(router.add("siren", {"--yes"}).status, 0);  // no failure
+  const Ended failure = runAssoc({"status", "--history"});
+  EXPECT_EQ(failure.output.find("Nobody has the connection. This is what led to the last failure:\n"), 0U);
+  EXPECT_NE(failure.output.find("  called hue-remove 02:a1:b2:0c:00:0f\n"), std::string::npos) << failure.output;
+  EXPECT_NE(failure.output.find("  hue-remove: "), std::string::npos) << failure.output;
+  router.stop();
+}
+
 TEST(WatchPath, IsAbsolute) {
   for (const std::string& path : {std::string(), std::string("relative"), "/" + std::string(107, 'x')}) {
     const Ended status = runAssoc({"status", "--watch-path", path});

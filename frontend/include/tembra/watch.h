@@ -28,6 +28,11 @@ extern "C" {
 /// Where front ends of a router serve and watch, unless they agree on another path.
 #define TEMBRA_WATCH_PATH "/run/tembra/front-end"
 
+/// Behind the path of the socket: the file with the flight recorder as it was at the end of the last operation that
+/// failed or timed out ("/run/tembra/front-end.failure"). Its lines are those of tembra_frontend_history. It stays when
+/// the process ends, and when the connection is closed. Members of the folder's group may read it.
+#define TEMBRA_FAILURE_SUFFIX ".failure"
+
 // ---- Who has the connection ----------------------------------------------------------------------------------------
 
 struct tembra_holder {

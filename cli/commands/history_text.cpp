@@ -1,0 +1,56 @@
+#include "cli/commands/history_text.h"
+
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <nlohmann/json.hpp>
+
+#include "cli/commands/watched_line.h"
+
+namespace tembra::cli {
+namespace {
+
+using Json = nlohmann::json;
+
+long long integerOf(const Json& object, const char* member) {
+  const auto found = object.is_object() ? object.find(member) : object.end();
+  return found != object.end() && found->is_number_integer() ? found->get<long long>() : 0;
+}
+
+std::string callText(const Json& entry) {
+  std::string text = "called " + textOf(entry, "call");
+  if (const auto arguments = entry.find("arguments"); arguments != entry.end() && arguments->is_array()) {
+    for (const Json& each : *arguments) text += " " + (each.is_string() ? each.get<std::string>() : each.dump());
+  }
+  const long long error = integerOf(entry, "error");
+  return error == 0 ? text : text + ": " + std::strerror(static_cast<int>(error));
+}
+
+std::string textOfEntry(const Json& entry, const std::string& line) {
+  if (!entry.is_object()) return line;
+  if (const auto event = entry.find("event"); event != entry.end()) return watchedText(event->dump());
+  if (entry.contains("call")) return callText(entry);
+  return entry.contains("log") ? "log, " + textOf(entry, "level") + ": " + textOf(entry, "log") : line;
+}
+
+}  // namespace
+
+std::string entryText(const std::string& line) { return textOfEntry(Json::parse(line, nullptr, false), line); }
+
+std::string timedEntryText(const std::string& line) {
+  const Json entry = Json::parse(line, nullptr, false);
+  const long long time = integerOf(entry, "wall_us");
+  char milliseconds[8] = {};
+  std::snprintf(milliseconds, sizeof milliseconds, ".%03d  ", static_cast<int>(time / 1000 % 1000));
+  return clockText(time / 1000000) + milliseconds + textOfEntry(entry, line);
+}
+
+std::string clockText(long long seconds) {
+  const auto moment = static_cast<std::time_t>(seconds);
+  char text[32] = {};
+  std::tm local{};
+  std::strftime(text, sizeof text, "%H:%M:%S", localtime_r(&moment, &local));
+  return text;
+}
+
+}  // namespace tembra::cli

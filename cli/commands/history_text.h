@@ -1,0 +1,20 @@
+// The entries of a flight recorder, in words for people.
+#ifndef TEMBRA_CLI_HISTORY_TEXT_H
+#define TEMBRA_CLI_HISTORY_TEXT_H
+
+#include <string>
+
+namespace tembra::cli {
+
+/// "add: A device answers on Z-Wave.", "called finish 42", "log, progress: ..."; the line itself when it is no entry.
+[[nodiscard]] std::string entryText(const std::string& line);
+
+/// The same behind the time of the entry.
+[[nodiscard]] std::string timedEntryText(const std::string& line);
+
+/// "12:00:00"
+[[nodiscard]] std::string clockText(long long seconds);
+
+}  // namespace tembra::cli
+
+#endif
