@@ -11,15 +11,21 @@ demo_packages=(g++ cmake ninja-build pkgconf libqdbm-dev libcli11-dev libjsmn-de
 bench_packages=("${demo_packages[@]}" libbenchmark-dev gnuplot-nox)
 
 # What testing takes besides: the test framework, the second compiler, the oldest compiler and the other C++ library. Then
-# the checkers, the reader of manual pages, what counts instructions and compares binary interfaces, another C library, and the kit's languages.
+# the checkers, the reader of manual pages, what counts instructions and compares binary interfaces, another C library, and
+# the kit's languages. The last ones read datagrams and complete commands.
 # shellcheck disable=SC2034
 test_packages=("${bench_packages[@]}" libgtest-dev ccache clang libclang-rt-dev clang-format clang-tidy python3 valgrind
-  man-db g++-11 libc++-14-dev libc++abi-14-dev abigail-tools musl lua5.1 lua5.4 liblua5.1-0-dev liblua5.4-dev tshark)
+  man-db g++-11 libc++-14-dev libc++abi-14-dev abigail-tools musl lua5.1 lua5.4 liblua5.1-0-dev liblua5.4-dev tshark zsh)
 
 # What building and testing for other CPUs takes besides: their compilers, the emulators, and what starts programs of 32 bits.
 # shellcheck disable=SC2034
 cross_packages=(g++-i686-linux-gnu g++-arm-linux-gnueabihf g++-aarch64-linux-gnu g++-mipsel-linux-gnu qemu-user-static
   libc6-i386)
+
+# What making the Debian packages takes besides, and trying them: the packagers' tools, and what makes a fresh system.
+# shellcheck disable=SC2034
+debian_packages=("${demo_packages[@]}" ccache debhelper dh-python dpkg-dev liblua5.1-0-dev liblua5.4-dev lintian mmdebstrap
+  python3 uidmap)
 
 # What the coverage of the fuzzers' corpora takes: the same as building, the second compiler, and its readers.
 # shellcheck disable=SC2034

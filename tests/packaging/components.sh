@@ -20,7 +20,7 @@ installed_files() {
   (cd "$work/opt/tembra" && find . ! -type d) |
     sed "s|^\./||; s|^lib/python3/[^/]*/tembra/.*|PYTHON/*|; s|^$libraries/|LIB/|; s|^$commands/|LIBEXEC/|
       s|^\(include/tembra\)/.*|\1/*|; s|^\(share/tembra/[a-z]*\)/.*|\1/*|; s|^\(share/doc/.*/examples\)/.*|\1/*|
-      s|^\(share/man/man[0-9]\)/.*|\1/*|
+      s|^\(share/man/man[0-9]\)/.*|\1/*|; s|^\(share/bash-completion/completions\)/.*|\1/*|
       s|Targets-[a-z]*\.cmake|Targets.cmake|; s|\.so\.[0-9]*\.[0-9.]*$|.so.VERSION|" | LC_ALL=C sort -u
 }
 

@@ -87,5 +87,5 @@ done
 # shellcheck source=scripts/packages.sh
 source "$source/scripts/packages.sh"
 # shellcheck disable=SC2154
-diff <(printf '%s\n' "${test_packages[@]}" "${coverage_packages[@]}" | LC_ALL=C sort --unique) \
+diff <(printf '%s\n' "${test_packages[@]}" "${debian_packages[@]}" "${coverage_packages[@]}" | LC_ALL=C sort --unique) \
   <(sed '/^#/d;s/ .*//' "$source/scripts/tested-packages" | LC_ALL=C sort)
