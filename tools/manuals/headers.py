@@ -9,10 +9,19 @@ CHAPTER = re.compile(r"^// ---- (.*?) -+$\n", re.M)
 
 def _words(lines):
     """What comment lines say. A parameter and what is returned get paragraphs of their own."""
-    text = "\n".join(re.sub(r"^\s*///?<? ?", "", line) for line in lines)
+    blocks = re.split(r"\n\s*\n", "\n".join(re.sub(r"^\s*///?<? ?", "", line) for line in lines))
+    return "\n\n".join(block if _is_code(block) else _prose(block) for block in blocks)
+
+
+def _is_code(block):
+    return all(line.startswith("    ") for line in block.split("\n"))
+
+
+def _prose(block):
+    text = "\n".join(line.strip() for line in block.split("\n"))
     text = re.sub(r"\s*@param (\w+) +", r"\n\n**\1**: ", text)
     text = re.sub(r"\s*@return +", r"\n\nReturns: ", text)
-    return textwrap.dedent(re.sub(r"(?<!\n)\n *- ", "\n\n- ", text)) if "\n    " not in text else text
+    return re.sub(r"\n(?=- )", r"\n\n", text)
 
 
 def _members(body):
