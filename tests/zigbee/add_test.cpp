@@ -6,9 +6,7 @@
 #include "devices.h"
 #include "kit/router_test.h"
 
-using kit::Device;
 using kit::lines;
-using kit::RecordedEvent;
 using kit::Router;
 using kit::ZigbeeDevice;
 
@@ -82,23 +80,6 @@ TEST_F(ZigbeeAddTest, WhatHoldsWhileTheFrontEndIsTold) {
   EXPECT_EQ(stateAt(answer(2)), "state 0 idle 0 last 0 cancel 1 radio 1 cmdtype EditNameLocation");
 }
 
-TEST_F(ZigbeeAddTest, ProgressIsToldAsJson) {
-  adding(router);
-  router.zigbee().send(answer(1));
-  router.zigbee().send(answer(6));
-  router.zigbee().send(answer(11));
-  const auto events = router.takeEvents();
-  ASSERT_EQ(events.size(), 3U);
-  EXPECT_STREQ(events[0].report().json, R"({"CommandType":"AddingDevice","MobileInternalIndex":""})");
-  EXPECT_STREQ(events[1].report().json, R"({"CommandType":"GettingInfo","MobileInternalIndex":""})");
-  EXPECT_STREQ(events[2].report().json,
-               R"({"CommandType":"AddDevice","MobileInternalIndex":"","Success":"false","Reason":"AddingFailed"})");
-  EXPECT_EQ(events[0].report().status, 1);
-  EXPECT_EQ(events[1].report().status, 6);
-  EXPECT_EQ(events[2].report().status, 11);
-  EXPECT_EQ(events[2].report().failure, 0);
-}
-
 TEST_F(ZigbeeAddTest, ADeviceWithoutTypesToChooseFromIsNamed) {
   TembraAssociation& assoc = describing(router);
   assoc.devType = 5;
@@ -115,20 +96,6 @@ TEST_F(ZigbeeAddTest, ADeviceWithoutTypesToChooseFromIsNamed) {
   EXPECT_STREQ(assoc.devLocation, "Default");
   EXPECT_EQ(assoc.devType, 12);
   EXPECT_EQ(assoc.classifiedType, 12);
-}
-
-TEST_F(ZigbeeAddTest, TheChoiceOfTypesIsOffered) {
-  TembraAssociation& assoc = describing(router);
-  std::strcpy(assoc.devLocation, "Attic");
-  router.zigbee().send(kCie);
-  const DeviceReport report = router.takeEvents().at(0).report();
-  EXPECT_EQ(report.status, 10);
-  EXPECT_EQ(report.type, 10);
-  EXPECT_EQ((std::vector<int>{report.subTypes, report.subTypes + 4}), (std::vector<int>{21, 19, 10, 0}));
-  EXPECT_EQ(report.name[0], '\0');
-  EXPECT_STREQ(assoc.devLocation, "Attic");
-  EXPECT_EQ(assoc.devType, 10);
-  EXPECT_EQ(router.state(), "state 8 idle 0 last 6 cancel 1 radio 1 cmdtype SelectDeviceType");
 }
 
 TEST_F(ZigbeeAddTest, TheChoiceGoesByTheZoneAndNotByTheFinalType) {
@@ -152,23 +119,6 @@ TEST_F(ZigbeeAddTest, TheFirstEntryOfAListIsNoCount) {
   router.zigbee().send(answer(10).zone(0x002B).cluster(0x0500));
   const DeviceReport report = router.takeEvents().at(0).report();
   EXPECT_EQ((std::vector<int>{report.subTypes, report.subTypes + 7}), (std::vector<int>{39, 11, 37, 36, 55, 42, 0}));
-}
-
-TEST_F(ZigbeeAddTest, AListLeavesNothingOfTheOneBefore) {
-  TembraAssociation& assoc = describing(router);
-  router.numberType("GasSensor", 60);
-  SensorBinaryFlag = 1;
-  router.zigbee().send(answer(10).zone(0x002B).cluster(0x0500));
-  assoc.assocState = ASSOC;
-  router.zigbee().send(kCie);
-  assoc.assocState = ASSOC;
-  SensorBinaryFlag = 0;
-  router.zigbee().send(answer(10).zone(0x002B).cluster(0x0500));
-  const auto events = router.takeEvents();
-  ASSERT_EQ(events.size(), 3U);
-  const DeviceReport second = events[1].report();
-  EXPECT_EQ((std::vector<int>{second.subTypes, second.subTypes + 7}), (std::vector<int>{21, 19, 10, 0, 0, 0, 0}));
-  EXPECT_EQ(events[2].event.code, 7) << "a list that is left alone is empty";
 }
 
 TEST_F(ZigbeeAddTest, WhatTheCallbackChoosesIsKept) {
@@ -199,23 +149,6 @@ TEST_F(ZigbeeAddTest, ADeviceThatCannotBeCreatedIsOnlyLogged) {
   EXPECT_EQ(events[0].timeout().lastEventCode, 5);
 }
 
-TEST_F(ZigbeeAddTest, AFailureCancelsNoRadio) {
-  describing(router);
-  router.zigbee().send(answer(2));
-  EXPECT_EQ(router.takeTrace(), lines({"log 1 libTembraAssoc:Association failed (Zigbee)", "event 9 source 1"}));
-  EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 1 radio 1 cmdtype GettingInfo");
-}
-
-TEST_F(ZigbeeAddTest, WithoutACallbackEverythingElseHappens) {
-  TembraAssociation& assoc = router.connect();
-  router.database().nextId("41");
-  assoc.registerAssocEventCB(nullptr);
-  assoc.addDevZigbeeZwave();
-  for (const ZigbeeDevice& device : {answer(1), answer(6), kCie}) router.zigbee().send(device);
-  EXPECT_TRUE(router.takeEvents().empty());
-  EXPECT_EQ(router.state(), "state 8 idle 0 last 6 cancel 1 radio 1 cmdtype SelectDeviceType");
-}
-
 TEST_F(ZigbeeAddTest, TheFinishedDeviceIsHandedOver) {
   TembraAssociation& assoc = describing(router);
   router.zigbee().send(kCie);
@@ -236,4 +169,16 @@ TEST_F(ZigbeeAddTest, TheFinishedDeviceIsHandedOver) {
   EXPECT_EQ(router.takeSends().at(0).bytes, kit::Bytes(bytes, bytes + sizeof notice));
   EXPECT_EQ(std::memcmp(&assoc.zbDevice, &expected, sizeof expected), 0);
   EXPECT_EQ(router.state(), "state 8 idle 1 last 7 cancel 1 radio 1 cmdtype EditNameLocation");
+}
+
+TEST_F(ZigbeeAddTest, TheZwaveServerTakesOverEvenFromAFoundDevice) {
+  TembraAssociation& assoc = adding(router);
+  router.zigbee().send(answer(1));
+  EXPECT_EQ(router.state(), "state 1 idle 0 last 3 cancel 1 radio 1 cmdtype AddingSensor");
+  router.zwave().send(kit::Node(5));
+  EXPECT_EQ(router.state(), "state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor");
+  router.forget();
+  router.zigbee().send(answer(10));
+  EXPECT_EQ(router.takeTrace(), "") << "what the ZigBee device goes on to say is ignored";
+  EXPECT_EQ(assoc.zbDevice.msgCode, 10) << "but stored";
 }

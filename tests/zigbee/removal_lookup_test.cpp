@@ -5,10 +5,8 @@
 
 #include "kit/router.h"
 
-using kit::Bytes;
 using kit::Device;
 using kit::Router;
-using kit::ZigbeeDevice;
 
 namespace {
 
@@ -95,18 +93,6 @@ TEST(RemovalLookupTest, TheKindOfRadioIsNotAsked) {
   EXPECT_EQ(router.takeTrace(), removing("0x00") + removing("0x00"));
 }
 
-TEST(RemovalLookupTest, OnlyDeviceRecordsCount) {
-  Router router;
-  const Bytes record = Device(1, "other").zigbee(7).bytes();
-  for (const char* key : {"NextDevid", "Version", "1.1", ".", "1."}) router.database().put(key, record);
-  expectUnknown(router, 7);
-  for (const char* key : {"nextdevid", "NextDevId", "version", "Versions", "-"}) {
-    router.database().put(key, record);
-    expectFound(router, 7, 1, "other");
-    router.database().drop(key);
-  }
-}
-
 TEST(RemovalLookupTest, ARecordThatEndsBeforeItsAddressIsNobodys) {
   Router router;
   router.database().put(Device(1, "short").zigbee(0).cutTo(371));
@@ -117,24 +103,4 @@ TEST(RemovalLookupTest, ARecordThatEndsBeforeItsAddressIsNobodys) {
     router.database().put(Device(1, "short").zigbee(0).cutTo(length));
     expectUnknown(router, 0);
   }
-}
-
-TEST(RemovalLookupTest, ALongNameIsCutAtItsField) {
-  Router router;
-  Device device = Device(1, "").zigbee(7);
-  std::memset(device.record().name, 'n', sizeof device.record().name);
-  router.database().put(device);
-  TembraAssociation& assoc = prepared(router);
-  const ZbDeviceInfo before = assoc.zbDevice;
-  EXPECT_EQ(assoc.zb_removeNode(7), 0);
-  EXPECT_EQ(assoc.removedName, std::string(179, 'n'));
-  EXPECT_EQ(assoc.removedId, 1);
-  EXPECT_EQ(std::memcmp(&assoc.zbDevice, &before, sizeof before), 0);
-}
-
-TEST(RemovalLookupTest, AnEmptyDatabaseKnowsNobody) {
-  Router router;
-  expectUnknown(router, 7);
-  router.database().create();
-  expectUnknown(router, 0);
 }

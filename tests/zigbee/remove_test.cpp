@@ -1,14 +1,12 @@
 // A ZigBee device is removed: who it was, who is told, and what an answer means that names nobody.
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <cstring>
 
 #include "devices.h"
 #include "kit/router_test.h"
 
 using kit::Bytes;
-using kit::Call;
 using kit::Device;
 using kit::lines;
 using kit::Router;
@@ -84,22 +82,6 @@ TEST_F(ZigbeeRemoveTest, AnUnknownDeviceThatLeftIsReported) {
   }
 }
 
-TEST_F(ZigbeeRemoveTest, ProgressOfAnUnknownDeviceChangesTheRecordOnly) {
-  removing(router);
-  router.zigbee().send(leaveAnswer(5, 0x4321));
-  EXPECT_EQ(router.takeTrace(), "");
-  EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
-  EXPECT_EQ(router.assoc().zbDevice.msgCode, 12);
-}
-
-TEST_F(ZigbeeRemoveTest, ProgressOfAKnownDeviceIsLookedUpEachTime) {
-  removing(router);
-  for (int i = 0; i < 3; ++i) router.zigbee().send(leaveAnswer(5));
-  EXPECT_EQ(router.takeTrace(), lines({kScanned, kScanned, kScanned}));
-  EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
-  EXPECT_STREQ(router.assoc().removedName, "Lamp");
-}
-
 TEST_F(ZigbeeRemoveTest, AfterTheFirstEndTheRestIsIgnored) {
   removing(router);
   router.zigbee().send(leaveAnswer(2));
@@ -107,16 +89,6 @@ TEST_F(ZigbeeRemoveTest, AfterTheFirstEndTheRestIsIgnored) {
   for (const int status : {2, 2, 12, 5}) router.zigbee().send(leaveAnswer(status));
   EXPECT_EQ(router.takeTrace(), "");
   EXPECT_EQ(router.assoc().zbDevice.msgCode, 5) << "the record is stored all the same";
-}
-
-TEST_F(ZigbeeRemoveTest, ANoticeThatCannotBeSentChangesNothing) {
-  removing(router);
-  router.fail(Call::kSendto, EPERM, 1, 1);
-  router.zigbee().send(leaveAnswer(2));
-  const std::string trace = router.takeTrace();
-  EXPECT_NE(trace.find("-> EPERM\nstderr sendto error: Operation not permitted\n"), std::string::npos) << trace;
-  EXPECT_EQ(router.takeEvents().at(0).event.code, 11);
-  EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 1 cmdtype RemoveDevice");
 }
 
 TEST_F(ZigbeeRemoveTest, WithoutADatabaseTheLastRemovedDeviceIsNamedAgain) {
@@ -135,30 +107,4 @@ TEST_F(ZigbeeRemoveTest, WithoutADatabaseTheLastRemovedDeviceIsNamedAgain) {
   EXPECT_EQ(events[0].event.code, 11);
   EXPECT_STREQ(events[0].report().removedName, "Lamp");
   EXPECT_EQ(events[0].report().removedId, 7);
-}
-
-TEST_F(ZigbeeRemoveTest, WithoutADatabaseStatusTwelveStaysUnknown) {
-  removing(router);
-  router.database().makeUnopenable();
-  router.zigbee().send(leaveAnswer(12));
-  EXPECT_EQ(router.takeEvents().at(0).event.code, 12);
-}
-
-TEST_F(ZigbeeRemoveTest, ADatabaseThatBreaksOffHidesWhatStandsBehind) {
-  removing(router);
-  router.database().put(Device(1, "broken").zigbee(8)).put(Device(2, "hidden").zigbee(9)).breakRecord("1");
-  router.zigbee().send(leaveAnswer(5));
-  EXPECT_EQ(router.takeTrace().substr(0, std::strlen(kScanned)), kScanned);
-  router.zigbee().send(leaveAnswer(2, 9));
-  EXPECT_EQ(router.takeEvents().at(0).event.code, 12);
-}
-
-TEST_F(ZigbeeRemoveTest, OfTwoDevicesAtOneAddressTheLastIsReported) {
-  removing(router);
-  router.database().put(Device(3, "Plug 100%d").zigbee(kLamp));
-  router.zigbee().send(leaveAnswer(2));
-  const std::string trace = router.takeTrace();
-  EXPECT_EQ(trace.rfind(lines({kScanned, kScanned}), 0), 0U);
-  EXPECT_NE(trace.find("log 0 libTembraAssoc:Sensor name Plug 100%d is removed (Zigbee)\n"), std::string::npos);
-  EXPECT_EQ(router.takeEvents().at(0).report().removedId, 3);
 }
