@@ -73,24 +73,6 @@ TEST_F(ClosingTest, KeepsTheOperationAndThePendingDevice) {
   EXPECT_EQ(assoc.zwNodeRx.nodeId, 5);
 }
 
-TEST_F(ClosingTest, AnOperationUnderWayIsNeitherCancelledNorReported) {
-  router.connect().addDevZigbeeZwave();
-  router.forget();
-  router.close();
-  EXPECT_EQ(withoutExit(router.takeTrace()), lines({"log 0 libTembraAssoc:closing the Assoc Connection"}));
-  EXPECT_TRUE(router.takeEvents().empty());
-}
-
-TEST_F(ClosingTest, TheLastDatagramIsNotHandledAgain) {
-  TembraAssociation& assoc = router.connect();
-  assoc.addDevZigbeeZwave();
-  router.zwave().send(Node(5));
-  router.forget();
-  router.close();
-  EXPECT_EQ(withoutExit(router.takeTrace()), lines({"log 0 libTembraAssoc:closing the Assoc Connection"}));
-  EXPECT_EQ(assoc.assocState, ZW_ASSOC);
-}
-
 TEST_F(ClosingTest, OpenAgainItWorksAsBefore) {
   TembraAssociation& assoc = router.connect();
   for (int round = 0; round < 20; ++round) {

@@ -7,7 +7,6 @@
 #include "kit/router_test.h"
 
 using kit::lines;
-using kit::Router;
 
 namespace {
 
@@ -30,33 +29,29 @@ std::string fieldOf(const char (&field)[kFieldSize]) { return {field, kFieldSize
 
 }  // namespace
 
-TEST_F(NameTest, IsCopiedUpToItsField) {
+TEST_F(NameTest, ATextIsCopiedUpToItsField) {
+  const struct {
+    const char* line;
+    void (TembraAssociation::*set)(char*);
+    char (&field)[kFieldSize];
+    char (&other)[kFieldSize];
+  } kRows[] = {
+      {"log 0 libTembraAssoc:inside setDevName", &TembraAssociation::setDevName, assoc.devName, assoc.devLocation},
+      {"log 0 libTembraAssoc:inside setDevLocation", &TembraAssociation::setDevLocation, assoc.devLocation,
+       assoc.devName},
+  };
   const int sock = assoc.sock;
-  for (const std::size_t length : kLengths) {
-    std::memset(assoc.devName, 'z', kFieldSize);
-    std::memset(assoc.devLocation, 'l', kFieldSize);
-    std::string text(length, 'n');
-    assoc.setDevName(text.data());
-    EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:inside setDevName"}));
-    EXPECT_EQ(fieldOf(assoc.devName), fieldAfter(length)) << length;
-    EXPECT_EQ(fieldOf(assoc.devLocation), std::string(kFieldSize, 'l')) << length;
-  }
-  EXPECT_EQ(assoc.sock, sock);
-}
-
-TEST(LocationTest, IsCopiedUpToItsField) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
-  const int sock = assoc.sock;
-  for (const std::size_t length : kLengths) {
-    std::memset(assoc.devName, 'm', kFieldSize);
-    std::memset(assoc.devLocation, 'z', kFieldSize);
-    std::string text(length, 'n');
-    assoc.setDevLocation(text.data());
-    EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:inside setDevLocation"}));
-    EXPECT_EQ(fieldOf(assoc.devLocation), fieldAfter(length)) << length;
-    EXPECT_EQ(fieldOf(assoc.devName), std::string(kFieldSize, 'm')) << length;
-    EXPECT_EQ(assoc.sock, sock) << length;
+  for (const auto& row : kRows) {
+    for (const std::size_t length : kLengths) {
+      std::memset(row.field, 'z', kFieldSize);
+      std::memset(row.other, 'o', kFieldSize);
+      std::string text(length, 'n');
+      (assoc.*row.set)(text.data());
+      EXPECT_EQ(router.takeTrace(), lines({row.line}));
+      EXPECT_EQ(fieldOf(row.field), fieldAfter(length)) << length;
+      EXPECT_EQ(fieldOf(row.other), std::string(kFieldSize, 'o')) << length;
+      EXPECT_EQ(assoc.sock, sock) << length;
+    }
   }
 }
 
@@ -67,13 +62,4 @@ TEST_F(NameTest, NullMeansEmpty) {
   assoc.setDevLocation(nullptr);
   EXPECT_STREQ(assoc.devName, "");
   EXPECT_STREQ(assoc.devLocation, "");
-}
-
-TEST_F(NameTest, ConfirmingTheTypeAfterwardsReplacesBoth) {
-  router.database().nextId("4");
-  assoc.setDevName(const_cast<char*>("Lamp"));
-  assoc.setDevLocation(const_cast<char*>("Hall"));
-  assoc.setDevType(DEVTYPE_BINARY_SWITCH);
-  EXPECT_STREQ(assoc.devName, "BinarySwitch #4");
-  EXPECT_STREQ(assoc.devLocation, "Default");
 }

@@ -1,21 +1,16 @@
-// Adding and removing, and the datagrams of each command.
+// The datagrams of each command to the radio servers.
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <chrono>
-#include <cstring>
-#include <thread>
 
 #include "kit/router_test.h"
 
 using kit::Call;
 using kit::lines;
-using kit::Node;
-using kit::Router;
 
 namespace {
 
-using OperationTest = kit::RouterTest;
+using RadioCommandTest = kit::ConnectedTest;
 
 constexpr int kUnknownCommands[] = {0, 5, 7, -1, 1000, -2147483647};
 
@@ -24,9 +19,7 @@ constexpr const char* kRemove[] = {R"(send zigbee 320 " " @180 "remove")", "send
 
 }  // namespace
 
-TEST(ZigbeeCommandTest, EachHasItsTexts) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(RadioCommandTest, EachOfZigbeeHasItsTexts) {
   const struct {
     zigbee_cmd command;
     std::string trace;
@@ -44,9 +37,7 @@ TEST(ZigbeeCommandTest, EachHasItsTexts) {
   }
 }
 
-TEST(ZwaveCommandTest, EachHasItsCodes) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(RadioCommandTest, EachOfZwaveHasItsCodes) {
   const struct {
     zwave_cmd command;
     const char* trace;
@@ -62,9 +53,7 @@ TEST(ZwaveCommandTest, EachHasItsCodes) {
   }
 }
 
-TEST(RadioCommandTest, UnknownOnesSendAndSayNothing) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
+TEST_F(RadioCommandTest, UnknownOnesSendAndSayNothing) {
   for (const int command : kUnknownCommands) {
     assoc.cmdToZigbee(static_cast<zigbee_cmd>(command));
     assoc.cmdToZwave(static_cast<zwave_cmd>(command));
@@ -72,78 +61,7 @@ TEST(RadioCommandTest, UnknownOnesSendAndSayNothing) {
   }
 }
 
-TEST(RadioCommandTest, CommandsChangeNoState) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
-  assoc.addDevZigbeeZwave();
-  router.zwave().send(Node(5));
-  const std::string state = router.state();
-  for (const int command : {1, 2, 3, 4}) {
-    assoc.cmdToZigbee(static_cast<zigbee_cmd>(command));
-    assoc.cmdToZwave(static_cast<zwave_cmd>(command));
-    EXPECT_EQ(router.state(), state) << command;
-  }
-}
-
-TEST(AddTest, AsksBothRadiosAndThenSetsTheState) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
-  assoc.addDevZigbeeZwave();
-  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:inside addDevZigbeeZwave", kAdd[0], kAdd[1]}));
-  for (const auto& datagram : router.takeSends()) {
-    EXPECT_EQ(datagram.state, "state 0 idle 1 last 0 cancel 3 radio 0 cmdtype ") << datagram.destination;
-  }
-  EXPECT_EQ(router.state(), "state 1 idle 0 last 0 cancel 3 radio 0 cmdtype AddDevice");
-}
-
-TEST(AddTest, TheLineComesBeforeEverything) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
-  std::string state;
-  router.onLog([&](const std::string&) { state = router.state(); });
-  assoc.addDevZigbeeZwave();
-  EXPECT_EQ(state, "state 0 idle 1 last 0 cancel 0 radio 0 cmdtype ");
-}
-
-TEST(RemoveTest, AsksBothRadiosWithoutALine) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
-  assoc.removeDevZigbeeZwave();
-  EXPECT_EQ(router.takeTrace(), lines({kRemove[0], kRemove[1]}));
-  for (const auto& datagram : router.takeSends()) {
-    EXPECT_EQ(datagram.state, "state 0 idle 1 last 0 cancel 3 radio 0 cmdtype ") << datagram.destination;
-  }
-  EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
-}
-
-TEST_F(OperationTest, ASecondOneAsksAndSetsEverythingAgain) {
-  TembraAssociation& assoc = router.connect();
-  assoc.addDevZigbeeZwave();
-  router.zwave().send(Node(5));
-  router.forget();
-  assoc.addDevZigbeeZwave();
-  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:inside addDevZigbeeZwave", kAdd[0], kAdd[1]}));
-  EXPECT_EQ(router.state(), "state 1 idle 0 last 3 cancel 3 radio 2 cmdtype AddDevice");
-  assoc.removeDevZigbeeZwave();
-  EXPECT_EQ(router.takeTrace(), lines({kRemove[0], kRemove[1]}));
-  EXPECT_EQ(router.state(), "state 2 idle 0 last 3 cancel 3 radio 2 cmdtype RemoveDevice");
-}
-
-TEST_F(OperationTest, TheCommandTextReplacesItsOwnBytesOnly) {
-  TembraAssociation& assoc = router.connect();
-  std::memset(cmdtype, 'x', sizeof cmdtype);
-  assoc.addDevZigbeeZwave();
-  char expected[60];
-  std::memset(expected, 'x', sizeof expected);
-  std::memcpy(expected, "AddDevice", 10);
-  EXPECT_EQ(std::memcmp(cmdtype, expected, sizeof expected), 0);
-  assoc.removeDevZigbeeZwave();
-  std::memcpy(expected, "RemoveDevice", 13);
-  EXPECT_EQ(std::memcmp(cmdtype, expected, sizeof expected), 0);
-}
-
-TEST_F(OperationTest, FailuresToSendArePrintedAndOtherwiseIgnored) {
-  TembraAssociation& assoc = router.connect();
+TEST_F(RadioCommandTest, FailuresToSendArePrintedAndOtherwiseIgnored) {
   router.fail(Call::kSendto, EPERM, 2);
   assoc.removeDevZigbeeZwave();
   EXPECT_EQ(router.takeTrace(), lines({
@@ -153,31 +71,4 @@ TEST_F(OperationTest, FailuresToSendArePrintedAndOtherwiseIgnored) {
                                     "stderr sendto error: Operation not permitted",
                                 }));
   EXPECT_EQ(router.state(), "state 2 idle 0 last 0 cancel 3 radio 0 cmdtype RemoveDevice");
-}
-
-TEST_F(OperationTest, AnAnswerThatComesBeforeTheCommandIsDoneWaitsForIt) {
-  TembraAssociation& assoc = router.connect();
-  router.onSend([this](const std::string& destination) {
-    if (destination == "zwave") router.zwave().post(Node(5).bytes());
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));  // time enough to be handled too early
-  });
-  assoc.addDevZigbeeZwave();
-  router.onSend(nullptr);
-  router.settle();
-  EXPECT_EQ(router.state(), "state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor");
-}
-
-TEST_F(OperationTest, WithoutAConnectionTheStateIsSetAllTheSame) {
-  router.assoc().addDevZigbeeZwave();
-  EXPECT_EQ(router.state(), "state 1 idle 0 last 0 cancel 3 radio 0 cmdtype AddDevice");
-}
-
-TEST_F(OperationTest, InheritsWhatIsLeftOfTheWait) {
-  TembraAssociation& assoc = router.connect();
-  router.advance(170);
-  assoc.addDevZigbeeZwave();
-  router.advance(9);
-  EXPECT_TRUE(router.takeEvents().empty());
-  router.advance(1);
-  EXPECT_EQ(router.takeEvents().size(), 1U);
 }

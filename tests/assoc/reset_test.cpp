@@ -1,7 +1,6 @@
 // Resetting the radio networks.
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <thread>
 
 #include "kit/router_test.h"
@@ -44,16 +43,6 @@ TEST_F(ResetTest, EachKindHasItsSteps) {
   }
 }
 
-TEST_F(ResetTest, ChangesNoState) {
-  assoc.addDevZigbeeZwave();
-  router.zwave().send(Node(5));
-  const std::string state = router.state();
-  for (const int type : {1, 2, 3, 4, 9}) {
-    assoc.doResetFor(static_cast<reset_type>(type));
-    EXPECT_EQ(router.state(), state) << type;
-  }
-}
-
 TEST_F(ResetTest, AnInterruptedSleepIsResumed) {
   router.interruptSleep(3);
   assoc.doResetFor(reset_zwave);
@@ -62,14 +51,6 @@ TEST_F(ResetTest, AnInterruptedSleepIsResumed) {
   router.interruptSleep(1);
   assoc.cmdToZigbee(zigbee_cmd_reset);
   EXPECT_EQ(router.takeTrace(), lines({kFirst, "sleep 2", "sleep 1", kSecond, kInnerLine}));
-}
-
-TEST_F(ResetTest, TheSecondDatagramIsTriedWhenTheFirstFails) {
-  router.fail(kit::Call::kSendto, ENOBUFS);
-  assoc.cmdToZigbee(zigbee_cmd_reset);
-  EXPECT_EQ(router.takeTrace(),
-            lines({R"(send zigbee 320 "n l" @180 "" -> ENOBUFS)", "stderr sendto error: No buffer space available",
-                   "sleep 2", kSecond, kInnerLine}));
 }
 
 // A reset blocks its caller for seconds, and nobody else.

@@ -4,7 +4,6 @@
 
 #include "kit/router.h"
 
-using kit::lines;
 using kit::Router;
 
 namespace {
@@ -59,14 +58,4 @@ TEST(SenderTest, IsNotToldByTheEndpointTable) {
   TembraAssociation& assoc = router.assoc();
   EXPECT_EQ(clientAt(assoc, "127.255.255.254"), CLIENT_ZWAVE);
   EXPECT_EQ(clientAt(assoc, "127.0.0.77"), CLIENT_UNKNOWN);
-}
-
-TEST(SenderTest, ItsPortDoesNotCount) {
-  Router router;
-  router.connect();
-  router.from("127.255.255.1", 8888).send(kit::Bytes{1});
-  const std::string homeServer = router.takeTrace();
-  EXPECT_EQ(homeServer, lines({"log 1 libTembraAssoc:\\n*** Got data from HA_Server. Not implemented ***\\n"}));
-  router.from("127.255.255.1", 12345).send(kit::Bytes{1});
-  EXPECT_EQ(router.takeTrace(), homeServer);
 }

@@ -8,7 +8,6 @@
 #include "kit/router_test.h"
 
 using kit::lines;
-using kit::Router;
 
 namespace {
 
@@ -61,16 +60,6 @@ TEST_F(SetTypeTest, SendsTheEventOnTheCallersThread) {
   EXPECT_EQ(router.state(), "state 0 idle 1 last 7 cancel 0 radio 2 cmdtype EditNameLocation");
 }
 
-TEST_F(SetTypeTest, TheSourceIsTheActiveRadio) {
-  for (const int radio : {0, 1, 2, 3, 4}) {
-    assoc.activeRadio = radio;
-    assoc.setDevType(kContact);
-    const auto events = router.takeEvents();
-    ASSERT_EQ(events.size(), 1U);
-    EXPECT_EQ(events[0].event.source, radio);
-  }
-}
-
 TEST_F(SetTypeTest, AGenericDeviceKeepsItsTypeAndGetsItsIndexesRewritten) {
   router.database().nextId("8");
   assoc.zwNodeWork.proposedType = DEVTYPE_GENERIC_DEVICE;
@@ -94,58 +83,6 @@ TEST_F(SetTypeTest, AGenericDeviceKeepsItsTypeAndGetsItsIndexesRewritten) {
   expectReport(router.takeEvents().at(0), "GenericDevice #8", 52);
 }
 
-TEST_F(SetTypeTest, ALeftoverGenericProposalCountsForAZigbeeDeviceToo) {
-  router.database().nextId("9");
-  assoc.activeRadio = 1;
-  assoc.zbDevice.devType = 5;
-  assoc.zwNodeWork.proposedType = DEVTYPE_GENERIC_DEVICE;
-  assoc.zwNodeWork.deviceKind = DEVICE_ZIGBEE;
-  assoc.setDevType(kContact);
-  EXPECT_STREQ(assoc.devName, "GenericDevice #9");
-  EXPECT_EQ(assoc.zbDevice.devType, 12);
-}
-
-TEST_F(SetTypeTest, TakesAnIdEachTime) {
-  router.nameType(kContact, "Twelve");
-  const struct {
-    const char* stored;
-    const char* name;
-  } kRows[] = {
-      {"17", "Twelve #17"}, {"0", "Twelve #0"}, {"-4", "Twelve #-4"}, {"words", "Twelve #0"}, {"", "Twelve #0"}};
-  for (const auto& row : kRows) {
-    router.database().nextId(row.stored);
-    assoc.setDevType(kContact);
-    EXPECT_STREQ(assoc.devName, row.name);
-  }
-}
-
-TEST_F(SetTypeTest, WithoutAStoredIdTheLastOneStays) {
-  router.nameType(kContact, "Twelve");
-  DevId = 23;
-  assoc.setDevType(kContact);
-  EXPECT_STREQ(assoc.devName, "Twelve #23");
-}
-
-TEST_F(SetTypeTest, WithoutADatabaseTheIdIsMinusOne) {
-  router.nameType(kContact, "Twelve");
-  DevId = 23;
-  router.database().makeUnopenable();
-  assoc.setDevType(kContact);
-  EXPECT_STREQ(assoc.devName, "Twelve #-1");
-  EXPECT_EQ(DevId, -1);
-  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:inside setDevType", "stderr dpopen: broken database file",
-                                       "event 7 source 0"}));
-}
-
-TEST_F(SetTypeTest, TheZigbeeRecordKeepsTheLowByte) {
-  for (const int type : {0, 255, 256, 300, -1}) {
-    assoc.setDevType(static_cast<DevType>(type));
-    EXPECT_EQ(assoc.devType, type);
-    EXPECT_EQ(assoc.zwNodeWork.finalType, type);
-    EXPECT_EQ(assoc.zbDevice.devType, type & 0xFF);
-  }
-}
-
 TEST_F(SetTypeTest, ALongTypeNameIsCutAtTheField) {
   router.database().nextId("7");
   for (const std::size_t length : {0U, 31U, 170U, 175U, 176U, 178U, 179U, 180U, 400U}) {
@@ -167,27 +104,4 @@ TEST_F(SetTypeTest, TheCallbackMayCallEverything) {
   assoc.setDevType(kContact);
   EXPECT_STREQ(assoc.devName, "Mine");
   EXPECT_STREQ(assoc.devLocation, "Hall");
-}
-
-TEST(SetType2Test, ChangesTheTypeOnly) {
-  Router router;
-  TembraAssociation& assoc = router.connect();
-  router.database().nextId("7");
-  assoc.setDevName(const_cast<char*>("Lamp"));
-  assoc.setDevLocation(const_cast<char*>("Hall"));
-  DevId = 3;
-  assoc.zwNodeWork.proposedType = DEVTYPE_GENERIC_DEVICE;
-  assoc.zwNodeWork.indexes[0] = {14, 1};
-  const std::string state = router.state();
-  router.forget();
-  assoc.setDevType2(DEVTYPE_ZWAVE_SMOKE_SENSOR);
-  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:inside setDevType2 ***"}));
-  EXPECT_EQ(assoc.devType, 36);
-  EXPECT_EQ(assoc.zbDevice.devType, 36);
-  EXPECT_EQ(assoc.zwNodeWork.finalType, 36) << "also for a generic device";
-  EXPECT_EQ(assoc.zwNodeWork.indexes[0].type, 14);
-  EXPECT_EQ(DevId, 3);
-  EXPECT_STREQ(assoc.devName, "Lamp");
-  EXPECT_STREQ(assoc.devLocation, "Hall");
-  EXPECT_EQ(router.state(), state);
 }
