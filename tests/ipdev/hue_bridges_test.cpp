@@ -1,9 +1,7 @@
 // Answers of the Hue server that list the bridges found.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <climits>
-#include <cstring>
 #include <string>
 
 #include "kit/router_test.h"
@@ -15,7 +13,7 @@ using kit::Router;
 
 namespace {
 
-using HueBridgesTest = kit::RouterTest;
+using HueBridgesTest = kit::ConnectedTest;
 
 std::string twoDigits(int number) {
   return {static_cast<char>('0' + number / 10), static_cast<char>('0' + number % 10)};
@@ -58,47 +56,7 @@ constexpr std::size_t kEntrySize = 65;
 
 }  // namespace
 
-TEST_F(HueBridgesTest, TheListIsOneEventAndAWaitForTheUser) {
-  TembraAssociation& assoc = router.connect();
-  assoc.Hue_initiateAdd();
-  std::strcpy(cmdtype, "Before");
-  assoc.lastEventCode = 7;
-  for (const int before : {0, 1}) {
-    idle = static_cast<unsigned char>(before);
-    router.forget();
-    router.hue().send(hueAnswer(0, 1, goodEntries(1)));
-    EXPECT_EQ(router.takeTrace(), lines({"event 21 source 3"}));
-    EXPECT_EQ(router.takeEvents().at(0).state,
-              "state 0 idle " + std::to_string(before) + " last 21 cancel 0 radio 3 cmdtype Before");
-    EXPECT_EQ(router.state(), "state 0 idle 0 last 21 cancel 0 radio 3 cmdtype AddIPDevice");
-    std::strcpy(cmdtype, "Before");
-  }
-}
-
-TEST_F(HueBridgesTest, WhoWaitsTooLongHearsOfTheList) {
-  router.connect().Hue_initiateAdd();
-  router.hue().send(hueAnswer(0, 1, goodEntries(1)));
-  router.forget();
-  router.advance(180);
-  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:Didn't get packet for 180 secs",
-                                       "log 2 libTembraAssoc:Unknown cancel type", "event 2 source 0"}));
-  const TimeoutReport report = router.takeEvents().at(0).timeout();
-  EXPECT_EQ(report.lastEventCode, 21);
-  EXPECT_STREQ(
-      report.json,
-      R"({"CommandType":"AddIPDevice", "MobileInternalIndex":"","Success":"false","Reason":"TimeoutReached"})");
-  EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 3 cmdtype AddIPDevice");
-}
-
-TEST_F(HueBridgesTest, WithoutACallbackTheStateAdvancesAllTheSame) {
-  router.connect().registerAssocEventCB(nullptr);
-  router.hue().send(hueAnswer(0, 1, goodEntries(1)));
-  EXPECT_EQ(router.takeTrace(), "");
-  EXPECT_EQ(router.state(), "state 0 idle 0 last 21 cancel 0 radio 0 cmdtype AddIPDevice");
-}
-
 TEST_F(HueBridgesTest, AtMostTwentyFiveSlotsAreFilled) {
-  router.connect();
   const struct {
     int count;
     int slots;
@@ -110,7 +68,6 @@ TEST_F(HueBridgesTest, AtMostTwentyFiveSlotsAreFilled) {
 }
 
 TEST_F(HueBridgesTest, WhatTheAnswerLacksRepeatsTheEntryBefore) {
-  router.connect();
   const Slot none{"", ""};
   const Slot first = goodSlot(1);
   const Slot second = goodSlot(2);
@@ -137,7 +94,6 @@ TEST_F(HueBridgesTest, WhatTheAnswerLacksRepeatsTheEntryBefore) {
 }
 
 TEST_F(HueBridgesTest, EachWayOfBeingNoObjectIsSkipped) {
-  router.connect();
   const std::string noObjects[] = {"",
                                    " ",
                                    "{",
@@ -164,7 +120,6 @@ TEST_F(HueBridgesTest, EachWayOfBeingNoObjectIsSkipped) {
 }
 
 TEST_F(HueBridgesTest, AnObjectIsReadHoweverItIsWritten) {
-  router.connect();
   const Slot slot{"a1:b2:c3:0a:1b:02", "10.0.0.2"};
   const std::string objects[] = {
       entry("a1b2c3fffe0a1b02", "10.0.0.2"),
@@ -181,7 +136,6 @@ TEST_F(HueBridgesTest, AnObjectIsReadHoweverItIsWritten) {
 }
 
 TEST_F(HueBridgesTest, AnEntryMayFillItsFieldWithoutANul) {
-  router.connect();
   const std::string full = entry("a1b2c3fffe0a1b01", "1921681001234567x");
   ASSERT_EQ(full.size(), kEntrySize);
   EXPECT_EQ(payloadFor(router, {full, goodEntry(2)}),
@@ -193,7 +147,6 @@ TEST_F(HueBridgesTest, AnEntryMayFillItsFieldWithoutANul) {
 }
 
 TEST_F(HueBridgesTest, AShortIdTakesNothingFromTheOneBefore) {
-  router.connect();
   const struct {
     const char* id;
     const char* mac;
@@ -213,7 +166,6 @@ TEST_F(HueBridgesTest, AShortIdTakesNothingFromTheOneBefore) {
 }
 
 TEST_F(HueBridgesTest, LongMembersStayInTheirSlots) {
-  router.connect();
   const std::string longId = R"({"id":")" + std::string(56, 'f') + R"("})";
   const std::string longAddress = R"({"internalipaddress":")" + std::string(41, '9') + R"("})";
   ASSERT_EQ(longId.size(), kEntrySize);
@@ -224,14 +176,12 @@ TEST_F(HueBridgesTest, LongMembersStayInTheirSlots) {
 }
 
 TEST_F(HueBridgesTest, NothingOfAListIsLeftInTheNextOne) {
-  router.connect();
   payloadFor(router, goodEntries(25));
   EXPECT_EQ(payloadFor(router, {"rubbish"}), payloadOf(bridgeList({{"", ""}})));
   EXPECT_EQ(payloadFor(router, 0, {}), payloadOf(bridgeList({})));
 }
 
 TEST_F(HueBridgesTest, AShortAnswerIsCompletedByTheOneBefore) {
-  router.connect();
   payloadFor(router, goodEntries(25));
   router.hue().send(Wire(8).number(4, 3).all());
   EXPECT_EQ(payloadOf(router.takeEvents().at(0)), payloadOf(bridgeList(goodSlots(3))));

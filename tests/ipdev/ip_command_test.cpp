@@ -1,7 +1,6 @@
 // Commands to the Hue and the Nest server: the exact datagram, and what is marked before and after it is sent.
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <cstring>
 #include <functional>
 #include <string>
@@ -106,30 +105,6 @@ TEST_F(IpCommandTest, EachIsOneDatagramThenTheMarks) {
   EXPECT_EQ(std::size(kCommands), 7U);
 }
 
-TEST_F(IpCommandTest, AFailedSendIsToldNobody) {
-  for (const Command& command : kCommands) {
-    SCOPED_TRACE(command.name);
-    pretendAnOperation(assoc);
-    router.fail(kit::Call::kSendto, EPERM);
-    EXPECT_EQ(command.call(assoc), &idle);
-    EXPECT_EQ(router.takeTrace(),
-              lines({command.send() + " -> EPERM", "stderr sendto error: Operation not permitted"}));
-    EXPECT_EQ(router.state(), command.stateAfter());
-  }
-}
-
-TEST_F(IpCommandTest, TheCommandTypeReplacesItsOwnBytesOnly) {
-  for (const Command& command : kCommands) {
-    std::memset(cmdtype, 'x', sizeof cmdtype);
-    command.call(assoc);
-    Bytes expected(sizeof cmdtype, 'x');
-    if (command.commandType != "Before") {
-      expected = Wire(60).bytes(0, expected).text(0, command.commandType + '\0').all();
-    }
-    EXPECT_EQ(Bytes(std::begin(cmdtype), std::end(cmdtype)), expected) << command.name;
-  }
-}
-
 TEST_F(HueCommandTest, TheSecondTextIsCutAtItsField) {
   for (const std::size_t length : {0U, 1U, 48U, 49U, 50U, 51U, 99U, 100U, 101U, 184U, 5000U}) {
     std::string text(length, 'x');
@@ -169,37 +144,6 @@ TEST_F(HueCommandTest, AMacTextOfAnotherFormIsConvertedAsItIs) {
     assoc.Hue_addBridge(row.text.data());
     EXPECT_EQ(router.takeSends().at(0).bytes, Wire(kSize).text(kBridge, row.bridgeId).number(kCommand, 100).all())
         << row.text.substr(0, 20);
-  }
-}
-
-TEST_F(HueCommandTest, ATimeOutUsesWhatTheOperationBeforeLeft) {
-  router.advance(10);
-  assoc.Hue_addBridge(mac);
-  assoc.cancelTarget = 2;
-  assoc.lastEventCode = 7;
-  router.forget();
-  router.advance(170);
-  EXPECT_EQ(router.takeTrace(), lines({"log 0 libTembraAssoc:Didn't get packet for 180 secs",
-                                       "log 0 libTembraAssoc:Sending cancel command to zwave_server",
-                                       "send zwave 236 op 4 cmd 0", "event 2 source 0"}));
-  const TimeoutReport report = router.takeEvents().at(0).timeout();
-  EXPECT_EQ(report.lastEventCode, 7);
-  EXPECT_STREQ(
-      report.json,
-      R"({"CommandType":"AddIPDevice", "MobileInternalIndex":"","Success":"false","Reason":"TimeoutReached"})");
-  EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 3 cmdtype AddIPDevice");
-}
-
-TEST_F(IpCommandTest, ANamingInBetweenIsReportedAsTheServers) {
-  for (const Command& command : kCommands) {
-    SCOPED_TRACE(command.name);
-    command.call(assoc);
-    router.forget();
-    assoc.setDevType(DEVTYPE_SIREN);
-    const auto events = router.takeEvents();
-    ASSERT_EQ(events.size(), 1U);
-    EXPECT_EQ(events[0].event.code, 7);
-    EXPECT_EQ(events[0].event.source, command.server);
   }
 }
 
