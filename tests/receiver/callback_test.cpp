@@ -1,12 +1,10 @@
 // The front end's callback: missing, replaced, calling back.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <thread>
 
 #include "callback_stage.h"
 
-using kit::Device;
 using kit::lines;
 using kit::Node;
 
@@ -16,33 +14,6 @@ int othersEvents = 0;
 void countOthers(AssocEvent*) { ++othersEvents; }
 
 }  // namespace
-
-TEST_F(Callback, WithoutOneEverythingElseHappens) {
-  router.database().put(Device(12, "Lamp").zwave(6));
-  assoc.registerAssocEventCB(nullptr);
-  const struct {
-    int state;
-    Node node;
-    std::string after;
-  } kRows[] = {
-      {ASSOC, Node(5), "state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor"},
-      {ZW_ASSOC, Node(5), "state 5 idle 0 last 5 cancel 2 radio 2 cmdtype GettingInfo"},
-      {ZW_ASSOC_QUERY, Node(5).generic(0x10), "state 0 idle 0 last 6 cancel 2 radio 2 cmdtype SelectDeviceType"},
-      {ZW_ASSOC_QUERY, Node(5).generic(0x02), "state 0 idle 0 last 7 cancel 2 radio 2 cmdtype EditNameLocation"},
-      {DEASSOC, Node(6), "state 6 idle 0 last 0 cancel 2 radio 2 cmdtype RemoveDevice"},
-      {ZW_ASSOC, Node(0), "state 0 idle 1 last 0 cancel 2 radio 2 cmdtype RemoveDevice"},
-  };
-  for (const auto& row : kRows) {
-    assoc.assocState = row.state;
-    router.zwave().send(row.node);
-    EXPECT_EQ(router.state(), row.after);
-  }
-  assoc.lastEventCode = EVENT_ADDING;
-  idle = 0;
-  router.advance(20);
-  EXPECT_EQ(router.state(), "state 0 idle 1 last 0 cancel 0 radio 2 cmdtype RemoveDevice");
-  EXPECT_TRUE(router.takeEvents().empty());
-}
 
 TEST_F(Callback, AnotherOneReplacesTheFirst) {
   assoc.registerAssocEventCB(&countOthers);
@@ -75,65 +46,6 @@ TEST_F(Callback, RunsOnTheReceiveThreadExceptForNaming) {
   EXPECT_NE(events[0].thread, std::this_thread::get_id());
   EXPECT_EQ(events[0].thread, events[1].thread);
   EXPECT_EQ(events[2].thread, std::this_thread::get_id());
-}
-
-// Every operation returns, and the loop goes on afterwards.
-TEST_F(Callback, MayCallEveryOperation) {
-  char text[] = "text";
-  unsigned char bytes[600] = {};
-  DevType types[50] = {};
-  char name[192] = {};
-  const std::function<void()> kOperations[] = {
-      [&] { assoc.addDevZigbeeZwave(); },
-      [&] { assoc.removeDevZigbeeZwave(); },
-      [&] { assoc.sendCancelTo(cancel_zigbee); },
-      [&] { assoc.sendCancelTo(cancel_zwave); },
-      [&] { assoc.sendCancelTo(cancel_both); },
-      [&] { assoc.sendCancelTo(static_cast<cancel_type>(9)); },
-      [&] { assoc.cmdToZigbee(zigbee_cmd_add); },
-      [&] { assoc.cmdToZwave(zwave_cmd_add); },
-      [&] { assoc.setDevType(DEVTYPE_BINARY_SWITCH); },
-      [&] { assoc.setDevType2(DEVTYPE_BINARY_SWITCH); },
-      [&] { assoc.setDevName(text); },
-      [&] { assoc.setDevLocation(text); },
-      [&] { assoc.GenericIndexType(DEVTYPE_BINARY_SWITCH); },
-      [&] { assoc.ChangeIndexType(static_cast<IndexType>(1), static_cast<IndexType>(2)); },
-      [&] { assoc.addingDone(); },
-      [&] { assoc.ZW_checkNodeExists(); },
-      [&] { assoc.ZW_createDeviceType(); },
-      [&] { assoc.CommandExists(bytes, 1); },
-      [&] { assoc.ZW_indexToEnum(bytes); },
-      [&] { assoc.ZW_removeNode(); },
-      [&] { assoc.removeAllDevices(); },
-      [&] { assoc.calculateDevId(); },
-      [&] { assoc.GetDeviceTypeInStringFormat(1); },
-      [&] { assoc.validate_DeviceType(); },
-      [&] { assoc.zb_createAnyDevice(); },
-      [&] { assoc.zb_removeNode(1); },
-      [&] { assoc.listSubDevType(DEVTYPE_BINARY_SWITCH, types); },
-      [&] { assoc.ConnectToServers(); },
-      [&] { assoc.sendToServers(SERVER_MESH, bytes); },
-      [&] { assoc.findClientType(assoc.localAddr.sin_addr); },
-      [&] { TembraAssociation::FreeUsr1AssocInit(); },
-      [&] { getDefaultDevName(DEVTYPE_BINARY_SWITCH, 1, name); },
-      [&] { GetMeshId(name); },
-      [&] { assoc.registerAssocEventCB(assoc.eventCallback); },
-      [&] { EXPECT_EQ(assoc.checkAssocConnection(), -1) << "it is open"; },
-  };
-  int called = 0;
-  for (const auto& operation : kOperations) {
-    assoc.assocState = ASSOC;
-    inCallback([&] {
-      operation();
-      ++called;
-    });
-    router.zwave().send(Node(5));
-    router.forget();
-    assoc.assocState = ASSOC;
-    router.zwave().send(Node(5));
-    EXPECT_EQ(router.takeEvents().size(), 1U);
-  }
-  EXPECT_EQ(called, 35);
 }
 
 TEST_F(Callback, MayWaitForAReset) {

@@ -29,19 +29,6 @@ class PayloadTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(PayloadTest, OfATimeOut) {
-  assoc.addDevZigbeeZwave();
-  router.zwave().send(Node(5));
-  router.takeEvents();
-  router.advance(60);
-  const auto events = router.takeEvents();
-  ASSERT_EQ(events.size(), 1U);
-  EXPECT_EQ(events[0].timeout().lastEventCode, 3);
-  EXPECT_STREQ(
-      events[0].timeout().json,
-      R"({"CommandType":"AddingSensor", "MobileInternalIndex":"","Success":"false","Reason":"TimeoutReached"})");
-}
-
 // Front ends write the command type, too: it may fill its field, and be anything.
 TEST_F(PayloadTest, OfATimeOutWhoseCommandTypeHasNoEnd) {
   std::memset(cmdtype, '%', sizeof cmdtype);
@@ -50,12 +37,6 @@ TEST_F(PayloadTest, OfATimeOutWhoseCommandTypeHasNoEnd) {
   const std::string json = router.takeEvents().at(0).timeout().json;
   EXPECT_EQ(json, "{\"CommandType\":\"" + std::string(59, '%') +
                       R"(", "MobileInternalIndex":"","Success":"false","Reason":"TimeoutReached"})");
-}
-
-TEST_F(PayloadTest, OfACreatedDeviceHasTheNewLocation) {
-  std::strcpy(assoc.devLocation, "Somewhere else");
-  EXPECT_STREQ(event(ZW_ASSOC_QUERY, kGateway).report().location, "Default");
-  EXPECT_EQ(std::string(assoc.devLocation, 14), std::string("Default\0e else", 14));
 }
 
 TEST_F(PayloadTest, NamesThatFillTheirFieldAreCut) {

@@ -1,7 +1,6 @@
 // Time-outs: of an operation, and of nothing.
 #include <cerrno>
 #include <climits>
-#include <cstring>
 
 #include "nodes.h"
 #include "stories.h"
@@ -58,26 +57,6 @@ TEST_F(TimeOut, OfAnOperationCancelsAndTellsInEveryState) {
   }
 }
 
-TEST_F(TimeOut, OfAnOperationIsAsLongAgainOnceAndThenThatOfNothing) {
-  const struct {
-    int seconds;
-    int state;  // one of which the answer below sets this time-out
-  } kRows[] = {{60, ASSOC}, {180, ZW_ASSOC}, {20, DEASSOC}};
-  for (const auto& row : kRows) {
-    assoc.assocState = row.state;
-    answer(Node(5));
-    idle = 0;
-    EXPECT_EQ(wait(row.seconds - 1), "");
-    const std::string told = wait(1);
-    const std::string text = std::to_string(row.seconds);
-    EXPECT_EQ(told.find("log 0 libTembraAssoc:Didn't get packet for " + text + " secs\n"), 0U) << told;
-    EXPECT_NE(told.find("event 2 source 2\n"), std::string::npos) << told;
-    EXPECT_NE(told.find("\ntimeout " + text + "\n"), std::string::npos) << told;
-    EXPECT_EQ(wait(row.seconds - 1), "");
-    EXPECT_EQ(wait(1), idleTimeout(row.seconds));
-  }
-}
-
 TEST_F(TimeOut, KeepsTheStateSoThatALateAnswerGoesOnWithoutATimeOut) {
   addJoined(5);
   wait(60);
@@ -112,55 +91,6 @@ TEST_F(TimeOut, OfANewOperationIsTheRestOfTheWaitThatRuns) {
   add();
   EXPECT_EQ(wait(9), "");
   EXPECT_NE(wait(1).find("event 2 source 0\n"), std::string::npos);
-}
-
-TEST_F(TimeOut, OfAnOperationAfterARemovalIsTheRemovals) {
-  assoc.removeDevZigbeeZwave();
-  answer(Node(5));
-  answer(Node(5));
-  EXPECT_EQ(idle, 1);
-  add();
-  EXPECT_EQ(wait(19), "");
-  EXPECT_NE(wait(1).find("event 2 source 0\n"), std::string::npos);
-}
-
-TEST_F(TimeOut, EndsWhatTheFrontEndDoesNotFinish) {
-  const struct {
-    const Node& described;
-    int told;
-    const char* cmdtype;
-  } kRows[] = {{kSwitch, EVENT_SELECT_TYPE, "SelectDeviceType"}, {kGateway, EVENT_CREATED, "EditNameLocation"}};
-  for (const auto& row : kRows) {
-    addIdentified(5);
-    answer(row.described);
-    EXPECT_EQ(wait(179), "");
-    EXPECT_EQ(wait(1), lines({
-                           "log 0 libTembraAssoc:Didn't get packet for 180 secs",
-                           "log 0 libTembraAssoc:Sending cancel command to zwave_server",
-                           "send zwave 236 op 4 cmd 0",
-                           "event 2 source 2",
-                           "timeout 180",
-                           std::string("  state 0 idle 1 last 0 cancel 0 radio 2 cmdtype ") + row.cmdtype,
-                       }));
-    EXPECT_EQ(router.takeEvents().back().timeout().lastEventCode, row.told);
-  }
-}
-
-TEST_F(TimeOut, AfterNamingReportsTheNaming) {
-  addIdentified(5);
-  answer(kSwitch);
-  assoc.setDevType(DEVTYPE_BINARY_SWITCH);
-  wait(180);
-  EXPECT_EQ(router.takeEvents().back().timeout().lastEventCode, EVENT_CREATED);
-}
-
-TEST_F(TimeOut, IsNotWhatFollowsAFinishedAdd) {
-  addIdentified(5);
-  answer(kGateway);
-  assoc.addingDone();
-  router.takeEvents();
-  EXPECT_EQ(wait(180), idleTimeout(180));
-  EXPECT_TRUE(router.takeEvents().empty());
 }
 
 TEST_F(TimeOut, AnyFailureToReceiveIsOne) {

@@ -1,5 +1,4 @@
 // An add that the Z-Wave server answers, step by step.
-#include <cstring>
 
 #include "nodes.h"
 #include "stories.h"
@@ -40,14 +39,6 @@ TEST_F(ZwaveAdd, TheFirstAnswerTakesTheOperationOver) {
                                  "log 0 libTembraAssoc:timeout set to 60 sec...",
                                  "timeout 60",
                              }));
-}
-
-TEST_F(ZwaveAdd, ANodeZeroJoinsAtFirst) {
-  add();
-  const std::string told = answer(Node(0));
-  EXPECT_NE(told.find("event 3 source 2\n  state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor\n"),
-            std::string::npos)
-      << told;
 }
 
 TEST_F(ZwaveAdd, TheServersFailureEndsIt) {
@@ -95,17 +86,6 @@ TEST_F(ZwaveAdd, AKnownNodeEndsIt) {
                              }));
   EXPECT_STREQ(assoc.removedName, "Lamp");
   EXPECT_EQ(assoc.removedId, 12);
-}
-
-// The database is asked before the node byte is looked at, and compares one byte of its node ids.
-TEST_F(ZwaveAdd, ANodeByteOfNoneOrFailureMayBeKnown) {
-  router.database().put(Device(1, "Lamp").zwave(0x200)).put(Device(2, "Door").zwave(0x1FF));
-  addJoined(5);
-  EXPECT_NE(answer(Node(0)).find("log 0 libTembraAssoc:Removing Zwave device 512\nevent 4 source 2"),
-            std::string::npos);
-  addJoined(5);
-  EXPECT_NE(answer(Node(255)).find("log 0 libTembraAssoc:Removing Zwave device 511\nevent 4 source 2"),
-            std::string::npos);
 }
 
 TEST_F(ZwaveAdd, NoNodeAndFailureEndItWhenTheIdentityIsExpected) {
@@ -175,31 +155,6 @@ TEST_F(ZwaveAdd, ANodeWithoutBasicClassEndsIt) {
                                       }));
 }
 
-// Nothing of the description is lost on the way into the working copy; nor is what a device that is refused had in it.
-TEST_F(ZwaveAdd, TheWholeBlockIsTakenOverBeforeItIsClassified) {
-  for (const Byte basic : {Byte{4}, Byte{0}}) {
-    Node node = Node(5).basic(basic).generic(0x02).specific(7);
-    std::strcpy(node.block().location, "from the server");
-    node.block().indexes[30] = {7, 8};
-    addIdentified(5);
-    assoc.zwNodeWork = ZwNodeInfo{};
-    answer(node);
-    EXPECT_STREQ(assoc.zwNodeWork.location, "from the server");
-    EXPECT_EQ(assoc.zwNodeWork.indexes[30].type, 7);
-    EXPECT_EQ(assoc.zwNodeWork.nodeId, 5);
-  }
-}
-
-// The node that is described need not be the one that joined, and may be in the database by now.
-TEST_F(ZwaveAdd, TheDescribedNodeIsNotLookedUp) {
-  addIdentified(5);
-  router.database().put(Device(12, "Lamp").zwave(6));
-  const std::string told = answer(Node(6).generic(0x02).specific(7));
-  EXPECT_EQ(told.find("Removing Zwave device"), std::string::npos) << told;
-  EXPECT_NE(told.find("event 7 source 2"), std::string::npos) << told;
-  EXPECT_EQ(assoc.zwNodeWork.nodeId, 6);
-}
-
 // A cancel leaves the state, and an answer on its way is handled in it; each step then writes what it always writes.
 TEST_F(ZwaveAdd, GoesOnWhenTheAnswerCrossesACancel) {
   add();
@@ -227,16 +182,4 @@ TEST_F(ZwaveAdd, GoesOnWhenTheAnswerCrossesACancel) {
                                  "log 0 libTembraAssoc:ZW_ASSOC_QUERY:timeout set to 180 secs",
                                  "timeout 180",
                              }));
-}
-
-// The ZigBee side of an add keeps the state, so the Z-Wave server's next answer, whatever it is about, is a join.
-TEST_F(ZwaveAdd, TakesAZigbeeAddOver) {
-  add();
-  ZbDeviceInfo found{};
-  found.msgCode = 1;
-  router.zigbee().send(found);
-  const std::string told = answer(Node(5));
-  EXPECT_NE(told.find("event 3 source 2\n  state 4 idle 0 last 3 cancel 2 radio 2 cmdtype AddingSensor\n"),
-            std::string::npos)
-      << told;
 }

@@ -130,21 +130,6 @@ TEST_F(ZwaveRemove, GoesOnWhenTheAnswerCrossesACancel) {
   }
 }
 
-TEST_F(ZwaveRemove, EveryRecordOfTheNodeGivesANotice) {
-  router.database()
-      .put(Device(12, "Lamp").zwave(5))
-      .put(Device(13, "Door").zwave(6))
-      .put(Device(14, "Plug").zwave(261));
-  remove();
-  const std::string told = answer(Node(5));
-  EXPECT_EQ(router.takeSends().size(), 2U + 1U + 2U);  // the commands, the cancel, the notices
-  EXPECT_NE(told.find("log 0 libTembraAssoc:Removing Zwave device 261\n"), std::string::npos);
-  const auto events = router.takeEvents();
-  ASSERT_EQ(events.size(), 1U);
-  EXPECT_EQ(events[0].report().removedId, assoc.removedId) << "the last record's";
-  EXPECT_STREQ(events[0].report().removedName, assoc.removedName);
-}
-
 TEST_F(ZwaveRemove, ANoticeThatCannotBeSentIsAnError) {
   router.database().put(Device(12, "Lamp").zwave(5));
   remove();
@@ -155,13 +140,4 @@ TEST_F(ZwaveRemove, ANoticeThatCannotBeSentIsAnError) {
                       "event 11 source 2\n"),
             std::string::npos)
       << told;
-}
-
-TEST_F(ZwaveRemove, WithoutADatabaseEveryNodeIsUnknown) {
-  router.database().makeUnopenable();
-  remove();
-  const std::string told = answer(Node(5));
-  EXPECT_NE(told.find("stderr dpopen: "), std::string::npos) << told;
-  EXPECT_NE(told.find("event 12 source 2\n"), std::string::npos) << told;
-  EXPECT_FALSE(router.database().exists());
 }
