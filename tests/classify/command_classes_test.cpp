@@ -11,7 +11,6 @@
 using classify::Outcome;
 using kit::Node;
 using kit::Router;
-using oracle::Lines;
 
 namespace {
 
@@ -38,22 +37,6 @@ TEST(CommandClassesTest, ListsOfEveryLength) {
     classify::expectSame(classify::classifyBy(router.assoc(), node, before), expected, std::to_string(length));
   }
   EXPECT_EQ(lengths, 54);
-}
-
-TEST(CommandClassesTest, AnEmptyListIsSaidAndNothingIsWritten) {
-  Router router;
-  const Outcome before = classify::marked();
-  const Outcome actual = classify::classifyBy(router.assoc(), nodeWithList(0), before);
-  EXPECT_EQ(actual.log.at(0), "log 0 node 5 Supported Command Classes:");
-  EXPECT_TRUE(std::equal(std::begin(actual.work.commandClasses), std::end(actual.work.commandClasses),
-                         std::begin(before.work.commandClasses)));
-}
-
-TEST(CommandClassesTest, AListWithoutEndLeavesTheBasicClassBehindItAlone) {
-  Router router;
-  const Outcome actual = classify::classifyBy(router.assoc(), nodeWithList(kRoom), classify::marked());
-  EXPECT_EQ(actual.work.commandClasses[kRoom - 1], 0x40 + kRoom - 1);
-  EXPECT_EQ(actual.work.basicClass, 0xA5);
 }
 
 TEST(CommandClassesTest, WhatStandsBehindTheListIsNoCommandClass) {

@@ -2,16 +2,13 @@
 #include <gtest/gtest.h>
 #include <tembra/globals.h>
 
-#include <algorithm>
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include "kit/router.h"
 #include "node_agreement.h"
 
 using classify::Outcome;
-using kit::Call;
 using kit::Node;
 using kit::Router;
 using oracle::Lines;
@@ -22,10 +19,6 @@ Node meteringPlug() { return Node(5).classes({0x25, 0x32}).basic(4).generic(0x10
 
 constexpr char kPlugSummary[] =
     "log 0 libTembraAssoc:Device Basic Type:0x04, Generic Type:0x10, Specific Type:0x01,Nodeid:5";
-constexpr char kLevelSwitchRow[] =
-    "log 0 libTembraAssoc:Generic:zw_Multilevel_Switch , Specific:MS_Multilevel_Power_Switch";
-constexpr char kLevelSwitchSummary[] =
-    "log 0 libTembraAssoc:Device Basic Type:0x03, Generic Type:0x11, Specific Type:0x01,Nodeid:7";
 
 // A database that cannot be opened and is not there afterwards either.
 void putDatabaseOutOfReach() { std::strcpy(DBName, "/tmp/no/d"); }
@@ -82,62 +75,6 @@ TEST(DeviceTypeTest, TheRestOfTheServiceIsLeftAlone) {
   EXPECT_EQ(router.state(), state);
 }
 
-TEST(DeviceTypeTest, AGenericDeviceGetsItsIndexTableBetweenItsRowAndItsName) {
-  Router router;
-  router.database().nextId("8");
-  const Node node = Node(7).classes({0x71, 0x26}).basic(3).generic(0x11).specific(1).values({{0x26, 0, 2}});
-  const Outcome actual = classify::classifyBy(router.assoc(), Node(node).block(), classify::marked());
-  EXPECT_EQ(actual.log, Lines({
-                            "log 0 node 7 Supported Command Classes:0x71 0x26 ",
-                            "log 0 libTembraAssoc:cmd matched",
-                            "log 0 libTembraAssoc:cmd matched",
-                            kLevelSwitchRow,
-                            "log 3 libTembraAssoc:GenericDevice: command class: 38 command index 0",
-                            "log 3 libTembraAssoc:GenericDevice: cmdclass 38 index 0 instance : 2 Enum: 17 ",
-                            kLevelSwitchSummary,
-                        }));
-  EXPECT_EQ(actual.name, "GenericDevice #8");
-  EXPECT_EQ(actual.work.indexes[0].type, 17);
-  EXPECT_EQ(actual.work.indexes[0].instance, 2);
-  EXPECT_EQ(actual.work.indexes[1].type, 0);
-}
-
-TEST(DeviceTypeTest, OddLogLinesAreKept) {
-  const struct {
-    unsigned char generic, specific;
-    const char* line;
-  } rows[] = {
-      {0x05, 9, "log 0 libTembraAssoc:Genericzw_Network_Extender , Specific:GenericDevice"},
-      {0x11, 0, "log 0 Generic:zw_Multilevel_Switch , Specific:MS_Unknown"},
-      {0x02, 4, "log 0 libTembraAssoc:Generic:zw_Static_Controller_v2 , SC_Set_Top_Box"},
-      {0x12, 0, "log 0 libTembraAssoc:Generic:zw_Remote_Switch , Specific:RTS_Unknown"},
-      {0x06, 3, "log 0 libTembraAssoc:Generic:zw_Appliance , Specific:AT_General_Appliance"},
-  };
-  Router router;
-  for (const auto& row : rows) {
-    const ZwNodeInfo node = Node(1).generic(row.generic).specific(row.specific).block();
-    const Lines log = classify::classifyBy(router.assoc(), node, classify::marked()).log;
-    EXPECT_EQ(std::count(log.begin(), log.end(), row.line), 1) << row.line;
-  }
-}
-
-TEST(DeviceTypeTest, ANodeWithoutBasicClassIsRefused) {
-  Router router;
-  router.database().nextId("17");
-  const ZwNodeInfo node = meteringPlug().basic(0).block();
-  const Outcome before = classify::marked();
-  const Outcome actual = classify::classifyBy(router.assoc(), node, before);
-  Outcome expected = before;
-  expected.log = Lines({
-      "log 0 node 5 Supported Command Classes:0x25 0x32 ",
-      "log 2 libTembraAssoc:BasicType is 0,so skipping Device addition",
-  });
-  const unsigned char classes[] = {0x25, 0x32, 0};
-  std::memcpy(expected.work.commandClasses, classes, sizeof classes);
-  classify::expectSame(actual, expected, "basic class 0");
-  EXPECT_EQ(DevId, 17) << "the id is fetched first";
-}
-
 TEST(DeviceTypeTest, EveryBasicClassButZeroWillDo) {
   Router router;
   router.database().nextId("17");
@@ -150,25 +87,6 @@ TEST(DeviceTypeTest, EveryBasicClassButZeroWillDo) {
     classified += actual.result;
   }
   EXPECT_EQ(classified, 255);
-}
-
-TEST(DeviceTypeTest, TypeZeroIsATypeToo) {
-  Router router;
-  router.database().nextId("17");
-  const ZwNodeInfo node = Node(5).generic(0xA1).specific(6).values({{0x25, 0, 1}}).block();
-  const Outcome before = classify::marked();
-  const Outcome actual = classify::classifyBy(router.assoc(), node, before);
-  EXPECT_EQ(actual.classifiedType, 0);
-  EXPECT_EQ(actual.work.proposedType, 0);
-  EXPECT_EQ(actual.name, "UnknownDevice #17");
-  EXPECT_EQ(actual.work.indexes[0].type, before.work.indexes[0].type);
-}
-
-TEST(DeviceTypeTest, WithoutAnIdInTheDatabaseTheLastOneIsKept) {
-  Router router;
-  router.database().create();
-  DevId = 4;
-  EXPECT_EQ(classify::classifyBy(router.assoc(), meteringPlug().block(), classify::marked()).name, "MeterSwitch #4");
 }
 
 TEST(DeviceTypeTest, WithoutADatabaseTheIdIsMinusOne) {

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -98,30 +97,6 @@ TEST(IndexTableTest, APlugWithAMeterAndABattery) {
   EXPECT_EQ(actual.work.indexes[3].type, 0);
 }
 
-TEST(IndexTableTest, WhereEntriesGo) {
-  constexpr int old = 0xA5;  // a byte that was not written
-  const struct {
-    const char* name;
-    std::vector<ZwValueTriple> values;
-    Entries entries;
-  } rows[] = {
-      {"nothing", {}, {{0, old}, {old, old}}},
-      {"one", {kSwitch}, {{1, 1}, {0, old}, {old, old}}},
-      {"first undefined", {kUnknown}, {{0, old}, {0, old}, {old, old}}},
-      {"first undefined, then one", {kUnknown, kSwitch}, {{0, old}, {1, 1}, {0, old}, {old, old}}},
-      {"two undefined, then one", {kUnknown, kUnknown, kSwitch}, {{0, old}, {1, 1}, {0, old}, {old, old}}},
-      {"undefined at entry 1", {kUnknown, kSwitch, kUnknown, kBattery}, {{0, old}, {1, 1}, {50, 2}, {0, old}}},
-      {"undefined in the middle", {kSwitch, kUnknown, kBattery}, {{1, 1}, {50, 2}, {0, old}, {old, old}}},
-      {"undefined at the end", {kSwitch, kUnknown}, {{1, 1}, {0, old}, {old, old}}},
-      {"the same twice", {kSwitch, kSwitch}, {{1, 1}, {1, 1}, {0, old}, {old, old}}},
-  };
-  Router router;
-  for (const auto& row : rows) {
-    const Outcome actual = classify::deriveIndexesBy(router.assoc(), nodeOf(row.values), classify::marked());
-    EXPECT_EQ(entriesOf(actual.work, row.entries.size()), row.entries) << row.name;
-  }
-}
-
 TEST(IndexTableTest, EveryOrderOfUpToSevenValues) {
   constexpr ZwValueTriple choices[] = {kSwitch, kBattery, kUnknown};
   Router router;
@@ -146,17 +121,6 @@ TEST(IndexTableTest, TablesOfEveryLengthStayInTheBlock) {
   EXPECT_EQ(lengths, 182);
 }
 
-TEST(IndexTableTest, ThirtyOneEntriesFitAndTheOthersAreOnlySaid) {
-  Router router;
-  std::vector<ZwValueTriple> values(32, kSwitch);
-  values.push_back({0x30, 0, 1});
-  const Outcome actual = classify::deriveIndexesBy(router.assoc(), nodeOf(values), classify::marked());
-  EXPECT_EQ(entriesOf(actual.work, 31), Entries(31, {1, 1}));
-  EXPECT_EQ(actual.work.indexesEnd, 0);
-  EXPECT_EQ(actual.log.back(), "log 3 libTembraAssoc:GenericDevice: cmdclass 48 index 0 instance : 1 Enum: 2 ");
-  EXPECT_EQ(actual.raised.binarySensor, 1);
-}
-
 TEST(IndexTableTest, AListWithoutEndIsReadUpToTheEndOfItsField) {
   Router router;
   ZwNodeInfo node = nodeOf(std::vector<ZwValueTriple>(std::size(ZwNodeInfo{}.values), kUnknown));
@@ -164,32 +128,4 @@ TEST(IndexTableTest, AListWithoutEndIsReadUpToTheEndOfItsField) {
   const Outcome actual = classify::deriveIndexesBy(router.assoc(), node, classify::marked());
   EXPECT_EQ(actual.log.size(), 2U * 181);
   EXPECT_EQ(actual.log.back(), "log 3 libTembraAssoc:GenericDevice: Enum is not defined for : cmdclass 134 ind 3");
-}
-
-TEST(IndexTableTest, CapabilitiesAreRaisedAndNeverLowered) {
-  const struct {
-    ZwValueTriple value;
-    oracle::Capabilities raised;
-  } rows[] = {
-      {{0x20, 0, 1}, {.basic = 1}},
-      {{0x26, 0, 1}, {.multilevel = 1}},
-      {{0x26, 1, 1}, {}},
-      {{0x30, 0, 1}, {.binarySensor = 1}},
-      {{0x40, 0, 1}, {.acExtender = 1}},
-      {{0x42, 0, 1}, {}},
-      {{0x43, 1, 1}, {.acExtender = 1}},
-      {{0x43, 2, 1}, {.acExtender = 1}},
-      {{0x43, 3, 1}, {}},
-      {{0x44, 0, 1}, {.acExtender = 1}},
-      {{0x25, 0, 1}, {}},
-  };
-  Router router;
-  const oracle::Capabilities all{1, 1, 1, 1};
-  for (const auto& row : rows) {
-    Outcome before = classify::marked();
-    EXPECT_TRUE(classify::deriveIndexesBy(router.assoc(), nodeOf({row.value}), before).raised == row.raised)
-        << int{row.value.commandClass};
-    before.raised = all;
-    EXPECT_TRUE(classify::deriveIndexesBy(router.assoc(), nodeOf({row.value}), before).raised == all);
-  }
 }

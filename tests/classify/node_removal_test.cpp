@@ -70,14 +70,6 @@ TEST(NodeRemovalTest, TheNoticeIsSentWhileTheDatabaseIsOpen) {
                                 }));
 }
 
-TEST(NodeRemovalTest, TheMarksStayInTheWorkingCopy) {
-  Router router;
-  router.database().put(Device(3, "Lamp").zwave(5));
-  TembraAssociation& assoc = connectedWith(router, 5);
-  assoc.ZW_removeNode();
-  EXPECT_EQ(std::memcmp(&assoc.zwNodeWork, noticeFor(5).data() + 4, sizeof assoc.zwNodeWork), 0);
-}
-
 TEST(NodeRemovalTest, AnUnknownNodeIsNobodysBusiness) {
   Router router;
   router.database().nextId("4").put(Device(3, "Lamp").zwave(6)).put(Device(4, "Bulb").zigbee(5));
@@ -127,26 +119,6 @@ TEST(NodeRemovalTest, AFailedSendIsSaidAndNotRepeated) {
                                     "send ha 4100 zwave node 5 kind 2 type 0 mark 254 name \"\" location \"\"",
                                     "log 0 libTembraAssoc:device removed sending success to haserver",
                                 }));
-}
-
-TEST(NodeRemovalTest, AFailedCloseChangesNothing) {
-  Router router;
-  router.database().put(Device(3, "A").zwave(5));
-  router.fail(Call::kCloseDatabase, DP_ECLOSE);
-  EXPECT_EQ(connectedWith(router, 5).ZW_removeNode(), 0);
-  EXPECT_EQ(router.takeSends().size(), 1U);
-}
-
-TEST(NodeRemovalTest, ShortRecordsAreNoDevices) {
-  Router router;
-  TembraAssociation& assoc = connectedWith(router, 5);
-  std::size_t notices = 0;
-  for (std::size_t length = 0; length <= 512; ++length) {
-    router.database().put(Device(3, "Lamp").zwave(5).cutTo(length));
-    EXPECT_EQ(assoc.ZW_removeNode(), 0);
-    notices += router.takeSends().size();
-  }
-  EXPECT_EQ(notices, 109U);
 }
 
 TEST(RemoveAllTest, SaysSoAndSendsTheText) {
