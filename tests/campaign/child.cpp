@@ -42,12 +42,11 @@ struct Papers {
   Paper errors{"errors"};
 };
 
-[[noreturn]] void playHere(const Plan& plan, const Alteration& alter, Cast (*makeCast)(const Plan&),
-                           const Papers& papers) {
+[[noreturn]] void playHere(const Plan& plan, const Papers& papers) {
   papers.timeline.standInFor(STDOUT_FILENO);
   papers.errors.standInFor(STDERR_FILENO);
   alarm(kLongestRealSeconds);
-  const Outcome outcome = play(plan, alter, makeCast);
+  const Outcome outcome = play(plan);
   const bool agrees = outcome.disagreements.empty();
   for (const std::string& line : agrees ? outcome.reached : outcome.disagreements) papers.report.write(line + "\n");
   std::fflush(stdout);
@@ -56,10 +55,10 @@ struct Papers {
 
 }  // namespace
 
-Child playInChild(const Plan& plan, const Alteration& alter, Cast (*makeCast)(const Plan&)) {
+Child playInChild(const Plan& plan) {
   const Papers papers;
   const pid_t child = fork();
-  if (child == 0) playHere(plan, alter, makeCast, papers);
+  if (child == 0) playHere(plan, papers);
   int status = 0;
   waitpid(child, &status, 0);
   return {status, papers.report.text(), papers.timeline.text(), papers.errors.text()};

@@ -15,7 +15,7 @@ struct Child {
   std::string errors;    ///< everybody's standard error
 };
 
-Child playInChild(const Plan& plan, const Alteration& alter = nullptr, Cast (*makeCast)(const Plan&) = &plainCast);
+Child playInChild(const Plan& plan);
 
 }  // namespace campaign
 

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
+#include <set>
 
 #include "kit/database.h"
 
@@ -44,6 +45,14 @@ void addSlots(StoredDevice& device, Records& records) {
   }
 }
 
+void checkAddresses(Database& database) {
+  std::set<std::pair<int, unsigned>> addresses;
+  for (const StoredDevice& device : database.devices) {
+    if (device.radio == RADIO_IP || addresses.emplace(device.radio, device.address).second) continue;
+    database.mistakes.push_back("the device " + device.text() + " is there twice");
+  }
+}
+
 }  // namespace
 
 std::string StoredDevice::text() const {
@@ -53,8 +62,8 @@ std::string StoredDevice::text() const {
 
 Database readDatabase() {
   Database database;
-  Records records = kit::Database().all();
-  for (const auto& [key, value] : records) database.rows.push_back({key, {value.begin(), value.end()}});
+  database.records = kit::Database().all();
+  Records records = database.records;
   const int nextId = std::atoi(records["NextDevid"].c_str());
   records.erase("NextDevid");
   records.erase("Version");
@@ -69,6 +78,7 @@ Database readDatabase() {
     database.devices.push_back(device);
   }
   for (const auto& [key, value] : records) database.mistakes.push_back("the record " + key + " belongs to no device");
+  checkAddresses(database);
   std::sort(database.devices.begin(), database.devices.end(),
             [](const StoredDevice& one, const StoredDevice& other) { return one.id < other.id; });
   return database;

@@ -2,11 +2,10 @@
 #ifndef TEMBRA_TESTS_CAMPAIGN_DATABASE_H
 #define TEMBRA_TESTS_CAMPAIGN_DATABASE_H
 
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "oracle/database.h"
 
 namespace campaign {
 
@@ -24,9 +23,9 @@ struct StoredDevice {
 };
 
 struct Database {
-  std::vector<oracle::Row> rows;
-  std::vector<StoredDevice> devices;  ///< in the order of their ids
-  std::vector<std::string> mistakes;  ///< what no database may look like
+  std::map<std::string, std::string> records;  ///< all of them, by their keys
+  std::vector<StoredDevice> devices;           ///< in the order of their ids
+  std::vector<std::string> mistakes;           ///< what no database may look like
 };
 
 Database readDatabase();

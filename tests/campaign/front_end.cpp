@@ -4,12 +4,15 @@
 
 #include <csignal>
 
+#include "campaign/kit_front_end.h"
+
 namespace campaign {
 
-FrontEnd::FrontEnd(const Step& step, const Operate& operate) : thread_([this, step, operate] { run(step, operate); }) {}
+FrontEnd::FrontEnd(const Step& step, KitFrontEnd& kit) : thread_([this, step, &kit] { run(step, kit); }) {}
 
-void FrontEnd::run(const Step& step, const Operate& operate) {
-  status_ = static_cast<int>(operate(step, [this](int code) { seen_.push_back({worldClock()->now(), code}); }));
+void FrontEnd::run(const Step& step, KitFrontEnd& kit) {
+  status_ = static_cast<int>(kit.operate(step));
+  seen_ = kit.story().told;
   ended_ = worldClock()->now();
   __atomic_store_n(&hasEnded_, 1, __ATOMIC_RELEASE);
 }

@@ -2,7 +2,6 @@
 #ifndef TEMBRA_TESTS_CAMPAIGN_FRONT_END_H
 #define TEMBRA_TESTS_CAMPAIGN_FRONT_END_H
 
-#include <functional>
 #include <thread>
 #include <vector>
 
@@ -11,23 +10,21 @@
 
 namespace campaign {
 
-/// An event that it fetched.
+/// An event of the library.
 struct SeenEvent {
   Time at;
   int code;
 };
 
 /// How an operation ends; the numbers are those of the command line's exit status.
-enum class End { kDone = 0, kFailed = 1, kNoConnection = 3, kInterrupted = 130 };
+enum class End { kDone = 0, kFailed = 1, kInterrupted = 130 };
 
-/// Carries out a step on the calling thread. A hang-up, which every thread has to block, interrupts it.
-/// `onEvent` is called for each event of the library that the front end fetches.
-using Operate = std::function<End(const Step& step, const std::function<void(int code)>& onEvent)>;
+class KitFrontEnd;
 
 class FrontEnd {
  public:
-  /// Starts the step.
-  FrontEnd(const Step& step, const Operate& operate);
+  /// Starts the step. A hang-up, which every thread has to block, interrupts it.
+  FrontEnd(const Step& step, KitFrontEnd& kit);
   FrontEnd(const FrontEnd&) = delete;
   FrontEnd& operator=(const FrontEnd&) = delete;
 
@@ -45,7 +42,7 @@ class FrontEnd {
   ~FrontEnd() { thread_.join(); }
 
  private:
-  void run(const Step& step, const Operate& operate);
+  void run(const Step& step, KitFrontEnd& kit);
 
   int status_ = -1;
   Time ended_ = 0;

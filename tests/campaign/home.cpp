@@ -37,14 +37,7 @@ void Home::run(int latencyMs) {
   }
 }
 
-tembra::sim::Outcome Home::ask(const std::string& request) {
-  tembra::sim::Outcome outcome = tembra::sim::ask(kControl, request);
-  const std::size_t end = request.find(' ');
-  const std::string word = request.substr(0, end);
-  if (outcome.done && word == "kill") dead_.insert(request.substr(end + 1));
-  if (outcome.done && word == "start") dead_.erase(request.substr(end + 1));
-  return outcome;
-}
+tembra::sim::Outcome Home::ask(const std::string& request) { return tembra::sim::ask(kControl, request); }
 
 int Home::stop() {
   ask("stop");

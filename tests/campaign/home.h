@@ -2,11 +2,9 @@
 #ifndef TEMBRA_TESTS_CAMPAIGN_HOME_H
 #define TEMBRA_TESTS_CAMPAIGN_HOME_H
 
-#include <set>
 #include <string>
 #include <thread>
 
-#include "campaign/flows.h"
 #include "sim/core/outcome.h"
 
 namespace campaign {
@@ -18,7 +16,6 @@ class Home {
   Home& operator=(const Home&) = delete;
 
   tembra::sim::Outcome ask(const std::string& request);
-  [[nodiscard]] bool runs(Server server) const { return !dead_.contains(wordOf(server)); }
 
   /// @return the simulator's exit status
   int stop();
@@ -26,7 +23,6 @@ class Home {
  private:
   void run(int latencyMs);
 
-  std::set<std::string> dead_;
   int status_ = -1;
   std::thread router_;
 };

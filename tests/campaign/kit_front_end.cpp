@@ -9,6 +9,7 @@
 #include <array>
 #include <csignal>
 #include <mutex>
+#include <utility>
 
 namespace campaign {
 namespace {
@@ -18,22 +19,25 @@ using std::chrono::milliseconds;
 // What the library tells, between the library and the kit.
 struct {
   std::mutex mutex;
-  std::vector<std::pair<Time, int>> events;
+  std::vector<SeenEvent> events;
   void (*toKit)(AssocEvent*) = nullptr;
 } overheard;
 
 void overhear(AssocEvent* event) {
   {
     const std::lock_guard lock(overheard.mutex);
-    overheard.events.emplace_back(worldClock()->now(), event->code);
+    overheard.events.push_back({worldClock()->now(), event->code});
   }
   overheard.toKit(event);
 }
 
-int roleNumber(const std::string& role) {
+int roleNumber(const Plan& plan) {
   constexpr const char* roles[] = {"", "web", "lcd", "cloud", "mesh", "free1", "free2"};
-  return static_cast<int>(std::ranges::find(roles, role) - std::begin(roles));
+  const auto tried = std::ranges::find(plan.steps, true, &Step::isTried);
+  return static_cast<int>(std::ranges::find(roles, tried->role) - std::begin(roles));
 }
+
+bool keepsOpen(const Plan& plan) { return plan.seed / scenarios().size() % 2 == plan.seed % 2; }
 
 int resetNumber(const std::string& word) {
   constexpr const char* words[] = {"", "zigbee", "zwave", "both", "all"};
@@ -72,14 +76,20 @@ End endOf(tembra::Outcome outcome) {
 
 }  // namespace
 
-KitFrontEnd::KitFrontEnd(const std::string& role, bool keepOpen)
-    : kit_(tembra::Options{.role = roleNumber(role), .keepOpen = keepOpen, .program = {}, .watchPath = {}}) {
+KitFrontEnd::KitFrontEnd(const Plan& plan)
+    : kit_(tembra::Options{.role = roleNumber(plan), .keepOpen = keepsOpen(plan), .program = {}, .watchPath = {}}) {
   TembraAssociation& service = *TembraAssociation::getInstance();
   overheard.toKit = service.eventCallback;
   service.registerAssocEventCB(overhear);
 }
 
 KitFrontEnd::~KitFrontEnd() { TembraAssociation::getInstance()->registerAssocEventCB(overheard.toKit); }
+
+std::string KitFrontEnd::ending() const {
+  const tembra::Event& last = story_.events.back().event;
+  return std::string(tembra_operation_name(last.operation)) + ": " +
+         tembra_reason_name(last.as<tembra::Ended>()->reason);
+}
 
 tembra::Result KitFrontEnd::start(const Step& step) {
   switch (step.goal) {
@@ -131,7 +141,7 @@ void KitFrontEnd::awaitLastCall() const {
   while (kit_.state().value().phase == TEMBRA_PHASE_CLOSING) worldClock()->sleepUntil(worldClock()->now() + kSecond);
 }
 
-End KitFrontEnd::operate(const Step& step, const std::function<void(int code)>& onEvent) {
+End KitFrontEnd::operate(const Step& step) {
   const HangUp hangUp;
   story_ = {};
   expectSilence();
@@ -148,8 +158,7 @@ End KitFrontEnd::operate(const Step& step, const std::function<void(int code)>& 
   }
   awaitLastCall();
   const std::lock_guard lock(overheard.mutex);
-  for (const auto& [at, code] : overheard.events) story_.told.push_back(at), onEvent(code);
-  overheard.events.clear();
+  story_.told = std::exchange(overheard.events, {});
   return end;
 }
 

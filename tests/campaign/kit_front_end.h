@@ -4,7 +4,6 @@
 
 #include <tembra/frontend.hpp>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,21 +22,25 @@ struct KitEvent {
 struct KitStory {
   std::vector<KitEvent> events;
   std::vector<Time> did;              ///< when the front end called the kit
-  std::vector<Time> told;             ///< when the library told the kit something
+  std::vector<SeenEvent> told;        ///< what the library told the kit
   std::vector<std::string> mistakes;  ///< what the kit must not do
 };
 
 class KitFrontEnd {
  public:
-  KitFrontEnd(const std::string& role, bool keepOpen);
+  /// In the role of the step that is tried. Every second run keeps its connection open between the operations.
+  explicit KitFrontEnd(const Plan& plan);
   KitFrontEnd(const KitFrontEnd&) = delete;
   KitFrontEnd& operator=(const KitFrontEnd&) = delete;
   ~KitFrontEnd();
 
-  /// An Operate.
-  End operate(const Step& step, const std::function<void(int code)>& onEvent);
+  /// Carries out a step on the calling thread. A hang-up, which every thread has to block, cancels it.
+  End operate(const Step& step);
 
   [[nodiscard]] const KitStory& story() const { return story_; }
+
+  /// How the last operation ended, "add: nobody-pressed".
+  [[nodiscard]] std::string ending() const;
 
  private:
   [[nodiscard]] tembra::Result start(const Step& step);

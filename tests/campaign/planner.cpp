@@ -77,7 +77,7 @@ Step Planner::pressed(Goal goal, Server radio, const std::string& device) {
 // What has to be in the home before: the device that leaves, the bridge that is asked for, now and then another one.
 void Planner::prepare() {
   const bool known = flow_.goal == Goal::kRemove || (flow_.goal == Goal::kAdd && once(8)) ||
-                     ((flow_.goal == Goal::kReset || flow_.goal == Goal::kCancel) && once(2));
+                     flow_.goal == Goal::kReset || (flow_.goal == Goal::kCancel && once(2));
   if (known) plan_.steps.push_back(pressed(Goal::kAdd, flow_.server, device_));
   const bool bridge = flow_.goal == Goal::kHueBulb || flow_.goal == Goal::kHueRefresh ||
                       flow_.goal == Goal::kHueRemove || (flow_.goal == Goal::kHueAdd && once(4));

@@ -3,12 +3,10 @@
 #define TEMBRA_TESTS_CAMPAIGN_RECORD_H
 
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "campaign/database.h"
-#include "campaign/flows.h"
 #include "campaign/front_end.h"
 #include "campaign/plan.h"
 #include "campaign/wire.h"
@@ -24,8 +22,6 @@ struct Asked {
 
 struct Record {
   Step step;
-  std::set<Server> deadAtStart;
-  bool linkedBefore = false;
   Database before;
   Time began = 0;
   Time ended = 0;  ///< of the front end

@@ -7,10 +7,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <iostream>
 
 #include "campaign/home.h"
-#include "campaign/plain_front_end.h"
+#include "campaign/kit_front_end.h"
+#include "campaign/record.h"
 #include "campaign/spoofers.h"
 #include "campaign/story.h"
 #include "campaign/verdict.h"
@@ -43,7 +43,7 @@ bool linked() { return std::filesystem::exists(kAuthorisationPath); }
 
 class Player {
  public:
-  Player(WorldClock& clock, Home& home, const Operate& operate) : clock_(clock), home_(home), operate_(operate) {}
+  Player(WorldClock& clock, Home& home, KitFrontEnd& kit) : clock_(clock), home_(home), kit_(kit) {}
 
   Record play(const Step& step) {
     clock_.sleepUntil(clock_.now() + step.pause);
@@ -51,11 +51,7 @@ class Player {
     record.step = step;
     auto action = step.actions.begin();
     for (; action != step.actions.end() && action->after == 0; ++action) ask(record, action->request);
-    for (const Server server : {Server::kZwave, Server::kZigbee, Server::kHue, Server::kNest}) {
-      if (!home_.runs(server)) record.deadAtStart.insert(server);
-    }
     record.before = readDatabase();
-    record.linkedBefore = linked();
     perform(record, {action, step.actions.end()});
     clock_.sleepUntil(clock_.now() + kAfterwards);
     record.after = readDatabase();
@@ -74,7 +70,7 @@ class Player {
   void perform(Record& record, const std::vector<Action>& actions) {
     firstDatagram_ = wire().count();
     record.began = clock_.now();
-    const FrontEnd frontEnd(record.step, operate_);
+    const FrontEnd frontEnd(record.step, kit_);
     std::optional<Time> interrupt;
     if (record.step.interrupt) interrupt = record.began + *record.step.interrupt;
     for (const Action& action : actions) {
@@ -109,7 +105,7 @@ class Player {
 
   WorldClock& clock_;
   Home& home_;
-  const Operate& operate_;
+  KitFrontEnd& kit_;
   std::size_t firstDatagram_ = 0;
 };
 
@@ -121,12 +117,12 @@ void note(const Record& record, const Plan& plan, std::vector<std::string>& reac
   reached.push_back(plan.scenario->name + status);
 }
 
-// All that a step came to.
-std::string fingerprint(const Record& record) {
+// All that a step came to, but for the moment when the front end ends. Before that the kit looks for up to 20 ms
+// whether the library has come to rest, and which of two threads goes first in one moment is open.
+std::string fingerprint(Record record) {
+  record.ended = record.began;
   std::string text = story(record);
-  for (const auto& [key, value] : record.after.rows) {
-    text.append("\n").append(key).append(" ").append(value.begin(), value.end());
-  }
+  for (const auto& [key, value] : record.after.records) text.append("\n").append(key).append(" ").append(value);
   return text + (record.linkedAfter ? "\nlinked" : "\nnot linked");
 }
 
@@ -141,9 +137,7 @@ void checkRouter(Home& home, std::vector<std::string>& disagreements) {
 
 }  // namespace
 
-Cast plainCast(const Plan& /*plan*/) { return {&operate, &disagreementsIn, nullptr}; }
-
-Outcome play(const Plan& plan, const Alteration& alter, Cast (*makeCast)(const Plan&)) {
+Outcome play(const Plan& plan) {
   prepareProcess();
   tembra_set_strict(plan.spoofing && plan.spoofing->isStrict ? 1 : 0);
   WorldClock& clock = *new WorldClock(kBoot);  // never destroyed: a thread that ends leaves through it
@@ -152,24 +146,23 @@ Outcome play(const Plan& plan, const Alteration& alter, Cast (*makeCast)(const P
   std::vector<std::string>& disagreements = outcome.disagreements;
   {
     Home home(plan.latencyMs);
-    std::optional<Cast> cast = makeCast(plan);
-    Player player(clock, home, cast->operate);
+    std::optional<KitFrontEnd> kit(plan);
+    Player player(clock, home, *kit);
     std::optional<Spoofers> spoofers;
     if (plan.spoofing && plan.spoofing->hasSpoofers) spoofers.emplace(plan.seed);
     for (const Step& step : plan.steps) {
-      Record record = player.play(step);
-      if (alter) alter(record);
+      const Record record = player.play(step);
       if (plan.spoofing) {
         outcome.reached.push_back(fingerprint(record));
         continue;
       }
-      for (const std::string& found : cast->judge(record)) disagreements.push_back(found);
+      for (const std::string& found : disagreementsIn(record, kit->story())) disagreements.push_back(found);
       if (!disagreements.empty()) disagreements.push_back(story(record));
       note(record, plan, outcome.reached);
-      if (cast->ending) outcome.reached.push_back(cast->ending());
+      outcome.reached.push_back(kit->ending());
     }
     spoofers.reset();
-    cast.reset();
+    kit.reset();
     checkRouter(home, disagreements);
   }
   // The library's receive thread of the last connection may still be on its way out.

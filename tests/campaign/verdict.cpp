@@ -1,179 +1,41 @@
 #include "campaign/verdict.h"
 
-#include <tembra/events.h>
 #include <tembra/records.h>
 #include <tembra/vocabulary.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
+#include <optional>
+#include <span>
 
 #include "campaign/command_text.h"
-#include "campaign/expectation.h"
 #include "campaign/story.h"
+#include "kit/json_schema.h"
 
 namespace campaign {
 namespace {
 
-constexpr int kInterruptedStatus = 130;
-constexpr Time kTick = 150 * kMillisecond;      // the front end looks around that often
-constexpr Time kClosing = 2 * kSecond + kTick;  // and so long for the library to close a connection
-constexpr int kZigbeeRadio = 1;
+using kit::JsonSchema;
+using nlohmann::json;
 
-bool sameEvent(const ExpectedEvent& expected, const SeenEvent& seen) {
-  return expected.code == seen.code && seen.at >= expected.at && seen.at <= expected.at + kTick;
-}
+constexpr Time kLatest = 100 * kMillisecond;  // behind the library's own end
 
-template <typename Event>
-std::string eventsText(const std::vector<Event>& events) {
-  std::string text;
-  for (const Event& event : events) {
-    text.append("\n    ").append(seconds(event.at)).append("  event ").append(std::to_string(event.code));
+template <typename Kind>
+const Kind* lastOf(const KitStory& story) {
+  const Kind* last = nullptr;
+  for (const auto& each : story.events) {
+    if (const auto* kind = each.event.template as<Kind>()) last = kind;
   }
-  return text;
+  return last;
 }
 
-std::string textOf(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const std::string& line : lines) text.append("\n    ").append(line);
-  return text;
-}
+using Slots = std::vector<std::pair<int, int>>;
 
-class Verdict {
- public:
-  explicit Verdict(const Record& record) : record_(record), expected_(expectationOf(record)) {}
-
-  std::vector<std::string> give() {
-    checkStatus();
-    checkEvents();
-    checkSent();
-    checkDevices();
-    checkSlots();
-    checkAccount();
-    return found_;
-  }
-
- private:
-  void disagree(const std::string& sentence) { found_.push_back(sentence); }
-  [[nodiscard]] Goal goal() const { return record_.step.goal; }
-  [[nodiscard]] bool wasInterrupted() const { return record_.status == kInterruptedStatus; }
-  [[nodiscard]] Time patience() const { return record_.step.role == "web" ? kClosing : kTick; }
-
-  void checkStatus();
-  void checkInterruption();
-  void checkEvents();
-  void checkSent();
-  void checkDevices();
-  void checkSlots();
-  void checkAccount();
-
-  [[nodiscard]] std::vector<std::string> expectedDevices() const;
-  void changeLamps(std::vector<std::string>& devices) const;
-
-  const Record& record_;
-  const Expectation expected_;
-  std::vector<std::string> found_;
+// A device that the HA server was told of, with its values.
+struct Told {
+  unsigned address;
+  Slots slots;
 };
-
-// An interruption that comes while the front end is ending anyway may come too late.
-void Verdict::checkInterruption() {
-  if (!record_.interrupted) return disagree("the front end says that it was interrupted, and was not");
-  const bool overBefore = goal() != Goal::kReset && expected_.end + patience() < *record_.interrupted;
-  if (overBefore) disagree("the front end should have ended before it was interrupted");
-}
-
-void Verdict::checkStatus() {
-  const bool must = record_.step.mustSucceed && record_.status != 0;
-  const auto& events = record_.seen;
-  const bool known = std::any_of(events.begin(), events.end(),
-                                 [](const SeenEvent& event) { return event.code == EVENT_ALREADY_ADDED; });
-  if (must && !known) disagree("this should have succeeded, whatever was before");
-  if (wasInterrupted()) return checkInterruption();
-  if (record_.interrupted && *record_.interrupted + kTick < record_.ended && goal() != Goal::kReset) {
-    disagree("the front end goes on after it was interrupted");
-  }
-  if (record_.status != expected_.status) {
-    disagree("exit status " + std::to_string(record_.status) + " instead of " + std::to_string(expected_.status));
-  }
-  if (record_.ended < expected_.end || record_.ended > expected_.end + patience()) {
-    disagree("ended at " + seconds(record_.ended - record_.began) + " instead of " +
-             (expected_.end - record_.began > 10'000 * kSecond ? "never" : seconds(expected_.end - record_.began)));
-  }
-}
-
-void Verdict::checkEvents() {
-  const std::vector<SeenEvent>& seen = record_.seen;
-  const auto& expected = expected_.events;
-  if (std::equal(expected.begin(), expected.end(), seen.begin(), seen.end(), sameEvent)) return;
-  disagree("the front end saw these events:" + eventsText(seen) + "\n  instead of:" + eventsText(expected));
-}
-
-void Verdict::checkSent() {
-  std::vector<std::string> expected;
-  for (const Sent& sent : expected_.sent) expected.push_back(sent.text);
-  const bool running = expected_.end > record_.ended;
-  if (wasInterrupted() && running && (goal() == Goal::kAdd || goal() == Goal::kRemove)) {
-    expected.insert(expected.end(), {"zigbee cancel", "zwave cancel"});
-  }
-  std::vector<std::string> sent;
-  for (const Datagram& datagram : record_.wire) {
-    if (datagram.from != kLibraryAddress) continue;
-    const std::size_t number = sent.size();
-    sent.push_back(commandText(datagram));
-    const Time due = number < expected_.sent.size() ? expected_.sent[number].at : datagram.at;
-    if (datagram.at < due || datagram.at > due + kTick) {
-      disagree("\"" + sent.back() + "\" was sent at " + seconds(datagram.at - record_.began) + " instead of " +
-               seconds(due - record_.began));
-    }
-  }
-  if (sent != expected) disagree("the library sent:" + textOf(sent) + "\n  instead of:" + textOf(expected));
-}
-
-std::string deviceText(const std::string& radio, unsigned address, const std::string& name, const std::string& type) {
-  return radio + " " + std::to_string(address) + " \"" + name + "\" " + type;
-}
-
-const char* radioText(Server radio) { return radio == Server::kZwave ? "Z-Wave" : "ZigBee"; }
-
-// What the Hue server does it does at once, whatever becomes of its answer.
-void Verdict::changeLamps(std::vector<std::string>& devices) const {
-  if (record_.status == 3) return;
-  const auto isLamp = [](const std::string& device) { return device.rfind("IP", 0) == 0; };
-  const bool holds = std::any_of(devices.begin(), devices.end(), isLamp);
-  const bool letIn = std::any_of(record_.asked.begin(), record_.asked.end(), [](const Asked& asked) {
-    return asked.done && asked.answer.find("lets the router in") != std::string::npos;
-  });
-  if (goal() == Goal::kHueAdd && letIn && !holds) devices.push_back(deviceText("IP", 0, "Hue lamp", "HueLamp"));
-  if (goal() == Goal::kHueBulb && holds) devices.push_back(deviceText("IP", 0, record_.step.word, "HueLamp"));
-  if (goal() == Goal::kHueRemove) std::erase_if(devices, isLamp);
-}
-
-std::vector<std::string> Verdict::expectedDevices() const {
-  std::vector<std::string> devices;
-  const auto is = [](const StoredDevice& device, const std::optional<Party>& party) {
-    return party && device.address == party->address &&
-           device.radio == (party->radio == Server::kZwave ? static_cast<int>(RADIO_ZWAVE) : kZigbeeRadio);
-  };
-  const bool emptied = goal() == Goal::kReset && record_.step.word == "all" && record_.status != 3;
-  for (const StoredDevice& device : record_.before.devices) {
-    if (!emptied && !is(device, expected_.removed) && !is(device, expected_.added)) devices.push_back(device.text());
-  }
-  if (const auto& party = expected_.added) {
-    devices.push_back(deviceText(radioText(party->radio), party->address, record_.step.name, party->type));
-  }
-  changeLamps(devices);
-  return devices;
-}
-
-void Verdict::checkDevices() {
-  for (const std::string& mistake : record_.after.mistakes) disagree("in the database " + mistake);
-  const std::vector<std::string> expected = expectedDevices();
-  std::vector<std::string> stored;
-  for (const StoredDevice& device : record_.after.devices) stored.push_back(device.text());
-  if (stored != expected) {
-    disagree("the database holds:" + textOf(stored) + "\n  instead of:" + textOf(expected));
-  }
-}
 
 template <typename Block>
 Block blockIn(const Datagram& datagram) {
@@ -182,43 +44,190 @@ Block blockIn(const Datagram& datagram) {
   return block;
 }
 
-// What the HA server was told of a device's values.
-std::vector<std::pair<int, int>> slotsIn(const Datagram& datagram) {
-  std::vector<std::pair<int, int>> slots;
-  if (commandText(datagram).rfind("ha zwave", 0) == 0) {
-    for (const ZwIndexEntry& entry : blockIn<ZwNodeInfo>(datagram).indexes) {
-      if (entry.type == 0) break;
-      slots.emplace_back(entry.type, entry.instance);
-    }
-    return slots;
+Told toldOf(const ZwNodeInfo& node) {
+  Told told{node.nodeId, {}};
+  for (const ZwIndexEntry& entry : node.indexes) {
+    if (entry.type == 0) break;
+    told.slots.emplace_back(entry.type, entry.instance);
   }
-  const auto device = blockIn<ZbDeviceInfo>(datagram);
-  for (int i = 0; i < std::min<int>(device.indexCount, static_cast<int>(std::size(device.indexes))); ++i) {
-    slots.emplace_back(device.indexes[i].type, device.indexes[i].endpoint);
-  }
-  return slots;
+  return told;
 }
 
-void Verdict::checkSlots() {
-  for (const Datagram& datagram : record_.wire) {
-    const std::string told = datagram.to == kHaAddress ? commandText(datagram) : "";
-    if (told.size() < 6 || told.substr(told.size() - 6) != " added" || record_.after.devices.empty()) continue;
-    const StoredDevice& newest = record_.after.devices.back();
-    if (newest.slots != slotsIn(datagram)) {
-      disagree("the values of " + newest.text() + " are not those that the HA server was told");
-    }
+Told toldOf(const ZbDeviceInfo& device) {
+  Told told{device.shortAddress, {}};
+  const auto count = std::min<std::size_t>(device.indexCount, std::size(device.indexes));
+  for (const ZbIndexEntry& entry : std::span(device.indexes).first(count)) {
+    told.slots.emplace_back(entry.type, entry.endpoint);
   }
+  return told;
 }
 
-void Verdict::checkAccount() {
-  bool linked = record_.linkedBefore;
-  if (record_.status != 3 && goal() == Goal::kNestLink) linked = true;
-  if (record_.status != 3 && goal() == Goal::kNestUnlink) linked = false;
-  if (record_.linkedAfter != linked) disagree(linked ? "the account should be linked" : "the account is linked still");
+std::optional<Told> addedBy(const Datagram& datagram) {
+  const std::string text = commandText(datagram);
+  if (!text.ends_with(" added")) return std::nullopt;
+  return text.starts_with("ha zwave") ? toldOf(blockIn<ZwNodeInfo>(datagram)) : toldOf(blockIn<ZbDeviceInfo>(datagram));
 }
+
+class Verdict {
+ public:
+  Verdict(const Record& record, const KitStory& story)
+      : record_(record), story_(story), ended_(lastOf<tembra::Ended>(story)), found_(story.mistakes) {}
+
+  std::vector<std::string> give() {
+    if (ended_ == nullptr) return disagree("the operation does not end"), found_;
+    checkOrder();
+    checkJson();
+    checkMoment();
+    checkOutcome();
+    checkDevices();
+    checkDatabase();
+    if (!found_.empty()) tellAll();
+    return found_;
+  }
+
+ private:
+  void disagree(const std::string& sentence) { found_.push_back(sentence); }
+
+  void expect(bool agrees, const std::string& sentence) {
+    if (!agrees) disagree(sentence);
+  }
+
+  void checkOrder() {
+    unsigned number = story_.events.front().event.number;
+    for (const KitEvent& each : story_.events) {
+      expect(each.event.number == number++, "the numbers have gaps");
+      expect((each.event.as<tembra::Ended>() != nullptr) == (&each == &story_.events.back()), "there is one end");
+    }
+  }
+
+  void checkJson() {
+    static const JsonSchema events(TEMBRA_SCHEMAS "/tembra-event.schema.json");
+    static const JsonSchema states(TEMBRA_SCHEMAS "/tembra-state.schema.json");
+    for (const KitEvent& each : story_.events) {
+      for (const auto& [schema, text] : {std::pair(&events, &each.event.json), std::pair(&states, &each.state)}) {
+        const std::string fault = schema->faultOf(json::parse(*text));
+        expect(fault.empty(), fault + ": " + *text);
+      }
+    }
+  }
+
+  // What ends an operation is a datagram, a time-out, the caller, or the moment that the kit itself named.
+  [[nodiscard]] Time lastCause() const {
+    const Time end = story_.events.back().at;
+    std::vector<Time> causes = story_.did;
+    for (const SeenEvent& each : story_.told) causes.push_back(each.at);
+    for (const Datagram& each : record_.wire) causes.push_back(each.at);
+    for (const KitEvent& each : story_.events) {
+      if (each.event.endsIn) causes.push_back(each.at + each.event.endsIn->count() * kMillisecond);
+    }
+    std::erase_if(causes, [end](Time cause) { return cause > end; });
+    return *std::ranges::max_element(causes);
+  }
+
+  void checkMoment() {
+    const Time late = story_.events.back().at - lastCause();
+    expect(late <= kLatest, "the end comes " + seconds(late) + " late");
+  }
+
+  void checkOutcome() {
+    const auto outcome = ended_->outcome;
+    const Goal goal = record_.step.goal;
+    expect(!record_.step.mustSucceed || goal == Goal::kCancel || outcome == TEMBRA_DONE || isPardoned(),
+           "this should have succeeded");
+    expect(goal == Goal::kCancel || record_.interrupted || outcome != TEMBRA_CANCELLED, "nobody has cancelled");
+    const bool isDone = outcome == TEMBRA_DONE;
+    expect(isDone == (ended_->reason == TEMBRA_REASON_NONE), "only what is done has no reason");
+    if (goal == Goal::kNestLink && isDone) expect(record_.linkedAfter, "the account is linked");
+    if (goal == Goal::kNestUnlink && isDone) expect(!record_.linkedAfter, "the account is unlinked");
+  }
+
+  // The library closes a web server's connection behind every answer of the Hue and Nest servers, also a late one.
+  [[nodiscard]] bool isPardoned() const {
+    const bool isClosed = std::ranges::any_of(record_.wire, [](const Datagram& each) {
+      return each.to == kLibraryAddress && (each.from == kHueAddress || each.from == kNestAddress);
+    });
+    return ended_->reason == TEMBRA_REASON_ALREADY_KNOWN ||
+           (ended_->reason == TEMBRA_REASON_CONNECTION_LOST && isClosed);
+  }
+
+  [[nodiscard]] static const StoredDevice* findDevice(const Database& database, int id) {
+    const auto device = std::ranges::find(database.devices, id, &StoredDevice::id);
+    return device == database.devices.end() ? nullptr : &*device;
+  }
+
+  void checkDevices() {
+    if (record_.step.goal == Goal::kAdd) checkAdded();
+    if (record_.step.goal == Goal::kRemove) checkRemoved();
+  }
+
+  // Who cancels while the HA server stores the device may have it all the same.
+  void checkAdded() {
+    const bool isStored = std::ranges::count(record_.after.devices, record_.step.name, &StoredDevice::name) == 1;
+    const auto* added = lastOf<tembra::Added>(story_);
+    const bool isUndecided = ended_->reason == TEMBRA_REASON_CANCELLED && isStored;
+    expect(isUndecided || isStored == (added != nullptr), "the device is stored when the kit says so");
+    expect((added != nullptr) == (ended_->outcome == TEMBRA_DONE), "the add is done when the device is stored");
+    if (added == nullptr) return;
+    const StoredDevice* device = findDevice(record_.after, added->id);
+    expect(device != nullptr && device->name == added->name && device->name == record_.step.name, "its name is stored");
+    const auto* found = lastOf<tembra::Found>(story_);
+    expect(device != nullptr && found != nullptr && tembra::typeName(found->type) == device->type,
+           "its proposed type is stored");
+  }
+
+  void checkRemoved() {
+    const auto* removed = lastOf<tembra::Removed>(story_);
+    if (removed == nullptr) return expect(ended_->outcome != TEMBRA_DONE, "something was removed");
+    expect(findDevice(record_.before, removed->id) != nullptr, "the removed device was there");
+    expect(findDevice(record_.after, removed->id) == nullptr, "the removed device is gone");
+  }
+
+  void checkDatabase() {
+    for (const std::string& mistake : record_.after.mistakes) disagree("in the database " + mistake);
+    for (const Datagram& datagram : record_.wire) {
+      if (datagram.to == kHaAddress) checkNotice(datagram);
+    }
+    if (ended_->outcome == TEMBRA_DONE) checkLamps();
+  }
+
+  void checkNotice(const Datagram& datagram) {
+    const std::vector<StoredDevice>& devices = record_.after.devices;
+    if (commandText(datagram) == "ha remove all") return expect(devices.empty(), "every device is gone");
+    const auto told = addedBy(datagram);
+    if (!told || devices.empty()) return;
+    expect(devices.back().address == told->address && devices.back().slots == told->slots,
+           "the newest device " + devices.back().text() + " is not what the HA server was told");
+  }
+
+  void checkLamps() {
+    std::vector<std::string> lamps;
+    for (const StoredDevice& device : record_.after.devices) {
+      if (device.radio == RADIO_IP) lamps.push_back(device.name);
+    }
+    const Goal goal = record_.step.goal;
+    if (goal == Goal::kHueAdd) expect(!lamps.empty(), "the bridge came with a lamp");
+    if (goal == Goal::kHueBulb) expect(std::ranges::count(lamps, record_.step.word) == 1, "the lamp is stored");
+    if (goal == Goal::kHueRemove) expect(lamps.empty(), "the lamps are gone with their bridge");
+  }
+
+  void tellAll() {
+    std::string all = "what the kit said";
+    for (const KitEvent& each : story_.events) {
+      all.append("\n  ").append(seconds(each.at - record_.began)).append("  ").append(each.event.json);
+    }
+    disagree(all);
+  }
+
+  const Record& record_;
+  const KitStory& story_;
+  const tembra::Ended* ended_;
+  std::vector<std::string> found_;
+};
 
 }  // namespace
 
-std::vector<std::string> disagreementsIn(const Record& record) { return Verdict(record).give(); }
+std::vector<std::string> disagreementsIn(const Record& record, const KitStory& story) {
+  return Verdict(record, story).give();
+}
 
 }  // namespace campaign

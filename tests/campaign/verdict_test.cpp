@@ -1,9 +1,13 @@
-// The judge of the kit can find everything that it looks at: a story that agrees is altered, and then it does not.
+// The judge can find everything that it looks at: a story that agrees is altered, and then it does not.
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <tembra/records.h>
+#include <tembra/vocabulary.h>
 
-#include "campaign/kit_verdict.h"
+#include <algorithm>
+#include <cstring>
+
+#include "campaign/verdict.h"
 
 namespace campaign {
 namespace {
@@ -48,6 +52,32 @@ Record goodRecord() {
 
 tembra::Ended& endOf(KitStory& story) { return std::get<tembra::Ended>(story.events.back().event.detail); }
 
+void leaveALamp(Record& record) {
+  record.step.goal = Goal::kHueRemove;
+  record.after.devices.emplace_back().radio = RADIO_IP;
+}
+
+// And something else is stored afterwards.
+void tellTheHaServer(Record& record, const HaNotice& notice) {
+  const auto* first = reinterpret_cast<const unsigned char*>(&notice);
+  record.wire.push_back({kAt, kLibraryAddress, kHaAddress, {first, first + sizeof notice}});
+  record.after.devices.emplace_back();
+}
+
+HaNotice removeAll() {
+  HaNotice notice{};
+  std::memcpy(notice.record, "removeAllDevices", sizeof "removeAllDevices");
+  return notice;
+}
+
+HaNotice nodeAdded() {
+  HaNotice notice{};
+  notice.recordKind = RECORD_ZWAVE;
+  notice.record[offsetof(ZwNodeInfo, nodeId)] = 5;
+  notice.record[offsetof(ZwNodeInfo, requestMark)] = MARK_ADDED;
+  return notice;
+}
+
 struct AlteredStory {
   const char* found;
   void (*alter)(Record& record, KitStory& story);
@@ -67,21 +97,27 @@ constexpr AlteredStory kAltered[] = {
     {"the account is linked", [](Record& record, KitStory&) { record.linkedAfter = false; }},
     {"the add is done when the device is stored", [](Record& record, KitStory&) { record.step.goal = Goal::kAdd; }},
     {"something was removed", [](Record& record, KitStory&) { record.step.goal = Goal::kRemove; }},
+    {"in the database", [](Record& record, KitStory&) { record.after.mistakes.emplace_back("something is odd"); }},
+    {"the newest device", [](Record& record, KitStory&) { tellTheHaServer(record, nodeAdded()); }},
+    {"a lamp", [](Record& record, KitStory&) { record.step.goal = Goal::kHueAdd; }},
+    {"the lamp is stored", [](Record& record, KitStory&) { record.step.goal = Goal::kHueBulb; }},
+    {"the lamps are gone", [](Record& record, KitStory&) { leaveALamp(record); }},
+    {"every device is gone", [](Record& record, KitStory&) { tellTheHaServer(record, removeAll()); }},
     {"behind the end", [](Record&, KitStory& story) { story.mistakes.emplace_back("behind the end"); }},
 };
 
 }  // namespace
 
-TEST(KitVerdict, FindsNothingInAGoodStory) {
-  EXPECT_EQ(kitDisagreementsIn(goodRecord(), goodStory()), std::vector<std::string>{});
+TEST(Verdict, FindsNothingInAGoodStory) {
+  EXPECT_EQ(disagreementsIn(goodRecord(), goodStory()), std::vector<std::string>{});
 }
 
-TEST(KitVerdict, FindsEveryAlteration) {
+TEST(Verdict, FindsEveryAlteration) {
   for (const AlteredStory& each : kAltered) {
     KitStory story = goodStory();
     Record record = goodRecord();
     each.alter(record, story);
-    const auto found = kitDisagreementsIn(record, story);
+    const auto found = disagreementsIn(record, story);
     EXPECT_TRUE(std::ranges::any_of(found, [&](const std::string& line) {
       return line.find(each.found) != std::string::npos;
     })) << each.found;
