@@ -44,30 +44,35 @@ void addChoice(tembra_found& found, int type) {
 
 class Add {
  public:
-  explicit Add(Session& session) : session_(session) {}
+  Add(Session& session, Known known) : session_(session), known_(known) {}
 
   [[noreturn]] void run() {
     session_.requireRadios();
     session_.requireServer(SERVER_HA);
     session_.requireDatabase();
-    session_.open();
-    session_.send([this] { session_.service().addDevZigbeeZwave(); });
-    session_.settle();
-    enterWait();
-    session_.tell(TEMBRA_EVENT_WAITING);
+    begin();
     awaitDevice();
     store(awaitChoice());
   }
 
   /// The end that the caller's cancel leads to: a device may have joined already.
   [[nodiscard]] End cancelled() const {
-    const bool joined = phase_ > TEMBRA_PHASE_BUTTON && !handedOver_;
+    const bool waits = phase_ <= TEMBRA_PHASE_BUTTON || phase_ == TEMBRA_PHASE_LEAVE_BUTTON;
+    const bool joined = !waits && !handedOver_;
     End end = {TEMBRA_CANCELLED, joined ? TEMBRA_REASON_CANCELLED_JOINED : TEMBRA_REASON_CANCELLED, 0, 0, 0, {}};
     end.deviceName = found_.name;
     return end;
   }
 
  private:
+  void begin() {
+    session_.open();
+    session_.send([this] { session_.service().addDevZigbeeZwave(); });
+    session_.settle();
+    enterWait();
+    session_.tell(TEMBRA_EVENT_WAITING);
+  }
+
   void enterWait() {
     phase_ = TEMBRA_PHASE_BUTTON;
     session_.enterWait(phase_);
@@ -82,9 +87,11 @@ class Add {
 
   void awaitDevice();
   void hear(const LibraryEvent& heard);
+  void removeKnown(const LibraryEvent& heard);
   void throwIfGivenUp();
   void find(const LibraryEvent& heard);
   [[nodiscard]] End endOf(const LibraryEvent& heard) const;
+  [[nodiscard]] End chosenTooLate() const;
   [[nodiscard]] Choice awaitChoice();
   [[noreturn]] void store(const Choice& choice);
   void restoreDevice();
@@ -92,6 +99,8 @@ class Add {
   [[noreturn]] void awaitRecord(int id, const std::string& name, const std::string& place);
 
   Session& session_;
+  Known known_;
+  std::string keptName_;  ///< of a device that was known and left
   tembra_phase phase_ = TEMBRA_PHASE_OPENING;
   Clock::time_point overdue_;
   int radio_ = 0;
@@ -124,12 +133,29 @@ void Add::hear(const LibraryEvent& heard) {
     case EVENT_CREATED:
       return find(heard);
     case EVENT_ALREADY_ADDED:
+      return removeKnown(heard);
     case EVENT_ADD_FAILED:
     case EVENT_TIMEOUT:
       throw endOf(heard);
     default:
       break;  // a late answer to an operation before
   }
+}
+
+// The device's button is pressed twice more, once to let it leave and once to let it join. A device that is known then
+// is another one.
+void Add::removeKnown(const LibraryEvent& heard) {
+  if (known_ == Known::kRefused) throw endOf(heard);
+  known_ = Known::kRefused;
+  phase_ = TEMBRA_PHASE_LEAVE_BUTTON;
+  const int id = heard.removedId;
+  keptName_ = libraryText(heard.removedName);
+  session_.warnOf(TEMBRA_REASON_ALREADY_KNOWN, id, keptName_);
+  const auto left = letLeave(session_, phase_);
+  if (!left) throw failed(TEMBRA_REASON_NOT_IN_LIST);
+  if (left->id != id) throw otherLeft(*left);
+  session_.setRadio(0);
+  begin();
 }
 
 End Add::endOf(const LibraryEvent& heard) const {
@@ -143,7 +169,7 @@ End Add::endOf(const LibraryEvent& heard) const {
     const bool described = heard.event.source == SERVER_ZWAVE && heard.state == ZW_ASSOC_QUERY;
     return failed(described ? TEMBRA_REASON_UNKNOWN_KIND : TEMBRA_REASON_RADIO_FAILED, heard.event.source);
   }
-  if (phase_ == TEMBRA_PHASE_CHOICE) return timedOut(TEMBRA_REASON_CHOICE_TOO_SLOW);
+  if (phase_ == TEMBRA_PHASE_CHOICE) return chosenTooLate();
   return timedOut(phase_ == TEMBRA_PHASE_BUTTON ? TEMBRA_REASON_NOBODY_PRESSED : TEMBRA_REASON_DEVICE_SILENT, radio_);
 }
 
@@ -176,6 +202,9 @@ void Add::find(const LibraryEvent& heard) {
   found_.name_room = found_.place_room = isZwave ? kZwaveRoom : kZigbeeRoom;
   putText(found_.name,
           isZwave ? defaultName(typeName(found_.type).c_str(), heard.deviceId) : libraryText(heard.deviceName));
+  const bool fits = keptName_.size() <= found_.name_room && isPlainText(keptName_);
+  if (!fits) keptName_.clear();
+  if (!keptName_.empty()) putText(found_.name, keptName_);
   putText(found_.place, kDefaultPlace);
   zigbeeDevice_ = heard.zigbeeDevice;
   phase_ = TEMBRA_PHASE_CHOICE;
@@ -184,12 +213,18 @@ void Add::find(const LibraryEvent& heard) {
   session_.tell(TEMBRA_EVENT_FOUND, found_);
 }
 
+End Add::chosenTooLate() const {
+  End end = timedOut(TEMBRA_REASON_CHOICE_TOO_SLOW);
+  end.deviceName = found_.name;
+  return end;
+}
+
 Choice Add::awaitChoice() {
   while (true) {
     if (const auto choice = session_.takeChoice()) return *choice;
     const auto heard = session_.nextEvent(Clock::now() + kBetweenAddLooks);
     if (heard && heard->event.code == EVENT_TIMEOUT) throw endOf(*heard);
-    if (Clock::now() >= overdue_) throw timedOut(TEMBRA_REASON_CHOICE_TOO_SLOW);
+    if (Clock::now() >= overdue_) throw chosenTooLate();
   }
 }
 
@@ -215,9 +250,10 @@ void Add::store(const Choice& choice) {
   TembraAssociation& service = session_.service();
   const int id = DevId;
   if (id < 0) throw failed(TEMBRA_REASON_DATABASE_UNREADABLE);
-  const bool keepsName = choice.name.empty() || choice.name == found_.name;
+  const std::string wanted = choice.name.empty() ? keptName_ : choice.name;
+  const bool keepsName = wanted.empty() || (keptName_.empty() && wanted == found_.name);
   std::string name =
-      keepsName ? std::string(service.devName, strnlen(service.devName, sizeof service.devName)) : choice.name;
+      keepsName ? std::string(service.devName, strnlen(service.devName, sizeof service.devName)) : wanted;
   std::string place = choice.place.empty() ? kDefaultPlace : choice.place;
   service.setDevName(name.data());
   service.setDevLocation(place.data());
@@ -253,8 +289,8 @@ void Add::awaitRecord(int id, const std::string& name, const std::string& place)
 
 }  // namespace
 
-void addDevice(Session& session) {
-  Add add(session);
+void addDevice(Session& session, Known known) {
+  Add add(session, known);
   try {
     add.run();
   } catch (const Cancelled&) {

@@ -155,7 +155,11 @@ void tembra_frontend_free(tembra_frontend* kit) {
 
 int tembra_frontend_add(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERATION_ADD, 0, {}, {}}); }
 
+int tembra_frontend_add_again(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERATION_ADD, 1, {}, {}}); }
+
 int tembra_frontend_remove(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERATION_REMOVE, 0, {}, {}}); }
+
+int tembra_frontend_take_out(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERATION_REMOVE, 1, {}, {}}); }
 
 int tembra_frontend_reset(tembra_frontend* kit, int what) {
   if (what < reset_zigbee || what > reset_both_and_remove_all) return answer(TEMBRA_OPERATION_RESET, EINVAL);

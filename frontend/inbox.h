@@ -17,7 +17,7 @@ namespace tembra::frontend {
 
 struct Command {
   int operation = 0;
-  int what = 0;        ///< what a reset resets, or the seconds for a bridge's link button
+  int what = 0;        ///< what a reset resets, the seconds for a link button; 1: add again, or take out
   std::string target;  ///< a bridge's MAC text, or an authorisation code
   std::string text;    ///< a bulb's name, or the text of a refresh
 };

@@ -19,8 +19,9 @@ constexpr const char* kOperations[] = {"none",           "add",          "remove
 constexpr const char* kEventKinds[] = {nullptr,    "waiting", "answered", "reading",     "found",         "added",
                                        "removing", "removed", "bridges",  "link-button", "bridge-linked", "bulb-added",
                                        "account",  "step",    "warning",  "ended"};
-constexpr const char* kPhases[] = {"none",    "opening", "button",      "identity",  "description", "choice", "storing",
-                                   "leaving", "answer",  "link-button", "resetting", "database",    "closing"};
+constexpr const char* kPhases[] = {"none",      "opening",  "button",  "identity",     "description",
+                                   "choice",    "storing",  "leaving", "answer",       "link-button",
+                                   "resetting", "database", "closing", "leave-button", "emptying"};
 constexpr const char* kOutcomes[] = {nullptr, "done", "cancelled", "timed-out", "failed"};
 constexpr const char* kServers[] = {nullptr, "ZigBee", "Z-Wave", "Hue", "Nest", "HA", "mesh"};
 

@@ -9,9 +9,9 @@ namespace {
 [[noreturn]] void run(Session& session, const Command& command) {
   switch (command.operation) {
     case TEMBRA_OPERATION_ADD:
-      addDevice(session);
+      addDevice(session, command.what == 0 ? Known::kRefused : Known::kAddedAgain);
     case TEMBRA_OPERATION_REMOVE:
-      removeDevice(session);
+      removeDevice(session, command.what == 0 ? Leaving::kListed : Leaving::kStranger);
     case TEMBRA_OPERATION_RESET:
       resetRadios(session, command.what);
     case TEMBRA_OPERATION_HUE_DISCOVER:

@@ -9,8 +9,19 @@ namespace tembra::frontend {
 /// Runs the operation of the command. @return how it ended
 [[nodiscard]] End endOf(Session& session, const Command& command);
 
-[[noreturn]] void addDevice(Session& session);
-[[noreturn]] void removeDevice(Session& session);
+enum class Known { kRefused, kAddedAgain };
+[[noreturn]] void addDevice(Session& session, Known known);
+
+enum class Leaving { kListed, kStranger };
+[[noreturn]] void removeDevice(Session& session, Leaving wanted);
+
+/// Lets the device leave whose button is pressed, with the connection opened anew. Ends the operation when the radio
+/// fails or nobody presses. @return the device; nothing when the device list does not have it
+[[nodiscard]] std::optional<tembra_device_event> letLeave(Session& session, tembra_phase phase);
+
+/// The end of an operation during which another device left.
+[[nodiscard]] End otherLeft(const tembra_device_event& device);
+
 [[noreturn]] void resetRadios(Session& session, int what);
 
 // Hue and Nest.

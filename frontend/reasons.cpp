@@ -23,7 +23,9 @@ constexpr const char* kWhen[] = {"",
                                  "before the link button was pressed",
                                  "while the radios started anew",
                                  "while the device list was read",
-                                 "while the connection was being closed"};
+                                 "while the connection was being closed",
+                                 "before the button of the known device was pressed",
+                                 "while the device list was emptied"};
 
 constexpr Reason kReasons[] = {
     {TEMBRA_REASON_NONE, "none", "Done.", ""},
@@ -68,10 +70,14 @@ constexpr Reason kReasons[] = {
      "To add it anew, remove it first."},
     {TEMBRA_REASON_NOT_IN_LIST, "not-in-list", "The device that left is not in the device list.",
      "Nothing else is to be done: it is out of the radio network."},
-    {TEMBRA_REASON_CHOICE_TOO_SLOW, "choice-too-slow", "Type and name were not chosen in time.",
+    {TEMBRA_REASON_CHOICE_TOO_SLOW, "choice-too-slow", "Type and name of the device{named} were not chosen in time.",
      "The device joined the radio network, but was not kept: remove it and add it again."},
     {TEMBRA_REASON_NOT_STORED, "not-stored", "The HA server did not store the device{named}.",
      "The device joined the radio network, but was not kept: remove it and add it again."},
+    {TEMBRA_REASON_OTHER_LEFT, "other-left", "Another device left:{named}.",
+     "Add the device that left, and try again with the button of the right one."},
+    {TEMBRA_REASON_DEVICES_REMAIN, "devices-remain", "The HA server kept{which} in the device list.",
+     "Look at the list of devices. Remove each by itself, a Hue bridge's bulbs by their bridge."},
     {TEMBRA_REASON_DATABASE_DAMAGED, "database-damaged",
      "The device list is damaged. It is repaired when it is used, and devices may be missing afterwards.",
      "Look at the list of devices."},
@@ -92,6 +98,7 @@ std::string valueOf(std::string_view key, const Filling& filling) {
   if (key == "error" && filling.error != 0) return std::string(" (") + std::strerror(filling.error) + ")";
   if (key == "device") return filling.device.empty() ? "" : " as " + filling.device;
   if (key == "named") return filling.device.empty() ? "" : " " + filling.device;
+  if (key == "which") return " " + (filling.device.empty() ? "some devices" : filling.device);
   if (key == "why") return filling.why.empty() ? "" : ": " + filling.why;
   if (key == "holder") return filling.holder.empty() ? "" : ": " + filling.holder;
   const bool isPhase = filling.phase >= 0 && filling.phase < static_cast<int>(std::size(kWhen));

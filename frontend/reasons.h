@@ -10,7 +10,8 @@ namespace tembra::frontend {
 struct Reason {
   int number;
   const char* name;
-  const char* text;    ///< with {server}, {error}, {device}, {named}, {holder}, {why} and {phase} to be filled in
+  const char*
+      text;  ///< with {server}, {error}, {device}, {named}, {which}, {holder}, {why} and {phase} to be filled in
   const char* advice;  ///< likewise
 };
 

@@ -20,9 +20,9 @@ tembra_device_event deviceOf(const LibraryEvent& heard) {
 }
 
 // A Z-Wave device that the radio does not know leaves as node 0; another node tells that the radio failed.
-End endOfUnknown(const LibraryEvent& heard) {
+void throwIfRadioFailed(const LibraryEvent& heard) {
   const bool failing = heard.event.source == SERVER_ZWAVE && heard.node == NODE_FAILED;
-  return failing ? failed(TEMBRA_REASON_RADIO_FAILED, SERVER_ZWAVE) : failed(TEMBRA_REASON_NOT_IN_LIST);
+  if (failing) throw failed(TEMBRA_REASON_RADIO_FAILED, SERVER_ZWAVE);
 }
 
 std::unique_ptr<LibraryEvent> awaitDevice(Session& session) {
@@ -49,14 +49,11 @@ void awaitConfirmation(Session& session) {
 
 }  // namespace
 
-void removeDevice(Session& session) {
-  session.requireRadios();
-  session.requireServer(SERVER_HA);
-  session.requireDatabase();
+std::optional<tembra_device_event> letLeave(Session& session, tembra_phase phase) {
   session.open();
   session.send([&session] { session.service().removeDevZigbeeZwave(); });
   session.settle();
-  session.enterWait(TEMBRA_PHASE_BUTTON);
+  session.enterWait(phase);
   session.tell(TEMBRA_EVENT_WAITING);
   const auto heard = awaitDevice(session);
   session.setRadio(heard->event.source);
@@ -64,9 +61,28 @@ void removeDevice(Session& session) {
   const bool known = heard->event.code == EVENT_REMOVED;
   if (known) session.tell(TEMBRA_EVENT_REMOVING, deviceOf(*heard));
   awaitConfirmation(session);
-  if (!known) throw endOfUnknown(*heard);
+  if (!known) {
+    throwIfRadioFailed(*heard);
+    return std::nullopt;
+  }
   session.tell(TEMBRA_EVENT_REMOVED, deviceOf(*heard));
-  throw done();
+  return deviceOf(*heard);
+}
+
+End otherLeft(const tembra_device_event& device) {
+  End end = failed(TEMBRA_REASON_OTHER_LEFT);
+  end.deviceId = device.id;
+  end.deviceName = device.name;
+  return end;
+}
+
+void removeDevice(Session& session, Leaving wanted) {
+  session.requireRadios();
+  session.requireServer(SERVER_HA);
+  session.requireDatabase();
+  const auto left = letLeave(session, TEMBRA_PHASE_BUTTON);
+  if (wanted == Leaving::kStranger) throw left ? otherLeft(*left) : done();
+  throw left ? done() : failed(TEMBRA_REASON_NOT_IN_LIST);
 }
 
 }  // namespace tembra::frontend

@@ -19,9 +19,16 @@ constexpr Milliseconds kForWriter{5000};  // of the database, before an operatio
 constexpr int kSettlingMilliseconds = 1000;
 constexpr int kSettlingAtEndMilliseconds = 20;
 
-std::string deviceText(const End& end) {
-  if (end.deviceName.empty()) return "";
-  return end.deviceId == 0 ? end.deviceName : end.deviceName + " (number " + std::to_string(end.deviceId) + ")";
+std::string deviceText(int id, const std::string& name) {
+  return name.empty() || id == 0 ? name : name + " (number " + std::to_string(id) + ")";
+}
+
+tembra_warning warningOf(tembra_reason reason, const Filling& filling) {
+  auto warning = sized<tembra_warning>();
+  warning.reason = reason;
+  warning.server = filling.server;
+  putText(warning.text, filled(findReason(reason)->text, filling));
+  return warning;
 }
 
 End endOfOpening(const tembra_failure& failure) {
@@ -41,6 +48,17 @@ End endOfOpening(const tembra_failure& failure) {
 bool isWorthKeeping(const End& end) {
   return (end.outcome == TEMBRA_FAILED || end.outcome == TEMBRA_TIMED_OUT) && end.reason != TEMBRA_REASON_IN_USE;
 }
+
+/// Ends the operation when another process keeps the database locked.
+class GivingUp {
+ public:
+  void operator()() const {
+    if (Clock::now() >= until_) throw failed(TEMBRA_REASON_DATABASE_UNREADABLE, 0, EWOULDBLOCK);
+  }
+
+ private:
+  Clock::time_point until_ = Clock::now() + kForWriter;
+};
 
 int errorOfDatabase() {
   const int reading = readDevices().error;
@@ -82,14 +100,16 @@ Session::Session(TembraAssociation& service, Outbox& outbox, Inbox& inbox, Runne
 void Session::enterWait(tembra_phase phase) { enter(phase, Milliseconds(tembra_wait_left())); }
 
 void Session::warn(tembra_reason reason, int server, const std::string& why) {
-  auto warning = sized<tembra_warning>();
-  warning.reason = reason;
-  warning.server = server;
   Filling filling;
   filling.server = server;
   filling.why = why;
-  putText(warning.text, filled(findReason(reason)->text, filling));
-  tell(TEMBRA_EVENT_WARNING, warning);
+  tell(TEMBRA_EVENT_WARNING, warningOf(reason, filling));
+}
+
+void Session::warnOf(tembra_reason reason, int deviceId, const std::string& deviceName) {
+  Filling filling;
+  filling.device = deviceText(deviceId, deviceName);
+  tell(TEMBRA_EVENT_WARNING, warningOf(reason, filling));
 }
 
 void Session::requireRadios() {
@@ -103,13 +123,13 @@ void Session::requireServer(ServerType server) {
   if (!listens(server)) throw failed(TEMBRA_REASON_NO_SERVER, server);
 }
 
+DeviceList Session::listDevices() {
+  return call([] { return readDevices(); }, GivingUp());
+}
+
 // A file that the library cannot read or write it would delete: it is not even asked.
 void Session::requireDatabase() {
-  const auto until = Clock::now() + kForWriter;
-  const auto giveUp = [until] {
-    if (Clock::now() >= until) throw failed(TEMBRA_REASON_DATABASE_UNREADABLE, 0, EWOULDBLOCK);
-  };
-  const int error = call([] { return errorOfDatabase(); }, giveUp);
+  const int error = call([] { return errorOfDatabase(); }, GivingUp());
   if (error == EBADMSG) return warn(TEMBRA_REASON_DATABASE_DAMAGED, 0);
   if (error != 0) throw failed(TEMBRA_REASON_DATABASE_UNREADABLE, 0, error);
 }
@@ -204,7 +224,7 @@ void Session::finish(const End& end) {
   putText(ended.device_name, end.deviceName);
   if (socket_ == 0) watching_.leave();  // else it would take itself for the holder
   const std::string holder = end.reason == TEMBRA_REASON_IN_USE ? watching_.describeHolder() : "";
-  const Filling filling{end.server, end.error, ended.phase, deviceText(end), holder, {}};
+  const Filling filling{end.server, end.error, ended.phase, deviceText(end.deviceId, end.deviceName), holder, {}};
   const Reason* reason = findReason(end.reason);
   putText(ended.text, filled(reason->text, filling));
   putText(ended.advice, filled(reason->advice, filling));

@@ -41,6 +41,12 @@ struct End {
 /// Thrown by every wait when the caller has cancelled.
 struct Cancelled {};
 
+/// The devices of the database; an error is an errno.
+struct DeviceList {
+  std::vector<tembra_device> devices;
+  int error = 0;
+};
+
 class Session {
  public:
   /// @param socket the descriptor of the open connection, 0: none; kept from one operation to the next
@@ -56,11 +62,13 @@ class Session {
   void offer(const tembra_found& found, Milliseconds limit) { outbox_.offer(found, limit); }
   void tell(tembra_event_kind kind, const Detail& detail = {}) { watching_.publish(outbox_.emit(kind, detail)); }
   void warn(tembra_reason reason, int server, const std::string& why = {});
+  void warnOf(tembra_reason reason, int deviceId, const std::string& deviceName);
 
   // ---- What is checked before the connection is opened ----
   void requireRadios();  ///< one at least; warns when only one runs
   void requireServer(ServerType server);
   void requireDatabase();
+  [[nodiscard]] DeviceList listDevices();
 
   // ---- What is done ----
   /// Opens the connection, anew when it is open, so that the library's wait begins now.
@@ -114,12 +122,6 @@ class Session {
 };
 
 [[nodiscard]] tembra_failure lastFailure(tembra_failure_kind kind);
-
-/// The devices of the database; an error is an errno.
-struct DeviceList {
-  std::vector<tembra_device> devices;
-  int error = 0;
-};
 [[nodiscard]] DeviceList readDevices();
 
 template <typename Function>

@@ -7,7 +7,9 @@
 
 #include "cli/commands/commands.h"
 #include "cli/commands/database_file.h"
+#include "cli/commands/taking_out.h"
 #include "cli/dialogue/new_device.h"
+#include "cli/dialogue/questions.h"
 #include "cli/failure.h"
 #include "cli/words/device_types.h"
 #include "cli/words/texts.h"
@@ -28,14 +30,32 @@ void checkRoom(Display& display, const std::string& what, const std::string& tex
   display.complain(fault);
 }
 
-void addDevice(const Context& context, const Wishes& wishes) {
+// A device that is in the radio network, but not in the device list, while somebody is there to press its button.
+void offerToTakeOut(Dialogue& dialogue) {
+  const Context& context = dialogue.context();
+  const auto& ended = dialogue.ended();
+  const bool isThere =
+      ended && (ended->reason == TEMBRA_REASON_UNKNOWN_KIND || ended->reason == TEMBRA_REASON_NOT_STORED);
+  if (!isThere || !context.options.mayAsk()) return;
+  context.display.complain(ended->text);
+  if (agree(context, "Take the device out of the radio network again?")) takeOut(dialogue);
+  throw Failure(kFailed, "the device was not added.");
+}
+
+void addDevice(const Context& context, const Wishes& wishes, bool again) {
   checkRoom(context.display, "name", wishes.name);
   checkRoom(context.display, "place", wishes.place);
   complainOfForeignDatabase(context);
   Dialogue dialogue(context);
-  dialogue.run("add", &Frontend::add, [&dialogue, &wishes](const Event& event) {
+  const auto finish = [&dialogue, &wishes](const Event& event) {
     if (const auto* found = event.as<Found>()) finishDevice(dialogue, *found, wishes);
-  });
+  };
+  try {
+    again ? dialogue.run("add again", &Frontend::addAgain, finish) : dialogue.run("add", &Frontend::add, finish);
+  } catch (const Failure&) {
+    offerToTakeOut(dialogue);
+    throw;
+  }
 }
 
 std::string checkType(const std::string& text) {
@@ -61,9 +81,13 @@ void declareAdd(CLI::App& program, Action& action) {
       ->check(checkType);
   command->add_option("--name", wishes->name, "the device's name, instead of the one proposed")->check(checkText);
   command->add_option("--place", wishes->place, "where the device is, instead of \"Default\"")->check(checkText);
+  auto again = std::make_shared<bool>(false);
+  command->add_flag("--again", *again, "a device that is known already leaves first, and keeps its name");
   command->footer("Name and place have room for " + std::to_string(kZigbeeRoom) + " bytes on a ZigBee device, for " +
                   std::to_string(kZwaveRoom) + " on a Z-Wave device.\n" + program.get_footer());
-  command->callback([&action, wishes] { action = [wishes](const Context& context) { addDevice(context, *wishes); }; });
+  command->callback([&action, wishes, again] {
+    action = [wishes, again](const Context& context) { addDevice(context, *wishes, *again); };
+  });
 }
 
 }  // namespace tembra::cli

@@ -1,8 +1,10 @@
 // tembra-assoc remove: the next device whose button is pressed leaves the home.
 #include <CLI/CLI.hpp>
+#include <memory>
 
 #include "cli/commands/commands.h"
 #include "cli/commands/database_file.h"
+#include "cli/commands/taking_out.h"
 #include "cli/dialogue/dialogue.h"
 #include "cli/dialogue/questions.h"
 
@@ -15,11 +17,26 @@ void removeDevice(const Context& context) {
   Dialogue(context).run("remove", &Frontend::remove);
 }
 
+void removeUnlisted(const Context& context) {
+  complainOfForeignDatabase(context);
+  Dialogue dialogue(context);
+  takeOut(dialogue);
+}
+
 }  // namespace
+
+void takeOut(Dialogue& dialogue) {
+  Display& display = dialogue.context().display;
+  display.note("The button is that of the device that joined, but was not kept. Another device would leave the home.");
+  dialogue.run("take out", &Frontend::takeOut);
+  display.note("The device is out of the radio network.");
+}
 
 void declareRemove(CLI::App& program, Action& action) {
   CLI::App* command = program.add_subcommand("remove", "remove a device: press its button when told to");
-  command->callback([&action] { action = removeDevice; });
+  auto unlisted = std::make_shared<bool>(false);
+  command->add_flag("--unlisted", *unlisted, "a device that joined the radio network, but is not in the device list");
+  command->callback([&action, unlisted] { action = *unlisted ? removeUnlisted : removeDevice; });
 }
 
 }  // namespace tembra::cli

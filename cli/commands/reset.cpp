@@ -2,33 +2,77 @@
 #include <tembra/vocabulary.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <tembra/frontend.hpp>
+#include <vector>
 
 #include "cli/commands/commands.h"
 #include "cli/dialogue/dialogue.h"
+#include "cli/dialogue/library_call.h"
 #include "cli/dialogue/questions.h"
+#include "cli/display/event_text.h"
 
 namespace tembra::cli {
 namespace {
 
+constexpr std::chrono::seconds kForTheList{1};
+constexpr std::size_t kMostNames = 10;
+
+using Devices = std::vector<Device>;
+
 struct ResetTarget {
   reset_type type;
   const char* question;
+  bool (*isLost)(const Device& device);
 };
 
+bool isZigbee(const Device& device) { return device.radio == TEMBRA_RADIO_ZIGBEE; }
+bool isZwave(const Device& device) { return device.radio == TEMBRA_RADIO_ZWAVE; }
+
 const std::map<std::string, ResetTarget> kResetTargets = {
-    {"zigbee", {reset_zigbee, "Reset the ZigBee network? It forgets its devices."}},
-    {"zwave", {reset_zwave, "Reset the Z-Wave network? It forgets its devices."}},
-    {"both", {reset_both, "Reset both radio networks? They forget their devices."}},
+    {"zigbee", {reset_zigbee, "Reset the ZigBee network?", isZigbee}},
+    {"zwave", {reset_zwave, "Reset the Z-Wave network?", isZwave}},
+    {"both",
+     {reset_both, "Reset both radio networks?",
+      [](const Device& device) { return isZigbee(device) || isZwave(device); }}},
     {"all",
-     {reset_both_and_remove_all, "Reset both radio networks and empty the device list? They forget their devices."}},
+     {reset_both_and_remove_all, "Reset both radio networks and empty the device list?",
+      [](const Device&) { return true; }}},
 };
+
+// The library waits for a writer without end; the user need not.
+std::optional<Devices> listedDevices(const Context& context) {
+  const auto list = std::make_shared<std::optional<Devices>>();
+  const bool isRead = runLibraryCall(
+      context, [list] { *list = devices(); }, kForTheList);
+  return isRead ? *list : std::nullopt;
+}
+
+std::string lossText(const std::optional<Devices>& devices) {
+  if (!devices) return "The device list cannot be read.";
+  const std::size_t count = devices->size();
+  if (count == 0) return "The device list has no such device.";
+  std::string text = count == 1 ? "1 device is lost: " : std::to_string(count) + " devices are lost: ";
+  for (std::size_t i = 0; i < std::min(count, kMostNames); ++i) {
+    text += (i == 0 ? "" : ", ") + numberedName((*devices)[i].name, (*devices)[i].id);
+  }
+  return text + (count > kMostNames ? " and " + std::to_string(count - kMostNames) + " more." : ".");
+}
+
+void confirmReset(const Context& context, const ResetTarget& target) {
+  if (context.options.yes) return;
+  auto devices = listedDevices(context);
+  if (devices) std::erase_if(*devices, [&target](const Device& device) { return !target.isLost(device); });
+  confirm(context, target.question + (" " + lossText(devices)));
+}
 
 void reset(const Context& context, const std::string& radios) {
   const ResetTarget& target = kResetTargets.at(radios);
-  confirm(context, target.question);
+  confirmReset(context, target);
   Dialogue(context).run(
       "reset(" + radios + ")", [&target](Frontend& kit) { return kit.reset(target.type); }, {},
       Dialogue::AtInterrupt::kFinish);

@@ -34,6 +34,21 @@ std::string storedElsewhere(const Ended& ended, const Options& options) {
   return "Perhaps the HA server keeps another file than " + options.database + ".";
 }
 
+// What of this program helps then; the kit's advice is for all front ends.
+std::string helpAfter(Reason reason) {
+  switch (reason) {
+    case TEMBRA_REASON_ALREADY_KNOWN:
+      return " \"tembra-assoc add --again\" does both and keeps the name.";
+    case TEMBRA_REASON_UNKNOWN_KIND:
+    case TEMBRA_REASON_CHOICE_TOO_SLOW:
+    case TEMBRA_REASON_NOT_STORED:
+    case TEMBRA_REASON_CANCELLED_JOINED:
+      return " \"tembra-assoc remove --unlisted\" takes it out by the device's own button.";
+    default:
+      return "";
+  }
+}
+
 }  // namespace
 
 Dialogue::Dialogue(const Context& context) : context_(context) {
@@ -162,7 +177,7 @@ void Dialogue::cancelAndListen() {
   // A program has the event.
   if (context_.options.json || !ended_ || ended_->reason != TEMBRA_REASON_CANCELLED_JOINED) return;
   try {
-    context_.display.complain(endText(*ended_));
+    context_.display.complain(endText(*ended_) + helpAfter(ended_->reason));
   } catch (const Failure&) {
     return;
   }
@@ -174,7 +189,8 @@ void Dialogue::throwUnlessDone() const {
   const std::string elsewhere = storedElsewhere(*ended_, context_.options);
   const bool isUntold = context_.options.json && !elsewhere.empty();  // of the rest a program has the event
   if (isUntold) context_.display.complain(elsewhere);
-  throw Failure(status, endText(*ended_) + (elsewhere.empty() ? "" : " " + elsewhere), Failure::Told::kByEvent);
+  throw Failure(status, endText(*ended_) + helpAfter(ended_->reason) + (elsewhere.empty() ? "" : " " + elsewhere),
+                Failure::Told::kByEvent);
 }
 
 }  // namespace tembra::cli

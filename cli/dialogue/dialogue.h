@@ -38,6 +38,9 @@ class Dialogue {
   void run(const std::string& call, const Start& start, const OnEvent& onEvent = {},
            AtInterrupt atInterrupt = AtInterrupt::kCancel);
 
+  /// How the last operation ended; nothing when it was left while it ran.
+  [[nodiscard]] const std::optional<Ended>& ended() const { return ended_; }
+
   /// Waits a moment for something to happen, within `onEvent` for the user. Leaves `run` when the operation ends.
   void waitForUser();
 

@@ -102,16 +102,18 @@ bool isAgreedByProgram(const Context& context, const std::string& question) {
 }
 
 bool isAgreed(const Context& context, const std::string& question) {
-  if (context.options.mayAsk()) {
-    context.display.note(question);
-    const auto answer = readAlone(context, "Yes or no [y/N]", Shown::kTyped);
-    return answer && (*answer == "y" || *answer == "Y" || *answer == "yes");
-  }
+  if (context.options.mayAsk()) return agree(context, question);
   if (context.options.mayAskProgram()) return isAgreedByProgram(context, question);
   throw Failure(kUsage, question + " Where nobody can be asked, --yes confirms.");
 }
 
 }  // namespace
+
+bool agree(const Context& context, const std::string& question) {
+  context.display.note(question);
+  const auto answer = readAlone(context, "Yes or no [y/N]", Shown::kTyped);
+  return answer && (*answer == "y" || *answer == "Y" || *answer == "yes");
+}
 
 void confirm(const Context& context, const std::string& question) {
   if (context.options.yes) return;

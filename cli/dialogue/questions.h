@@ -15,6 +15,9 @@ namespace tembra::cli {
 /// when nobody can be asked.
 void confirm(const Context& context, const std::string& question);
 
+/// Asks a person who is there. Nothing is done by an answer but yes.
+[[nodiscard]] bool agree(const Context& context, const std::string& question);
+
 /// Drops the keys that were typed at the terminal before there was a question: they answer none.
 void dropEarlyKeys();
 

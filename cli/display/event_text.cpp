@@ -31,6 +31,8 @@ constexpr Awaited kAwaited[] = {
     {TEMBRA_OPERATION_NONE, TEMBRA_PHASE_ANSWER, "Waiting for the answer"},
     {TEMBRA_OPERATION_NONE, TEMBRA_PHASE_LINK_BUTTON, "Press the round link button on top of the Hue bridge"},
     {TEMBRA_OPERATION_NONE, TEMBRA_PHASE_RESETTING, "Resetting"},
+    {TEMBRA_OPERATION_NONE, TEMBRA_PHASE_LEAVE_BUTTON, "Press the button of the known device, so that it leaves"},
+    {TEMBRA_OPERATION_NONE, TEMBRA_PHASE_EMPTYING, "Emptying the device list"},
     {TEMBRA_OPERATION_NONE, TEMBRA_PHASE_DATABASE, "Reading the device list"},
 };
 
@@ -54,9 +56,9 @@ std::string bridgesText(const Bridges& list, bool fromDatabase) {
   return text;
 }
 
-std::string numberedName(const std::string& name, int id) { return name + " (id " + std::to_string(id) + ")"; }
-
 }  // namespace
+
+std::string numberedName(const std::string& name, int id) { return name + " (id " + std::to_string(id) + ")"; }
 
 std::string radioText(Radio radio) { return radio == TEMBRA_RADIO_ZIGBEE ? "ZigBee" : "Z-Wave"; }
 

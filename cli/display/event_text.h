@@ -10,6 +10,9 @@ namespace tembra::cli {
 /// "ZigBee" or "Z-Wave".
 [[nodiscard]] std::string radioText(Radio radio);
 
+/// "Siren #1 (id 1)".
+[[nodiscard]] std::string numberedName(const std::string& name, int id);
+
 /// "Press the button of the device to add"; empty where nothing is awaited.
 [[nodiscard]] std::string awaitedText(Operation operation, Phase phase);
 

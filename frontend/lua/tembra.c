@@ -136,7 +136,9 @@ typedef int (*operation)(tembra_frontend*);
 static int start(lua_State* lua, operation begin) { return answer(lua, begin(kit_at(lua))); }
 
 static int kit_add(lua_State* lua) { return start(lua, tembra_frontend_add); }
+static int kit_add_again(lua_State* lua) { return start(lua, tembra_frontend_add_again); }
 static int kit_remove(lua_State* lua) { return start(lua, tembra_frontend_remove); }
+static int kit_take_out(lua_State* lua) { return start(lua, tembra_frontend_take_out); }
 static int kit_hue_discover(lua_State* lua) { return start(lua, tembra_frontend_hue_discover); }
 static int kit_hue_list(lua_State* lua) { return start(lua, tembra_frontend_hue_list); }
 static int kit_nest_status(lua_State* lua) { return start(lua, tembra_frontend_nest_status); }
@@ -317,6 +319,7 @@ static int type_number(lua_State* lua) {
 /* ---- Registration ---- */
 
 static const luaL_Reg kKitFunctions[] = {{"add", kit_add},
+                                         {"add_again", kit_add_again},
                                          {"cancel", kit_cancel},
                                          {"close", kit_close},
                                          {"descriptor", kit_descriptor},
@@ -335,6 +338,7 @@ static const luaL_Reg kKitFunctions[] = {{"add", kit_add},
                                          {"remove", kit_remove},
                                          {"reset", kit_reset},
                                          {"state", kit_state},
+                                         {"take_out", kit_take_out},
                                          {"__gc", kit_close},
                                          {"__close", kit_close},
                                          {NULL, NULL}};

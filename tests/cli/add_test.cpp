@@ -131,7 +131,8 @@ TEST(Add, RefusesAKnownDevice) {
   const Ended again = router.add("siren", {});
   EXPECT_EQ(again.status, 1);
   EXPECT_EQ(again.sentence(),
-            "tembra-assoc: The device is known already as Siren #1 (number 1). To add it anew, remove it first.");
+            "tembra-assoc: The device is known already as Siren #1 (number 1). To add it anew, remove it first. "
+            "\"tembra-assoc add --again\" does both and keeps the name.");
   router.stop();
 }
 

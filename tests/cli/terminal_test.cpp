@@ -235,7 +235,7 @@ TEST(TerminalAdd, EndsAQuestionWhenTimeIsOver) {
   Terminal terminal(assocCommand({"add"}), Clock::kFast);
   router.pressOnAdd("metering-plug");
   terminal.waitFor("Number or name");
-  terminal.waitFor("Type and name were not chosen in time.");
+  terminal.waitFor("Type and name of the device MeterSwitch #1 were not chosen in");
   EXPECT_EQ(terminal.end(), 1);
   router.stop();
 }
@@ -245,7 +245,7 @@ TEST(TerminalAdd, EndsTheNamingWhenTimeIsOver) {
   Terminal terminal(assocCommand({"add"}), Clock::kFast);
   router.pressOnAdd("siren");
   terminal.waitFor("Name (");
-  terminal.waitFor("Type and name were not chosen in time.");
+  terminal.waitFor("Type and name of the device Siren #1 were not chosen in time.");
   EXPECT_EQ(terminal.end(), 1);
   router.stop();
 }
@@ -327,7 +327,7 @@ class TerminalReset : public testing::TestWithParam<Answer> {};
 TEST_P(TerminalReset, DoesNothingUnlessConfirmed) {
   SimRouter router;
   Terminal terminal(assocCommand({"reset", "all"}));
-  terminal.waitFor("Reset both radio networks and empty the device list? They forget their devices.");
+  terminal.waitFor("Reset both radio networks and empty the device list? The device list has no");
   terminal.type(GetParam().keys);
   EXPECT_EQ(terminal.end(), GetParam().status);
   const Told told = router.stop();

@@ -132,6 +132,23 @@ function tests.the_history_tells_what_happened(kit)
   assert(entries[before + 2]:find('"call":"cancel","error":3', 1, true), entries[before + 2])
 end
 
+function tests.a_known_device_keeps_its_name_and_a_stranger_is_taken_out(kit)
+  local function finish(_, found) assert(kit:finish(found.type, found.name == "Lamp" and "" or "Lamp")) end
+  assert(kit:add())
+  events_of(kit, "dimmer", finish)
+  assert(kit:add_again())
+  local kinds, events = events_of(kit, "dimmer", finish)
+  equal(kinds, "waiting answered warning waiting removing removed waiting answered reading found added ended")
+  equal(events.warning.reason, "already-known")
+  equal(events.added.name, "Lamp")
+  assert(kit:remove())
+  events_of(kit, "dimmer")
+  assert(kit:take_out())
+  kinds, events = events_of(kit, "dimmer")
+  equal(kinds, "waiting ended")
+  equal(events.ended.outcome, "done")
+end
+
 function tests.tells_whether_a_server_listens()
   equal(tembra.server_listens(2), true)
   equal(tembra.server_listens(9), false)

@@ -67,6 +67,24 @@ class Blocking(WithRouter):
             self.assertEqual((removed.id, removed.name), (added.id, "Öffner"))
             self.assertEqual(tembra.devices(), [])
 
+    def test_a_known_device_keeps_its_name_and_a_stranger_is_taken_out(self):
+        with tembra.Frontend() as kit:
+            kit.add()
+            events_of(kit, lambda kit, found: kit.finish(name="Lamp"))
+            kit.add_again()
+            events = events_of(kit)
+            self.assertEqual([type(event) for event in events],
+                             [tembra.Waiting, tembra.Answered, tembra.Warned, tembra.Waiting, tembra.Removing,
+                              tembra.Removed, tembra.Waiting, tembra.Answered, tembra.Reading, tembra.Found,
+                              tembra.Added, tembra.Ended])
+            self.assertEqual(events[3].phase, tembra.Phase.LEAVE_BUTTON)
+            self.assertEqual(events[-2].name, "Lamp")
+            kit.remove()
+            events_of(kit)
+            kit.take_out()
+            *_, ended = events_of(kit)
+            self.assertEqual(ended.outcome, tembra.Outcome.DONE)
+
     def test_a_bad_text_is_refused_and_a_good_one_taken_afterwards(self):
         def choose(kit, found):
             for name, error in [("x" * (found.name_room + 1), errno.EMSGSIZE), ("a\nb", errno.EILSEQ),

@@ -18,6 +18,7 @@ what stands in braces:
 - `{server}`: the server's name, such as Z-Wave
 - `{error}`: what the system said, such as "Permission denied", in parentheses
 - `{device}` and `{named}`: the device's name and number, with the word "as" before it and without
+- `{which}`: the device's name and number, or "some devices"
 - `{holder}`: who has the connection
 - `{phase}`: when it happened, such as "while it described itself"
 - `{why}`: why others cannot watch

@@ -92,11 +92,22 @@ enum tembra_operation {
 /// ADDED, ENDED.
 TEMBRA_API int tembra_frontend_add(tembra_frontend* kit);
 
+/// The same for a device that may be known already. Such a device leaves first, and a second press adds it with the
+/// name that it had: WARNING (already-known), WAITING in TEMBRA_PHASE_LEAVE_BUTTON, REMOVING, REMOVED, and then as
+/// above. The database does not tell the place: the caller gives it again. ENDED has the reason
+/// TEMBRA_REASON_OTHER_LEFT when another device of the list left.
+TEMBRA_API int tembra_frontend_add_again(tembra_frontend* kit);
+
 /// Removes the device whose button is pressed: WAITING, REMOVING, REMOVED, ENDED.
 TEMBRA_API int tembra_frontend_remove(tembra_frontend* kit);
 
+/// Takes a device out of its radio network that joined, but was not kept: WAITING, ENDED. A device of the list leaves,
+/// too, when its button is pressed: REMOVING, REMOVED, and ENDED with the reason TEMBRA_REASON_OTHER_LEFT.
+TEMBRA_API int tembra_frontend_take_out(tembra_frontend* kit);
+
 /// Resets radio networks: STEP each second, ENDED. @param what a reset_type: 1 ZigBee, 2 Z-Wave, 3 both, 4 both, and
-/// the device list is emptied
+/// the device list is emptied. Then REMOVED tells each device that has left the list, and WARNING (devices-remain) each
+/// that is still there some seconds later.
 TEMBRA_API int tembra_frontend_reset(tembra_frontend* kit, int what);
 
 /// Looks for Hue bridges in the home's network: WAITING, BRIDGES, ENDED.
@@ -160,19 +171,21 @@ enum tembra_event_kind {
 
 /// What an operation is doing. The numbers never change.
 enum tembra_phase {
-  TEMBRA_PHASE_NONE = 0,         ///< nothing runs
-  TEMBRA_PHASE_OPENING = 1,      ///< the connection is being opened
-  TEMBRA_PHASE_BUTTON = 2,       ///< somebody has to press a device's button
-  TEMBRA_PHASE_IDENTITY = 3,     ///< a device answered and says which one it is
-  TEMBRA_PHASE_DESCRIPTION = 4,  ///< the device describes itself
-  TEMBRA_PHASE_CHOICE = 5,       ///< the user chooses type, name and place
-  TEMBRA_PHASE_STORING = 6,      ///< the HA server stores the device
-  TEMBRA_PHASE_LEAVING = 7,      ///< the radio confirms that the device left
-  TEMBRA_PHASE_ANSWER = 8,       ///< a Hue or Nest server answers
-  TEMBRA_PHASE_LINK_BUTTON = 9,  ///< somebody has to press the bridge's button
-  TEMBRA_PHASE_RESETTING = 10,   ///< the radios start anew
-  TEMBRA_PHASE_DATABASE = 11,    ///< the device database is read
-  TEMBRA_PHASE_CLOSING = 12      ///< the last call of the library is not over yet
+  TEMBRA_PHASE_NONE = 0,           ///< nothing runs
+  TEMBRA_PHASE_OPENING = 1,        ///< the connection is being opened
+  TEMBRA_PHASE_BUTTON = 2,         ///< somebody has to press a device's button
+  TEMBRA_PHASE_IDENTITY = 3,       ///< a device answered and says which one it is
+  TEMBRA_PHASE_DESCRIPTION = 4,    ///< the device describes itself
+  TEMBRA_PHASE_CHOICE = 5,         ///< the user chooses type, name and place
+  TEMBRA_PHASE_STORING = 6,        ///< the HA server stores the device
+  TEMBRA_PHASE_LEAVING = 7,        ///< the radio confirms that the device left
+  TEMBRA_PHASE_ANSWER = 8,         ///< a Hue or Nest server answers
+  TEMBRA_PHASE_LINK_BUTTON = 9,    ///< somebody has to press the bridge's button
+  TEMBRA_PHASE_RESETTING = 10,     ///< the radios start anew
+  TEMBRA_PHASE_DATABASE = 11,      ///< the device database is read
+  TEMBRA_PHASE_CLOSING = 12,       ///< the last call of the library is not over yet
+  TEMBRA_PHASE_LEAVE_BUTTON = 13,  ///< somebody has to press the button of a known device, which is to leave
+  TEMBRA_PHASE_EMPTYING = 14       ///< the HA server empties the device list
 };
 
 /// What every event has.
@@ -274,7 +287,9 @@ enum tembra_reason {
   TEMBRA_REASON_ALREADY_KNOWN = 34,  ///< `device_id` and `device_name` say as what
   TEMBRA_REASON_NOT_IN_LIST = 35,    ///< the device that left is not in the database
   TEMBRA_REASON_CHOICE_TOO_SLOW = 36,
-  TEMBRA_REASON_NOT_STORED = 37,  ///< the HA server did not store the device
+  TEMBRA_REASON_NOT_STORED = 37,      ///< the HA server did not store the device
+  TEMBRA_REASON_OTHER_LEFT = 38,      ///< another device than the one that was to leave: `device_id`, `device_name`
+  TEMBRA_REASON_DEVICES_REMAIN = 39,  ///< the HA server did not empty the device list
   TEMBRA_REASON_DATABASE_DAMAGED = 50,
   TEMBRA_REASON_DATABASE_UNREADABLE = 51,  ///< `error` says why
   TEMBRA_REASON_LINK_BUTTON = 60,          ///< nobody pressed the bridge's button

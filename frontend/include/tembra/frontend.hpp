@@ -65,7 +65,9 @@ class Frontend {
 
   // Each starts an operation, which ends with exactly one event Ended.
   [[nodiscard]] Result add() { return call(tembra_frontend_add); }
+  [[nodiscard]] Result addAgain() { return call(tembra_frontend_add_again); }  ///< also a device that is known already
   [[nodiscard]] Result remove() { return call(tembra_frontend_remove); }
+  [[nodiscard]] Result takeOut() { return call(tembra_frontend_take_out); }  ///< a device that joined but was not kept
   [[nodiscard]] Result reset(int what) { return call(tembra_frontend_reset, what); }  ///< a reset_type
   [[nodiscard]] Result hueDiscover() { return call(tembra_frontend_hue_discover); }
   /// @param forButton how long somebody has to press the bridge's button, 1 to 600 seconds

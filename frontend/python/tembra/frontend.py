@@ -99,9 +99,17 @@ class Frontend:
         """Adds the device whose button is pressed. After the event Found call finish()."""
         self._call(C.tembra_frontend_add)
 
+    def add_again(self) -> None:
+        """The same for a device that may be known already: it leaves first, and keeps its name."""
+        self._call(C.tembra_frontend_add_again)
+
     def remove(self) -> None:
         """Removes the device whose button is pressed."""
         self._call(C.tembra_frontend_remove)
+
+    def take_out(self) -> None:
+        """Takes a device out of its radio network that joined, but was not kept."""
+        self._call(C.tembra_frontend_take_out)
 
     def reset(self, what: int) -> None:
         """Resets radio networks. @param what a Reset"""

@@ -43,6 +43,8 @@ class Phase(enum.IntEnum):
     RESETTING = 10  # the radios start anew
     DATABASE = 11  # the device database is read
     CLOSING = 12  # the last call of the library is not over yet
+    LEAVE_BUTTON = 13  # somebody has to press the button of a known device, which is to leave
+    EMPTYING = 14  # the HA server empties the device list
 
 
 class Outcome(enum.IntEnum):
@@ -78,6 +80,8 @@ class Reason(enum.IntEnum):
     NOT_IN_LIST = 35
     CHOICE_TOO_SLOW = 36
     NOT_STORED = 37
+    OTHER_LEFT = 38
+    DEVICES_REMAIN = 39
     DATABASE_DAMAGED = 50
     DATABASE_UNREADABLE = 51
     LINK_BUTTON = 60

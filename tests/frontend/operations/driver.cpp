@@ -47,6 +47,8 @@ struct Starter {
 
 constexpr Starter kStarters[] = {
     {"add", [](tembra_frontend* kit, const Task&) { return tembra_frontend_add(kit); }},
+    {"add-again", [](tembra_frontend* kit, const Task&) { return tembra_frontend_add_again(kit); }},
+    {"take-out", [](tembra_frontend* kit, const Task&) { return tembra_frontend_take_out(kit); }},
     {"remove", [](tembra_frontend* kit, const Task&) { return tembra_frontend_remove(kit); }},
     {"reset", [](tembra_frontend* kit, const Task& task) { return tembra_frontend_reset(kit, task.number("what")); }},
     {"hue-discover", [](tembra_frontend* kit, const Task&) { return tembra_frontend_hue_discover(kit); }},

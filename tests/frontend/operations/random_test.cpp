@@ -40,6 +40,8 @@ constexpr Start kStarts[] = {
     tembra_frontend_add,
     tembra_frontend_add,
     tembra_frontend_add,
+    tembra_frontend_add_again,
+    tembra_frontend_take_out,
     tembra_frontend_remove,
     tembra_frontend_remove,
     tembra_frontend_hue_discover,
