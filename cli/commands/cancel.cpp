@@ -36,7 +36,7 @@ const std::map<std::string, Target> kTargets = {{"zigbee", {cancel_zigbee, {TEMB
                                                 {"zwave", {cancel_zwave, {TEMBRA_RADIO_ZWAVE}}},
                                                 {"both", {cancel_both, {TEMBRA_RADIO_ZIGBEE, TEMBRA_RADIO_ZWAVE}}}};
 
-constexpr int kAnswerMilliseconds = 3000;
+constexpr int kCancelMilliseconds = 3000;
 
 struct Filling {
   std::string server;
@@ -76,7 +76,7 @@ std::optional<OtherEnd> endIn(const std::string& line) {
 }
 
 void awaitEnd(const Context& context, tembra_watch* watch, const std::string& what) {
-  while (const char* line = tembra_watch_next(watch, kAnswerMilliseconds)) {
+  while (const char* line = tembra_watch_next(watch, kCancelMilliseconds)) {
     const auto end = endIn(line);
     if (!end) continue;
     if (context.options.json) printLine(line);
@@ -92,7 +92,7 @@ bool cancelOther(const Context& context) {
   const std::string& path = context.options.watchPath;
   auto holder = tembra_holder{};
   holder.size = sizeof holder;
-  if (tembra_read_holder(path.c_str(), kAnswerMilliseconds, &holder) != 0) return false;
+  if (tembra_read_holder(path.c_str(), kCancelMilliseconds, &holder) != 0) return false;
   const Watch watch{tembra_watch_open(path.c_str())};
   if (!watch || std::string(holder.operation) == "none" || tembra_watch_cancel(watch.get()) != 0) return false;
   if (context.options.json) printLine(statusEvent(&holder));
