@@ -170,5 +170,5 @@ for _, name in ipairs(names) do
   print((passed and "passed " or "FAILED ") .. name .. (passed and "" or ": " .. tostring(message)))
   if not passed then failures = failures + 1 end
 end
-assert(#names == 10)
+assert(#names == 12)
 os.exit(failures == 0 and 0 or 1)
