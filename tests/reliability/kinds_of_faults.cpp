@@ -95,6 +95,7 @@ const std::set<std::string>& infallibleImports() {
       "_ZTVN10__cxxabiv120__function_type_infoE", "_ZSt20__throw_system_errori", "__cxa_begin_catch", "_ZSt9terminatev",
       "__stack_chk_fail",
       // The same on other CPUs.
-      "_ZdlPvj", "___tls_get_addr", "__divdi3", "__moddi3"};
+      "_ZdlPvj", "___tls_get_addr", "__divdi3", "__moddi3", "__getauxval", "__stack_chk_guard", "__aeabi_idivmod",
+      "__aeabi_ldivmod", "__aeabi_unwind_cpp_pr0", "__aeabi_unwind_cpp_pr1", "__cxa_end_cleanup"};
   return all;
 }
