@@ -1,5 +1,7 @@
 // tembra-assoc doctor: what is wrong on this router, and what to do.
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -38,10 +40,10 @@ void callDoctor(const Context& context, const DoctorOptions& asked) {
   throw Failure(kFailed, doctor::counted(findings, "check") + " found something wrong.", Failure::Told::kByEvent);
 }
 
-std::vector<std::string> checkIds() {
-  std::vector<std::string> ids;
-  for (const doctor::Check& check : doctor::allChecks()) ids.emplace_back(check.id);
-  return ids;
+std::string faultOfId(const std::string& id) {
+  const auto isCalledSo = [&id](const doctor::Check& check) { return check.id == id; };
+  return std::ranges::any_of(doctor::allChecks(), isCalledSo) ? ""
+                                                              : "there is no check " + id + "; --json tells their ids";
 }
 
 }  // namespace
@@ -49,11 +51,15 @@ std::vector<std::string> checkIds() {
 void declareDoctor(CLI::App& program, Action& action) {
   CLI::App* command = program.add_subcommand("doctor", "say what is wrong on this router, and what to do");
   auto options = std::make_shared<DoctorOptions>();
-  command->add_option("--skip", options->skipped, "checks to leave out, by their ids")
-      ->check(CLI::IsMember(checkIds()));
+  command->add_option("--skip", options->skipped, "a check to leave out, by its id; may be given several times")
+      ->allow_extra_args(false)
+      ->check(faultOfId);
   command->add_option("--program", options->program, "look also at a front end's program")->check(CLI::ExistingFile);
-  command->callback(
-      [&action, options] { action = [options](const Context& context) { callDoctor(context, *options); }; });
+  command->callback([&action, options] {
+    // The program may go into the database's folder later.
+    if (!options->program.empty()) options->program = std::filesystem::absolute(options->program);
+    action = [options](const Context& context) { callDoctor(context, *options); };
+  });
 }
 
 }  // namespace tembra::cli

@@ -37,6 +37,7 @@ constexpr Check kChecks[] = {
     {"versions", "Do library, kit and programs fit each other?", checkVersions},
     {"program-names", "Has the program of --program names of its own only?", checkProgramNames},
     {"clock", "Was the clock left alone?", checkClock},
+    {"last-failure", "What failed last, as far as the flight recorder knows?", checkLastFailure},
 };
 
 }  // namespace

@@ -55,6 +55,9 @@ Verdict checkPlatformNames(Router& router);
 Verdict checkVersions(Router& router);
 Verdict checkClock(Router& router);
 
+// The flight recorder: history_checks.cpp.
+Verdict checkLastFailure(Router& router);
+
 // A front end's program: program_check.cpp.
 Verdict checkProgramNames(Router& router);
 

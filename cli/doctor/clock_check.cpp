@@ -6,6 +6,7 @@
 #include <ctime>
 
 #include "cli/doctor/checks.h"
+#include "cli/doctor/history_checks.h"
 #include "cli/doctor/router.h"
 
 namespace tembra::cli::doctor {
@@ -43,6 +44,7 @@ Verdict checkClock(Router& router) {
                        momentText(now) + " now.",
                    kAdvice);
   }
+  if (auto step = clockStep(router)) return *step;
   const Holder& holder = router.holder();
   if (holder.error != 0) return well("The clock was not set back since the device database changed.");
   if (static_cast<std::time_t>(holder.told.since) > now + kTolerance) {

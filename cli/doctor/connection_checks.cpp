@@ -34,6 +34,12 @@ std::string whoText(const Taker& taker) {
   return taker.processes.empty() ? "a process of user " + userName(taker.socket.user) : describe(taker.processes);
 }
 
+// Since when a process may have had the connection at most.
+std::string sinceText(const Taker& taker) {
+  const auto start = taker.processes.empty() ? std::nullopt : startOf(taker.processes.front().id);
+  return start ? ", started at " + momentText(*start) + "," : "";
+}
+
 bool isHolder(Router& router, const Process& process) {
   const Holder& holder = router.holder();
   return holder.error == 0 && holder.told.pid == process.id;
@@ -99,8 +105,8 @@ Verdict checkConnection(Router& router) {
   if (takers.empty() || !isFrontEnd(router, takers.front())) return well("No front end has the connection.");
   return finding(
       "A front end has the connection, but does not say what it does.",
-      whoText(takers.front()) + " has " + assoc_adr + "; " + router.context().options.watchPath + ": " +
-          std::strerror(holder.error) + ".",
+      whoText(takers.front()) + sinceText(takers.front()) + " has " + assoc_adr + "; " +
+          router.context().options.watchPath + ": " + std::strerror(holder.error) + ".",
       "Wait until it is done, or end it. With the kit's option watch_path it could be watched and cancelled.");
 }
 

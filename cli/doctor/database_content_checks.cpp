@@ -51,21 +51,12 @@ std::string addressOf(const DeviceRecord& device) {
   return text;
 }
 
-// Which value slot of a Hue device holds its bridge, and which its user.
-struct HueSlots {
-  const char* type;
-  const char* bridge;
-  const char* user;
-};
-constexpr HueSlots kHueSlots[] = {{"HueLamp", ".1", ".9"}, {"MultilevelSwitchOnOff", ".3", ".5"}};
-
 std::string lackOf(const Snapshot& database, const StoredRecord& stored) {
-  for (const HueSlots& slots : kHueSlots) {
-    if (stored.device.radioKind != RADIO_IP || fieldText(stored.device.typeName) != slots.type) continue;
-    for (const auto& [slot, what] : {std::pair{slots.bridge, "bridge"}, std::pair{slots.user, "user"}}) {
-      const auto value = database.values.find(std::to_string(stored.device.id) + slot);
-      if (value == database.values.end() || value->second.empty()) return deviceText(stored) + " has no " + what;
-    }
+  const auto slots = hueSlotsOf(stored);
+  if (!slots) return "";
+  for (const auto& [slot, what] : {std::pair{slots->bridge, "bridge"}, std::pair{slots->user, "user"}}) {
+    const auto value = database.values.find(slot);
+    if (value == database.values.end() || value->second.empty()) return deviceText(stored) + " has no " + what;
   }
   return "";
 }

@@ -74,15 +74,19 @@ Verdict checkDatabaseMode(Router& router) {
                  "chmod go-w " + router.databaseName() + ", and a umask of 0077 for the HA server.");
 }
 
-// The opening of a look-up, without "create": nothing is made here.
+// The opening of a look-up, without "create": nothing is made here. A user of no front end need not open it.
 Verdict checkDatabaseAccess(Router& router) {
   struct stat status = {};
   if (!findFile(status)) return noFile();
   const depot::OpenFile file(DBName, O_RDWR);
   if (file.isOpen()) return well("A front end of this user can open the device database.");
+  const int error = errno;
+  const std::string user = userName(geteuid());
+  if (error == EACCES && !router.databaseUsers().contains(geteuid())) {
+    return note("No front end may run as user " + user + ", which may not write the device database.");
+  }
   return finding("A front end of this user cannot open the device database, and would delete it if it may.",
-                 "open " + router.databaseName() + " for writing as user " + userName(geteuid()) + ": " +
-                     std::strerror(errno) + ".",
+                 "open " + router.databaseName() + " for writing as user " + user + ": " + std::strerror(error) + ".",
                  kOneUser);
 }
 
@@ -92,14 +96,19 @@ Verdict checkDatabaseProtection(Router& router) {
   const std::filesystem::path place = std::filesystem::path(DBName).parent_path();
   if (!findFile(file) || stat(place.empty() ? "." : place.c_str(), &folder) != 0) return noFile();
   const int value = protection();
-  std::set<uid_t> users = router.databaseUsers();
-  users.insert(geteuid());
-  const auto refused = std::ranges::find_if(users, [&](uid_t user) { return isRefused(file, folder, user, value); });
-  if (refused == users.end()) return well("The kernel lets the front ends open the device database.");
-  return finding("The kernel keeps a front end from opening the device database, which the library then deletes.",
-                 "fs.protected_regular is " + std::to_string(value) + ", the file belongs to user " +
-                     userName(file.st_uid) + ", and user " + userName(*refused) + " would open it.",
-                 kOneUser);
+  const auto isKeptOff = [&](uid_t user) { return isRefused(file, folder, user, value); };
+  const std::string proof = "fs.protected_regular is " + std::to_string(value) + ", and the file belongs to user " +
+                            userName(file.st_uid) + ".";
+  const std::set<uid_t> users = router.databaseUsers();
+  if (const auto refused = std::ranges::find_if(users, isKeptOff); refused != users.end()) {
+    return finding("The kernel keeps user " + userName(*refused) +
+                       " from opening the device database, which the library then deletes.",
+                   proof, kOneUser);
+  }
+  if (!isKeptOff(geteuid())) return well("The kernel lets the front ends open the device database.");
+  return note("No front end may run as user " + userName(geteuid()) +
+                  ", which the kernel keeps from opening the device database.",
+              proof);
 }
 
 }  // namespace tembra::cli::doctor

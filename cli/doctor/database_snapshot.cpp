@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <tembra/vocabulary.h>
 
 #include <cerrno>
 #include <chrono>
@@ -21,6 +22,8 @@ using namespace std::chrono_literals;
 constexpr auto kLongestWait = 1s;
 constexpr auto kBetweenTries = 20ms;
 constexpr std::size_t kLongestValue = 512;  // of what the library reads
+constexpr long long kMostBytes = 64 << 20;
+constexpr int kMostRecords = 100'000;  // hundreds of homes
 
 std::optional<FileLock> lockOfOthers(int descriptor) {
   struct flock lock = {};
@@ -69,6 +72,8 @@ class Reader {
 
   void read() {
     depot::Header header{};
+    if (file_.size() > kMostBytes)
+      return complain("it has " + bytesText(file_.size()) + ", which no device list fills");
     if (!file_.read(0, header)) return complain("it ends within its header");
     complain(faultOfHeader(file_, header));
     if (!snapshot_.damage.empty()) return;
@@ -77,7 +82,7 @@ class Reader {
     depot::forEachRecord(file_, header, [&](long long offset, const depot::Record& record) {
       end = offset + record.end();
       if (!record.isDeleted()) take(offset, record);
-      return true;
+      return snapshot_.records < kMostRecords;
     });
     if (!depot::walk(file_, header).isInOrder) complain("the links of its records are not in order");
     if (end != file_.size())
@@ -126,6 +131,15 @@ int whyNoFile(int descriptor) {
 }
 
 }  // namespace
+
+std::optional<HueSlots> hueSlotsOf(const StoredRecord& stored) {
+  const std::string type = fieldText(stored.device.typeName);
+  const std::string id = std::to_string(stored.device.id);
+  if (stored.device.radioKind != RADIO_IP) return std::nullopt;
+  if (type == "HueLamp") return HueSlots{id + ".1", id + ".9"};
+  if (type == "MultilevelSwitchOnOff") return HueSlots{id + ".3", id + ".5"};
+  return std::nullopt;
+}
 
 Snapshot readSnapshot(const Context& context, const char* path) {
   Snapshot snapshot;

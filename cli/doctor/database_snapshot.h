@@ -36,6 +36,15 @@ struct Snapshot {
   std::optional<std::string> nextId;
 };
 
+/// Which value slots of a device have its Hue bridge and that bridge's user: "12.1" and "12.9".
+struct HueSlots {
+  std::string bridge;
+  std::string user;
+};
+
+/// Nothing: it is no Hue device.
+[[nodiscard]] std::optional<HueSlots> hueSlotsOf(const StoredRecord& stored);
+
 /// Waits at most a second for a writer. Throws Interrupted.
 [[nodiscard]] Snapshot readSnapshot(const Context& context, const char* path);
 

@@ -1,6 +1,7 @@
 #include "cli/doctor/elf_names.h"
 
 #include <elf.h>
+#include <sys/stat.h>
 
 #include <cstdint>
 #include <cstring>
@@ -12,7 +13,7 @@
 namespace tembra::cli::doctor {
 namespace {
 
-constexpr std::uint64_t kMostBytes = 64U << 20U;  // of one table
+constexpr std::uint64_t kMostOfTable = 64U << 20U;  // of one table
 constexpr std::size_t kMostSections = 1000;
 
 /// How each kind of CPU calls the room for an object of a library.
@@ -47,14 +48,17 @@ struct Wide {
 /// Nothing in the file is believed: what reaches beyond its end, or is absurdly long, throws.
 class ElfFile {
  public:
-  explicit ElfFile(const std::string& path) : file_(path, std::ios::binary) {
-    if (!file_) throw std::runtime_error("it cannot be read");
+  explicit ElfFile(const std::string& path) {
+    struct stat status = {};
+    const bool isRegular = stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);  // a pipe would wait
+    if (isRegular) file_.open(path, std::ios::binary);
+    if (!isRegular || !file_) throw std::runtime_error("it cannot be read");
   }
 
   template <typename Item>
   std::vector<Item> table(std::uint64_t offset, std::uint64_t bytes) {
     static_assert(std::is_trivial_v<Item>);
-    if (bytes > kMostBytes) throw std::runtime_error("one of its tables is too long");
+    if (bytes > kMostOfTable) throw std::runtime_error("one of its tables is too long");
     std::vector<Item> items(bytes / sizeof(Item));
     file_.seekg(static_cast<std::streamoff>(offset));
     file_.read(reinterpret_cast<char*>(items.data()), static_cast<std::streamsize>(items.size() * sizeof(Item)));

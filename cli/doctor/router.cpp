@@ -5,11 +5,12 @@
 
 #include <cstdlib>
 
+#include "cli/commands/database_file.h"
+#include "cli/doctor/flight_recorder.h"
+
 namespace tembra::cli::doctor {
 
-std::string Router::databaseName() const {
-  return context_.options.database.empty() ? DBName : context_.options.database;
-}
+std::string Router::databaseName() const { return databasePath(context_.options); }
 
 const UdpTable& Router::udp() {
   if (!udp_) udp_ = readUdpTable();
@@ -29,6 +30,11 @@ const Holder& Router::holder() {
 const Snapshot& Router::database() {
   if (!database_) database_ = readSnapshot(context_, DBName);
   return *database_;
+}
+
+const std::vector<nlohmann::json>& Router::history() {
+  if (!history_) history_ = readFlightRecorder(context_.options.watchPath);
+  return *history_;
 }
 
 std::set<uid_t> Router::databaseUsers() {

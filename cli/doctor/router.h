@@ -6,6 +6,7 @@
 #include <sys/types.h>
 #include <tembra/watch.h>
 
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <string>
@@ -36,6 +37,7 @@ class Router {
   [[nodiscard]] const UdpTable& udp();
   [[nodiscard]] const Holder& holder();
   [[nodiscard]] const Snapshot& database();
+  [[nodiscard]] const std::vector<nlohmann::json>& history();
 
   /// Whose processes use the database, as far as their sockets tell: the HA server's and the front end's.
   [[nodiscard]] std::set<uid_t> databaseUsers();
@@ -46,6 +48,7 @@ class Router {
   std::optional<UdpTable> udp_;
   std::optional<Holder> holder_;
   std::optional<Snapshot> database_;
+  std::optional<std::vector<nlohmann::json>> history_;
 };
 
 /// An address text of <tembra/endpoints.h> as an address.

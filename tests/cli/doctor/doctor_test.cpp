@@ -67,6 +67,21 @@ TEST(Doctor, SaysWhoHasTheConnectionWhileADeviceIsAdded) {
   EXPECT_EQ(add.end().status, 130);
 }
 
+// A front end that keeps the connection remembers what it did before.
+TEST(Doctor, TellsTheLastFailureOfTheFrontEndThatHasTheConnection) {
+  SimRouter router;
+  storeDevices();
+  const std::vector<std::string> kiosk = {
+      TEMBRA_HOLDER_PROGRAM, "/tmp/front-ends/socket", "kiosk", "--keep-open", "add", "remove"};
+  Program holder(kiosk);
+  router.pressOnAdd("--fail");
+  holder.waitForAll({R"("event":"ended")", R"("operation":"remove")"});
+  const Ended doctor = Program(assocCommand({"doctor"}), wellSettings()).end();
+  EXPECT_EQ(doctor.status, 0) << doctor.output;
+  EXPECT_NE(doctor.output.find("last-failure: The last add that failed ended at "), std::string::npos) << doctor.output;
+  EXPECT_NE(doctor.output.find("The Z-Wave radio gave up."), std::string::npos) << doctor.output;
+}
+
 TEST(Doctor, BreaksNoLineOfANarrowTerminal) {
   Terminal terminal(assocCommand({"doctor", "--skip", "platform"}), Clock::kReal, 40);
   terminal.waitFor("found something");
