@@ -16,8 +16,8 @@ namespace tembra::cli {
 namespace {
 
 constexpr void (*kCommands[])(CLI::App&, Action&) = {
-    declareAdd,   declareRemove, declareCancel, declareReset,    declareDevices, declareDoctor,
-    declareWatch, declareHue,    declareNest,   declareClassify, declareNames,
+    declareAdd,    declareRemove, declareCancel, declareReset, declareDevices,  declareDoctor,
+    declareReport, declareWatch,  declareHue,    declareNest,  declareClassify, declareNames,
 };
 
 constexpr char kExitStatus[] =

@@ -20,6 +20,7 @@ using Action = std::function<void(const Context&)>;
 void declareAdd(CLI::App& program, Action& action);
 void declareRemove(CLI::App& program, Action& action);
 void declareCancel(CLI::App& program, Action& action);
+void declareReport(CLI::App& program, Action& action);
 void declareReset(CLI::App& program, Action& action);
 void declareDevices(CLI::App& program, Action& action);
 void declareDoctor(CLI::App& program, Action& action);

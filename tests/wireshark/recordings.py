@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """recordings.py DISSECTOR PROJECT: tshark reads recordings of the demonstration, of the shipped scenarios and of what they
-leave out. It finds every field of every datagram, and nothing wrong in what the programs say."""
+leave out, and the same recordings out of reports. It finds every field of every datagram, and nothing wrong in what the
+programs say."""
 import os
 import pathlib
 import re
@@ -8,6 +9,7 @@ import shutil
 import stat
 import subprocess
 import sys
+import tarfile
 import tempfile
 import time
 
@@ -108,6 +110,7 @@ def main(dissector, project):
             record(recordings[-1], STORIES[scenario.stem], "--latency", "5", "--scenario", scenario)
         record(rest, REST, "--scenario", write_scenario(folder))
 
+        recordings += [reported(path, folder) for path in recordings]
         found = set()
         for path in (*recordings, *write_database_records(folder)):
             found.update(re.findall(r'<field name="(tembra\.[\w.]+)"', capture.tshark(dissector, path, "-T", "pdml")))
@@ -119,6 +122,17 @@ def main(dissector, project):
             assert not wrong, f"{path.name}: {wrong}"
             check_operations(path, rows)
         print(f"{len(filters_of_page(project))} fields found")
+
+
+def reported(recording, folder):
+    """The same recording with stand-ins for names, as a report has it."""
+    report = folder / f"{recording.stem}.tar"
+    subprocess.run(["tembra-assoc", "report", report, "--recording", recording], check=True, stdout=subprocess.DEVNULL)
+    with tarfile.open(report) as parts:
+        path = folder / f"{recording.stem}-reported.pcapng"
+        path.write_bytes(parts.extractfile("recording.pcapng").read())
+    assert path.stat().st_size == recording.stat().st_size, path
+    return path
 
 
 def write_scenario(folder):

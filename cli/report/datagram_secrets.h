@@ -1,0 +1,18 @@
+// Where names, places, users and codes stand in the system's datagrams.
+#ifndef TEMBRA_CLI_DATAGRAM_SECRETS_H
+#define TEMBRA_CLI_DATAGRAM_SECRETS_H
+
+#include "cli/report/recording_file.h"
+#include "cli/report/stand_ins.h"
+
+namespace tembra::cli::report {
+
+void learnFrom(const Datagram& datagram, StandIns& standIns);
+
+/// Puts stand-ins into the fields, and zeros behind their ends: old bytes may be a part of a name. Then everywhere
+/// else.
+void replaceIn(const Datagram& datagram, const StandIns& standIns);
+
+}  // namespace tembra::cli::report
+
+#endif

@@ -1,0 +1,310 @@
+// The report of a router: what it holds, and what it must not tell.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "doctor/broken_router.h"
+#include "support/files.h"
+#include "support/terminal.h"
+
+namespace tembra::test {
+namespace {
+
+constexpr char kReport[] = "/tmp/report.tar";
+constexpr char kLog[] = "/tmp/log";
+constexpr char kRecording[] = "/tmp/recording.pcapng";
+
+// ---- What a tar file holds -----------------------------------------------------------------------------------------
+
+/// By their names. The test fails where the header's sum is wrong.
+std::map<std::string, std::string> partsOf(const std::string& tar) {
+  constexpr std::size_t kBlock = 512;
+  constexpr std::size_t kSizeAt = 124;
+  constexpr std::size_t kSumAt = 148;
+  std::map<std::string, std::string> parts;
+  for (std::size_t at = 0; at + kBlock <= tar.size() && tar[at] != '\0';) {
+    std::string header = tar.substr(at, kBlock);
+    const auto size = std::stoull(header.substr(kSizeAt, 11), nullptr, 8);
+    const auto sum = std::stoull(header.substr(kSumAt, 7), nullptr, 8);
+    header.replace(kSumAt, 8, 8, ' ');
+    unsigned long long counted = 0;
+    for (const char c : header) counted += static_cast<unsigned char>(c);
+    EXPECT_EQ(counted, sum);
+    parts[header.c_str()] = tar.substr(at + kBlock, size);
+    at += kBlock + (size + kBlock - 1) / kBlock * kBlock;
+  }
+  return parts;
+}
+
+std::string hexadecimal(const std::string& bytes) {
+  std::string text;
+  for (const char c : bytes) {
+    char pair[3];
+    std::snprintf(pair, sizeof pair, "%02x", static_cast<unsigned char>(c));
+    text += pair;
+  }
+  return text;
+}
+
+// The digits of the bytes that are the same wherever the text begins in what is encoded.
+std::string base64(const std::string& bytes, std::size_t before) {
+  constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  const std::string padded = std::string(before, '\0') + bytes;
+  std::string text;
+  for (std::size_t i = 0; i + 3 <= padded.size(); i += 3) {
+    const unsigned triple = static_cast<unsigned char>(padded[i]) << 16U |
+                            static_cast<unsigned>(static_cast<unsigned char>(padded[i + 1])) << 8U |
+                            static_cast<unsigned char>(padded[i + 2]);
+    for (int shift = 18; shift >= 0; shift -= 6) text += kDigits[triple >> static_cast<unsigned>(shift) & 63U];
+  }
+  return before == 0 ? text : text.substr(4);
+}
+
+std::string wide(const std::string& bytes, bool isBigEndian) {
+  std::string text;
+  for (const char c : bytes) text += isBigEndian ? std::string{'\0', c} : std::string{c, '\0'};
+  return text;
+}
+
+std::string lower(std::string text) {
+  std::ranges::transform(text, text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+/// How a text may be hidden in a file; what can be compared of it.
+std::vector<std::string> formsOf(const std::string& secret) {
+  return {secret,
+          hexadecimal(secret),
+          base64(secret, 0),
+          base64(secret, 1),
+          base64(secret, 2),
+          wide(secret, false),
+          wide(secret, true)};
+}
+
+bool holds(const std::string& bytes, const std::string& secret) {
+  const std::string small = lower(bytes);
+  return std::ranges::any_of(formsOf(secret), [&](const std::string& form) {
+    return form.size() >= 4 && (bytes.find(form) != std::string::npos || small.find(lower(form)) != std::string::npos);
+  });
+}
+
+// ---- A home with secrets -------------------------------------------------------------------------------------------
+
+constexpr char kPlug[] =
+    "Grandma's K\xc3\xbc"
+    "chenradio";
+constexpr char kPlugPlace[] = "Heidelberg attic";
+constexpr char kSensor[] = "Safe behind the mirror";
+constexpr char kSensorPlace[] = "Otto's study";
+constexpr char kBulb[] = "Nursery moon";
+constexpr char kCode[] = "zq71-home-code";
+constexpr char kBridgeId[] = "02a1b2fffe0c0001";
+constexpr char kMac[] = "02:a1:b2:0c:00:01";
+const std::string kMacBytes("\x02\xa1\xb2\x0c\x00\x01", 6);
+
+kit::Settings logged() {
+  kit::Settings settings = wellSettings();
+  settings["TEMBRA_LOG"] = kLog;
+  settings["TEMBRA_LOG_LEVEL"] = "detail";
+  return settings;
+}
+
+kit::Ended run(const std::vector<std::string>& arguments) { return Program(assocCommand(arguments), logged()).end(); }
+
+/// Devices of every kind were added, with a recording and a log; a front end has removed one and has the connection.
+class Home {
+ public:
+  Home() {
+    add("metering-plug", {"add", "--yes", "--name", kPlug, "--place", kPlugPlace});
+    add("zb-contact", {"add", "--yes", "--name", kSensor, "--place", kSensorPlace});
+    EXPECT_EQ(Program({TEMBRA_SIM_PROGRAM, "press", "hue-button"}).end().status, 0);
+    EXPECT_EQ(run({"hue", "add", kMac}).status, 0);
+    EXPECT_EQ(run({"hue", "add-bulb", kMac, kBulb}).status, 0);
+    EXPECT_EQ(run({"nest", "link", kCode}).status, 0);
+    user_ = storedUser();
+    const std::vector<std::string> command = {
+        TEMBRA_HOLDER_PROGRAM, kSocket, "kiosk", "--keep-open", "hue-list", "remove", "add"};
+    holder_ = std::make_unique<Program>(command, logged());
+    router_.pressOnRemove("metering-plug");
+    holder_->waitForAll({R"("event":"ended")", R"("event":"waiting")"});
+    holder_->waitFor(R"("operation":"add")");
+  }
+
+  /// Each as a person would search for it.
+  [[nodiscard]] std::vector<std::string> secrets() const {
+    return {"Grandma",
+            "chenradio",
+            "Heidelberg",
+            "attic",
+            "Safe behind",
+            "mirror",
+            "Otto",
+            "study",
+            "Nursery",
+            "moon",
+            "zq71",
+            "home-code",
+            kMac,
+            kBridgeId,
+            user_,
+            kMacBytes,
+            reversed(kMacBytes),
+            "01:00:0c:b2:a1:02",
+            "02-a1-b2-0c-00-01",
+            "02a1b20c0001"};
+  }
+
+  /// Those of them that stand in the recording, the log or the device list.
+  [[nodiscard]] std::vector<std::string> written() const {
+    return {kPlugPlace, kSensor, kSensorPlace, kBulb, kCode, kMac, kBridgeId, user_};
+  }
+
+ private:
+  static constexpr char kSocket[] = "/tmp/front-ends/socket";
+
+  static std::string reversed(std::string text) {
+    std::ranges::reverse(text);
+    return text;
+  }
+
+  static std::string storedUser() {
+    for (const auto& [key, value] : Database().all()) {
+      if (key.ends_with(".9")) return std::string(value.substr(offsetof(IndexRecord, value)).c_str());
+    }
+    return "";
+  }
+
+  void add(const std::string& device, const std::vector<std::string>& arguments) {
+    Program program(assocCommand(arguments), logged());
+    router_.pressOnAdd(device);
+    const kit::Ended ended = program.end();
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+  }
+
+  SimRouter router_{{"--record", kRecording}};
+  std::unique_ptr<Program> holder_;
+  std::string user_;
+};
+
+std::string report(std::vector<std::string> options) {
+  options.insert(options.begin(), {"report", kReport, "--recording", kRecording});
+  const kit::Ended ended = run(options);
+  EXPECT_EQ(ended.status, 0) << ended.errors;
+  return readFile(kReport);
+}
+
+// ---- The tests -----------------------------------------------------------------------------------------------------
+
+TEST(Report, TellsNoSecretInAnyForm) {
+  const Home home;
+  const std::string tar = report({});
+  const auto parts = partsOf(tar);
+  for (const char* name : {"README.txt", "doctor.jsonl", "devices.jsonl", "versions.txt", "configuration.txt",
+                           "history.jsonl", "log.txt", "recording.pcapng"}) {
+    EXPECT_TRUE(parts.contains(name)) << name;
+  }
+  for (const std::string& secret : home.secrets()) {
+    for (const auto& [name, content] : parts) EXPECT_FALSE(holds(content, secret)) << secret << " in " << name;
+    EXPECT_FALSE(holds(tar, secret)) << secret;
+  }
+}
+
+// Else the test above could not fail.
+TEST(Report, TellsEverythingWithNames) {
+  const Home home;
+  const auto parts = partsOf(report({"--with-names"}));
+  std::string all;
+  for (const auto& [name, content] : parts) all += content;
+  for (const std::string& text : home.written()) EXPECT_NE(all.find(text), std::string::npos) << text;
+  EXPECT_NE(parts.at("log.txt").find(kPlug), std::string::npos);
+  EXPECT_NE(parts.at("history.jsonl").find("chenradio"), std::string::npos);
+  EXPECT_NE(parts.at("recording.pcapng").find(kCode), std::string::npos);
+  EXPECT_EQ(parts.at("recording.pcapng").size(), std::filesystem::file_size(kRecording));
+}
+
+// The same name has the same stand-in in the list, in the log and in a datagram.
+TEST(Report, GivesANameOneStandIn) {
+  const Home home;
+  const auto parts = partsOf(report({}));
+  std::string standIn;
+  for (const std::string& line : kit::linesOf(parts.at("devices.jsonl"))) {
+    const auto device = nlohmann::json::parse(line);
+    if (device.contains("name") && device.at("type") != "HueLamp") standIn = device.at("name");
+  }
+  EXPECT_EQ(standIn.size(), std::strlen(kSensor));
+  EXPECT_NE(parts.at("log.txt").find(standIn), std::string::npos) << standIn;
+  EXPECT_NE(parts.at("recording.pcapng").find(standIn), std::string::npos) << standIn;
+}
+
+TEST(Report, SurvivesOddNames) {
+  SimRouter router;
+  const std::vector<std::string> names = {
+      "TV", "event", "x\x1b[2J\"y\\", "finding", std::string(300, 'q'), "\xff\xfeKeller"};
+  int id = 1;
+  for (const std::string& name : names) Database().put(Device(id++, name).type("Sirene").zwave(5));
+  EXPECT_EQ(run({"report", kReport}).status, 0);
+  const auto parts = partsOf(readFile(kReport));
+  for (const char* part : {"doctor.jsonl", "devices.jsonl"}) {
+    for (const std::string& line : kit::linesOf(parts.at(part))) EXPECT_TRUE(nlohmann::json::accept(line)) << line;
+    for (const char* text : {"TV", "2J", "qqqq", "Keller", "(event)", "(finding)"}) {
+      EXPECT_EQ(parts.at(part).find(text), std::string::npos) << text << " in " << parts.at(part);
+    }
+  }
+  EXPECT_NE(parts.at("doctor.jsonl").find(R"("event":"check")"), std::string::npos);
+}
+
+TEST(Report, OnlyListsWhenAskedTo) {
+  const Ended listed = runAssoc({"report", kReport, "--list"});
+  EXPECT_EQ(listed.status, 0) << listed.errors;
+  EXPECT_NE(listed.output.find("doctor.jsonl ("), std::string::npos) << listed.output;
+  EXPECT_FALSE(std::filesystem::exists(kReport));
+}
+
+TEST(Report, AsksAtATerminalBeforeItWrites) {
+  Terminal refused(assocCommand({"report", kReport}));
+  refused.waitFor("devices.jsonl (");
+  refused.waitFor("Yes or no [y/N]");
+  refused.type("n\r");
+  EXPECT_EQ(refused.end(), 1);
+  EXPECT_FALSE(std::filesystem::exists(kReport));
+  Terminal agreed(assocCommand({"report", kReport}));
+  agreed.waitFor("Yes or no [y/N]");
+  agreed.type("y\r");
+  EXPECT_EQ(agreed.end(), 0);
+  EXPECT_FALSE(partsOf(readFile(kReport)).empty());
+}
+
+TEST(Report, OverwritesNothingAndIsForItsUserOnly) {
+  EXPECT_EQ(runAssoc({"report", kReport}).status, 0);
+  struct stat status = {};
+  EXPECT_EQ(stat(kReport, &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+  const Ended again = runAssoc({"report", kReport});
+  EXPECT_EQ(again.status, 1);
+  EXPECT_EQ(again.sentence(), "tembra-assoc: /tmp/report.tar cannot be written (File exists).");
+}
+
+// Whatever it is, it is read to its end or refused, and nothing of it is told as it is.
+TEST(Report, RefusesWhatIsNoRecording) {
+  const std::string section(
+      "\x0a\x0d\x0d\x0a\x1c\0\0\0\x4d\x3c\x2b\x1a\1\0\0\0\xff\xff\xff\xff\xff\xff\xff\xff\x1c\0\0\0", 28);
+  for (const std::string& content :
+       {std::string(), std::string("x"), std::string(5000, '\xff'), section.substr(0, 20)}) {
+    writeFile("/tmp/none.pcapng", content);
+    const Ended ended = runAssoc({"report", kReport, "--recording", "/tmp/none.pcapng"});
+    EXPECT_EQ(ended.status, 1) << ended.output;
+    EXPECT_FALSE(std::filesystem::exists(kReport));
+  }
+  writeFile("/tmp/none.pcapng", section + std::string(3, '\xff'));
+  EXPECT_EQ(runAssoc({"report", kReport, "--recording", "/tmp/none.pcapng"}).status, 0);
+}
+
+}  // namespace
+}  // namespace tembra::test
