@@ -1,30 +1,39 @@
 #include "cli/doctor/flight_recorder.h"
 
+#include <sys/stat.h>
 #include <tembra/watch.h>
 
-#include <algorithm>
-#include <chrono>
 #include <nlohmann/json.hpp>
 
 #include "cli/commands/other_front_end.h"
+#include "cli/failure.h"
 
 namespace tembra::cli::doctor {
+namespace {
+
+// A pipe in the file's place would wait for its writer.
+bool hasFailureFile(const std::string& watchPath) {
+  struct stat status = {};
+  return lstat((watchPath + TEMBRA_FAILURE_SUFFIX).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::vector<std::string> readLines(const std::string& watchPath) {
+  try {
+    if (auto lines = readHistory(watchPath)) return *lines;
+    if (hasFailureFile(watchPath)) return readFailure(watchPath).value_or(std::vector<std::string>());
+  } catch (const Failure&) {
+    return {};  // another check says that the watch socket does not answer
+  }
+  return {};
+}
+
+}  // namespace
 
 std::vector<nlohmann::json> readFlightRecorder(const std::string& watchPath) {
-  using std::chrono::steady_clock;
-  constexpr std::size_t kMost = 10'000;  // of which a recorder of 64 KiB has room for some hundred
   std::vector<nlohmann::json> entries;
-  const Watch watch(tembra_watch_open(watchPath.c_str()));
-  const auto until = steady_clock::now() + std::chrono::seconds(1);
-  const auto nextLine = [&]() -> const char* {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(until - steady_clock::now()).count();
-    return tembra_watch_next(watch.get(), static_cast<int>(std::max<long long>(left, 0)));
-  };
-  if (!watch || nextLine() == nullptr || tembra_watch_history(watch.get()) != 0) return entries;
-  while (const char* const line = nextLine()) {
+  for (const std::string& line : readLines(watchPath)) {
     nlohmann::json entry = nlohmann::json::parse(line, nullptr, false);
-    if (!entry.is_object() || entry.contains("history") || entries.size() == kMost) break;
-    if (entry.contains("entry")) entries.push_back(std::move(entry));
+    if (entry.is_object()) entries.push_back(std::move(entry));
   }
   return entries;
 }

@@ -1,4 +1,4 @@
-// The flight recorder of the front end that has the connection.
+// The flight recorder of a front end: of the one that has the connection, or else of the one that failed last.
 #ifndef TEMBRA_CLI_DOCTOR_FLIGHT_RECORDER_H
 #define TEMBRA_CLI_DOCTOR_FLIGHT_RECORDER_H
 
@@ -8,8 +8,7 @@
 
 namespace tembra::cli::doctor {
 
-/// Its entries, oldest first, as tembra-history.schema.json has them. None: nobody serves there, or says nothing in a
-/// second.
+/// Its entries, oldest first, as tembra-history.schema.json has them. None: there is none, or this user may not ask.
 [[nodiscard]] std::vector<nlohmann::json> readFlightRecorder(const std::string& watchPath);
 
 }  // namespace tembra::cli::doctor

@@ -1,4 +1,4 @@
-// What the flight recorder of the front end that has the connection tells.
+// What the flight recorder tells.
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -55,7 +55,7 @@ std::optional<Verdict> clockStep(Router& router) {
   for (std::size_t i = 1; i < entries.size(); ++i) {
     const long long step = between(entries[i]) - between(entries[i - 1]);
     if (std::llabs(step) <= kTolerated) continue;
-    return finding("The clock was set while a front end had the connection.",
+    return finding("The clock was set while a front end ran.",
                    "between " + whenOf(entries[i - 1]) + " and " + whenOf(entries[i]) +
                        " of the flight recorder it leapt by " + std::to_string(step / kMicroseconds) + " s.",
                    "Set the clock before the front ends start. Waits of the library are not affected.");

@@ -1,7 +1,10 @@
 // The doctor of a router that is well, and what the doctor says to whom.
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <tembra/watch.h>
+
+#include <filesystem>
+#include <sstream>
 
 #include "doctor/broken_router.h"
 #include "support/files.h"
@@ -79,6 +82,30 @@ TEST(Doctor, TellsTheLastFailureOfTheFrontEndThatHasTheConnection) {
   const Ended doctor = Program(assocCommand({"doctor"}), wellSettings()).end();
   EXPECT_EQ(doctor.status, 0) << doctor.output;
   EXPECT_NE(doctor.output.find("last-failure: The last add that failed ended at "), std::string::npos) << doctor.output;
+  EXPECT_NE(doctor.output.find("The Z-Wave radio gave up."), std::string::npos) << doctor.output;
+}
+
+TEST(Doctor, FindsALeapOfTheClockInTheFlightRecorder) {
+  SimRouter router;
+  storeDevices();
+  std::filesystem::create_directory("/tmp/front-ends");
+  writeFile("/tmp/front-ends/socket" TEMBRA_FAILURE_SUFFIX,
+            R"({"schema":1,"entry":1,"monotonic_us":1000000,"wall_us":1790000000000000,"call":"add"})"
+            "\n"
+            R"({"schema":1,"entry":2,"monotonic_us":2000000,"wall_us":1790003601000000,"call":"cancel"})"
+            "\n");
+  const Ended doctor = Program(assocCommand({"doctor"}), wellSettings()).end();
+  EXPECT_EQ(doctor.status, 1);
+  EXPECT_NE(doctor.output.find("it leapt by 3600 s."), std::string::npos) << doctor.output;
+}
+
+TEST(Doctor, TellsTheLastFailureOfAFrontEndThatEnded) {
+  SimRouter router;
+  storeDevices();
+  Program add(assocCommand({"add"}));
+  router.pressOnAdd("--fail");
+  EXPECT_EQ(add.end().status, 1);
+  const Ended doctor = Program(assocCommand({"doctor"}), wellSettings()).end();
   EXPECT_NE(doctor.output.find("The Z-Wave radio gave up."), std::string::npos) << doctor.output;
 }
 

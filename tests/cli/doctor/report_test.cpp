@@ -58,10 +58,9 @@ std::string base64(const std::string& bytes, std::size_t before) {
   const std::string padded = std::string(before, '\0') + bytes;
   std::string text;
   for (std::size_t i = 0; i + 3 <= padded.size(); i += 3) {
-    const unsigned triple = static_cast<unsigned char>(padded[i]) << 16U |
-                            static_cast<unsigned>(static_cast<unsigned char>(padded[i + 1])) << 8U |
-                            static_cast<unsigned char>(padded[i + 2]);
-    for (int shift = 18; shift >= 0; shift -= 6) text += kDigits[triple >> static_cast<unsigned>(shift) & 63U];
+    const auto byte = [&](std::size_t at) { return unsigned{static_cast<unsigned char>(padded[at])}; };
+    const unsigned triple = byte(i) << 16U | byte(i + 1) << 8U | byte(i + 2);
+    for (const unsigned shift : {18U, 12U, 6U, 0U}) text += kDigits[triple >> shift & 63U];
   }
   return before == 0 ? text : text.substr(4);
 }
