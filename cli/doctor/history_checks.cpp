@@ -19,6 +19,11 @@ std::string wordOf(const nlohmann::json& object, const char* member) {
   return found != object.end() && found->is_string() ? printable(found->get<std::string>()) : "";
 }
 
+long long numberOf(const nlohmann::json& entry, const char* member) {
+  const auto found = entry.find(member);
+  return found != entry.end() && found->is_number_integer() ? found->get<long long>() : 0;
+}
+
 bool isFailure(const nlohmann::json& entry) {
   const auto event = entry.find("event");
   if (event == entry.end() || !event->is_object() || wordOf(*event, "event") != "ended") return false;
@@ -27,7 +32,7 @@ bool isFailure(const nlohmann::json& entry) {
 }
 
 std::string whenOf(const nlohmann::json& entry) {
-  return momentText(static_cast<std::time_t>(entry.value("wall_us", 0LL) / kMicroseconds));
+  return momentText(static_cast<std::time_t>(numberOf(entry, "wall_us") / kMicroseconds));
 }
 
 }  // namespace
@@ -41,7 +46,7 @@ Verdict checkLastFailure(Router& router) {
   const nlohmann::json& event = last->at("event");
   return note("The last " + wordOf(event, "operation") + " that failed ended at " + whenOf(*last) + ": " +
                   wordOf(event, "text"),
-              "entry " + std::to_string(last->value("entry", 0LL)) + " of the flight recorder, reason " +
+              "entry " + std::to_string(numberOf(*last, "entry")) + " of the flight recorder, reason " +
                   wordOf(event, "reason") + ", phase " + wordOf(event, "phase") + ".");
 }
 
@@ -50,7 +55,8 @@ std::optional<Verdict> clockStep(Router& router) {
   const std::vector<nlohmann::json>& entries = router.history();
   constexpr long long kTolerated = 5 * kMicroseconds;
   const auto between = [](const nlohmann::json& entry) {
-    return entry.value("wall_us", 0LL) - entry.value("monotonic_us", 0LL);
+    constexpr long long kMost = 1LL << 60;  // no sum of theirs overflows
+    return std::clamp(numberOf(entry, "wall_us"), 0LL, kMost) - std::clamp(numberOf(entry, "monotonic_us"), 0LL, kMost);
   };
   for (std::size_t i = 1; i < entries.size(); ++i) {
     const long long step = between(entries[i]) - between(entries[i - 1]);

@@ -56,9 +56,10 @@ sockaddr_in endpoint(char* text) {
 std::string momentText(std::time_t moment) {
   constexpr std::time_t kDay = 24 * 60 * 60;
   const bool isRecent = std::llabs(static_cast<long long>(std::time(nullptr)) - moment) < kDay;
-  char text[32] = {};
   std::tm local{};
-  std::strftime(text, sizeof text, isRecent ? "%H:%M:%S" : "%Y-%m-%d %H:%M:%S", localtime_r(&moment, &local));
+  if (localtime_r(&moment, &local) == nullptr) return std::to_string(moment) + " s after 1970";
+  char text[32] = {};
+  std::strftime(text, sizeof text, isRecent ? "%H:%M:%S" : "%Y-%m-%d %H:%M:%S", &local);
   return text;
 }
 

@@ -36,6 +36,7 @@ bool isType(const Json& value) {
 // What a program asked for: a name and a place, or a bridge and a bulb, between numbers.
 void learnArguments(const Json& arguments, StandIns& standIns) {
   for (const Json& each : arguments) {
+    if (!each.is_string()) continue;
     const auto text = each.get<std::string>();
     const bool isMac = text.size() == 17 && text[2] == ':';
     if (!isMac && text.find_first_not_of("0123456789") != std::string::npos) standIns.learn(Secret::kName, text);

@@ -18,6 +18,7 @@
 
 #include "cli/commands/database_file.h"
 #include "cli/failure.h"
+#include "cli/report/json_secrets.h"
 #include "cli/words/texts.h"
 
 namespace tembra::cli::report {
@@ -68,7 +69,17 @@ constexpr Between kLogged[] = {{":Name:", " Location:", Secret::kName},
                                {" name ", " (Zigbee)", Secret::kName},
                                {"libTembraAssoc:", " is Removing (Z-wave)", Secret::kName}};
 
+// An event of the kit, behind whatever the log puts in front.
+void learnFromEvent(const std::string& line, StandIns& standIns) {
+  const std::size_t begin = line.find('{');
+  if (begin == std::string::npos) return;
+  const auto event =
+      nlohmann::ordered_json::parse(line.begin() + static_cast<std::ptrdiff_t>(begin), line.end(), nullptr, false);
+  if (event.is_object()) learnFrom(event, standIns);
+}
+
 void learnFromLine(const std::string& line, StandIns& standIns) {
+  learnFromEvent(line, standIns);
   for (const Between& place : kLogged) {
     const std::size_t before = line.find(place.before);
     if (before == std::string::npos) continue;

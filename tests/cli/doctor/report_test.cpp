@@ -259,6 +259,19 @@ TEST(Report, SurvivesOddNames) {
   EXPECT_NE(parts.at("doctor.jsonl").find(R"("event":"check")"), std::string::npos);
 }
 
+// As a front end may log what the kit tells.
+TEST(Report, KnowsTheEventsOfALog) {
+  writeFile(
+      "/tmp/events",
+      R"(12:00:01 {"schema":1,"event":"added","id":3,"name":"Cellar","type":{"number":42,"name":"Siren"},"place":"Under Otto"})"
+      "\n12:00:02 put Cellar under Under Otto\n");
+  EXPECT_EQ(runAssoc({"report", kReport, "--log", "/tmp/events"}).status, 0);
+  const std::string log = partsOf(readFile(kReport)).at("log.txt");
+  EXPECT_EQ(log.find("Cellar"), std::string::npos) << log;
+  EXPECT_EQ(log.find("Otto"), std::string::npos) << log;
+  EXPECT_NE(log.find(R"("name":"Siren")"), std::string::npos) << log;
+}
+
 TEST(Report, OnlyListsWhenAskedTo) {
   const Ended listed = runAssoc({"report", kReport, "--list"});
   EXPECT_EQ(listed.status, 0) << listed.errors;
