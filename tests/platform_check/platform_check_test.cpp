@@ -58,6 +58,15 @@ TEST(PlatformCheck, LeavesNothingInTheTemporaryFolder) {
   }
 }
 
+// The service reads 9 characters, and of them the number in front.
+TEST(PlatformCheck, TakesEachSettingThatTheServiceReads) {
+  for (const char* command :
+       {R"(printf '3 \r\n')", "echo ' 7'", "echo -1", "echo 1234567890", "echo '3 of 4'", "echo; exit 1", "exit 1"}) {
+    const Ended ended = checkWith("", command);
+    EXPECT_EQ(lineOf(ended, "nvram_get").substr(0, 8), "ok      ") << command << '\n' << ended.output;
+  }
+}
+
 TEST(PlatformCheck, RefusesArguments) {
   const Ended ended = kit::Program({PLATFORM_CHECK, "all"}).end();
   EXPECT_EQ(ended.status, 2);
@@ -110,6 +119,7 @@ const Broken kBroken[] = {
     {"value-is-a-copy", "find_json_token", "expected a pointer into the text"},
     {"settings-command-missing", "nvram_get", "expected a command of that name in PATH; came none", "exit 127"},
     {"settings-no-number", "nvram_get", "expected a decimal number", "echo none"},
+    {"settings-number-behind", "nvram_get", "expected a decimal number", "echo id 3"},
     {"settings-command-stays", "nvram_get", "came one", "sleep 5 >/dev/null & echo 3"},
     {"settings-command-hangs", "nvram_get", "came nothing for 10 seconds", "sleep 100"},
     {"settings-command-slow", "nvram_get", "came one after more than a second", "sleep 1.2; echo 3", "remark"},
