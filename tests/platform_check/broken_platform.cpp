@@ -19,6 +19,7 @@
 
 namespace {
 
+constexpr const char kBridge[] = R"({"id":"00178801020a","internalipaddress":"192.168.1.20"})";
 constexpr const char* kLongName = "ASirenThatIsHeardInTheGarden";
 
 bool isBroken(const char* what) {
@@ -131,6 +132,9 @@ JsonToken* parse_json2(const char* text, int length) {
   static JsonToken notAllocated[100];
   const auto parse = next<JsonToken* (*)(const char*, int)>("_Z11parse_json2PKci");
   if (isBroken("no-tokens")) return nullptr;
+  if (isBroken("no-rubbish-behind") && length > 0 && text[length - 1] != '}') return nullptr;
+  if (isBroken("tokens-of-half-an-object") && length > 40 && text[length - 1] == '.')
+    return parse(kBridge, sizeof kBridge - 1);
   if (isBroken("tokens-of-any-text") && length > 0 && *text != '{') return parse("{}", 2);
   if (isBroken("reads-behind-the-length")) return parse(text, static_cast<int>(std::strlen(text)));
   if (isBroken("tokens-not-to-free")) return length > 10 && parse(text, length) != nullptr ? notAllocated : nullptr;

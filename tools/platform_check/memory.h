@@ -55,6 +55,7 @@ class EdgeText {
     memory_.forbidWriting();
   }
   [[nodiscard]] const char* get() const { return memory_.data(); }
+  [[nodiscard]] std::size_t size() const { return memory_.size(); }
 
  private:
   EdgeMemory memory_;

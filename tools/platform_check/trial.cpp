@@ -22,6 +22,13 @@ void put(char (&out)[size], const std::string& text) {
   std::snprintf(out, size, "%s", text.c_str());
 }
 
+void noteEnding(Report& report, const std::string& came) {
+  report.verdict = Verdict::kFault;
+  put(report.tried, report.underWay);
+  put(report.expected, "that it returns");
+  put(report.came, came);
+}
+
 // Returns through exit(), as front ends do: what the router's libraries do at the end belongs to the check.
 [[noreturn]] void runInChild(const Check& check, Report& report, const std::string& folder) {
   setpgid(0, 0);  // a command that hangs ends with the check
@@ -32,8 +39,7 @@ void put(char (&out)[size], const std::string& text) {
   } catch (const FaultFound&) {
     _exit(0);
   } catch (...) {
-    put(report.came, "an exception");
-    report.verdict = Verdict::kFault;
+    noteEnding(report, "an exception");
     _exit(0);
   }
   std::exit(0);
@@ -58,12 +64,6 @@ std::string howItEnded(int status) {
   return "the process ended by signal " + std::to_string(number) + " (" + strsignal(number) + ")";
 }
 
-void noteEnding(Report& report, const std::string& came) {
-  report.verdict = Verdict::kFault;
-  put(report.expected, "that it returns");
-  put(report.came, came);
-}
-
 Verdict tell(const Check& check, const Report& report) {
   switch (report.verdict) {
     case Verdict::kWell:
@@ -81,12 +81,7 @@ Verdict tell(const Check& check, const Report& report) {
 
 }  // namespace
 
-void Trial::tries(const std::string& what) {
-  tried_ = what;
-  if (report_.verdict != Verdict::kWell) return;
-  put(report_.tried, what);
-  put(report_.expected, "that it returns");
-}
+void Trial::tries(const std::string& what) { put(report_.underWay, what); }
 
 void Trial::expects(bool holds, const std::string& expected, const std::string& came) {
   if (holds) return;
@@ -99,7 +94,7 @@ void Trial::prefers(bool holds, const std::string& expected, const std::string& 
 }
 
 void Trial::note(Verdict verdict, const std::string& expected, const std::string& came) {
-  put(report_.tried, tried_);
+  put(report_.tried, report_.underWay);
   put(report_.expected, expected);
   put(report_.came, came);
   report_.verdict = verdict;

@@ -12,7 +12,8 @@ enum class Verdict { kWell, kRemark, kFault };
 /// What a check found first; a fault stands before a remark. Lies in memory that both processes share.
 struct Report {
   Verdict verdict;
-  char tried[200];  ///< of a check under way: what it is trying
+  char underWay[200];  ///< what the check is trying
+  char tried[200];
   char expected[200];
   char came[200];
 };
@@ -38,7 +39,6 @@ class Trial {
 
   Report& report_;
   std::string folder_;
-  std::string tried_;
 };
 
 struct Check {
