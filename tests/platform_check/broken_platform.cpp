@@ -68,6 +68,13 @@ void standInTheWay() {
   first.unlock();
 }
 
+// As to flash, a line at a time.
+void writeSlowly() {
+  static std::mutex flash;
+  const std::lock_guard lock(flash);
+  usleep(60000);
+}
+
 // The name goes through memory that all threads share.
 void nameInCommonMemory(DevType type, char* out) {
   static char common[180];
@@ -101,6 +108,7 @@ void Logger::Log(int level, const char* text) {
   static const Destroyed state;
   if (isBroken("log-throws")) throw std::runtime_error("the log is full");
   if (isBroken("log-hangs") && level == 2) hang();
+  if (isBroken("log-is-slow")) writeSlowly();
   if (isBroken("log-reads-behind") && text[std::strlen(text) + 1] == 'x') return;
   if (isBroken("log-writes")) const_cast<char*>(text)[0] = ' ';
   if (isBroken("log-formats")) return useAsFormat(text);

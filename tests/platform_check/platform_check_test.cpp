@@ -1,6 +1,8 @@
 // tembra-platform-check with the stand-ins, which are well, and with libraries in which one thing is broken.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <ostream>
@@ -51,12 +53,31 @@ TEST(PlatformCheck, FindsNothingInTheStandIns) {
   EXPECT_EQ(lines.back(), "No fault was found.");
 }
 
+int foldersOfChecks() {
+  int count = 0;
+  for (const auto& entry : fs::directory_iterator("/tmp")) {
+    count += entry.path().string().find("tembra-platform-check") != std::string::npos ? 1 : 0;
+  }
+  return count;
+}
+
 TEST(PlatformCheck, LeavesNothingInTheTemporaryFolder) {
   checkWith("database-without-lock", "echo 3");
-  for (const auto& entry : fs::directory_iterator("/tmp")) {
-    EXPECT_EQ(entry.path().string().find("tembra-platform-check"), std::string::npos) << entry.path();
-  }
+  EXPECT_EQ(foldersOfChecks(), 0);
 }
+
+class StoppedPlatformCheck : public testing::TestWithParam<int> {};
+
+TEST_P(StoppedPlatformCheck, LeavesNothingInTheTemporaryFolder) {
+  kit::Program check({BROKEN_PLATFORM_CHECK}, {{"TEMBRA_LOG", "off"}, {"BROKEN", "log-hangs"}, {"PATH", "/bin"}});
+  check.waitFor("Logger::getInstance: ");
+  while (foldersOfChecks() == 0) usleep(1000);
+  check.signal(GetParam());
+  EXPECT_EQ(check.end().status, 128 + GetParam());
+  EXPECT_EQ(foldersOfChecks(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, StoppedPlatformCheck, testing::Values(SIGHUP, SIGINT, SIGTERM));
 
 // The service reads 9 characters, and of them the number in front.
 TEST(PlatformCheck, TakesEachSettingThatTheServiceReads) {
@@ -95,6 +116,7 @@ const Broken kBroken[] = {
     {"log-formats", "Logger::Log", "tried a line: percent signs"},
     {"log-reads-later", "Logger::Log", "came the process ended"},
     {"log-of-one-thread", "Logger::Log, threads", "came nothing for 10 seconds"},
+    {"log-is-slow", "Logger::Log, threads", "expected less than 10 ms for a line", "echo 3", "remark"},
     {"log-is-destroyed", "Logger::Log, at the end", "came the process ended"},
     {"fixed-name", "DevtypeEnumToStr", "tried the name of 60; expected \"GenericDevice\"; came \"Generic\""},
     {"no-nul", "DevtypeEnumToStr", "came no NUL"},

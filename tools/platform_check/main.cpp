@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "%s", kHelp);
     return kUsage;
   }
+  catchSignals();
   const int faults = performAll();
   std::printf("%s", kToBeSeen);
   if (faults == 0) {

@@ -3,6 +3,7 @@
 #ifndef TEMBRA_TOOLS_PLATFORM_CHECK_TRIAL_H
 #define TEMBRA_TOOLS_PLATFORM_CHECK_TRIAL_H
 
+#include <atomic>
 #include <string>
 
 namespace tembra::platform_check {
@@ -12,7 +13,8 @@ enum class Verdict { kWell, kRemark, kFault };
 /// What a check found first; a fault stands before a remark. Lies in memory that both processes share.
 struct Report {
   Verdict verdict;
-  char underWay[200];  ///< what the check is trying
+  std::atomic<unsigned> steps;  ///< that the check took: while they grow it does not hang
+  char underWay[200];           ///< what it is trying
   char tried[200];
   char expected[200];
   char came[200];
@@ -24,6 +26,9 @@ class Trial {
 
   /// Says what comes next, so that it is known when it never returns.
   void tries(const std::string& what);
+
+  /// Says that the check goes on. Any thread may call it.
+  void goesOn() { ++report_.steps; }
 
   /// A fault unless it holds, which ends the check.
   void expects(bool holds, const std::string& expected, const std::string& came);
@@ -49,6 +54,9 @@ struct Check {
 
 /// Thrown by a fault.
 struct FaultFound {};
+
+/// From now on a signal that ends this program (Ctrl-C) first ends the check, and removes its folder.
+void catchSignals();
 
 /// Runs the check and prints its line.
 Verdict perform(const Check& check);
