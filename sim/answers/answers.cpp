@@ -47,7 +47,7 @@ void Answers::deliver(const Distortion& distortion) {
   if (distortion.code) {
     const int code = *distortion.code == Fault::kFailure ? answer.kind.failure : *distortion.code;
     distort(answer, static_cast<unsigned char>(code));
-    ends = ends || codeByte_.ends(static_cast<unsigned char>(code));
+    ends = ends || codeByte_.ends(answer.kind, static_cast<unsigned char>(code));
   }
   if (distortion.foreign) send_(answer.datagram, answer.text, Sender::kStranger);
   if (distortion.lost || distortion.silent) {

@@ -27,7 +27,8 @@ struct Answer {
 /// Where a server's datagrams tell what became of it; the fault "code" writes there.
 struct CodeByte {
   std::size_t offset;
-  bool (*ends)(unsigned char code);  ///< whether a code that a fault wrote ends the operation
+  /// Whether a code that a fault wrote into a message ends the operation.
+  bool (*ends)(const MessageKind& message, unsigned char code);
 };
 
 class Answers {

@@ -18,7 +18,7 @@ using std::chrono::seconds;
 constexpr seconds kButtonCounts(30);  // as long as a bridge lets somebody in after its button was pressed
 constexpr seconds kPatience(15);      // shorter than the shortest time-out of the library
 
-constexpr CodeByte kTypeByte{offsetof(HueAnswer, type), [](unsigned char) { return true; }};
+constexpr CodeByte kTypeByte{offsetof(HueAnswer, type), [](const MessageKind&, unsigned char) { return true; }};
 
 // The library knows two of its results by number only; which of them is which is this server's choice.
 constexpr HueResultType kRefreshed = HUE_DONE;

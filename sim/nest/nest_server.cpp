@@ -13,7 +13,7 @@
 namespace tembra::sim {
 namespace {
 
-constexpr CodeByte kCommandByte{offsetof(NestAnswer, command), [](unsigned char) { return true; }};
+constexpr CodeByte kCommandByte{offsetof(NestAnswer, command), [](const MessageKind&, unsigned char) { return true; }};
 
 // The library tells the answers apart by number only; what each one stands for is this server's choice.
 constexpr NestAnswer kLinked{NEST_ANSWER_121, 0, 0};

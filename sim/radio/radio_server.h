@@ -32,6 +32,7 @@ class RadioServer : public Daemon {
   virtual Outcome remove(std::string_view device) = 0;
   virtual Answer failure(bool adding) const = 0;
 
+  bool isBusy() const { return mode_ != Mode::kIdle; }
   /// Begins or ends an operation; what is still to be said of the former one is forgotten.
   void become(Mode mode, Happening why);
   /// Answers, and is idle after the last answer.

@@ -12,7 +12,7 @@
 namespace tembra::sim {
 namespace {
 
-bool endsOperation(unsigned char status) {
+bool endsOperation(const MessageKind&, unsigned char status) {
   constexpr ZigbeeStatus onTheWay[] = {ZIGBEE_FOUND, ZIGBEE_STILL_ADDING, ZIGBEE_GETTING_INFO, ZIGBEE_INFO_COMPLETE};
   return std::find(std::begin(onTheWay), std::end(onTheWay), status) == std::end(onTheWay);
 }

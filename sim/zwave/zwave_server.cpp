@@ -11,9 +11,14 @@
 namespace tembra::sim {
 namespace {
 
-bool tellsFailure(unsigned char node) { return node == kFailedNode; }
+// The first answer to an add may be of no node. What follows the identity or the removal ends anyway.
+bool endsForNode(const MessageKind& message, unsigned char node) {
+  if (message.name == kJoined.name) return node == kFailedNode;
+  const bool namesANode = message.name == kIdentity.name || message.name == kRemoved.name;
+  return namesANode && (node == kNoNode || node == kFailedNode);
+}
 
-constexpr CodeByte kNodeByte{offsetof(ZwNodeInfo, nodeId), tellsFailure};
+constexpr CodeByte kNodeByte{offsetof(ZwNodeInfo, nodeId), endsForNode};
 
 Answer nodeAnswer(MessageKind kind, const std::string& text, const ZwNodeInfo& block) {
   return {kind, text, bytesOf(block)};
@@ -69,10 +74,12 @@ void ZwaveServer::checkUnusedBytes(const ZwaveCommand& command) {
 // that one's.
 void ZwaveServer::cancel() { become(Mode::kIdle, Happening::kCancel); }
 
+// A reset that cuts an operation off is not answered either: the library would take the answer for the operation's.
 void ZwaveServer::reset() {
+  const bool cutsOff = isBusy();
   network_.clear();
   become(Mode::kIdle, Happening::kReset);
-  play({nodeAnswer(kResetDone, "the network is reset", bareNode(kNoNode))});
+  if (!cutsOff) play({nodeAnswer(kResetDone, "the network is reset", bareNode(kNoNode))});
 }
 
 Answer ZwaveServer::failure(bool adding) const {

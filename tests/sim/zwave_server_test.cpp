@@ -113,6 +113,15 @@ TEST_F(ZwaveServerTest, ResetForgetsTheNodes) {
   EXPECT_EQ(remove("siren"), "1036/0");
 }
 
+TEST_F(ZwaveServerTest, AResetThatCutsOffAnOperationIsNotAnswered) {
+  add("siren");
+  caller.add();
+  caller.reset();
+  sim.awaitIdle();
+  EXPECT_EQ(summary(caller.heardSoFar()), "");
+  EXPECT_EQ(remove("siren"), "1036/0");
+}
+
 TEST_F(ZwaveServerTest, APressThatNobodyExpectsIsRefused) {
   EXPECT_EQ(sim.ask("press siren").text, "nobody listens: the Z-Wave server is neither adding nor removing");
   caller.add();
