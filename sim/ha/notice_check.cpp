@@ -1,8 +1,6 @@
 #include "sim/ha/notice_check.h"
 
-#include <cstddef>
 #include <cstring>
-#include <span>
 
 #include "sim/core/record_bytes.h"
 #include "tembra/vocabulary.h"
@@ -31,26 +29,19 @@ void checkZigbee(const ZbDeviceInfo& device, Mistakes& mistakes) {
   }
 }
 
-std::size_t usedBytes(const HaNotice& notice) {
-  if (notice.recordKind == RECORD_ZWAVE) return sizeof(ZwNodeInfo);
-  return isRemoveAll(notice) ? sizeof kRemoveAllText : sizeof(ZbDeviceInfo);
-}
-
 }  // namespace
 
 bool isRemoveAll(const HaNotice& notice) {
   return notice.recordKind == RECORD_ZIGBEE && std::memcmp(notice.record, kRemoveAllText, sizeof kRemoveAllText) == 0;
 }
 
+// The bytes behind the record have no meaning: a sender need not clear them.
 std::vector<std::string_view> mistakesIn(const HaNotice& notice) {
   Mistakes mistakes;
   if (notice.recordKind != RECORD_ZIGBEE && notice.recordKind != RECORD_ZWAVE) return {"a notice of an unknown kind"};
   if (notice.recordKind == RECORD_ZWAVE) checkZwave(recordFrom<ZwNodeInfo>(notice.record), mistakes);
   if (notice.recordKind == RECORD_ZIGBEE && !isRemoveAll(notice)) {
     checkZigbee(recordFrom<ZbDeviceInfo>(notice.record), mistakes);
-  }
-  if (!allZero(std::span(notice.record).subspan(usedBytes(notice)))) {
-    mistakes.emplace_back("bytes behind the record of a notice that must be zero are not");
   }
   return mistakes;
 }

@@ -18,23 +18,25 @@ bool isBridgeId(std::string_view id) {
          std::all_of(id.begin(), id.end(), [](unsigned char letter) { return std::isxdigit(letter) != 0; });
 }
 
-template <std::size_t N>
-bool wellFilled(const char (&field)[N], bool used) {
-  return used ? zeroBehindText(field) : zeroBehindText(field) && field[0] == '\0';
-}
-
 }  // namespace
 
+std::string bridgeIdIn(const HueCommand& command) {
+  std::string id = textIn(command.bridgeId);
+  std::transform(id.begin(), id.end(), id.begin(), [](unsigned char letter) {
+    return static_cast<char>(letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter);
+  });
+  return id;
+}
+
+// A sender need not clear the bytes that its command does not use.
 std::vector<std::string> mistakesIn(const HueCommand& command, HueTexts texts) {
   std::vector<std::string> mistakes;
-  const bool hasBridge = texts != HueTexts::kNone;
   const std::string bridgeId = textIn(command.bridgeId);
-  if (hasBridge && !isBridgeId(bridgeId)) {
+  if (texts != HueTexts::kNone && !isBridgeId(bridgeId)) {
     mistakes.push_back("a bridge id of the wrong form: \"" + bridgeId + "\"");
   }
-  if (!allZero(command.at0) || !allZero(command.at224) || !wellFilled(command.bridgeId, hasBridge) ||
-      !wellFilled(command.argument, texts == HueTexts::kBridgeAndArgument)) {
-    mistakes.emplace_back("bytes of a command that must be zero are not");
+  if (texts == HueTexts::kBridgeAndArgument && !terminated(command.argument)) {
+    mistakes.emplace_back("an argument that has no end");
   }
   return mistakes;
 }

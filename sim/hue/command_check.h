@@ -12,6 +12,9 @@ namespace tembra::sim {
 /// The texts that a command carries.
 enum class HueTexts { kNone, kBridge, kBridgeAndArgument };
 
+/// The bridge id of a command, in small letters.
+std::string bridgeIdIn(const HueCommand& command);
+
 /// The mistakes of a command, one sentence each.
 std::vector<std::string> mistakesIn(const HueCommand& command, HueTexts texts);
 

@@ -24,13 +24,6 @@ constexpr CodeByte kTypeByte{offsetof(HueAnswer, type), [](const MessageKind&, u
 constexpr HueResultType kRefreshed = HUE_DONE;
 constexpr HueResultType kBridgeRemoved = HUE_DONE_2;
 
-std::string lowered(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char letter) {
-    return static_cast<char>(letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter);
-  });
-  return text;
-}
-
 }  // namespace
 
 struct HueServer::Command {
@@ -70,7 +63,7 @@ void HueServer::handle(Bytes datagram) {
     return;
   }
   for (const std::string& mistake : mistakesIn(received, command->texts)) found(mistake);
-  const Request request{lowered(textIn(received.bridgeId)), textIn(received.argument)};
+  const Request request{command->texts == HueTexts::kNone ? "" : bridgeIdIn(received), textIn(received.argument)};
   heard(std::string(command->name).append(request.bridgeId.empty() ? "" : " ").append(request.bridgeId));
   stopWaiting();
   answers_.drop();
@@ -123,9 +116,8 @@ Outcome HueServer::pressLinkButton() {
   return {true, "bridge " + bridgeId + " lets the router in"};
 }
 
-// A bridge comes with one bulb. A bridge that was added before keeps its bulbs.
 void HueServer::link(const std::string& bridgeId) {
-  if (!lamps_.holds(bridgeId)) lamps_.add(bridgeId, "Hue lamp");
+  lamps_.addFirst(bridgeId);
   play(HUE_BRIDGE_ADDED, "bridge added");
 }
 

@@ -33,6 +33,10 @@ void HueLamps::add(const std::string& bridgeId, const std::string& name) {
   haServer_.store({name, 0, 0, RADIO_IP, StrToDevType("HueLamp"), indexes}, bridgeId);
 }
 
+void HueLamps::addFirst(const std::string& bridgeId) {
+  if (!holds(bridgeId)) add(bridgeId, "Hue lamp");
+}
+
 void HueLamps::drop(const std::string& bridgeId) {
   haServer_.drop(
       "bridge " + bridgeId, [&bridgeId](const DeviceRecord& record) { return belongsTo(record, bridgeId); },

@@ -17,6 +17,8 @@ class HueLamps {
   /// Whether the list holds a bulb of the bridge: then the bridge has been added.
   bool holds(const std::string& bridgeId) const;
   void add(const std::string& bridgeId, const std::string& name);
+  /// The bulb with which a bridge comes. A bridge that was added before keeps its bulbs.
+  void addFirst(const std::string& bridgeId);
   void drop(const std::string& bridgeId);
 
  private:

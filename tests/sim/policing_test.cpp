@@ -86,7 +86,6 @@ std::vector<Misdeed> commandMisdeeds() {
 }
 
 std::vector<Misdeed> noticeMisdeeds() {
-  constexpr const char* behind = "bytes behind the record of a notice that must be zero are not";
   constexpr const char* zigbeeMark = "a ZigBee record that is neither added nor removed";
   const auto leave = [](ZwNodeInfo&) {};
   Datagram strayBehindNode = zwaveNotice(leave);
@@ -100,8 +99,8 @@ std::vector<Misdeed> noticeMisdeeds() {
       {"ZeroNotice", kHaServer, Datagram(4100), zigbeeMark},
       {"UnknownKind", kHaServer, kindNotice(1, 0, 0), "a notice of an unknown kind"},
       {"UnknownZigbeeMark", kHaServer, kindNotice(0, offsetof(ZbDeviceInfo, msgCode), 12), zigbeeMark},
-      {"StrayByteBehindNode", kHaServer, strayBehindNode, behind},
-      {"StrayByteAtNoticeEnd", kHaServer, strayAtEnd, behind},
+      {"StrayByteBehindNode", kHaServer, strayBehindNode, ""},
+      {"StrayByteAtNoticeEnd", kHaServer, strayAtEnd, ""},
       {"UnknownMark", kHaServer, zwaveNotice([](ZwNodeInfo& block) { block.requestMark = 0; }),
        "a node block that is neither added nor removed"},
       {"WrongDeviceKind", kHaServer, zwaveNotice([](ZwNodeInfo& block) { block.deviceKind = DEVICE_ZIGBEE; }),
@@ -159,7 +158,6 @@ Datagram hueCommand(unsigned code, const char* bridge, const char* argument, std
 }
 
 std::vector<Misdeed> hueMisdeeds() {
-  constexpr const char* unused = "bytes of a command that must be zero are not";
   constexpr const char* wrongForm = "a bridge id of the wrong form: \"";
   return {
       {"GoodDiscovery", kHueServer, hueCommand(114, "", ""), ""},
@@ -178,16 +176,17 @@ std::vector<Misdeed> hueMisdeeds() {
       {"LongBridge", kHueServer, hueCommand(100, "02a1b2fffe0c00011", ""), wrongForm},
       {"BridgeWithoutFiller", kHueServer, hueCommand(100, "02a1b20000000001", ""), wrongForm},
       {"BridgeOfOtherLetters", kHueServer, hueCommand(100, "02a1b2fffe0c00xy", ""), wrongForm},
-      {"DiscoveryOfABridge", kHueServer, hueCommand(114, kPolicedBridge, ""), unused},
-      {"AddWithArgument", kHueServer, hueCommand(100, kPolicedBridge, "Lamp"), unused},
-      {"RemoveWithArgument", kHueServer, hueCommand(109, kPolicedBridge, "Lamp"), unused},
-      {"EndlessArgument", kHueServer, hueCommand(105, kPolicedBridge, std::string(49, 'y').c_str(), 169), unused},
-      {"StrayByteAtStart", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 0), unused},
-      {"StrayByteBeforeArgument", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 119), unused},
-      {"StrayByteBehindArgument", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 169), unused},
-      {"StrayByteBehindBridge", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 219), unused},
-      {"StrayByteBehindCommand", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 224), unused},
-      {"StrayByteAtEnd", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 303), unused},
+      {"DiscoveryOfABridge", kHueServer, hueCommand(114, kPolicedBridge, ""), ""},
+      {"AddWithArgument", kHueServer, hueCommand(100, kPolicedBridge, "Lamp"), ""},
+      {"RemoveWithArgument", kHueServer, hueCommand(109, kPolicedBridge, "Lamp"), ""},
+      {"EndlessArgument", kHueServer, hueCommand(105, kPolicedBridge, std::string(49, 'y').c_str(), 169),
+       "an argument that has no end"},
+      {"StrayByteAtStart", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 0), ""},
+      {"StrayByteBeforeArgument", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 119), ""},
+      {"StrayByteBehindArgument", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 169), ""},
+      {"StrayByteBehindBridge", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 219), ""},
+      {"StrayByteBehindCommand", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 224), ""},
+      {"StrayByteAtEnd", kHueServer, hueCommand(105, kPolicedBridge, "Lamp", 303), ""},
   };
 }
 
