@@ -60,7 +60,7 @@ def record(recording, commands, *options):
         router.kill()
 
 
-NOTES = ["length", "sender", "port", "meaning", "command", "endless", "unterminated", "zeros", "count"]
+NOTES = ["length", "sender", "port", "imposter", "meaning", "command", "endless", "unterminated", "zeros", "count"]
 COLUMNS = ["tembra.operation", "tembra.request", "tembra.command", "tembra.server",
            *(f"tembra.expert.{note}" for note in NOTES)]
 STORIES = {"plug-and-contact": ["add", "add", "devices", "remove"]}

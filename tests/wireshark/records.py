@@ -92,6 +92,7 @@ def notice(kind, record):
 ADD = padded(236, (192, b"\1"), (212, b"\1"))
 ZIGBEE_ADD = padded(320, (0, b"option button1"), (180, b"IAS"))
 STRANGER, OTHER_PORT = ("127.0.0.66", 8888), ("127.255.255.254", 40000)
+PART, PART_OF_TWO, PART_OF_HUE = ("127.255.255.25", 8888), ("7.255.255.2", 8888), ("27.255.255.252", 8888)
 ADDED = node((1, b"\x25\0"), (600, b"\2"), (972, b"\xff"))
 EXPERTS = [  # name, from, to, datagram, what the dissector says of it
     ("good add", capture.LIBRARY, capture.ZWAVE, ADD, []),
@@ -109,6 +110,10 @@ EXPERTS = [  # name, from, to, datagram, what the dissector says of it
     ("HA server", capture.HA, capture.LIBRARY, node(), ["sender"]),
     ("command of a stranger", STRANGER, capture.ZWAVE, ADD, ["sender"]),
     ("other port", OTHER_PORT, capture.LIBRARY, node(), ["port"]),
+    ("part of an address", PART, capture.LIBRARY, node(), ["imposter"]),
+    ("part of two addresses", PART_OF_TWO, capture.LIBRARY, node(), ["imposter"]),
+    ("part of the Hue server's address", PART_OF_HUE, capture.LIBRARY, bridges(), ["imposter"]),
+    ("part of the HA server's address", ("27.255.255.1", 8888), capture.LIBRARY, node(), ["sender"]),
     ("status 5", capture.ZIGBEE, capture.LIBRARY, device((10, b"\5")), ["meaning"]),
     ("result 7", capture.HUE, capture.LIBRARY, padded(3260, (0, b"\7")), ["meaning"]),
     ("answer 101", capture.NEST, capture.LIBRARY, padded(12, (0, b"\x65")), ["meaning"]),
@@ -122,7 +127,10 @@ EXPERTS = [  # name, from, to, datagram, what the dissector says of it
     ("endless text", capture.LIBRARY, capture.NEST, padded(256, (4, b"\x64"), (8, b"x" * 248)), ["unterminated"]),
     ("stray byte", capture.LIBRARY, capture.ZWAVE, padded(236, (0, b"\1"), (192, b"\1"), (212, b"\1")), ["zeros"]),
     ("byte behind a text", capture.LIBRARY, capture.ZIGBEE, padded(320, (0, ZIGBEE_ADD), (319, b"\1")), ["zeros"]),
-    ("byte behind a record", capture.LIBRARY, capture.HA, notice(2, ADDED + b"\0\1"), ["zeros"]),
+    ("byte behind a record", capture.LIBRARY, capture.HA, notice(2, ADDED + b"\0\1"), []),
+    ("uncleared discovery", capture.LIBRARY, capture.HUE, padded(304, (0, b"\1" * 304), (220, b"\x72\0\0\0")),
+     []),
+    ("uncleared bulb", capture.LIBRARY, capture.HUE, padded(304, (0, b"\1" * 304), (220, b"\x69\0\0\0")), ["unterminated"]),
     ("51 bridges", capture.HUE, capture.LIBRARY, bridges((4, b"\x33")), ["count"]),
 ]
 

@@ -62,14 +62,15 @@ end
 addExpert("length", "Wrong length", expert.severity.ERROR)
 addExpert("sender", "The library does not take this from this sender", expert.severity.ERROR)
 addExpert("port", "Not the server's own port: strict mode drops it", expert.severity.WARN)
+addExpert("imposter", "Not the server's own address, which this is a part of: strict mode drops it", expert.severity.WARN)
 addExpert("meaning", "A number without a meaning", expert.severity.WARN)
 addExpert("command", "A command that the server does not know", expert.severity.ERROR)
 addExpert("endless", "A list without an end", expert.severity.ERROR)
 addExpert("unterminated", "A text that fills its field", expert.severity.NOTE)
 addExpert("zeros", "Bytes that must be zero are not", expert.severity.WARN)
 addExpert("count", "More entries than the record has room for", expert.severity.ERROR)
-proto.experts = {experts.length, experts.sender, experts.port, experts.meaning, experts.command, experts.endless,
-                 experts.unterminated, experts.zeros, experts.count}
+proto.experts = {experts.length, experts.sender, experts.port, experts.imposter, experts.meaning, experts.command,
+                 experts.endless, experts.unterminated, experts.zeros, experts.count}
 
 -- ---- Records --------------------------------------------------------------------------------------------------------
 
@@ -109,9 +110,15 @@ local function addNumber(tree, item, range, travel, field)
 end
 add.uint8, add.uint16, add.int32, add.uint32 = addNumber, addNumber, addNumber, addNumber
 
-function add.string(tree, item, range)
+-- The texts of a Hue command that the server does not read: its sender leaves there what was there.
+local UNREAD = {["discover"] = {bridgeId = true, argument = true}, ["add bridge"] = {argument = true},
+                ["remove bridge"] = {argument = true}}
+local commandOfNow -- of the datagram that is being dissected
+
+function add.string(tree, item, range, travel, field)
   local leaf = tree:add(fields[item], range)
-  if not range:raw():find("%z") then leaf:add_proto_expert_info(experts.unterminated) end
+  local isRead = not (UNREAD[commandOfNow] and UNREAD[commandOfNow][field.name])
+  if isRead and not range:raw():find("%z") then leaf:add_proto_expert_info(experts.unterminated) end
 end
 
 -- A list of single bytes. One of zeros alone is a list that nobody has filled.
@@ -261,7 +268,15 @@ for _, server in ipairs(SERVERS) do server.ip = Address.ip(server.address) end
 
 local function serverAt(address, port)
   for _, server in ipairs(SERVERS) do
-    if server.ip == address and (not port or server.port == port) then return server end
+    if server.ip == address and server.port == port then return server end
+  end
+end
+
+-- The library looks for the sender's address in the servers' texts. A part of a text is enough, and the first hit wins:
+-- 127.255.255.25 passes for the Z-Wave server. No address is a part of both the HA server's text and another one.
+local function serverThatTheLibraryHears(address)
+  for _, server in ipairs(SERVERS) do
+    if (server.address .. ":" .. server.port):find(tostring(address), 1, true) then return server end
   end
 end
 
@@ -269,19 +284,16 @@ local REMOVE_ALL = "removeAllDevices"
 
 local BODY = fieldOf(RECORDS.HaNotice, "record")
 
--- A notice carries one of two records, or a text.
+-- A notice carries one of two records, or a text. The bytes behind have no meaning.
 local function addNotice(branch, range)
   local kind, body = numberOf(RECORDS.HaNotice, "recordKind", range), range(BODY.offset)
   local text = body:raw():match("^[^%z]*")
-  local used = #text + 1
   if kind == 0 and text == REMOVE_ALL then
-    branch:add(fields["tembra.text"], body(0, math.min(used, body:len())))
+    branch:add(fields["tembra.text"], body(0, #text + 1))
   else
     local record = kind == 2 and RECORDS.ZwNodeInfo or RECORDS.ZbDeviceInfo
-    used = math.min(record.size, body:len())
-    addRecord(branch, record, body(0, used), "request")
+    addRecord(branch, record, body(0, record.size), "request")
   end
-  if used < body:len() and not isZero(body(used)) then branch:add_proto_expert_info(experts.zeros) end
 end
 
 local function addRequest(branch, server, range, command)
@@ -291,7 +303,10 @@ local function addRequest(branch, server, range, command)
   else
     branch:add_proto_expert_info(experts.command)
   end
-  if not hasOnlyZerosBetween(RECORDS[server.request], range) then branch:add_proto_expert_info(experts.zeros) end
+  local isCleared = server.request ~= "HueCommand" -- its sender leaves what the command does not use as it was
+  if isCleared and not hasOnlyZerosBetween(RECORDS[server.request], range) then
+    branch:add_proto_expert_info(experts.zeros)
+  end
 end
 
 -- "added: Washing machine", by the mark of a node or the message code of a device.
@@ -332,7 +347,7 @@ local function dissect(tvb, pinfo, root, server, travel)
   tree:add(fields["tembra.server"], server.name):set_generated()
   addLinks(tree, known[pinfo.number])
   if tvb:reported_len() ~= record.size then tree:add_proto_expert_info(experts.length) end
-  pinfoOfNow, rootOfNow = pinfo, root
+  pinfoOfNow, rootOfNow, commandOfNow = pinfo, root, command
   local branch = addRecord(tree, record, range(0, math.min(record.size, range:len())), travel)
   if travel == "request" and range:len() >= record.size then addRequest(branch, server, range, command) end
   local title = titleOf(server, travel, command, range)
@@ -346,10 +361,14 @@ end
 function proto.dissector(tvb, pinfo, root)
   if tvb:len() == 0 then return 0 end
   if pinfo.dst == libraryAddress and pinfo.dst_port == LIBRARY.port then
-    local server = serverAt(pinfo.src)
+    local server = serverThatTheLibraryHears(pinfo.src)
     if server and server.answer then
       local tree = dissect(tvb, pinfo, root, server, "answer")
-      if pinfo.src_port ~= server.port then tree:add_proto_expert_info(experts.port) end
+      if pinfo.src ~= server.ip then
+        tree:add_proto_expert_info(experts.imposter)
+      elseif pinfo.src_port ~= server.port then
+        tree:add_proto_expert_info(experts.port)
+      end
     else
       root:add(proto, tvb:range()):add_proto_expert_info(experts.sender)
       pinfo.cols.protocol:set("Tembra")
