@@ -1,5 +1,6 @@
 // The real program against the simulated daemons, well and with each of their faults, and against the daemon in Python.
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 
 #include <cctype>
 #include <chrono>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "kit/program.h"
+#include "sim/core/sockets.h"
 #include "support/caller.h"
 #include "support/running_sim.h"
 
@@ -154,6 +156,27 @@ constexpr Endless kEndless[] = {
 
 INSTANTIATE_TEST_SUITE_P(Daemons, EndlessDaemon, testing::ValuesIn(kEndless),
                          [](const auto& info) { return std::string(info.param.name); });
+
+TEST(DaemonCheck, TellsTheSameFindingThreeTimesAndCountsAll) {
+  const Descriptor stranger = sim::boundSocket(sim::kStranger);
+  const sockaddr_in library = sim::addressOf(sim::kLibrary);
+  kit::Program program({TEMBRA_DAEMON_CHECK_PROGRAM, "zigbee", "--speed", "450", "--press", "true"});
+  while (program.running()) {
+    sendto(stranger.get(), "", 1, 0, reinterpret_cast<const sockaddr*>(&library), sizeof library);
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  const std::string output = program.end().output;
+  std::size_t told = 0;
+  for (std::size_t at = 0;
+       (at = output.find("before a command: FAULT: a datagram of somebody else", at)) != output.npos;) {
+    ++told;
+    ++at;
+  }
+  EXPECT_EQ(told, 3U) << output;
+  const std::size_t total = output.find("Faults found: ");
+  ASSERT_NE(total, output.npos) << output;
+  EXPECT_GT(std::stoi(output.substr(total + std::string_view("Faults found: ").size())), 5) << output;
+}
 
 TEST(DaemonCheck, SaysThatTheLibraryIsThere) {
   const sim::test::Caller library;

@@ -17,6 +17,8 @@ constexpr milliseconds kShortestSilence{100};
 // Twice what the answers of any exercise may take: an answer that keeps the library waiting starts its limit anew.
 constexpr std::chrono::seconds kLongestExercise{900};
 
+constexpr int kMostEqualFindings = 3;
+
 // An exercise that went wrong leaves nothing for those behind it to build on.
 int Examination::run() {
   exercise_ = "before a command";
@@ -130,9 +132,13 @@ bool Examination::hear(Clock::time_point deadline, Datagram& datagram) {
   return false;
 }
 
+// A daemon that does the same wrong thing without an end tells nothing new.
 void Examination::found(const std::string& fault) {
   ++faults_;
-  std::cout << exercise_ << ": FAULT: " << printable(fault) << std::endl;
+  const int times = ++findings_[exercise_ + ": FAULT: " + fault];
+  if (times > kMostEqualFindings) return;
+  std::cout << exercise_ << ": FAULT: " << printable(fault)
+            << (times < kMostEqualFindings ? "" : " (the last time that this is told)") << std::endl;
 }
 
 }  // namespace tembra::daemon_check

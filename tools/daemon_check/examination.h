@@ -3,6 +3,7 @@
 #define TEMBRA_TOOLS_DAEMON_CHECK_EXAMINATION_H
 
 #include <chrono>
+#include <map>
 #include <string>
 
 #include "daemon_check/exercise.h"
@@ -46,6 +47,7 @@ class Examination {
   std::string exercise_;
   Clock::time_point end_;  ///< of the exercise, whatever the daemon still says
   int faults_ = 0;
+  std::map<std::string, int> findings_;  ///< how often each was found
 };
 
 }  // namespace tembra::daemon_check
