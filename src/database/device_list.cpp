@@ -175,6 +175,7 @@ int tembra_check_database() {
   const StateUnlocked unlocked;
   const DatabaseTurn turn;
   if (!turn.isOurs()) return EDEADLK;
+  if (depot::isForeignLink(DBName)) return ELOOP;
   struct stat status = {};
   if (stat(DBName, &status) != 0) return errno == ENOENT ? 0 : errno;
   const depot::OpenFile file(DBName, O_RDWR | O_CREAT);

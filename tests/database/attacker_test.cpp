@@ -5,8 +5,10 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <tembra/globals.h>
+#include <tembra/service.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -135,6 +137,7 @@ TEST(ALinkInTheDatabasesPlace, OfAnotherUserIsRemovedAndNotFollowed) {
     writeVictim();
     fs::create_symlink(target, DBName);
     status::giveAway(DBName);
+    EXPECT_EQ(tembra_check_database(), ELOOP);
     EXPECT_EQ(house::findNode(router, 5), 0);
     EXPECT_EQ(router.takeTrace(), lines({"stderr dpopen: open error"}));
     EXPECT_EQ(victim(), kSecret);
