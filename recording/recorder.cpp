@@ -6,16 +6,10 @@
 #include <limits>
 #include <stdexcept>
 
+#include "recording/pcapng.h"
+
 namespace tembra::recording {
 namespace {
-
-// Blocks and options of pcapng.
-constexpr std::uint32_t kSection = 0x0A0D0D0A;
-constexpr std::uint32_t kInterface = 1;
-constexpr std::uint32_t kStatistics = 5;
-constexpr std::uint32_t kPacket = 6;
-constexpr std::uint16_t kEndOfOptions = 0;
-constexpr std::uint16_t kComment = 1;
 
 constexpr std::uint16_t kLinkOfIpv4 = 228;
 constexpr std::size_t kLongestComment = 60000;  // its length is a 16-bit number
@@ -78,7 +72,7 @@ std::string packetOf(const sockaddr_in& from, const sockaddr_in& to, std::span<c
 
 Recorder::Recorder(const std::filesystem::path& file) : name_(file), file_(file, std::ios::binary | std::ios::trunc) {
   std::string section;
-  append(section, std::uint32_t{0x1A2B3C4D});
+  append(section, kByteOrder);
   append(section, std::uint16_t{1});
   append(section, std::uint16_t{0});
   append(section, std::int64_t{-1});  // its length is not known
@@ -91,8 +85,10 @@ Recorder::Recorder(const std::filesystem::path& file) : name_(file), file_(file,
   if (!trouble().empty()) throw std::runtime_error(trouble());
 }
 
-void Recorder::end() {
-  const std::string options = optionsWith(takeRemarks());
+void Recorder::end() { fact(takeRemarks()); }
+
+void Recorder::fact(std::string_view text) {
+  const std::string options = optionsWith(std::string(text.substr(0, kLongestComment)));
   if (options.empty()) return;
   std::string statistics;
   append(statistics, std::uint32_t{0});

@@ -21,6 +21,8 @@ class Recorder {
   Recorder& operator=(const Recorder&) = delete;
   ~Recorder() { end(); }
 
+  /// A comment of no datagram, at once and with its own time.
+  void fact(std::string_view text);
   /// A comment of the next datagram.
   void remark(std::string_view text);
   void datagram(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> payload);
