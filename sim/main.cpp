@@ -15,6 +15,8 @@
 #include "platform/printable.h"
 #include "sim/control/control_client.h"
 #include "sim/control/control_path.h"
+#include "sim/replay/replay.h"
+#include "sim/replay/to_scenario.h"
 #include "sim/router.h"
 
 namespace {
@@ -44,6 +46,8 @@ struct Arguments {
   std::vector<std::string> answer;
   std::string request;
   std::string word;  ///< of the request
+  ReplayOptions replay;
+  std::string newDatabase;  ///< made of a recording's; empty: none
 };
 
 int printDevices(const Arguments& arguments) {
@@ -89,6 +93,31 @@ int answer(const Arguments& arguments) {
 
 int run(const Arguments& arguments) { return Router(arguments.router).run(); }
 
+// What both kinds of router have in common stands in the options of the first.
+int replay(const Arguments& arguments) {
+  const RouterOptions& common = arguments.router;
+  ReplayOptions options = arguments.replay;
+  options.database = common.database;
+  options.authorisation = common.authorisation;
+  options.speed = common.speed;
+  options.catalogue = common.catalogue;
+  options.ownDevices = common.ownDevices;
+  options.without = common.without;
+  options.control = common.control;
+  options.recording = common.recording;
+  options.timeline = common.timeline;
+  return Replay(options).run();
+}
+
+// The database is the one with which the recording began.
+int printScenario(const Arguments& arguments) {
+  const Traffic traffic = loadTraffic(arguments.replay.file);
+  const Home home = Home::load(arguments.router.catalogue, arguments.router.ownDevices);
+  std::cout << scenarioText(scenarioOf(traffic, home)) << std::flush;
+  if (!arguments.newDatabase.empty()) makeDatabase(arguments.newDatabase, traffic);
+  return std::cout.good() ? 0 : kRefused;
+}
+
 void addControl(CLI::App& command, Arguments& arguments) {
   command.add_option("--control", arguments.router.control, "socket of the running simulator")->capture_default_str();
 }
@@ -99,23 +128,14 @@ void addCatalogue(CLI::App& command, Arguments& arguments) {
       ->allow_extra_args(false);
 }
 
-void addRunOptions(CLI::App& command, Arguments& arguments) {
+void addRouterOptions(CLI::App& command, Arguments& arguments) {
   RouterOptions& options = arguments.router;
   command.add_option("--db", options.database, "device database")->capture_default_str();
   command.add_option("--authcode", options.authorisation, "authorisation code of the Nest account")
       ->capture_default_str();
-  command.add_option("--bridges", options.bridges, "number of Hue bridges")
-      ->check(CLI::Range(0, HueBridges::kMost))
-      ->capture_default_str();
   command.add_option("--speed", options.speed, "simulated seconds per second")
       ->check(CLI::Range(0.01, 1000.0))
       ->capture_default_str();
-  command.add_option("--latency", options.latencyMs, "milliseconds before an answer")
-      ->check(CLI::Range(0, 3'600'000))
-      ->capture_default_str();
-  command.add_option("--fault", arguments.faults, "MESSAGE:KIND[=VALUE][:COUNT], see the README")
-      ->allow_extra_args(false);
-  command.add_option("--scenario", options.scenario, "JSON file of things that happen by themselves");
   command.add_option("--without", options.without, "leave servers out: zwave, zigbee, hue, nest")
       ->type_name("SERVER")
       ->check(CLI::IsMember(std::vector<std::string>(kKillableServers.begin(), kKillableServers.end())));
@@ -123,6 +143,26 @@ void addRunOptions(CLI::App& command, Arguments& arguments) {
   command.add_flag("--timeline", options.timeline, "print who says what to whom");
   addCatalogue(command, arguments);
   addControl(command, arguments);
+}
+
+void addRunOptions(CLI::App& command, Arguments& arguments) {
+  RouterOptions& options = arguments.router;
+  command.add_option("--bridges", options.bridges, "number of Hue bridges")
+      ->check(CLI::Range(0, HueBridges::kMost))
+      ->capture_default_str();
+  command.add_option("--latency", options.latencyMs, "milliseconds before an answer")
+      ->check(CLI::Range(0, 3'600'000))
+      ->capture_default_str();
+  command.add_option("--fault", arguments.faults, "MESSAGE:KIND[=VALUE][:COUNT], see the README")
+      ->allow_extra_args(false);
+  command.add_option("--scenario", options.scenario, "JSON file of things that happen by themselves");
+  addRouterOptions(command, arguments);
+}
+
+void addReplayOptions(CLI::App& command, Arguments& arguments) {
+  command.add_option("FILE", arguments.replay.file, "recording: pcapng or pcap")->required();
+  command.add_flag("--go-on,!--stop", arguments.replay.goesOn, "go on at a difference; --stop, the default: end there");
+  addRouterOptions(command, arguments);
 }
 
 using Action = int (*)(const Arguments&);
@@ -162,6 +202,13 @@ void addCommands(CLI::App& app, Arguments& arguments, Action& chosen) {
     return command;
   };
   addRunOptions(*add("run", "run the simulated router until it is stopped", run), arguments);
+  addReplayOptions(*add("replay", "answer as the servers of a recording did, and compare what is sent", replay),
+                   arguments);
+  CLI::App* scenario = add("scenario", "print the scenario that a recording tells", printScenario);
+  scenario->add_option("FILE", arguments.replay.file, "recording: pcapng or pcap")->required();
+  scenario->add_option("--make-db", arguments.newDatabase, "make the database with which the recording began")
+      ->type_name("PATH");
+  addCatalogue(*scenario, arguments);
   addCatalogue(*add("devices", "list the devices of the catalogue", printDevices), arguments);
   CLI::App* pressing = add("press", "press the button of a device", press);
   CLI::Option* device = pressing->add_option("DEVICE", arguments.device, "label, or label#2 for a second one");

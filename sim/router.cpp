@@ -1,26 +1,16 @@
 #include "sim/router.h"
 
-#include <sys/signalfd.h>
-
 #include <algorithm>
-#include <csignal>
 #include <exception>
 #include <iostream>
 #include <memory>
 
+#include "sim/core/signals.h"
+#include "sim/radio/restored_networks.h"
+#include "sim/replay/traffic.h"
+
 namespace tembra::sim {
 namespace {
-
-// A reader of the timeline that leaves is no reason to stop.
-Descriptor stopSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGTERM);
-  sigprocmask(SIG_BLOCK, &signals, nullptr);
-  std::signal(SIGPIPE, SIG_IGN);
-  return Descriptor(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
-}
 
 std::vector<ScenarioStep> stepsOf(const RouterOptions& options, const Home& home) {
   if (options.scenario.empty()) return {};
@@ -64,7 +54,9 @@ Router::Router(const RouterOptions& options)
       control_(loop_, commands_, options.control),
       scenario_(surroundings_, commands_, steps_) {
   for (const Fault& fault : options.faults) faults_.add(fault);
-  restoreNetworks();
+  restoreNetworks(list_, zwaveNetwork_, zigbeeNetwork_);
+  if (!options.recording.empty()) recordDatabase(list_, journal_);
+  for (const std::string& word : options.without) journal_.recordFact(serverLine(word, false));
   addRequests();
   loop_.watch(signals_.get(), [this] { loop_.stop(); });
 }
@@ -75,20 +67,6 @@ int Router::run() {
   loop_.run();
   journal_.endRecording();
   return journal_.clean() ? 0 : 1;
-}
-
-// The devices of an earlier run are still in the memory of the radios.
-void Router::restoreNetworks() {
-  for (const DeviceRecord& record : list_.devices()) {
-    const std::string note = DeviceList::noteOf(record);
-    const std::string device = note.empty() ? "?" : note;
-    if (record.radioKind == RADIO_ZWAVE) {
-      zwaveNetwork_.restore(static_cast<RadioNetwork::Address>(record.zwaveNode), device);
-    }
-    if (record.radioKind == kRadioZigbee) {
-      zigbeeNetwork_.restore(static_cast<RadioNetwork::Address>(record.zigbeeAddress), device);
-    }
-  }
 }
 
 bool Router::isStored(unsigned char node) {

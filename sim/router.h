@@ -54,13 +54,13 @@ class Router {
   int run();
 
  private:
-  void restoreNetworks();
   bool isStored(unsigned char node);
 
   void addRequests();
   Outcome press(const std::string& name);
   Outcome fail(const std::string& radio);
   Outcome answer(const std::string& serverAndAnswer);
+  Outcome send(const std::string& whoAndDatagram);
   Outcome addFault(const std::string& specification);
   Outcome setBridges(const std::string& count);
   Outcome kill(const std::string& name);

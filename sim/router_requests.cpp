@@ -5,6 +5,9 @@
 #include <utility>
 
 #include "sim/core/number.h"
+#include "sim/core/raw_datagram.h"
+#include "sim/replay/known_devices.h"
+#include "sim/replay/traffic.h"
 #include "sim/router.h"
 #include "sim/zigbee/descriptions.h"
 
@@ -14,6 +17,8 @@ void Router::addRequests() {
   commands_.add("press", [this](const std::string& name) { return press(name); });
   commands_.add("fail", [this](const std::string& radio) { return fail(radio); });
   commands_.add("answer", [this](const std::string& what) { return answer(what); });
+  commands_.add("send", [this](const std::string& datagram) { return send(datagram); });
+  commands_.add("note", [](const std::string& text) { return Outcome{true, text}; });
   commands_.add("bridges", [this](const std::string& count) { return setBridges(count); });
   commands_.add("fault", [this](const std::string& specification) { return addFault(specification); });
   commands_.add("status", [this](const std::string&) { return status(); });
@@ -45,6 +50,26 @@ Outcome Router::answer(const std::string& serverAndAnswer) {
   return {false, "no server \"" + server + "\" answers on demand; zigbee, hue and nest do"};
 }
 
+// What the server was going to say still follows. A device that describes itself is in the network, as after a press.
+Outcome Router::send(const std::string& whoAndDatagram) {
+  const RawDatagram raw = rawDatagramFrom(whoAndDatagram);
+  const auto* const word = std::find(kServerWords.begin(), kServerWords.end(), raw.sender);
+  if (word != kServerWords.end()) {
+    joinDescribed(home_, static_cast<Server>(word - kServerWords.begin()), raw.bytes, zwaveNetwork_, zigbeeNetwork_);
+  }
+  const auto sendRaw = [&raw](Daemon& server) {
+    server.sendRaw(raw.bytes, "a datagram as it was given");
+    return Outcome{true, "sent"};
+  };
+  if (raw.sender == "zwave") return zwave_.ask(sendRaw);
+  if (raw.sender == "zigbee") return zigbee_.ask(sendRaw);
+  if (raw.sender == "hue") return hue_.ask(sendRaw);
+  if (raw.sender == "nest") return nest_.ask(sendRaw);
+  if (raw.sender == "ha") return sendRaw(haServer_);
+  sendFrom(raw.stranger, raw.bytes, "a datagram as it was given", journal_);
+  return {true, "sent"};
+}
+
 Outcome Router::addFault(const std::string& specification) {
   if (specification == "none") {
     faults_.clear();
@@ -72,6 +97,7 @@ Outcome Router::kill(const std::string& name) {
   if (!server->running()) return {false, server->text() + " is not running"};
   server->kill();
   journal_.said("router", name, "killed");
+  journal_.recordFact(serverLine(name, false));
   return {true, server->text() + " is dead"};
 }
 
@@ -85,6 +111,7 @@ Outcome Router::start(const std::string& name) {
     return {false, failure.what()};
   }
   journal_.said("router", name, "started");
+  journal_.recordFact(serverLine(name, true));
   return {true, server->text() + " is running again"};
 }
 

@@ -22,6 +22,9 @@ class Daemon {
   Daemon(const Daemon&) = delete;
   Daemon& operator=(const Daemon&) = delete;
 
+  /// Says to the library what somebody else made up.
+  void sendRaw(Bytes datagram, std::string_view what) { tellLibrary(datagram, what); }
+
  protected:
   /// Binds the socket and begins to receive. Throws one sentence when the address cannot be had.
   Daemon(const Endpoint& self, std::size_t datagramLength, Surroundings surroundings);

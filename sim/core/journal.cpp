@@ -21,6 +21,7 @@ void Journal::said(std::string_view from, std::string_view to, std::string_view 
 
 void Journal::received(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> datagram) {
   ++received_;
+  if (listener_) listener_(from, to, datagram);
   record(from, to, datagram);
 }
 
@@ -32,6 +33,12 @@ void Journal::sent(const sockaddr_in& from, const sockaddr_in& to, std::span<con
 void Journal::record(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> datagram) {
   if (!recorder_) return;
   recorder_->datagram(from, to, datagram);
+  stopAtTrouble();
+}
+
+void Journal::recordFact(std::string_view text) {
+  if (!recorder_) return;
+  recorder_->fact(text);
   stopAtTrouble();
 }
 

@@ -5,9 +5,11 @@
 #include <netinet/in.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace tembra::recording {
 class Recorder;
@@ -25,6 +27,11 @@ class Journal {
   ~Journal();
 
   void said(std::string_view from, std::string_view to, std::string_view what) const;
+  /// Hears of every datagram that a daemon receives, whatever its length.
+  using Listener =
+      std::function<void(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> datagram)>;
+  void listen(Listener listener) { listener_ = std::move(listener); }
+
   /// What was said since the datagram before belongs to this one.
   void received(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> datagram);
   void sent(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> datagram);
@@ -33,6 +40,8 @@ class Journal {
   void found(std::string_view where, std::string_view mistake);
   /// The simulator itself could not do its work: as loud, and as decisive for the exit status.
   void trouble(std::string_view what);
+  /// What the recording has to hold for a replay, at once.
+  void recordFact(std::string_view text);
   /// What was said last is recorded, too. Nothing is recorded after this.
   void endRecording();
 
@@ -48,6 +57,7 @@ class Journal {
 
   bool timeline_;
   std::unique_ptr<recording::Recorder> recorder_;
+  Listener listener_;
   int received_ = 0;
   int sent_ = 0;
   int mistakes_ = 0;

@@ -3,6 +3,7 @@
 #include <arpa/inet.h>
 #include <sys/socket.h>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
@@ -18,12 +19,15 @@ sockaddr_in addressOf(const Endpoint& endpoint) {
   return address;
 }
 
-Descriptor boundSocket(const Endpoint& endpoint) {
+Descriptor boundSocket(const Endpoint& endpoint) { return boundSocket(addressOf(endpoint), endpoint.name); }
+
+Descriptor boundSocket(const sockaddr_in& address, std::string_view name) {
   Descriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-  const sockaddr_in address = addressOf(endpoint);
   if (!socket.valid() || bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-    throw std::runtime_error("the " + std::string(endpoint.name) + " cannot be at " + endpoint.address + ":" +
-                             std::to_string(endpoint.port) + ": " + std::strerror(errno));
+    std::array<char, INET_ADDRSTRLEN> text{};
+    inet_ntop(AF_INET, &address.sin_addr, text.data(), text.size());
+    throw std::runtime_error("the " + std::string(name) + " cannot be at " + text.data() + ":" +
+                             std::to_string(ntohs(address.sin_port)) + ": " + std::strerror(errno));
   }
   return socket;
 }

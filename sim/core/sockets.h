@@ -13,6 +13,7 @@ namespace tembra::sim {
 
 /// A socket for datagrams that never blocks. Throws one sentence when the address cannot be had.
 [[nodiscard]] Descriptor boundSocket(const Endpoint& endpoint);
+[[nodiscard]] Descriptor boundSocket(const sockaddr_in& address, std::string_view name);
 
 }  // namespace tembra::sim
 

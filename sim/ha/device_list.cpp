@@ -111,6 +111,22 @@ std::vector<DeviceRecord> DeviceList::devices() const {
   return records;
 }
 
+std::vector<DatabaseRecord> DeviceList::contents() const {
+  std::vector<DatabaseRecord> records;
+  DepotFile file(path_);
+  for (const std::string& key : file.keys()) {
+    if (auto value = file.get(key)) records.emplace_back(key, std::move(*value));
+  }
+  file.close();
+  return records;
+}
+
+void DeviceList::make(const std::string& path, const std::vector<DatabaseRecord>& contents) {
+  DepotFile file(path);
+  for (const auto& [key, value] : contents) file.put(key, value);
+  file.close();
+}
+
 std::string DeviceList::noteOf(const DeviceRecord& record) {
   Note text{};
   std::memcpy(text, record.at404, sizeof text);

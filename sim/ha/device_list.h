@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "sim/ha/database_lines.h"
 #include "sim/ha/depot_file.h"
 #include "sim/ha/new_device.h"
 #include "tembra/records.h"
@@ -26,6 +27,11 @@ class DeviceList {
   /// Drops every device that passes the test, with its index records. @return how many
   int drop(const Test& test);
   std::vector<DeviceRecord> devices() const;
+
+  /// Every record of the file, in the file's order.
+  std::vector<DatabaseRecord> contents() const;
+  /// Makes a file of these records; nothing may stand in its place.
+  static void make(const std::string& path, const std::vector<DatabaseRecord>& contents);
 
   static std::string noteOf(const DeviceRecord& record);
 

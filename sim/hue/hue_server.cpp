@@ -9,6 +9,7 @@
 #include "sim/core/number.h"
 #include "sim/core/record_bytes.h"
 #include "sim/hue/command_check.h"
+#include "tembra/vocabulary.h"
 
 namespace tembra::sim {
 namespace {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tembra/platform.h"
+#include "tembra/vocabulary.h"
 
 namespace tembra::sim {
 namespace {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "sim/answers/fault.h"
+#include "sim/core/raw_datagram.h"
 #include "sim/hue/bridges.h"
 #include "sim/radio/catalogue_file.h"
 #include "sim/scenario/scenario.h"
@@ -57,13 +58,14 @@ std::string requestFrom(const std::string& key, const json& value, const DeviceE
   }
   const std::string argument = textFrom(value);
   if (key == "press" && !deviceExists(argument)) refuse("there is no device \"" + argument + "\"");
+  if (key == "send") rawDatagramFrom(argument);
   if (key == "fault" && argument != "none") parseFault(argument);
   return key + " " + argument;
 }
 
 constexpr std::array<std::string_view, 3> kMoments{"on", "at", "after"};
-constexpr std::array<std::string_view, 8> kActions{"press", "fail", "answer", "bridges",
-                                                   "fault", "kill", "start",  "stop"};
+constexpr std::array<std::string_view, 10> kActions{"press",   "fail",  "answer", "send",  "note",
+                                                    "bridges", "fault", "kill",   "start", "stop"};
 
 bool isOneOf(const auto& names, const std::string& name) {
   return std::find(names.begin(), names.end(), name) != names.end();

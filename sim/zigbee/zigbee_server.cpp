@@ -8,6 +8,7 @@
 #include "sim/core/number.h"
 #include "sim/core/record_bytes.h"
 #include "sim/zigbee/descriptions.h"
+#include "tembra/vocabulary.h"
 
 namespace tembra::sim {
 namespace {

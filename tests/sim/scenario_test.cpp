@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "sim/core/raw_datagram.h"
+#include "sim/zwave/catalogue.h"
+#include "sim/zwave/node_blocks.h"
 #include "support/caller.h"
 #include "support/running_sim.h"
 
@@ -123,6 +126,37 @@ TEST(Scenario, AStepThatIsRefusedIsTrouble) {
   EXPECT_NE(sim.program().errors().find("the scenario's \"press siren\" failed: nobody listens"), std::string::npos);
 }
 
+TEST(Scenario, SendsAnyDatagramOfAnybody) {
+  Caller caller;
+  RunningSim sim(scenario(R"({"on": "add", "send": "zwave 1036 07"}, {"send": "zigbee 444 021a000000000000000003"},
+                             {"send": "hue 5 0102030405"}, {"send": "nest 12"}, {"send": "ha 3 010203"},
+                             {"send": "127.0.0.77:99 2 ff"}, {"note": "that was all"}, {"stop": true})"));
+  caller.add();
+  EXPECT_EQ(caller.hear().block.nodeId, 7);
+  EXPECT_EQ(caller.hear().as<ZbDeviceInfo>().msgCode, 3);
+  EXPECT_EQ(caller.hear().bytes, (std::vector<unsigned char>{1, 2, 3, 4, 5}));
+  EXPECT_EQ(caller.hear().bytes, std::vector<unsigned char>(12));
+  EXPECT_EQ(caller.hear().sender, "127.255.255.1");
+  const Heard stranger = caller.hear();
+  EXPECT_EQ(stranger.sender, "127.0.0.77");
+  EXPECT_EQ(stranger.bytes, (std::vector<unsigned char>{0xff, 0}));
+  EXPECT_EQ(sim.program().end().status, 0);
+}
+
+// As if its button had been pressed: it can leave by a press.
+TEST(Scenario, ADeviceThatIsSentIsInTheNetwork) {
+  Caller caller;
+  RunningSim sim;
+  const auto catalogue = ZwaveCatalogue::load(TEMBRA_SIM_CATALOGUE);
+  const ZwaveDevice* const siren = catalogue.find("siren");
+  ASSERT_NE(siren, nullptr);
+  sim.tell("send " + rawDatagramText("zwave", bytesOf(describedNode(9, *siren))));
+  EXPECT_EQ(caller.hear().block.nodeId, 9);
+  caller.remove();
+  sim.tell("press siren");
+  EXPECT_EQ(caller.hear().block.nodeId, 9);
+}
+
 TEST(Scenario, MistakesInAFileAreOneSentence) {
   const std::vector<std::vector<std::string>> mistakes{
       {R"({"press": "toaster"})", "(step 1): there is no device \"toaster\""},
@@ -131,18 +165,26 @@ TEST(Scenario, MistakesInAFileAreOneSentence) {
       {R"({"after": -1, "stop": true})", "-1 is not a number of seconds"},
       {R"({"at": 1e308, "stop": true})", "1e+308 is not a number of seconds, a year at most"},
       {R"({"after": 31536001, "stop": true})", "31536001 is not a number of seconds, a year at most"},
-      {R"({"after": 1e999, "stop": true})", "number overflow"},
+      {R"({"after": 1e999, "stop": true})", "has a number that is too large"},
       {R"({"after": 1})", "a step that does nothing"},
       {R"({"stop": false})", "\"stop\" is true or left out"},
       {R"({"fail": false})", "\"fail\" is true or left out"},
+      {R"({"send": "mars 4 01"})", "\"mars\" sends nothing; zwave, zigbee, hue, nest, ha or ADDRESS:PORT do"},
+      {R"({"send": "127.0.0.66:0 4 01"})", "\"0\" is not a number from 1 to 65535"},
+      {R"({"send": "zwave 65508"})", "\"65508\" is not a number from 0 to 65507"},
+      {R"({"send": "zwave"})", "\"\" is not a number"},
+      {R"({"send": "zwave 4 0102030405"})", "a datagram is SENDER LENGTH DIGITS"},
+      {R"({"send": "zwave 4 012"})", "a datagram is SENDER LENGTH DIGITS"},
+      {R"({"send": "zwave 4 0g"})", "a datagram is SENDER LENGTH DIGITS"},
+      {R"({"send": "zwave 4 01 02"})", "a datagram is SENDER LENGTH DIGITS"},
       {R"({"bridges": 51})", "51 is not from 0 to 50"},
       {R"({"bridges": "many"})", "\"many\" is not a number"},
       {R"({"stop": true, "fail": true})", "a step does one thing only"},
       {R"({"at": 1, "on": "add", "stop": true})", "\"at\" goes with neither"},
       {R"({"dance": true})", "a step has no member \"dance\""},
-      {R"({"press": 3})", "must be string"},
+      {R"({"press": 3})", "3 is not a text"},
       {R"(3)", "(step 1): "},
-      {R"({)", "parse error"},
+      {R"({)", "is no JSON text"},
   };
   for (const auto& mistake : mistakes) {
     RunningSim sim(scenario(mistake[0]));

@@ -1,0 +1,21 @@
+// Bytes in the words of people.
+#ifndef TEMBRA_SIM_CORE_HEXADECIMAL_H
+#define TEMBRA_SIM_CORE_HEXADECIMAL_H
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tembra::sim {
+
+/// "02ff00"
+std::string hexadecimal(std::span<const unsigned char> bytes);
+
+/// None: the text is no row of pairs of hexadecimal digits.
+std::optional<std::vector<unsigned char>> bytesFrom(std::string_view digits);
+
+}  // namespace tembra::sim
+
+#endif
