@@ -1,4 +1,5 @@
-// Writes the seeds of the fuzz targets, from the simulated router's catalogue: usage: PROGRAM CATALOGUE-FOLDER OUT
+// Writes the seeds of the fuzz targets, from the simulated router's catalogue or from a recording: usage:
+// PROGRAM CATALOGUE-FOLDER OUT, or PROGRAM --recording FILE OUT
 #include <tembra/records.h>
 #include <tembra/vocabulary.h>
 
@@ -11,9 +12,9 @@
 #include <string>
 #include <string_view>
 
+#include "seeds/recorded.h"
+#include "seeds/story.h"
 #include "seeds/writer.h"
-#include "session/calls.h"
-#include "session/steps.h"
 #include "sim/zigbee/catalogue.h"
 #include "sim/zigbee/descriptions.h"
 #include "sim/zwave/catalogue.h"
@@ -26,54 +27,21 @@ namespace {
 namespace fs = std::filesystem;
 
 using fuzz::Call;
+using fuzz::kAnyType;
+using fuzz::kSeedAddress;
+using fuzz::kSeedNode;
 using fuzz::Sender;
-using fuzz::Step;
+using fuzz::Story;
 using tembra::sim::describedDevice;
 using tembra::sim::describedNode;
 using tembra::sim::ZigbeeDevice;
 using tembra::sim::ZwaveDevice;
 
-constexpr unsigned char kNode = 5;
-constexpr unsigned short kAddress = 0x1A01;
+constexpr unsigned char kNode = kSeedNode;
+constexpr unsigned short kAddress = kSeedAddress;
 constexpr unsigned short kStranger = 0x1A02;
-constexpr unsigned char kAnyType = DEVTYPE_SIREN;
 constexpr std::string_view kMac = "a1:b2:c3:0a:1b:2c";
 constexpr std::string_view kBridge = R"({"id":"a1b2c3fffe0a1b2c","internalipaddress":"192.168.1.9"})";
-
-// A session in the making.
-class Story : public fuzz::SeedWriter {
- public:
-  Story& call(Call call) { return add(Step::kCall), add(call), *this; }
-  Story& open() {
-    call(Call::kRole), add<unsigned char>(0);
-    return call(Call::kOpen);
-  }
-  Story& timeOut() { return add(Step::kReceiveFailure), add<unsigned char>(0), *this; }
-
-  /// The record up to its last byte that is not zero.
-  template <typename Record>
-  Story& datagram(Sender sender, const Record& record) {
-    const auto* bytes = reinterpret_cast<const char*>(&record);
-    std::size_t length = sizeof record;
-    while (length > 0 && bytes[length - 1] == 0) --length;
-    add(Step::kDatagram), add(sender), add(static_cast<unsigned short>(length));
-    addBytes({bytes, length});
-    return *this;
-  }
-
-  Story& device(int id, RadioKind radio, std::string_view name) {
-    add(Step::kDatabase), add(fuzz::Change::kPutDevice), add(static_cast<signed char>(id));
-    add(static_cast<signed char>(radio)), add(kNode), add(kAddress), add<unsigned char>(0);
-    add(static_cast<unsigned short>(name.size())), addBytes(name);
-    return *this;
-  }
-
-  Story& finish() {
-    call(Call::kSetType), add(kAnyType);
-    call(Call::kSetName), addText("Lamp");
-    return call(Call::kAddingDone).call(Call::kClose);
-  }
-};
 
 Story zwaveAdd(const ZwaveDevice& device) {
   Story story;
@@ -304,8 +272,13 @@ void writeTexts(const fs::path& folder) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) return 2;
+  const bool isOfRecording = argc == 4 && std::string_view(argv[1]) == "--recording";
+  if (argc != 3 && !isOfRecording) return 2;
   try {
+    if (isOfRecording) {
+      fuzz::writeRecorded(argv[2], argv[3]);
+      return 0;
+    }
     const fs::path out = argv[2];
     fuzz::SeedSeries sessions(out / "session");
     writeZwave(out, argv[1], sessions);
