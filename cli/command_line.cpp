@@ -16,7 +16,7 @@ namespace tembra::cli {
 namespace {
 
 constexpr void (*kCommands[])(CLI::App&, Action&) = {
-    declareAdd,    declareRemove, declareCancel, declareReset, declareDevices,  declareDoctor,
+    declareAdd,    declareRemove, declareCancel, declareReset, declareDevices,  declareDoctor, declareRecord,
     declareReport, declareWatch,  declareHue,    declareNest,  declareClassify, declareNames,
 };
 

@@ -41,10 +41,13 @@ std::string optionsWith(const std::string& comment) {
   return options;
 }
 
-void appendNow(std::string& bytes) {
+long long now() {
   using std::chrono::system_clock;
-  const auto now = std::chrono::duration_cast<std::chrono::microseconds>(system_clock::now().time_since_epoch());
-  const auto count = static_cast<std::uint64_t>(now.count());
+  return std::chrono::duration_cast<std::chrono::microseconds>(system_clock::now().time_since_epoch()).count();
+}
+
+void appendTime(std::string& bytes, long long time) {
+  const auto count = static_cast<std::uint64_t>(time);
   append(bytes, static_cast<std::uint32_t>(count >> 32));
   append(bytes, static_cast<std::uint32_t>(count));
 }
@@ -92,7 +95,7 @@ void Recorder::fact(std::string_view text) {
   if (options.empty()) return;
   std::string statistics;
   append(statistics, std::uint32_t{0});
-  appendNow(statistics);
+  appendTime(statistics, now());
   writeBlock(kStatistics, statistics + options);
 }
 
@@ -103,9 +106,14 @@ void Recorder::remark(std::string_view text) {
 }
 
 void Recorder::datagram(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> payload) {
+  datagram(from, to, payload, now());
+}
+
+void Recorder::datagram(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> payload,
+                        long long time) {
   std::string block;
   append(block, std::uint32_t{0});
-  appendNow(block);
+  appendTime(block, time);
   std::string packet = packetOf(from, to, payload);
   append(block, static_cast<std::uint32_t>(packet.size()));
   append(block, static_cast<std::uint32_t>(packet.size()));
@@ -122,6 +130,7 @@ void Recorder::writeBlock(std::uint32_t type, const std::string& body) {
   append(block, length);
   block += body;
   append(block, length);
+  size_ += block.size();
   file_.write(block.data(), static_cast<std::streamsize>(block.size())).flush();
 }
 

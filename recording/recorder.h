@@ -5,6 +5,7 @@
 #include <netinet/in.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <span>
@@ -25,9 +26,15 @@ class Recorder {
   void fact(std::string_view text);
   /// A comment of the next datagram.
   void remark(std::string_view text);
+  /// A datagram of now.
   void datagram(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> payload);
+  /// @param time in microseconds since 1970
+  void datagram(const sockaddr_in& from, const sockaddr_in& to, std::span<const unsigned char> payload, long long time);
   /// The last remarks become comments of the file's end.
   void end();
+
+  /// Of the file so far, in bytes.
+  [[nodiscard]] std::uintmax_t size() const { return size_; }
 
   /// One sentence when something could not be written, else empty. Nothing more is written then.
   [[nodiscard]] std::string trouble() const;
@@ -38,6 +45,7 @@ class Recorder {
 
   std::filesystem::path name_;
   std::ofstream file_;
+  std::uintmax_t size_ = 0;
   std::string remarks_;  ///< one line each
 };
 

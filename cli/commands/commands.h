@@ -25,6 +25,7 @@ void declareReset(CLI::App& program, Action& action);
 void declareDevices(CLI::App& program, Action& action);
 void declareDoctor(CLI::App& program, Action& action);
 void declareWatch(CLI::App& program, Action& action);
+void declareRecord(CLI::App& program, Action& action);
 void declareHue(CLI::App& program, Action& action);
 void declareNest(CLI::App& program, Action& action);
 void declareClassify(CLI::App& program, Action& action);

@@ -29,6 +29,7 @@ std::string callText(const Json& entry) {
 std::string textOfEntry(const Json& entry, const std::string& line) {
   if (!entry.is_object()) return line;
   if (const auto event = entry.find("event"); event != entry.end()) return watchedText(event->dump());
+  if (entry.contains("holder")) return watchedText(line);
   if (entry.contains("call")) return callText(entry);
   return entry.contains("log") ? "log, " + textOf(entry, "level") + ": " + textOf(entry, "log") : line;
 }
@@ -37,12 +38,14 @@ std::string textOfEntry(const Json& entry, const std::string& line) {
 
 std::string entryText(const std::string& line) { return textOfEntry(Json::parse(line, nullptr, false), line); }
 
-std::string timedEntryText(const std::string& line) {
-  const Json entry = Json::parse(line, nullptr, false);
-  const long long time = integerOf(entry, "wall_us");
+std::string timedEntryText(long long time, const std::string& line) {
   char milliseconds[8] = {};
   std::snprintf(milliseconds, sizeof milliseconds, ".%03d  ", static_cast<int>(time / 1000 % 1000));
-  return clockText(time / 1000000) + milliseconds + textOfEntry(entry, line);
+  return clockText(time / 1000000) + milliseconds + entryText(line);
+}
+
+std::string timedEntryText(const std::string& line) {
+  return timedEntryText(integerOf(Json::parse(line, nullptr, false), "wall_us"), line);
 }
 
 std::string clockText(long long seconds) {

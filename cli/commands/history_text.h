@@ -9,7 +9,9 @@ namespace tembra::cli {
 /// "add: A device answers on Z-Wave.", "called finish 42", "log, progress: ..."; the line itself when it is no entry.
 [[nodiscard]] std::string entryText(const std::string& line);
 
-/// The same behind the time of the entry.
+/// The same behind its time, in microseconds since 1970.
+[[nodiscard]] std::string timedEntryText(long long time, const std::string& line);
+/// Behind the entry's own time.
 [[nodiscard]] std::string timedEntryText(const std::string& line);
 
 /// "12:00:00"

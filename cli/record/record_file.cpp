@@ -1,0 +1,114 @@
+#include "cli/record/record_file.h"
+
+#include <fstream>
+#include <limits>
+#include <stdexcept>
+#include <utility>
+
+#include "cli/commands/history_text.h"
+#include "cli/failure.h"
+#include "platform/printable.h"
+#include "recording/recorder.h"
+
+namespace tembra::cli {
+namespace {
+
+/// For Wireshark: lines become comments of the next datagram.
+class DatagramFile : public RecordFile {
+ public:
+  explicit DatagramFile(const std::filesystem::path& file) : recorder_(file) {}
+
+  // A sentence for people; an event stands behind it for programs, too.
+  void line(long long time, const std::string& line) override {
+    const bool isEvent = line.find(R"("event":{)") != std::string::npos;
+    recorder_.remark(printable(timedEntryText(time, line)) + (isEvent ? "\n" + line : ""));
+  }
+  void datagram(const Datagram& datagram) override {
+    recorder_.datagram(datagram.from, datagram.to, datagram.payload, datagram.time);
+  }
+  void end() override { recorder_.end(); }
+  [[nodiscard]] std::uintmax_t size() const override { return recorder_.size(); }
+  [[nodiscard]] std::string trouble() const override { return recorder_.trouble(); }
+
+ private:
+  recording::Recorder recorder_;
+};
+
+/// The lines as they came.
+class LineFile : public RecordFile {
+ public:
+  explicit LineFile(const std::filesystem::path& file) : name_(file), file_(file, std::ios::trunc) {
+    if (!file_) throw std::runtime_error(trouble());
+  }
+
+  void line(long long /*time*/, const std::string& line) override {
+    file_ << line << '\n' << std::flush;
+    size_ += line.size() + 1;
+  }
+  void datagram(const Datagram& /*datagram*/) override {}
+  void end() override { file_.flush(); }
+  [[nodiscard]] std::uintmax_t size() const override { return size_; }
+  [[nodiscard]] std::string trouble() const override {
+    return file_ ? "" : "cannot write the recording " + name_.string();
+  }
+
+ private:
+  const std::filesystem::path name_;
+  std::ofstream file_;
+  std::uintmax_t size_ = 0;
+};
+
+}  // namespace
+
+Recording::Recording(std::filesystem::path file, bool hasDatagrams, std::uintmax_t ring)
+    : path_(std::move(file)), hasDatagrams_(hasDatagrams), ring_(ring) {
+  open();
+}
+
+void Recording::open() try {
+  file_.reset();
+  if (hasDatagrams_) {
+    file_ = std::make_unique<DatagramFile>(path_);
+  } else {
+    file_ = std::make_unique<LineFile>(path_);
+  }
+} catch (const std::runtime_error& failure) {
+  throw Failure(kFailed, std::string(failure.what()) + ".");
+}
+
+void Recording::line(long long time, std::string line) { waiting_.emplace(time, Item{std::move(line), {}}); }
+
+void Recording::datagram(Datagram datagram) { waiting_.emplace(datagram.time, Item{"", std::move(datagram)}); }
+
+void Recording::flush(long long until) {
+  while (!waiting_.empty() && waiting_.begin()->first < until) {
+    write(waiting_.begin()->first, waiting_.begin()->second);
+    waiting_.erase(waiting_.begin());
+  }
+}
+
+void Recording::write(long long time, const Item& item) {
+  if (ring_ != 0 && file_->size() >= ring_ / 2) {
+    file_->end();
+    std::error_code ignored;  // then the new file takes the old one's place
+    std::filesystem::rename(path_, path_.string() + ".1", ignored);
+    open();
+  }
+  const bool isLine = !item.line.empty();
+  isLine ? file_->line(time, item.line) : file_->datagram(item.datagram);
+  ++(isLine ? lines_ : datagrams_);
+  check();
+}
+
+void Recording::end() {
+  flush(std::numeric_limits<long long>::max());
+  file_->end();
+  check();
+}
+
+void Recording::check() const {
+  const std::string trouble = file_->trouble();
+  if (!trouble.empty()) throw Failure(kFailed, trouble + ".");
+}
+
+}  // namespace tembra::cli

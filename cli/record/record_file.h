@@ -1,0 +1,69 @@
+// The files of a recording.
+#ifndef TEMBRA_CLI_RECORD_FILE_H
+#define TEMBRA_CLI_RECORD_FILE_H
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "cli/record/datagram.h"
+
+namespace tembra::cli {
+
+/// One file: datagrams with comments, or lines alone.
+class RecordFile {
+ public:
+  RecordFile() = default;
+  RecordFile(const RecordFile&) = delete;
+  RecordFile& operator=(const RecordFile&) = delete;
+  virtual ~RecordFile() = default;
+
+  virtual void line(long long time, const std::string& line) = 0;
+  virtual void datagram(const Datagram& datagram) = 0;
+  virtual void end() = 0;
+  [[nodiscard]] virtual std::uintmax_t size() const = 0;
+  /// One sentence when something could not be written, else empty.
+  [[nodiscard]] virtual std::string trouble() const = 0;
+};
+
+/// Puts what comes from several sides into the order of time, and into files of which the older one goes.
+class Recording {
+ public:
+  /// @param ring most bytes of both files together; 0: one file without a limit
+  Recording(std::filesystem::path file, bool hasDatagrams, std::uintmax_t ring);
+
+  void line(long long time, std::string line);
+  void datagram(Datagram datagram);
+
+  /// Writes what is so old that nothing older will come. Throws Failure when something cannot be written.
+  void flush(long long until);
+  /// Writes the rest.
+  void end();
+
+  [[nodiscard]] std::size_t datagrams() const { return datagrams_; }
+  [[nodiscard]] std::size_t lines() const { return lines_; }
+
+ private:
+  struct Item {
+    std::string line;  ///< empty: a datagram
+    Datagram datagram;
+  };
+
+  void open();
+  void check() const;
+  void write(long long time, const Item& item);
+
+  const std::filesystem::path path_;
+  const bool hasDatagrams_;
+  const std::uintmax_t ring_;
+  std::unique_ptr<RecordFile> file_;
+  std::multimap<long long, Item> waiting_;
+  std::size_t datagrams_ = 0;
+  std::size_t lines_ = 0;
+};
+
+}  // namespace tembra::cli
+
+#endif
