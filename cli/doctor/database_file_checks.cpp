@@ -71,7 +71,7 @@ Verdict checkDatabaseRoom(Router& router) {
     return note("The room for the device database cannot be told.",
                 folder.string() + ": " + std::strerror(errno) + ".");
   }
-  constexpr long long kLeast = 128 * 1024;
+  constexpr long long kLeast = 128LL * 1024;
   const long long room = static_cast<long long>(system.f_bavail) * static_cast<long long>(system.f_frsize);
   const long long needed = std::max(kLeast, 2 * router.database().size);
   if (room >= needed) return well("There is room for the device database: " + sizeText(room) + ".");

@@ -108,14 +108,15 @@ Verdict checkDatagram(Router& /*router*/) {
 
 // Each interface has a setting; that of "all" counts for every one.
 Verdict checkRouteLocalnet(Router& /*router*/) {
+  const std::string begin = "net.ipv4.conf.";
   std::error_code failure;
   for (const auto& interface : std::filesystem::directory_iterator("/proc/sys/net/ipv4/conf", failure)) {
     const std::string name = interface.path().filename();
+    const std::string setting = begin + name + ".route_localnet";
     const std::string value = firstLineOf(interface.path() / "route_localnet");
     if (value.empty() || value == "0" || name == "lo") continue;
-    return finding("Other machines may reach the daemons.",
-                   "net.ipv4.conf." + name + ".route_localnet is " + value + ".",
-                   "Set it to 0: sysctl -w net.ipv4.conf." + name + ".route_localnet=0.");
+    return finding("Other machines may reach the daemons.", setting + " is " + value + ".",
+                   "Set it to 0: sysctl -w " + setting + "=0.");
   }
   return well("No other machine reaches the daemons' addresses.");
 }

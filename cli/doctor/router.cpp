@@ -54,7 +54,7 @@ sockaddr_in endpoint(char* text) {
 }
 
 std::string momentText(std::time_t moment) {
-  constexpr std::time_t kDay = 24 * 60 * 60;
+  constexpr std::time_t kDay = std::time_t{24} * 60 * 60;
   const bool isRecent = std::llabs(static_cast<long long>(std::time(nullptr)) - moment) < kDay;
   std::tm local{};
   if (localtime_r(&moment, &local) == nullptr) return std::to_string(moment) + " s after 1970";

@@ -104,7 +104,10 @@ Verdict checkPlatform(Router& /*router*/) {
     return well("The router's own platform libraries are used: " + file + ".");
   if (functionsOf.size() == 1) return note("The stand-ins are used in place of the router's own libraries.", file);
   std::string all;
-  for (const auto& [from, functions] : functionsOf) all += (all.empty() ? "" : "; ") + functions + " of " + from;
+  for (const auto& [from, functions] : functionsOf) {
+    all += all.empty() ? "" : "; ";
+    all.append(functions).append(" of ").append(from);
+  }
   return note("The platform functions come from several libraries.", all + ".");
 }
 

@@ -62,7 +62,7 @@ Json replaced(const Json& value, const StandIns& standIns) {
   if (value.is_string()) return standIns.of(value.get<std::string>());
   if (isType(value) || !value.is_structured()) return value;
   Json copy = value;
-  for (auto& [member, each] : copy.items()) {
+  for (const auto& [member, each] : copy.items()) {
     if (!value.is_object() || !isOwnWord(member) || each.is_structured()) each = replaced(each, standIns);
   }
   return copy;
