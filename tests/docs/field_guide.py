@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """field_guide.py ISOLATE: in the project's folder, the field guide says what happens. The commands of each symptom run
 in a network and a /tmp of their own, with all waits SPEED times shorter; then what the page shows has come, in order."""
+import contextlib
 import os
 import re
 import signal
@@ -41,14 +42,15 @@ def missing(shown, printed):
 
 
 def run(command):
-    """What a command prints, and its exit status; None when it has to be stopped, with all that it started."""
+    """What a command prints, and its exit status; None where it has no end. Nothing that it started stays."""
     with tempfile.TemporaryFile("w+") as output:
         program = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=output, stderr=output, start_new_session=True)
         try:
             status = program.wait(100)
         except subprocess.TimeoutExpired:
-            os.killpg(program.pid, signal.SIGKILL)
             status = None
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(program.pid, signal.SIGKILL)  # the simulated router, too
         output.seek(0)
         return output.read(), status
 
