@@ -17,7 +17,7 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr int kTries = 20;  // the socket's file is there a moment before somebody listens
-constexpr std::chrono::microseconds kBetweenTries{250};
+constexpr std::chrono::microseconds kBetweenConnects{250};
 
 void watchFor(const Descriptor& ready, int descriptor) {
   epoll_event event{};
@@ -69,7 +69,7 @@ int Holders::connect(bool mayHaveCome) {
     watch_.reset(tembra_watch_open(path_.c_str()));
     error = watch_ ? tembra_watch_history(watch_.get()) : errno;
     if (error != 0) watch_.reset();
-    if (!watch_ && tries > 1) std::this_thread::sleep_for(kBetweenTries);
+    if (!watch_ && tries > 1) std::this_thread::sleep_for(kBetweenConnects);
   }
   if (watch_) watchFor(ready_, tembra_watch_descriptor(watch_.get()));
   return isNobodyThere(error) || error == EAGAIN || error == ECONNRESET ? 0 : error;
