@@ -7,7 +7,6 @@
 
 #include <exception>
 
-#include "history.h"
 #include "platform/descriptor.h"
 #include "watch_address.h"
 #include "watch_listener.h"
@@ -24,8 +23,8 @@ bool writeWhole(const Descriptor& file, const std::string& text, gid_t group) {
 }
 
 void replace(const std::string& path, const std::string& text, gid_t group) {
-  const std::string draft = path + ".new";
-  unlink(draft.c_str());  // of a process that died while it wrote
+  const std::string draft = path + '.' + std::to_string(getpid()) + ".new";  // another process may write its own
+  unlink(draft.c_str());                                                     // of a process that died while it wrote
   const Descriptor file(open(draft.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kWhileItIsWritten));
   if (!file.valid()) return;
   if (!writeWhole(file, text, group) || rename(draft.c_str(), path.c_str()) != 0) unlink(draft.c_str());
@@ -33,12 +32,14 @@ void replace(const std::string& path, const std::string& text, gid_t group) {
 
 }  // namespace
 
-void keepFailure(const std::string& watchPath) noexcept {
+void keepFailure(const std::string& watchPath, const History& recorder) noexcept {
   try {
     sockaddr_un address{};
     if (!makeAddress(watchPath, address)) return;
     unsigned long long all = 0;
-    replace(watchPath + TEMBRA_FAILURE_SUFFIX, history().behind(all), groupOfWatchFolder(watchPath));
+    const std::string text = recorder.behind(all);
+    if (text.empty()) return;  // for want of memory
+    replace(watchPath + TEMBRA_FAILURE_SUFFIX, text, groupOfWatchFolder(watchPath));
   } catch (const std::exception&) {  // no memory, or no folder for it
   }
 }

@@ -4,11 +4,13 @@
 
 #include <string>
 
+#include "history.h"
+
 namespace tembra::frontend {
 
 /// Writes the file anew, for the socket's own readers (0640, with the folder's group). Where the folder is no place for
-/// the socket, or the file cannot be written whole, the last one stays.
-void keepFailure(const std::string& watchPath) noexcept;
+/// the socket, the recorder cannot be read, or the file cannot be written whole, the last one stays.
+void keepFailure(const std::string& watchPath, const History& recorder) noexcept;
 
 }  // namespace tembra::frontend
 

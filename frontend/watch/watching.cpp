@@ -8,6 +8,7 @@
 #include <ctime>
 
 #include "failure_file.h"
+#include "history.h"
 #include "texts.h"
 
 namespace tembra::frontend {
@@ -49,7 +50,7 @@ void Watching::leave() {
 }
 
 void Watching::keepFailure() const noexcept {
-  if (!path_.empty()) frontend::keepFailure(path_);
+  if (!path_.empty()) frontend::keepFailure(path_, history());
 }
 
 WatchServer::State Watching::state() {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <tembra/watch.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -13,8 +14,6 @@
 
 namespace tembra::test {
 namespace {
-
-using frontend::keepFailure;
 
 class FailureFile : public ::testing::Test {
  protected:
@@ -31,11 +30,16 @@ class FailureFile : public ::testing::Test {
     return text;
   }
 
+  /// With something in the flight recorder, as there always is when an operation fails.
+  static void keepFailure(const std::string& path) {
+    frontend::history().call("add", {}, 0);
+    frontend::keepFailure(path, frontend::history());
+  }
+
   Place place_;
 };
 
 TEST_F(FailureFile, HoldsTheFlightRecorderOfTheLastFailure) {
-  frontend::history().call("add", {}, 0);
   keepFailure(place_.socket());
   const std::string first = now();
   EXPECT_EQ(text(), first);
@@ -68,12 +72,21 @@ TEST_F(FailureFile, FollowsNoLinkAndLeavesNoDraft) {
   const std::string elsewhere = place_.top() + "/elsewhere";
   std::ofstream(elsewhere) << "precious";
   std::filesystem::create_symlink(elsewhere, path());
-  std::filesystem::create_symlink(elsewhere, path() + ".new");
+  const std::string draft = path() + '.' + std::to_string(getpid()) + ".new";
+  std::filesystem::create_symlink(elsewhere, draft);
   keepFailure(place_.socket());
   EXPECT_EQ(text(), now());
   EXPECT_FALSE(std::filesystem::is_symlink(path()));
   EXPECT_EQ(std::filesystem::file_size(elsewhere), 8U);
-  EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(path() + ".new")));
+  EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(draft)));
+}
+
+// Without memory the recorder tells nothing.
+TEST_F(FailureFile, StaysWhenTheRecorderTellsNothing) {
+  std::filesystem::create_directory(place_.folder());
+  std::ofstream(path()) << "the last failure";
+  frontend::keepFailure(place_.socket(), frontend::History());
+  EXPECT_EQ(text(), "the last failure");
 }
 
 TEST_F(FailureFile, NeedsAnAbsolutePath) {
