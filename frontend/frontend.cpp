@@ -92,8 +92,8 @@ namespace {
 
 int start(tembra_frontend* kit, Command command) {
   const std::lock_guard lock(kit->commands);
-  const int operation = command.operation;
-  return answer(operation, kit->worker.inbox().start(std::move(command)) ? 0 : EBUSY);
+  const char* const call = callName(command);
+  return answer(call, kit->worker.inbox().start(std::move(command)) ? 0 : EBUSY);
 }
 
 int finish(tembra_frontend* kit, int type, const char* name, const char* place) {

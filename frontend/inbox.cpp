@@ -12,10 +12,12 @@ namespace {
 
 // With the inbox locked, so that the call stands before what comes of it. An authorisation code is a secret.
 void record(const Command& command) {
-  const std::string what = command.what == 0 ? "" : std::to_string(command.what);
+  const bool hasNumber =
+      command.operation == TEMBRA_OPERATION_RESET || command.operation == TEMBRA_OPERATION_HUE_ADD_BRIDGE;
+  const std::string what = hasNumber ? std::to_string(command.what) : "";
   const bool isSecret = command.operation == TEMBRA_OPERATION_NEST_LINK;
   const std::string_view target = isSecret ? std::string_view() : command.target;
-  history().call(operationName(command.operation), {target, command.text, what}, 0);
+  history().call(callName(command), {target, command.text, what}, 0);
 }
 
 void record(const Choice& choice) {
@@ -23,6 +25,12 @@ void record(const Choice& choice) {
 }
 
 }  // namespace
+
+const char* callName(const Command& command) {
+  if (command.operation == TEMBRA_OPERATION_ADD && command.what != 0) return "add-again";
+  if (command.operation == TEMBRA_OPERATION_REMOVE && command.what != 0) return "take-out";
+  return operationName(command.operation);
+}
 
 // The callback does not hold the library's lock: a command of the kit may change the state meanwhile.
 std::unique_ptr<LibraryEvent> snapshot(const AssocEvent& event) {

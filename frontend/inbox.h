@@ -22,6 +22,9 @@ struct Command {
   std::string text;    ///< a bulb's name, or the text of a refresh
 };
 
+/// How the flight recorder calls it.
+[[nodiscard]] const char* callName(const Command& command);
+
 struct Choice {
   int type = 0;
   std::string name;

@@ -96,6 +96,28 @@ TEST(CppFace, TellsWhatHappened) {
   EXPECT_NE(text.find(R"("event":{"schema":1,"event":"ended")"), std::string::npos) << text;
 }
 
+TEST(CppFace, RecordsEachCallByItsOwnName) {
+  const std::size_t before = tembra::history().size();
+  Frontend kit;
+  const auto end = [&kit](Result started) {
+    ASSERT_EQ(started, Result::ok);
+    while (const auto event = kit.next(10s)) {
+      if (event->as<tembra::Ended>() != nullptr) return;
+    }
+    FAIL();
+  };
+  end(kit.add());
+  end(kit.addAgain());
+  end(kit.remove());
+  end(kit.takeOut());
+  end(kit.reset(1));
+  const std::string text = tembra::history().substr(before);
+  for (const char* call :
+       {R"("add"})", R"("add-again"})", R"("remove"})", R"("take-out"})", R"("reset","arguments":["1"]})"}) {
+    EXPECT_NE(text.find(std::string(R"("call":)") + call + '\n'), std::string::npos) << call << '\n' << text;
+  }
+}
+
 TEST(CppFace, CutsNoTextAtANul) {
   Frontend kit;
   EXPECT_EQ(kit.hueAddBulb("02:a1:b2:0c:00:01", "a\0b"s), Result::badText);
