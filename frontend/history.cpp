@@ -157,6 +157,22 @@ std::size_t History::lineEnd(std::size_t from) const noexcept {
   return from + 1;
 }
 
+/// Where the line begins that ends at an offset.
+std::size_t History::lineBegin(std::size_t to) const noexcept {
+  do {
+    --to;
+  } while (to > 0 && bytes_[(begin_ + to - 1) % kCapacity] != '\n');
+  return to;
+}
+
+/// Where the lines behind an entry begin. From the end, as they mostly are few.
+std::size_t History::beginBehind(unsigned long long entry) const noexcept {
+  if (entry <= dropped_) return 0;
+  std::size_t from = length_;
+  for (unsigned long long each = last_; each > entry; --each) from = lineBegin(from);
+  return from;
+}
+
 void History::copy(std::size_t from, char* to) const noexcept {
   const std::size_t length = length_ - from;
   const std::size_t at = (begin_ + from) % kCapacity;
@@ -175,15 +191,25 @@ std::size_t History::write(char* text, std::size_t size) const noexcept {
   return length_ - from;
 }
 
+/// False: there is no room for the lines, whose length it is.
+bool History::copyBehind(unsigned long long& entry, std::string& room, std::size_t& length) const noexcept {
+  const Lock lock(mutex_);
+  const std::size_t from = beginBehind(entry);
+  length = length_ - from;
+  if (length > room.size()) return false;
+  copy(from, room.data());
+  entry = last_;
+  return true;
+}
+
+// Memory is asked for without the lock, which recording waits for. Meanwhile there may be more lines.
 std::string History::behind(unsigned long long& entry) const noexcept {
+  constexpr std::size_t kForMore = 512;
   try {
-    std::string lines(kCapacity, '\0');
-    const Lock lock(mutex_);
-    std::size_t from = 0;
-    for (unsigned long long each = dropped_ + 1; each <= std::min(entry, last_); ++each) from = lineEnd(from);
-    copy(from, lines.data());
-    lines.resize(length_ - from);
-    entry = last_;
+    std::string lines;
+    std::size_t length = 0;
+    while (!copyBehind(entry, lines, length)) lines.resize(std::min(length + kForMore, kCapacity));
+    lines.resize(length);
     return lines;
   } catch (const std::bad_alloc&) {
     return {};

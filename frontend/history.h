@@ -33,7 +33,7 @@ class History {
   std::size_t write(char* text, std::size_t size) const noexcept;
   /// The lines behind an entry, which becomes the last one. Without memory: none.
   [[nodiscard]] std::string behind(unsigned long long& entry) const noexcept;
-  /// An eventfd that counts every entry from now on.
+  /// An eventfd that counts every entry from now on, in place of another: a process has one kit, and a kit one server.
   void setAlarm(int descriptor) noexcept;
   /// Where the alarm is this one there is none any more.
   void clearAlarm(int descriptor) noexcept;
@@ -50,6 +50,9 @@ class History {
   void putEscaped(unsigned unit) noexcept;
   void dropFirst() noexcept;
   [[nodiscard]] std::size_t lineEnd(std::size_t from) const noexcept;
+  [[nodiscard]] std::size_t lineBegin(std::size_t to) const noexcept;
+  [[nodiscard]] std::size_t beginBehind(unsigned long long entry) const noexcept;
+  bool copyBehind(unsigned long long& entry, std::string& room, std::size_t& length) const noexcept;
   void copy(std::size_t from, char* to) const noexcept;
 
   // Nothing is ever destroyed: a detached thread of the library may log until the very end of the process. All of it

@@ -144,6 +144,19 @@ TEST_F(HistoryTest, WhoeverFollowsHearsEachEntryOnce) {
   EXPECT_EQ(history_.behind(last), textOf(history_));
 }
 
+// A watcher hears each entry as it comes.
+TEST_F(HistoryTest, AFewLinesTakeNoMemoryForAll) {
+  for (int i = 0; i < 3000; ++i) history_.call("add", {}, 0);
+  unsigned long long last = 2998;
+  const kit::FailingAllocation forAll(TEMBRA_HISTORY_SIZE - 127);
+  EXPECT_EQ(entriesIn(history_.behind(last)).size(), 2U);
+  EXPECT_EQ(last, 3000U);
+  last = 0;
+  EXPECT_EQ(history_.behind(last), "");
+  EXPECT_EQ(last, 0U);
+  EXPECT_EQ(forAll.strikes(), 1U);
+}
+
 TEST_F(HistoryTest, RecordingAllocatesNothing) {
   const std::string event = R"({"event":"found","name":")" + std::string(5000, 'x') + "\"}";
   const std::string line(511, '\xE9');
