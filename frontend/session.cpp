@@ -231,8 +231,9 @@ void Session::finish(const End& end) {
   outbox_.enter(TEMBRA_PHASE_CLOSING, Milliseconds(-1));
   close();
   if (!callRuns_ || isLateCallOver(kForLateCall)) inbox_.acceptNext();
-  watching_.publish(outbox_.end(ended, callRuns_));
-  if (isWorthKeeping(end)) watching_.keepFailure();
+  const std::string json = outbox_.end(ended, callRuns_);
+  if (isWorthKeeping(end)) watching_.keepFailure();  // before those hear of it who come for the file
+  watching_.publish(json);
   if (socket_ == 0) watching_.end();
   if (callRuns_ && isLateCallOver(Milliseconds(-1))) inbox_.acceptNext();
 }
