@@ -68,11 +68,11 @@ Verdict checkDatabaseDamage(Router& router) {
   if (!isReadable(router)) return unread();
   if (database.damage.empty()) {
     return well("The device database is whole: " + counted(static_cast<std::size_t>(database.records), "record") +
-                ", " + counted(database.devices.size(), "device") + ".");
+                ", " + counted(database.numberedDevices(), "device") + ".");
   }
   return finding("The device database is damaged.",
                  "In " + router.databaseName() + " " + database.damage + "; " +
-                     counted(database.devices.size(), "device") + " can still be read.",
+                     counted(database.numberedDevices(), "device") + " can still be read.",
                  "Copy it away. The library repairs it at its next use, and deletes it if that fails.");
 }
 

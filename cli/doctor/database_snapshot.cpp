@@ -4,11 +4,13 @@
 #include <sys/stat.h>
 #include <tembra/vocabulary.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 
 #include "cli/words/texts.h"
+#include "depot/check.h"
 #include "depot/keys.h"
 #include "depot/open_file.h"
 #include "depot/ownership.h"
@@ -54,11 +56,10 @@ int lockInTime(const Context& context, int descriptor, std::optional<FileLock>& 
 
 std::string bytesText(long long count) { return std::to_string(count) + " bytes"; }
 
-std::string faultOfHeader(const depot::File& file, const depot::Header& header) {
+// What the Depot library itself refuses to open.
+std::string faultOfMark(const depot::Header& header) {
   static constexpr char kMark[] = "[depot]\n\f";
-  if (std::memcmp(header.magic, kMark, sizeof kMark) != 0) return "it does not begin as a device database does";
-  if (header.buckets > 0 && header.firstRecord() <= file.size()) return "";
-  return "its header claims " + std::to_string(header.buckets) + " buckets in " + bytesText(file.size());
+  return std::memcmp(header.magic, kMark, sizeof kMark) == 0 ? "" : "it does not begin as a device database does";
 }
 
 std::string faultOfSize(const depot::File& file, const depot::Header& header) {
@@ -66,30 +67,46 @@ std::string faultOfSize(const depot::File& file, const depot::Header& header) {
   return "its header says " + bytesText(header.fileSize) + ", and the file has " + std::to_string(file.size());
 }
 
+// Whether the library would walk and search without its guards against damage.
+bool isInOrder(int descriptor) {
+  const depot::Look look = depot::lookAtWalk(descriptor);
+  return look.safety == depot::Safety::kSafe && look.everySearchEnds;
+}
+
 class Reader {
  public:
-  Reader(depot::File& file, Snapshot& snapshot) : file_(file), snapshot_(snapshot) {}
+  Reader(int descriptor, Snapshot& snapshot) : descriptor_(descriptor), file_(descriptor), snapshot_(snapshot) {}
 
   void read() {
     depot::Header header{};
     if (file_.size() > kMostBytes)
       return complain("it has " + bytesText(file_.size()) + ", which no device list fills");
     if (!file_.read(0, header)) return complain("it ends within its header");
-    complain(faultOfHeader(file_, header));
+    complain(faultOfMark(header));
+    if (!depot::hasItsBuckets(descriptor_)) {
+      complain("its header claims " + std::to_string(header.buckets) + " buckets in " + bytesText(file_.size()));
+    }
     if (!snapshot_.damage.empty()) return;
     complain(faultOfSize(file_, header));
+    const long long end = readRecords(header);
+    if (!isInOrder(descriptor_)) complain("the links of its records are not in order");
+    if (end != header.fileSize)
+      complain("its records end at byte " + std::to_string(end) + " of " + std::to_string(header.fileSize));
+  }
+
+ private:
+  // As far as the header says: the Depot library reads nothing behind that.
+  long long readRecords(const depot::Header& header) {
     long long end = header.firstRecord();
     depot::forEachRecord(file_, header, [&](long long offset, const depot::Record& record) {
+      if (offset >= header.fileSize) return false;
       end = offset + record.end();
       if (!record.isDeleted()) take(offset, record);
       return snapshot_.records < kMostRecords;
     });
-    if (!depot::walk(file_, header).isInOrder) complain("the links of its records are not in order");
-    if (end != file_.size())
-      complain("its records end at byte " + std::to_string(end) + " of " + std::to_string(file_.size()));
+    return end;
   }
 
- private:
   // The first that is wrong is what the rest follows from.
   void complain(const std::string& fault) {
     if (snapshot_.damage.empty()) snapshot_.damage = fault;
@@ -107,6 +124,7 @@ class Reader {
   }
 
   void store(const std::string& key, const std::string& value) {
+    if (key.empty()) return;  // a record of zeros
     if (key == depot::kNextIdKey) {
       snapshot_.nextId = value.substr(0, value.find('\0'));
     } else if (depot::isDeviceKey(key)) {
@@ -119,7 +137,8 @@ class Reader {
     }
   }
 
-  depot::File& file_;
+  const int descriptor_;
+  depot::File file_;
   Snapshot& snapshot_;
 };
 
@@ -141,6 +160,11 @@ std::optional<HueSlots> hueSlotsOf(const StoredRecord& stored) {
   return std::nullopt;
 }
 
+std::size_t Snapshot::numberedDevices() const {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      devices, [](const StoredRecord& one) { return one.key.find_first_not_of("0123456789") == std::string::npos; }));
+}
+
 Snapshot readSnapshot(const Context& context, const char* path) {
   Snapshot snapshot;
   if (depot::isForeignLink(path)) {
@@ -151,9 +175,8 @@ Snapshot readSnapshot(const Context& context, const char* path) {
   snapshot.error = open.isOpen() ? whyNoFile(open.descriptor()) : errno;
   if (snapshot.error == 0) snapshot.error = lockInTime(context, open.descriptor(), snapshot.lock);
   if (snapshot.error != 0) return snapshot;
-  depot::File file(open.descriptor());
-  snapshot.size = file.size();
-  if (snapshot.size > 0) Reader(file, snapshot).read();
+  snapshot.size = depot::File(open.descriptor()).size();
+  if (snapshot.size > 0) Reader(open.descriptor(), snapshot).read();
   return snapshot;
 }
 

@@ -30,10 +30,13 @@ struct Snapshot {
   std::optional<FileLock> lock;  ///< that kept the reader off
   long long size = 0;
   int records = 0;
-  std::string damage;  ///< what the library's own check finds, "its header is cut off"; empty: nothing
+  std::string damage;  ///< what the library or the Depot library will find, "it ends within its header"; empty: nothing
   std::vector<StoredRecord> devices;
   std::map<std::string, std::string> values;  ///< "12.9": the text of that value slot
   std::optional<std::string> nextId;
+
+  /// Those whose key is a number, as the HA server writes them.
+  [[nodiscard]] std::size_t numberedDevices() const;
 };
 
 /// Which value slots of a device have its Hue bridge and that bridge's user: "12.1" and "12.9".

@@ -90,6 +90,18 @@ Kept oneByteTooMany() {
   return nullptr;
 }
 
+// Zeros read as records without a key.
+Kept zerosBehind() {
+  Database().nextId("4").put(Device(3, "Siren").type("Siren").zwave(5)).put("note", "no device");
+  writeFile(kDatabase, readFile(kDatabase) + std::string(100000, '\0'));
+  return nullptr;
+}
+
+Kept linkToNowhere() {
+  Database().nextId("4").put(Device(3, "Siren").type("Siren").zwave(5)).overwriteInRecord("3", 20, 7000);
+  return nullptr;
+}
+
 Kept hugeBuckets() {
   writeFile(kDatabase, healthyDatabase().replace(32, 4, std::string("\xFF\xFF\xFF\x3F", 4)));
   return nullptr;
@@ -175,6 +187,8 @@ const BrokenRouter kBrokenDatabases[] = {
      oneByteTooMany,
      {"database-addresses", "database-damage", "database-next-id"},
      "its header says "},
+    {"ZerosBehind", zerosBehind, {"database-damage"}, "; 1 device can still be read.", {}, {}, {}, Others::kMore},
+    {"LinkToNowhere", linkToNowhere, {"database-damage"}, "the links of its records are not in order"},
     {"HugeBuckets", hugeBuckets, {"database-damage"}, "its header claims 1073741823 buckets"},
     {"IdTwice", idTwice, {"database-ids"}, "both say id 3"},
     {"IdsDiffer", idsDiffer, {"database-ids"}, "device 4 (Twin) says id 3."},
