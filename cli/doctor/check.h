@@ -15,7 +15,7 @@ enum class Status {
   kFinding  ///< something is wrong
 };
 
-/// One sentence each. What is well needs neither a proof nor an advice.
+/// One sentence each. What is well needs neither a proof nor an advice, and a note may lack both.
 struct Verdict {
   Status status = Status::kWell;
   std::string text;
@@ -24,8 +24,8 @@ struct Verdict {
 };
 
 inline Verdict well(std::string text) { return {Status::kWell, std::move(text), "", ""}; }
-inline Verdict note(std::string text, std::string proof = "") {
-  return {Status::kNote, std::move(text), std::move(proof), ""};
+inline Verdict note(std::string text, std::string proof = "", std::string advice = "") {
+  return {Status::kNote, std::move(text), std::move(proof), std::move(advice)};
 }
 inline Verdict finding(std::string text, std::string proof, std::string advice) {
   return {Status::kFinding, std::move(text), std::move(proof), std::move(advice)};

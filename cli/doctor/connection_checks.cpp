@@ -61,7 +61,7 @@ Verdict verdictOnTaker(Router& router, const Taker& taker) {
   }
   if (isFrontEnd(router, taker)) return well(std::string(assoc_adr) + " belongs to a front end: " + who + ".");
   if (taker.processes.empty()) {
-    return note(std::string(assoc_adr) + " belongs to " + who + ", which this user cannot see.",
+    return note(std::string(assoc_adr) + " belongs to " + who + ", which this user cannot see.", "",
                 "Ask again as root or as that user.");
   }
   return finding("The front ends' address is taken by a program that is no front end.",

@@ -1,12 +1,16 @@
 #include "cli/doctor/udp_sockets.h"
 
 #include <arpa/inet.h>
+#include <sys/socket.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+
+#include "platform/descriptor.h"
 
 namespace tembra::cli::doctor {
 namespace {
@@ -22,6 +26,7 @@ void readAddress(std::string digits, UdpSocket& socket) {
   if (digits.size() == kOfIpv4) {
     socket.address.s_addr = static_cast<in_addr_t>(std::strtoul(digits.c_str(), nullptr, kHexadecimal));
   }
+  socket.isIpv6 = digits.size() > kOfIpv4;
 }
 
 // "  12: FEFFFF7F:22B8 00000000:0000 07 00000000:00000000 00:00000000 00000000  0  0 1234 2 0000000000000000 0"
@@ -45,13 +50,24 @@ bool readTable(const char* path, std::vector<UdpSocket>& sockets) {
   return !table.bad() && table.eof();
 }
 
+// Whether a socket of every IPv6 address keeps the port of IPv4, too. Nothing uses the address that is tried.
+bool takesIpv4(unsigned port) {
+  constexpr in_addr_t kUnused = 0x7FFF'FF64;  // 127.255.255.100
+  const Descriptor trial(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  sockaddr_in place{};
+  place.sin_family = AF_INET;
+  place.sin_port = htons(static_cast<in_port_t>(port));
+  place.sin_addr.s_addr = htonl(kUnused);
+  return bind(trial.get(), reinterpret_cast<const sockaddr*>(&place), sizeof place) != 0 && errno == EADDRINUSE;
+}
+
 }  // namespace
 
 std::vector<UdpSocket> UdpTable::at(const sockaddr_in& address) const {
   std::vector<UdpSocket> found;
   std::ranges::copy_if(sockets, std::back_inserter(found), [&address](const UdpSocket& socket) {
     const bool isThere = socket.isAnyAddress || socket.address.s_addr == address.sin_addr.s_addr;
-    return isThere && socket.port == ntohs(address.sin_port);
+    return isThere && socket.port == ntohs(address.sin_port) && (!socket.isIpv6 || takesIpv4(socket.port));
   });
   return found;
 }

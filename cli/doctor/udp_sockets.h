@@ -12,6 +12,7 @@ namespace tembra::cli::doctor {
 
 struct UdpSocket {
   bool isAnyAddress = false;
+  bool isIpv6 = false;  ///< and of every address: the kernel does not tell whether of IPv4, too
   in_addr address{};
   unsigned port = 0;
   uid_t user = 0;
@@ -24,7 +25,7 @@ struct UdpTable {
   bool isTold = false;  ///< the kernel has such a table
   std::vector<UdpSocket> sockets;
 
-  /// Those that get what is sent there: at this address, or at every address.
+  /// Those that get what is sent there: at this address, or at every address. Tries out whether sockets of IPv6 do.
   [[nodiscard]] std::vector<UdpSocket> at(const sockaddr_in& address) const;
 };
 

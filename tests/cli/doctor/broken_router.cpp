@@ -26,8 +26,6 @@ std::vector<nlohmann::json> checksOf(const kit::Ended& doctor) {
   return checks;
 }
 
-namespace {
-
 std::string textOf(const nlohmann::json& check) {
   std::string text;
   for (const char* member : {"id", "text", "proof", "advice"}) {
@@ -36,15 +34,16 @@ std::string textOf(const nlohmann::json& check) {
   return text;
 }
 
-bool isFinding(const nlohmann::json& check) { return check.at("status") == "finding"; }
-
-kit::Ended doctorOf(const BrokenRouter& row) {
+kit::Ended doctorOf(const std::vector<std::string>& more, kit::Settings settings) {
   std::vector<std::string> arguments = {"doctor", "--json"};
-  arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
-  kit::Settings settings = row.settings;
+  arguments.insert(arguments.end(), more.begin(), more.end());
   settings.merge(wellSettings());
   return Program(assocCommand(arguments), settings).end();
 }
+
+namespace {
+
+bool isFinding(const nlohmann::json& check) { return check.at("status") == "finding"; }
 
 }  // namespace
 
@@ -52,7 +51,7 @@ void expectFindings(const BrokenRouter& row) {
   std::unique_ptr<SimRouter> router;
   if (row.simulator != std::vector<std::string>{"none"}) router = std::make_unique<SimRouter>(row.simulator);
   const Kept kept = row.make();
-  const kit::Ended doctor = doctorOf(row);
+  const kit::Ended doctor = doctorOf(row.arguments, row.settings);
   std::set<std::string> ids;
   std::string all;
   for (const nlohmann::json& check : checksOf(doctor)) {

@@ -41,6 +41,12 @@ void PrintTo(const BrokenRouter& row, std::ostream* out);
 /// The objects that `doctor --json` prints.
 [[nodiscard]] std::vector<nlohmann::json> checksOf(const kit::Ended& doctor);
 
+/// `doctor --json` with these arguments and settings, and those of a router that is well.
+[[nodiscard]] kit::Ended doctorOf(const std::vector<std::string>& more, kit::Settings settings);
+
+/// Everything that a check says.
+[[nodiscard]] std::string textOf(const nlohmann::json& check);
+
 /// The doctor of a router with its daemons, a database and settings; of one without daemons where the options are
 /// "none".
 void expectFindings(const BrokenRouter& row);

@@ -1,0 +1,81 @@
+// What the doctor says of one check where nothing is broken, or where this user cannot tell.
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "doctor/broken_router.h"
+#include "support/files.h"
+#include "support/udp_listener.h"
+
+namespace tembra::test {
+namespace {
+
+/// The state of one check, on a router without findings unless their number is told.
+struct Judged {
+  const char* name;
+  Kept (*make)();
+  const char* id;
+  const char* status;
+  const char* holds;  ///< stands in its text, proof or advice
+  std::vector<std::string> arguments{};
+  kit::Settings settings{};
+  int exitStatus = 0;
+};
+
+void PrintTo(const Judged& row, std::ostream* out) { *out << row.name; }
+
+/// A socket at [::]:8888, which leaves IPv4 alone or takes the port there, too.
+class EveryAddress {
+ public:
+  explicit EveryAddress(bool leavesIpv4) : number_(socket(AF_INET6, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
+    const int only = leavesIpv4 ? 1 : 0;
+    sockaddr_in6 place{};
+    place.sin6_family = AF_INET6;
+    place.sin6_port = htons(8888);
+    EXPECT_EQ(setsockopt(number_, IPPROTO_IPV6, IPV6_V6ONLY, &only, sizeof only), 0);
+    EXPECT_EQ(bind(number_, reinterpret_cast<const sockaddr*>(&place), sizeof place), 0);
+  }
+  EveryAddress(const EveryAddress&) = delete;
+  EveryAddress& operator=(const EveryAddress&) = delete;
+  ~EveryAddress() { close(number_); }
+
+ private:
+  int number_;
+};
+
+Kept ipv6Only() {
+  Database().create();
+  return std::make_shared<EveryAddress>(true);
+}
+
+const Judged kJudged[] = {
+    {"PortTakenOnIpv6", ipv6Only, "port", "well", "127.255.255.4:8888 is free for a front end."},
+};
+
+class Verdicts : public testing::TestWithParam<Judged> {};
+
+TEST_P(Verdicts, AreTold) {
+  const Judged& row = GetParam();
+  SimRouter router;
+  const Kept kept = row.make();
+  const kit::Ended doctor = doctorOf(row.arguments, row.settings);
+  EXPECT_EQ(doctor.status, row.exitStatus) << doctor.output;
+  bool isTold = false;
+  for (const nlohmann::json& check : checksOf(doctor)) {
+    if (check.value("id", "") != row.id) continue;
+    isTold = true;
+    EXPECT_EQ(check.at("status"), row.status) << check;
+    EXPECT_NE(textOf(check).find(row.holds), std::string::npos) << check;
+  }
+  EXPECT_TRUE(isTold) << doctor.output;
+}
+
+INSTANTIATE_TEST_SUITE_P(Doctor, Verdicts, testing::ValuesIn(kJudged), [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace tembra::test
