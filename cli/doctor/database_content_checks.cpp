@@ -36,10 +36,14 @@ bool isNumber(const std::string& text) {
   return !text.empty() && text.size() <= 9 && text.find_first_not_of("0123456789") == std::string::npos;
 }
 
-// Where nothing could be read, or nothing that counts, another check says so.
 bool isReadable(Router& router) { return router.database().error == 0; }
 
-Verdict unread() { return well("There are no records to look at."); }
+// A file that is not there is told by another check.
+Verdict unread(Router& router) {
+  const int error = router.database().error;
+  if (error == ENOENT || error == 0) return well("There are no records to look at.");
+  return note("The device database could not be read.", unreadProof(router));
+}
 
 std::string addressOf(const DeviceRecord& device) {
   char text[32];
@@ -65,7 +69,7 @@ std::string lackOf(const Snapshot& database, const StoredRecord& stored) {
 
 Verdict checkDatabaseDamage(Router& router) {
   const Snapshot& database = router.database();
-  if (!isReadable(router)) return unread();
+  if (!isReadable(router)) return unread(router);
   if (database.damage.empty()) {
     return well("The device database is whole: " + counted(static_cast<std::size_t>(database.records), "record") +
                 ", " + counted(database.numberedDevices(), "device") + ".");
@@ -77,7 +81,7 @@ Verdict checkDatabaseDamage(Router& router) {
 }
 
 Verdict checkDatabaseIds(Router& router) {
-  if (!isReadable(router)) return unread();
+  if (!isReadable(router)) return unread(router);
   std::vector<std::string> wrong;
   std::map<int, const StoredRecord*> seen;
   for (const StoredRecord& stored : router.database().devices) {
@@ -96,7 +100,7 @@ Verdict checkDatabaseIds(Router& router) {
 
 Verdict checkDatabaseNextId(Router& router) {
   const Snapshot& database = router.database();
-  if (!isReadable(router) || (database.devices.empty() && !database.nextId)) return unread();
+  if (!isReadable(router) || (database.devices.empty() && !database.nextId)) return unread(router);
   const std::string next = printable(database.nextId.value_or(""));
   const std::string advice = "Let the HA server count again: a new device would take the id of another.";
   if (!database.nextId) return finding("The device database has no next id.", "there is no record NextDevid.", advice);
@@ -109,7 +113,7 @@ Verdict checkDatabaseNextId(Router& router) {
 }
 
 Verdict checkDatabaseRadios(Router& router) {
-  if (!isReadable(router)) return unread();
+  if (!isReadable(router)) return unread(router);
   std::vector<std::string> wrong;
   for (const StoredRecord& stored : router.database().devices) {
     const DeviceRecord& device = stored.device;
@@ -123,7 +127,7 @@ Verdict checkDatabaseRadios(Router& router) {
 }
 
 Verdict checkDatabaseAddresses(Router& router) {
-  if (!isReadable(router)) return unread();
+  if (!isReadable(router)) return unread(router);
   std::vector<std::string> wrong;
   std::map<std::string, const StoredRecord*> seen;
   for (const StoredRecord& stored : router.database().devices) {
@@ -137,7 +141,7 @@ Verdict checkDatabaseAddresses(Router& router) {
 }
 
 Verdict checkDatabaseTypes(Router& router) {
-  if (!isReadable(router)) return unread();
+  if (!isReadable(router)) return unread(router);
   std::vector<std::string> wrong;
   for (const StoredRecord& stored : router.database().devices) {
     const std::string type = fieldText(stored.device.typeName);
@@ -150,7 +154,7 @@ Verdict checkDatabaseTypes(Router& router) {
 }
 
 Verdict checkHueUsers(Router& router) {
-  if (!isReadable(router)) return unread();
+  if (!isReadable(router)) return unread(router);
   std::vector<std::string> wrong;
   for (const StoredRecord& stored : router.database().devices) {
     if (std::string lack = lackOf(router.database(), stored); !lack.empty()) wrong.push_back(std::move(lack));

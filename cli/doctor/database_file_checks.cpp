@@ -48,13 +48,16 @@ Verdict checkDatabase(Router& router) {
   if (error == ELOOP) {
     return finding("The device database is a link of another user, which the library deletes.", name + ".", kMove);
   }
-  if (error == EACCES) return note("This user may not read the device database " + name + ".");
+  if (error != 0 && error != EAGAIN) return note("The device database could not be read.", unreadProof(router));
   return well("The device database " + name + " is there: " + sizeText(status.st_size) + ", changed " +
               momentText(status.st_mtime) + ".");
 }
 
 Verdict checkDatabaseLock(Router& router) {
   const Snapshot& database = router.database();
+  if (database.error != 0 && database.error != ENOENT && database.error != EAGAIN) {
+    return note("Whether the device database is locked could not be told.", unreadProof(router));
+  }
   if (database.error != EAGAIN) return well("Nobody keeps the device database locked.");
   const FileLock lock = database.lock.value_or(FileLock{});
   return finding("The device database stays locked, so every look-up waits.",

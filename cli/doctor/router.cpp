@@ -3,7 +3,9 @@
 #include <tembra/endpoints.h>
 #include <tembra/globals.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 
 #include "cli/commands/database_file.h"
 #include "cli/doctor/flight_recorder.h"
@@ -43,6 +45,11 @@ std::set<uid_t> Router::databaseUsers() {
     for (const UdpSocket& socket : udp().at(endpoint(address))) users.insert(socket.user);
   }
   return users;
+}
+
+std::string unreadProof(Router& router) {
+  const int error = router.database().error;
+  return router.databaseName() + ": " + (error == EAGAIN ? "it stays locked" : std::strerror(error)) + ".";
 }
 
 sockaddr_in endpoint(char* text) {

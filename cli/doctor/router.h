@@ -51,6 +51,9 @@ class Router {
   std::optional<std::vector<nlohmann::json>> history_;
 };
 
+/// "/tmp/ddb: Permission denied.", where the device database could not be read.
+[[nodiscard]] std::string unreadProof(Router& router);
+
 /// An address text of <tembra/endpoints.h> as an address.
 [[nodiscard]] sockaddr_in endpoint(char* text);
 

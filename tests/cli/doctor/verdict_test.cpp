@@ -53,7 +53,10 @@ Kept ipv6Only() {
   return std::make_shared<EveryAddress>(true);
 }
 
+Kept lockedRecords() { return std::make_shared<OpenDatabase>(); }
+
 const Judged kJudged[] = {
+    {"LockedRecords", lockedRecords, "database-ids", "note", "/tmp/ddb: it stays locked.", {}, {}, 1},
     {"PortTakenOnIpv6", ipv6Only, "port", "well", "127.255.255.4:8888 is free for a front end."},
 };
 
