@@ -62,6 +62,12 @@ TEST(ProgramNames, OfAFrontEndAreItsOwn) {
   EXPECT_NE(doctor.output.find("tembra-assoc has no name of the library.\n"), std::string::npos) << doctor.output;
 }
 
+TEST(ProgramNames, OfAPipeAreNotWaitedFor) {
+  ASSERT_EQ(mkfifo("/tmp/pipe", 0600), 0);
+  const Ended doctor = runAssoc({"doctor", "--program", "/tmp/pipe"});
+  EXPECT_NE(doctor.output.find("/tmp/pipe: it cannot be read."), std::string::npos) << doctor.output;
+}
+
 TEST(ProgramNames, OfNoProgramAreToldToBeUnknown) {
   const std::string library = readFile(TEMBRA_FOREIGN_LIBRARY);
   const std::pair<std::string, const char*> files[] = {
