@@ -16,26 +16,8 @@ namespace {
 
 constexpr char kLibrary[] = "libTembraAssoc.so";
 
-/// Who has the library's address.
-struct Taker {
-  UdpSocket socket;
-  std::vector<Process> processes;  ///< none: this user cannot see them
-};
-
-std::vector<Taker> takersOf(Router& router) {
-  std::vector<Taker> takers;
-  for (const UdpSocket& socket : router.udp().at(endpoint(assoc_adr))) {
-    takers.push_back({socket, processesWithSocket(socket.inode)});
-  }
-  return takers;
-}
-
-std::string whoText(const Taker& taker) {
-  return taker.processes.empty() ? "a process of user " + userName(taker.socket.user) : describe(taker.processes);
-}
-
 // Since when a process may have had the connection at most.
-std::string sinceText(const Taker& taker) {
+std::string sinceText(const Owned& taker) {
   const auto start = taker.processes.empty() ? std::nullopt : startOf(taker.processes.front().id);
   return start ? ", started at " + momentText(*start) + "," : "";
 }
@@ -46,14 +28,14 @@ bool isHolder(Router& router, const Process& process) {
 }
 
 // A process of another user keeps its libraries to itself; then what it says about itself counts.
-bool isFrontEnd(Router& router, const Taker& taker) {
+bool isFrontEnd(Router& router, const Owned& taker) {
   if (taker.processes.empty()) return router.holder().error == 0;
   return std::ranges::any_of(taker.processes, [&router](const Process& process) {
     return isHolder(router, process) || usesLibrary(process, kLibrary).value_or(false);
   });
 }
 
-Verdict verdictOnTaker(Router& router, const Taker& taker) {
+Verdict verdictOnTaker(Router& router, const Owned& taker) {
   const std::string who = whoText(taker);
   if (taker.socket.isAnyAddress) {
     return finding("Port 8888 is taken at every address, so no front end can open its connection.",
@@ -79,21 +61,19 @@ std::string holderText(const tembra_holder& told) {
 
 bool isNobody(int error) { return error == ENOENT || error == ECONNREFUSED; }
 
-}  // namespace
-
-Verdict checkPort(Router& router) {
+Verdict verdictOnPort(Router& router) {
   if (!router.udp().isTold) return note("The kernel does not tell who has the front ends' address.");
-  const std::vector<Taker> takers = takersOf(router);
+  const std::vector<Owned> takers = router.ownersOf(assoc_adr);
   if (takers.empty()) return well(std::string(assoc_adr) + " is free for a front end.");
-  for (const Taker& taker : takers) {
+  for (const Owned& taker : takers) {
     Verdict verdict = verdictOnTaker(router, taker);
     if (verdict.status != Status::kWell || &taker == &takers.back()) return verdict;
   }
   return {};
 }
 
-Verdict checkConnection(Router& router) {
-  const std::vector<Taker> takers = takersOf(router);
+Verdict verdictOnConnection(Router& router) {
+  const std::vector<Owned> takers = router.ownersOf(assoc_adr);
   const Holder& holder = router.holder();
   const bool isTaken = !takers.empty() || !router.udp().isTold;
   if (holder.error == 0 && isTaken) return note(holderText(holder.told));
@@ -108,6 +88,25 @@ Verdict checkConnection(Router& router) {
       whoText(takers.front()) + sinceText(takers.front()) + " has " + assoc_adr + "; " +
           router.context().options.watchPath + ": " + std::strerror(holder.error) + ".",
       "Wait until it is done, or end it. With the kit's option watch_path it could be watched and cancelled.");
+}
+
+// Once more when something does not fit: a front end may have come or gone between the looks.
+Verdict secondLook(Router& router, Verdict (*look)(Router& router)) {
+  router.readConnectionAnew();
+  return look(router);
+}
+
+}  // namespace
+
+Verdict checkPort(Router& router) {
+  Verdict first = verdictOnPort(router);
+  return first.status == Status::kWell ? first : secondLook(router, verdictOnPort);
+}
+
+Verdict checkConnection(Router& router) {
+  const bool isHeld = router.holder().error == 0;
+  const bool isTaken = !router.udp().at(endpoint(assoc_adr)).empty();
+  return isHeld == isTaken ? verdictOnConnection(router) : secondLook(router, verdictOnConnection);
 }
 
 Verdict checkWatchSocket(Router& router) {

@@ -3,6 +3,7 @@
 #include <tembra/endpoints.h>
 #include <tembra/globals.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -14,9 +15,33 @@ namespace tembra::cli::doctor {
 
 std::string Router::databaseName() const { return databasePath(context_.options); }
 
+std::string whoText(const Owned& owned) {
+  return owned.processes.empty() ? "a process of user " + userName(owned.socket.user) : describe(owned.processes);
+}
+
 const UdpTable& Router::udp() {
   if (!udp_) udp_ = readUdpTable();
   return *udp_;
+}
+
+// Since the table was read a socket without a process may have gone, and a missing one may have come.
+std::vector<Owned> Router::ownersOf(char* address) {
+  std::vector<Owned> owners;
+  for (const bool isSecondLook : {false, true}) {
+    if (isSecondLook) udp_.reset();
+    owners.clear();
+    for (const UdpSocket& socket : udp().at(endpoint(address))) {
+      owners.push_back({socket, processesWithSocket(socket.inode)});
+    }
+    const bool areSeen = std::ranges::none_of(owners, [](const Owned& one) { return one.processes.empty(); });
+    if (areSeen && !owners.empty()) break;
+  }
+  return owners;
+}
+
+void Router::readConnectionAnew() {
+  udp_.reset();
+  holder_.reset();
 }
 
 const Holder& Router::holder() {

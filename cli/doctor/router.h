@@ -25,6 +25,15 @@ struct Holder {
   tembra_holder told{};
 };
 
+/// A socket, and who has it.
+struct Owned {
+  UdpSocket socket;
+  std::vector<Process> processes;  ///< none: this user cannot see them
+};
+
+/// "kiosk (process 812, user ha)", "a process of user ha"
+[[nodiscard]] std::string whoText(const Owned& owned);
+
 class Router {
  public:
   /// @param program a front end's program to look at, or empty
@@ -35,7 +44,12 @@ class Router {
   [[nodiscard]] std::string databaseName() const;
 
   [[nodiscard]] const UdpTable& udp();
+  /// Of the sockets that get what is sent there.
+  [[nodiscard]] std::vector<Owned> ownersOf(char* address);
   [[nodiscard]] const Holder& holder();
+  /// Forgets sockets and holder: they were read at different moments, so that a front end that came or went meanwhile
+  /// shows in one of them only.
+  void readConnectionAnew();
   [[nodiscard]] const Snapshot& database();
   [[nodiscard]] const std::vector<nlohmann::json>& history();
 

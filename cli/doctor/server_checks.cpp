@@ -10,7 +10,8 @@
 namespace tembra::cli::doctor {
 namespace {
 
-constexpr std::chrono::milliseconds kToRead{300};
+constexpr int kSamples = 3;
+constexpr std::chrono::milliseconds kBetweenSamples{200};
 
 struct Daemon {
   ServerType server;
@@ -19,27 +20,27 @@ struct Daemon {
   const char* loss;  ///< without it
 };
 
-std::string listeners(const std::vector<UdpSocket>& sockets) {
+std::string listenersText(const std::vector<Owned>& listeners) {
   std::string text;
-  for (const UdpSocket& socket : sockets) {
-    const std::vector<Process> processes = processesWithSocket(socket.inode);
-    const std::string who = processes.empty() ? "a process of user " + userName(socket.user) : describe(processes);
-    text += (text.empty() ? "" : "; ") + who;
-  }
+  for (const Owned& one : listeners) text += (text.empty() ? "" : "; ") + whoText(one);
   return text;
 }
 
-unsigned long unreadAt(const std::vector<UdpSocket>& sockets) {
+unsigned long unreadAt(const Daemon& daemon) {
   unsigned long unread = 0;
-  for (const UdpSocket& socket : sockets) unread += socket.unread;
+  for (const UdpSocket& socket : readUdpTable().at(endpoint(daemon.address))) unread += socket.unread;
   return unread;
 }
 
-// What waited before and still waits: a daemon that works has read it meanwhile.
-unsigned long staysUnread(Router& router, const Daemon& daemon, const std::vector<UdpSocket>& sockets) {
-  if (unreadAt(sockets) == 0) return 0;
-  router.context().attention.pause(kToRead);
-  return unreadAt(readUdpTable().at(endpoint(daemon.address)));
+// What waits and never grows less: a daemon that works reads some of it, however much it is sent.
+unsigned long staysUnread(Router& router, const Daemon& daemon) {
+  unsigned long before = unreadAt(daemon);
+  for (int i = 1; i < kSamples && before > 0; ++i) {
+    router.context().attention.pause(kBetweenSamples);
+    const unsigned long now = unreadAt(daemon);
+    before = now < before ? 0 : now;
+  }
+  return before;
 }
 
 Verdict checkDaemon(Router& router, const Daemon& daemon) {
@@ -50,14 +51,14 @@ Verdict checkDaemon(Router& router, const Daemon& daemon) {
   }
   if (!router.udp().isTold)
     return note("The kernel does not tell whether the " + std::string(daemon.name) + " server runs.");
-  const std::vector<UdpSocket> sockets = router.udp().at(endpoint(daemon.address));
-  const std::string who = listeners(sockets);
-  if (sockets.size() > 1) {
+  const std::vector<Owned> listeners = router.ownersOf(daemon.address);
+  const std::string who = listenersText(listeners);
+  if (listeners.size() > 1) {
     return finding("Two programs listen in the " + std::string(daemon.name) + " server's place.",
                    std::string(daemon.address) + ": " + who + ".",
                    "End the one that is not the server. Neither may set SO_REUSEADDR or SO_REUSEPORT.");
   }
-  if (const unsigned long unread = staysUnread(router, daemon, sockets); unread > 0) {
+  if (const unsigned long unread = staysUnread(router, daemon); unread > 0) {
     return finding(name + " does not read what it is sent.",
                    std::to_string(unread) + " bytes wait at " + daemon.address + " for " + who + ".",
                    "Start it again: it hangs or was stopped.");
