@@ -83,11 +83,10 @@ Verdict verdictOnConnection(Router& router) {
                    "Give the front ends of each network a watch socket of their own.");
   }
   if (takers.empty() || !isFrontEnd(router, takers.front())) return well("No front end has the connection.");
-  return finding(
-      "A front end has the connection, but does not say what it does.",
-      whoText(takers.front()) + sinceText(takers.front()) + " has " + assoc_adr + "; " +
-          router.context().options.watchPath + ": " + std::strerror(holder.error) + ".",
-      "Wait until it is done, or end it. With the kit's option watch_path it could be watched and cancelled.");
+  return note("A front end has the connection, but does not say what it does.",
+              whoText(takers.front()) + sinceText(takers.front()) + " has " + assoc_adr + "; " +
+                  router.context().options.watchPath + ": " + std::strerror(holder.error) + ".",
+              "With the kit's option watch_path it could be watched and cancelled.");
 }
 
 // Once more when something does not fit: a front end may have come or gone between the looks.

@@ -55,7 +55,15 @@ Kept ipv6Only() {
 
 Kept lockedRecords() { return std::make_shared<OpenDatabase>(); }
 
+Kept silentFrontEnd() {
+  auto add = std::make_shared<Program>(assocCommand({"add", "--watch-path", "/tmp/elsewhere/socket", "--verbose"}));
+  add->waitFor("\"phase\":\"button\"");
+  return add;
+}
+
 const Judged kJudged[] = {
+    {"SilentFrontEnd", silentFrontEnd, "connection", "note",
+     " has 127.255.255.4:8888; /tmp/front-ends/socket: No such"},
     {"LockedRecords", lockedRecords, "database-ids", "note", "/tmp/ddb: it stays locked.", {}, {}, 1},
     {"PortTakenOnIpv6", ipv6Only, "port", "well", "127.255.255.4:8888 is free for a front end."},
 };
