@@ -20,6 +20,7 @@ namespace {
 
 constexpr char kNvramCommand[] = "nvram_get 2860 MeshSlaveID";
 constexpr std::chrono::seconds kForNvram{2};
+constexpr std::size_t kMostOfSetting = 9;  // that the library reads
 
 bool isWholeNumber(const std::string& text) {
   const std::size_t sign = text.starts_with('-') ? 1 : 0;
@@ -70,11 +71,26 @@ std::string versionNumber(int version) {
 // A program works with every library of the same major number that is not older than its headers.
 bool fits(int library, int headers) { return library / 10000 == headers / 10000 && library >= headers; }
 
+// As the library reads the setting: the number at the beginning of the first characters, and 0 without one.
+Verdict verdictOnMeshId(const Answer& answer) {
+  const std::string line = answer.output.substr(0, answer.output.find('\n'));
+  const std::string read = line.substr(0, kMostOfSetting);
+  const std::string said = withoutBlanksAround(line);
+  const std::string id = std::to_string(std::atoi(read.c_str()));
+  const std::string proof = std::string(kNvramCommand) + ": " +
+                            (said.empty() ? "nothing" : "\"" + printable(said) + "\"") + ", exit status " +
+                            std::to_string(answer.status) + ".";
+  if (said.empty()) return note("The mesh id of this router is not set, and counts as 0.", proof);
+  if (said == withoutBlanksAround(read) && isWholeNumber(said))
+    return well("The mesh id of this router is " + id + ".");
+  return finding("The command nvram_get gives no number of at most 9 characters for the mesh id.", proof,
+                 "Set MeshSlaveID in the router's settings; until then it counts as " + id + ".");
+}
+
 }  // namespace
 
 Verdict checkNvram(Router& router) {
   const Answer answer = runCommand(router.context(), kNvramCommand, kForNvram);
-  const std::string said = printable(withoutBlanksAround(answer.output.substr(0, answer.output.find('\n'))));
   const std::string proof = std::string(kNvramCommand) + ": ";
   const std::string advice =
       "Put the router's nvram_get into the PATH of the front ends; until then the mesh id counts as 0.";
@@ -86,11 +102,7 @@ Verdict checkNvram(Router& router) {
                    "See what it waits for; it runs each time that a front end opens its connection.");
   }
   if (answer.status == kNotFound) return finding("There is no command nvram_get.", proof + "not found.", advice);
-  if (isWholeNumber(said)) return well("The mesh id of this router is " + said + ".");
-  return finding(
-      "The command nvram_get gives no number for the mesh id.",
-      proof + (said.empty() ? "nothing" : "\"" + said + "\"") + ", exit status " + std::to_string(answer.status) + ".",
-      "Set MeshSlaveID in the router's settings; until then it counts as 0.");
+  return verdictOnMeshId(answer);
 }
 
 Verdict checkPlatform(Router& /*router*/) {

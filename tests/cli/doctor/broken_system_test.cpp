@@ -16,6 +16,11 @@ Kept wordAsMeshId() {
   return nullptr;
 }
 
+Kept longMeshId() {
+  writeFile("/tmp/long", "MeshSlaveID=1234567890\n");
+  return nullptr;
+}
+
 Kept hangingCommand() {
   std::filesystem::create_directory("/tmp/hanging");
   writeFile("/tmp/hanging/nvram_get", "#!/bin/sh\nsleep 60\n");
@@ -27,13 +32,13 @@ const kit::Settings kForeignLibrary = {{"LD_PRELOAD", TEMBRA_FOREIGN_LIBRARY}};
 
 const BrokenRouter kBrokenSystems[] = {
     {"NoCommand", nothing, {"nvram"}, "nvram_get 2860 MeshSlaveID: not found.", {}, {{"PATH", "/bin:/usr/bin"}}},
-    {"NoMeshId",
-     nothing,
-     {"nvram"},
-     "nvram_get 2860 MeshSlaveID: nothing, exit status 1.",
-     {},
-     {{"TEMBRA_NVRAM", "/tmp/none"}}},
     {"WordAsMeshId", wordAsMeshId, {"nvram"}, "\"three\", exit status 0.", {}, {{"TEMBRA_NVRAM", "/tmp/words"}}},
+    {"LongMeshId",
+     longMeshId,
+     {"nvram"},
+     "\"1234567890\", exit status 0. Set MeshSlaveID in the router's settings; until then it counts as 123456789.",
+     {},
+     {{"TEMBRA_NVRAM", "/tmp/long"}}},
     {"HangingCommand", hangingCommand, {"nvram"}, "no end in 2 s.", {}, {{"PATH", "/tmp/hanging:/bin:/usr/bin"}}},
     {"OtherTypeNames",
      nothing,

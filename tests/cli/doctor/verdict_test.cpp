@@ -61,7 +61,20 @@ Kept silentFrontEnd() {
   return add;
 }
 
+Kept negativeMeshId() {
+  writeFile("/tmp/negative", "MeshSlaveID=-12345678\n");
+  return nullptr;
+}
+
 const Judged kJudged[] = {
+    {"NoMeshId",
+     nothing,
+     "nvram",
+     "note",
+     "counts as 0. nvram_get 2860 MeshSlaveID: nothing, exit status 1.",
+     {},
+     {{"TEMBRA_NVRAM", "/tmp/none"}}},
+    {"NegativeMeshId", negativeMeshId, "nvram", "well", "is -12345678.", {}, {{"TEMBRA_NVRAM", "/tmp/negative"}}},
     {"SilentFrontEnd", silentFrontEnd, "connection", "note",
      " has 127.255.255.4:8888; /tmp/front-ends/socket: No such"},
     {"LockedRecords", lockedRecords, "database-ids", "note", "/tmp/ddb: it stays locked.", {}, {}, 1},
