@@ -109,15 +109,22 @@ Verdict checkDatagram(Router& /*router*/) {
 // Each interface has a setting; that of "all" counts for every one.
 Verdict checkRouteLocalnet(Router& /*router*/) {
   const std::string begin = "net.ipv4.conf.";
+  constexpr char kFolder[] = "/proc/sys/net/ipv4/conf";
+  std::string unread;
   std::error_code failure;
-  for (const auto& interface : std::filesystem::directory_iterator("/proc/sys/net/ipv4/conf", failure)) {
-    const std::string name = interface.path().filename();
+  std::filesystem::directory_iterator each(kFolder, failure);
+  for (; !failure && each != std::filesystem::directory_iterator(); each.increment(failure)) {
+    const std::string name = each->path().filename();
     const std::string setting = begin + name + ".route_localnet";
-    const std::string value = firstLineOf(interface.path() / "route_localnet");
+    const std::string value = firstLineOf(each->path() / "route_localnet");
+    if (value.empty()) unread = each->path() / "route_localnet";
     if (value.empty() || value == "0" || name == "lo") continue;
     return finding("Other machines may reach the daemons.", setting + " is " + value + ".",
                    "Set it to 0: sysctl -w " + setting + "=0.");
   }
+  const std::string untold = "Whether other machines reach the daemons cannot be told.";
+  if (failure) return note(untold, std::string(kFolder) + ": " + failure.message() + ".");
+  if (!unread.empty()) return note(untold, unread + " cannot be read.");
   return well("No other machine reaches the daemons' addresses.");
 }
 

@@ -2,6 +2,7 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -66,7 +67,13 @@ Kept negativeMeshId() {
   return nullptr;
 }
 
+Kept noSettings() {
+  EXPECT_EQ(mount("tmpfs", "/proc/sys/net", "tmpfs", 0, nullptr), 0);
+  return nullptr;
+}
+
 const Judged kJudged[] = {
+    {"NoNetworkSettings", noSettings, "route-localnet", "note", "/proc/sys/net/ipv4/conf: No such file or directory."},
     {"NoMeshId",
      nothing,
      "nvram",
