@@ -34,11 +34,12 @@ Verdict verdictOnHolder(const tembra_holder& told) {
 Verdict checkClock(Router& router) {
   const std::time_t now = std::time(nullptr);
   struct stat file = {};
+  const bool hasDatabase = stat(DBName, &file) == 0;
   if (now < kBeforeAnyRouter) {
     return finding("The clock is not set.",
                    "it is " + momentText(now) + " now, " + std::to_string(now) + " s since 1970.", kAdvice);
   }
-  if (stat(DBName, &file) == 0 && file.st_mtime > now + kTolerance) {
+  if (hasDatabase && file.st_mtime > now + kTolerance) {
     return finding("The clock was set back.",
                    router.databaseName() + " was changed at " + momentText(file.st_mtime) + ", and it is " +
                        momentText(now) + " now.",
@@ -46,6 +47,9 @@ Verdict checkClock(Router& router) {
   }
   if (auto step = clockStep(router)) return *step;
   const Holder& holder = router.holder();
+  if (holder.error != 0 && !hasDatabase) {
+    return note("The clock is set. Whether it was set back cannot be told without a device database or a front end.");
+  }
   if (holder.error != 0) return well("The clock was not set back since the device database changed.");
   if (static_cast<std::time_t>(holder.told.since) > now + kTolerance) {
     return finding("The clock was set back while a front end had the connection.",

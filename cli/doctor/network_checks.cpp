@@ -101,7 +101,9 @@ Verdict checkDatagram(Router& /*router*/) {
     return finding("No datagram can be sent.", "sendto " + way + ": " + std::strerror(error) + ".",
                    "Look for a packet rule that drops loopback datagrams of this user: nft list ruleset, iptables -L.");
   }
-  if (arrives(own.descriptor.get())) return well("A datagram " + way + " arrives.");
+  if (arrives(own.descriptor.get())) {
+    return well("A datagram " + way + " arrives. Its port is none of the daemons' ports, which were not tried.");
+  }
   return finding("A datagram that is sent does not arrive.", "nothing came in 0.5 s " + way + ".",
                  "Look for a packet rule that drops loopback datagrams: nft list ruleset, iptables -L.");
 }
@@ -132,9 +134,9 @@ Verdict checkLostDatagrams(Router& router) {
   for (char* const text : {assoc_adr, ha_assoc_adr, ozw_adr, zigbee_adr, hue_server_adr, nest_server_adr}) {
     for (const UdpSocket& socket : router.udp().at(endpoint(text))) {
       if (socket.drops == 0) continue;
-      return finding("Datagrams were lost because their receiver did not read in time.",
-                     counted(socket.drops, "datagram") + " to " + text + " (drops in /proc/net/udp).",
-                     "See whether that process hangs or is flooded; the count ends when it is started again.");
+      return note("Datagrams were lost because their receiver did not read in time.",
+                  counted(socket.drops, "datagram") + " to " + text + " (drops in /proc/net/udp).",
+                  "See whether that process hangs or is flooded; the count ends when it is started again.");
     }
   }
   return router.udp().isTold ? well("No datagram was lost.") : note("The kernel does not tell of lost datagrams.");

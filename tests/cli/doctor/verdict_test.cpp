@@ -72,7 +72,32 @@ Kept noSettings() {
   return nullptr;
 }
 
+// A daemon that lost datagrams, and then read all that had come.
+Kept floodedOnce() {
+  auto daemon = std::make_shared<UdpListener>("127.255.255.4", 8888);
+  const int sender = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  sockaddr_in to{};
+  to.sin_family = AF_INET;
+  to.sin_port = htons(8888);
+  inet_pton(AF_INET, "127.255.255.4", &to.sin_addr);
+  const std::string datagram(1000, 'x');
+  for (int i = 0; i < 2000; ++i) {
+    sendto(sender, datagram.data(), datagram.size(), 0, reinterpret_cast<const sockaddr*>(&to), sizeof to);
+  }
+  close(sender);
+  while (daemon->take()) {
+  }
+  return daemon;
+}
+
+Kept noDatabase() {
+  std::filesystem::remove(kDatabase);
+  return nullptr;
+}
+
 const Judged kJudged[] = {
+    {"NothingToTellTheTimeBy", noDatabase, "clock", "note", "cannot be told without a device database", {}, {}, 1},
+    {"FloodedOnce", floodedOnce, "lost-datagrams", "note", "to 127.255.255.4:8888 (drops", {}, {}, 1},
     {"NoNetworkSettings", noSettings, "route-localnet", "note", "/proc/sys/net/ipv4/conf: No such file or directory."},
     {"NoMeshId",
      nothing,
