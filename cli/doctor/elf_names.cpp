@@ -74,7 +74,7 @@ template <typename Kind>
 class NamesReader {
  public:
   explicit NamesReader(ElfFile& file) : file_(file), header_(file.table<Header>(0, sizeof(Header)).front()) {
-    if (header_.e_shentsize != sizeof(Section) || header_.e_shnum > kMostSections) {
+    if (header_.e_shentsize != sizeof(Section) || header_.e_shnum == 0 || header_.e_shnum > kMostSections) {
       throw std::runtime_error("it has no table of sections");
     }
     sections_ = file.table<Section>(header_.e_shoff, std::uint64_t{header_.e_shnum} * sizeof(Section));
@@ -160,6 +160,8 @@ ElfNames readElfNames(const std::string& path) {
     return readNames(path);
   } catch (const std::runtime_error& fault) {
     return {fault.what(), {}, {}};
+  } catch (const std::bad_alloc&) {
+    return {"its tables need more memory than there is", {}, {}};
   }
 }
 

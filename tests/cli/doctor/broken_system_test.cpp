@@ -1,7 +1,9 @@
 // Routers whose settings, platform libraries or versions are broken.
 #include <gtest/gtest.h>
+#include <link.h>
 #include <sys/stat.h>
 
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 
@@ -75,8 +77,11 @@ TEST(ProgramNames, OfAPipeAreNotWaitedFor) {
 
 TEST(ProgramNames, OfNoProgramAreToldToBeUnknown) {
   const std::string library = readFile(TEMBRA_FOREIGN_LIBRARY);
-  const std::pair<std::string, const char*> files[] = {
-      {"", "it is cut off"}, {std::string(5000, 'x'), "it is no ELF file"}, {library.substr(0, 100), "it is cut off"}};
+  const std::string withoutSections = std::string(library).replace(offsetof(ElfW(Ehdr), e_shnum), 2, 2, '\0');
+  const std::pair<std::string, const char*> files[] = {{"", "it is cut off"},
+                                                       {std::string(5000, 'x'), "it is no ELF file"},
+                                                       {library.substr(0, 100), "it is cut off"},
+                                                       {withoutSections, "it has no table of sections"}};
   for (const auto& [content, fault] : files) {
     writeFile("/tmp/program", content);
     const Ended doctor = runAssoc({"doctor", "--program", "/tmp/program"});
