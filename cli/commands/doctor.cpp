@@ -42,8 +42,14 @@ void callDoctor(const Context& context, const DoctorOptions& asked) {
 
 std::string faultOfId(const std::string& id) {
   const auto isCalledSo = [&id](const doctor::Check& check) { return check.id == id; };
-  return std::ranges::any_of(doctor::allChecks(), isCalledSo) ? ""
-                                                              : "there is no check " + id + "; --json tells their ids";
+  return std::ranges::any_of(doctor::allChecks(), isCalledSo) ? "" : "there is no check " + id + "; --help lists them";
+}
+
+// The ids in the footer, where a narrow terminal wraps them.
+std::string footer() {
+  std::string text = "The checks:";
+  for (const doctor::Check& check : doctor::allChecks()) text += std::string(" ") + check.id;
+  return text + "\nExit status: 0 nothing wrong was found, 1 something was, 2 wrong usage, 130 interrupted.";
 }
 
 }  // namespace
@@ -53,8 +59,10 @@ void declareDoctor(CLI::App& program, Action& action) {
   auto options = std::make_shared<DoctorOptions>();
   command->add_option("--skip", options->skipped, "a check to leave out, by its id; may be given several times")
       ->allow_extra_args(false)
+      ->type_name("ID")
       ->check(faultOfId);
   command->add_option("--program", options->program, "look also at a front end's program")->check(CLI::ExistingFile);
+  command->footer(footer());
   command->callback([&action, options] {
     // The program may go into the database's folder later.
     if (!options->program.empty()) options->program = std::filesystem::absolute(options->program);

@@ -54,7 +54,9 @@ TEST(Doctor, TellsWhatItIsToldToLeaveOut) {
     EXPECT_NE(check.at("id"), "server-hue");
     EXPECT_NE(check.at("id"), "server-nest");
   }
-  EXPECT_EQ(runAssoc({"doctor", "--skip", "weather"}).status, 2);
+  const Ended refused = runAssoc({"doctor", "--skip", "weather"});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_NE(refused.errors.find("there is no check weather"), std::string::npos) << refused.errors;
 }
 
 TEST(Doctor, SaysWhoHasTheConnectionWhileADeviceIsAdded) {
@@ -113,6 +115,14 @@ TEST(Doctor, BreaksNoLineOfANarrowTerminal) {
   Terminal terminal(assocCommand({"doctor", "--skip", "platform"}), Clock::kReal, 40);
   terminal.waitFor("found something");
   EXPECT_EQ(terminal.end(), 1);
+  std::istringstream lines(terminal.screen());
+  for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 41U) << line;
+}
+
+TEST(Doctor, ListsItsChecksInLinesOfANarrowTerminal) {
+  Terminal terminal(assocCommand({"doctor", "--help"}), Clock::kReal, 40);
+  EXPECT_EQ(terminal.end(), 0);
+  EXPECT_NE(terminal.screen().find("1 something was"), std::string::npos) << terminal.screen();
   std::istringstream lines(terminal.screen());
   for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 41U) << line;
 }

@@ -131,7 +131,8 @@ TEST_P(Verdicts, AreTold) {
   EXPECT_TRUE(isTold) << doctor.output;
 }
 
-INSTANTIATE_TEST_SUITE_P(Doctor, Verdicts, testing::ValuesIn(kJudged), [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(Doctor, Verdicts, testing::ValuesIn(kJudged),
+                         [](const auto& test) { return test.param.name; });
 
 }  // namespace
 }  // namespace tembra::test
