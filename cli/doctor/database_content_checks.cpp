@@ -24,13 +24,7 @@ std::string deviceText(const StoredRecord& stored) {
   return "device " + printable(stored.key) + " (" + printable(fieldText(stored.device.name)) + ")";
 }
 
-// A few of many are enough for a proof.
-std::string listed(const std::vector<std::string>& all) {
-  constexpr std::size_t kMost = 4;
-  std::string text;
-  for (std::size_t i = 0; i < std::min(all.size(), kMost); ++i) text += (i == 0 ? "" : ", ") + all[i];
-  return text + (all.size() > kMost ? " and " + std::to_string(all.size() - kMost) + " more." : ".");
-}
+constexpr std::size_t kMostTold = 4;  // enough for a proof
 
 bool isNumber(const std::string& text) {
   return !text.empty() && text.size() <= 9 && text.find_first_not_of("0123456789") == std::string::npos;
@@ -94,7 +88,7 @@ Verdict checkDatabaseIds(Router& router) {
     }
   }
   if (wrong.empty()) return well("Each device has an id of its own.");
-  return finding("Ids of devices are used twice or are wrong.", listed(wrong),
+  return finding("Ids of devices are used twice or are wrong.", listed(wrong, kMostTold) + ".",
                  "Remove these devices and add them again.");
 }
 
@@ -123,7 +117,7 @@ Verdict checkDatabaseRadios(Router& router) {
   }
   if (wrong.empty()) return well("The radio of each device is known.");
   return finding("Devices have no radio that the library knows, so they cannot be removed at their button.",
-                 listed(wrong), "Remove them in the HA server and add them again.");
+                 listed(wrong, kMostTold) + ".", "Remove them in the HA server and add them again.");
 }
 
 Verdict checkDatabaseAddresses(Router& router) {
@@ -136,8 +130,8 @@ Verdict checkDatabaseAddresses(Router& router) {
     if (!isNew) wrong.push_back(other->first + " is " + deviceText(*other->second) + " and " + deviceText(stored));
   }
   if (wrong.empty()) return well("Each device has a radio address of its own.");
-  return finding("Devices share a radio address, and the library takes the last of them.", listed(wrong),
-                 "Remove the ones that are gone from the HA server's list.");
+  return finding("Devices share a radio address, and the library takes the last of them.",
+                 listed(wrong, kMostTold) + ".", "Remove the ones that are gone from the HA server's list.");
 }
 
 Verdict checkDatabaseTypes(Router& router) {
@@ -149,8 +143,8 @@ Verdict checkDatabaseTypes(Router& router) {
     wrong.push_back(deviceText(stored) + " is a \"" + printable(type) + "\"");
   }
   if (wrong.empty()) return well("The type of each device is known.");
-  return finding("Devices have types that this router's device-type library does not know.", listed(wrong),
-                 "Bring HA server and device-type library to the same version.");
+  return finding("Devices have types that this router's device-type library does not know.",
+                 listed(wrong, kMostTold) + ".", "Bring HA server and device-type library to the same version.");
 }
 
 Verdict checkHueUsers(Router& router) {
@@ -160,7 +154,8 @@ Verdict checkHueUsers(Router& router) {
     if (std::string lack = lackOf(router.database(), stored); !lack.empty()) wrong.push_back(std::move(lack));
   }
   if (wrong.empty()) return well("Each Hue device has its bridge and user.");
-  return finding("Hue devices lack their bridge or its user, so the bridge list is wrong.", listed(wrong),
+  return finding("Hue devices lack their bridge or its user, so the bridge list is wrong.",
+                 listed(wrong, kMostTold) + ".",
                  "Remove the bridge and add it again: tembra-assoc hue remove MAC, hue add MAC.");
 }
 

@@ -13,17 +13,12 @@
 namespace tembra::cli::doctor {
 namespace {
 
+constexpr std::size_t kMostNames = 8;
+
 std::string libraryFile() {
   Dl_info info{};
   void* const address = dlsym(RTLD_NEXT, "tembra_version");
   return address != nullptr && dladdr(address, &info) != 0 && info.dli_fname != nullptr ? info.dli_fname : "";
-}
-
-std::string someOf(const std::vector<std::string>& names) {
-  constexpr std::size_t kMost = 8;
-  std::string text;
-  for (std::size_t i = 0; i < std::min(names.size(), kMost); ++i) text += (i == 0 ? "" : ", ") + printable(names[i]);
-  return text + (names.size() > kMost ? " and " + std::to_string(names.size() - kMost) + " more" : "");
 }
 
 }  // namespace
@@ -40,7 +35,7 @@ Verdict checkProgramNames(Router& router) {
   std::ranges::set_intersection(program.all, library.firm, std::back_inserter(shared));
   if (shared.empty()) return well("The program " + file + " has no name of the library.");
   return finding("The program has names that are the library's, so both use the same variable or function.",
-                 file + " defines " + someOf(shared) + ".",
+                 file + " defines " + printable(listed(shared, kMostNames)) + ".",
                  "Make them static in the program, or give them other names.");
 }
 

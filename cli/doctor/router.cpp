@@ -95,6 +95,12 @@ std::string momentText(std::time_t moment) {
   return text;
 }
 
+std::string listed(const std::vector<std::string>& all, std::size_t most) {
+  std::string text;
+  for (std::size_t i = 0; i < std::min(all.size(), most); ++i) text += (i == 0 ? "" : ", ") + all[i];
+  return text + (all.size() > most ? " and " + std::to_string(all.size() - most) + " more" : "");
+}
+
 std::string counted(std::size_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }

@@ -74,6 +74,9 @@ class Router {
 /// Local time: "10:31:02" of today, else with the date.
 [[nodiscard]] std::string momentText(std::time_t moment);
 
+/// "this, that and 3 more": at most so many of them.
+[[nodiscard]] std::string listed(const std::vector<std::string>& all, std::size_t most);
+
 /// "1 device", "2 devices"
 [[nodiscard]] std::string counted(std::size_t count, const std::string& noun);
 
