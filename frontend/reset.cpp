@@ -38,7 +38,7 @@ void tellRemoved(Session& session, const tembra_device& device) {
   session.tell(TEMBRA_EVENT_REMOVED, removed);
 }
 
-// The HA server does not answer. What leaves the database tells.
+// The HA server does not answer. What leaves the database tells: a list that cannot be read tells nothing.
 std::vector<tembra_device> awaitEmptyList(Session& session, std::vector<tembra_device> devices) {
   if (!devices.empty()) session.enter(TEMBRA_PHASE_EMPTYING, kForADevice);
   auto until = Clock::now() + kForADevice;
@@ -63,6 +63,7 @@ void resetRadios(Session& session, int what) {
   if (what >= reset_both) session.requireRadios();
   if (what == reset_both_and_remove_all) session.requireServer(SERVER_HA);
   const bool empties = what == reset_both_and_remove_all;
+  if (empties) session.requireDatabase();
   const DeviceList before = empties ? session.listDevices() : DeviceList{};
   session.open();
   const int all = stepsOf(what);

@@ -23,10 +23,10 @@ constexpr std::size_t kZwaveRoom = 179;
 
 // Which radio the device is on shows when it has joined, and that is late for a text without room.
 void checkRoom(Display& display, const std::string& what, const std::string& text) {
-  if (text.size() <= kZigbeeRoom || tembra_server_listens(TEMBRA_RADIO_ZIGBEE) == 0) return;
+  if (text.size() <= kZigbeeRoom || tembra_server_listens(SERVER_ZIGBEE) == 0) return;
   const std::string fault = "the " + what + " has " + std::to_string(text.size()) +
                             " bytes, and a ZigBee device has room for " + std::to_string(kZigbeeRoom) + ".";
-  if (tembra_server_listens(TEMBRA_RADIO_ZWAVE) == 0) throw Failure(kUsage, fault);
+  if (tembra_server_listens(SERVER_ZWAVE) == 0) throw Failure(kUsage, fault);
   display.complain(fault);
 }
 

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 using nlohmann::json;
 
 constexpr char kRecording[] = "/tmp/recording.pcapng";
-constexpr char kBridge[] = "02:a1:b2:0c:00:01";
+constexpr char kReplayedBridge[] = "02:a1:b2:0c:00:01";
 
 using Commands = std::vector<std::vector<std::string>>;
 
@@ -41,10 +41,10 @@ const std::vector<Story>& stories() {
   static const std::vector<Story> all{
       {"APlugAndAContact", "plug-and-contact.json", {}, {{"add"}, {"add"}, {"remove"}}},
       {"FallsSilent", "field/falls-silent.json", {}, {{"add"}, {"remove"}}, Clock::kFast},
-      {"HueSilent", "field/hue-silent.json", {}, {{"hue", "add", kBridge}}, Clock::kFast},
+      {"HueSilent", "field/hue-silent.json", {}, {{"hue", "add", kReplayedBridge}}, Clock::kFast},
       {"Known", "field/known.json", {}, {{"add"}, {"add"}}},
       {"NestRefuses", "field/nest-refuses.json", {}, {{"nest", "link", "code"}}, Clock::kReal, true},
-      {"NoBridge", "field/no-bridge.json", {}, {{"hue", "discover"}, {"hue", "add", kBridge}}},
+      {"NoBridge", "field/no-bridge.json", {}, {{"hue", "discover"}, {"hue", "add", kReplayedBridge}}},
       {"NoRadio", "field/no-radio.json", {}, {{"add"}}, Clock::kFast, false, true},
       {"NoZwave", "field/no-zwave.json", {}, {{"add"}}, Clock::kFast},
       {"Plug", "field/plug.json", {}, {{"add"}, {"remove"}, {"add"}}},
@@ -90,15 +90,15 @@ const std::vector<Story>& stories() {
        R"([{"on": "hue-add", "after": 1, "press": "hue-button"}])",
        {"--bridges", "3"},
        {{"hue", "discover"},
-        {"hue", "add", kBridge},
-        {"hue", "add-bulb", kBridge, "Lamp"},
-        {"hue", "refresh", kBridge, "user"},
+        {"hue", "add", kReplayedBridge},
+        {"hue", "add-bulb", kReplayedBridge, "Lamp"},
+        {"hue", "refresh", kReplayedBridge, "user"},
         {"hue", "add-bulb", "02:a1:b2:0c:00:02", "Lamp"},
-        {"hue", "remove", kBridge}}},
+        {"hue", "remove", kReplayedBridge}}},
       {"ABulbThatStays",
        R"([{"on": "hue-add", "press": "hue-button"}])",
        {},
-       {{"hue", "add", kBridge}, {"hue", "add-bulb", kBridge, "Lamp"}}},
+       {{"hue", "add", kReplayedBridge}, {"hue", "add-bulb", kReplayedBridge, "Lamp"}}},
       {"AnAccount", "[]", {"--fault", "nest:late=500"}, {{"nest", "link", "code"}, {"nest", "unlink"}}},
       {"ALinkedAccount", "[]", {}, {{"nest", "link", "code"}}},
       {"AReset",
@@ -240,7 +240,7 @@ const Story& recordedStory() {
   static const Story story{"Recorded",
                            R"([{"on": "add", "press": "siren"}])",
                            {},
-                           {{"hue", "refresh", kBridge, "user"}, {"add", "--name", "Siren", "--place", "Hall"}}};
+                           {{"hue", "refresh", kReplayedBridge, "user"}, {"add", "--name", "Siren", "--place", "Hall"}}};
   return story;
 }
 

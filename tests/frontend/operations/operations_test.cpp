@@ -487,6 +487,7 @@ TEST_F(OperationsInTrouble, LeaveADeviceListAloneThatCannotBeRead) {
   std::filesystem::create_directory(kDatabase);
   EXPECT_EQ(heardWithoutRouter("add"), Heard{"ended(failed, database-unreadable)"});
   EXPECT_EQ(heardWithoutRouter("hue-list"), Heard{"ended(failed, database-unreadable)"});
+  EXPECT_EQ(heardWithoutRouter("reset,what=4"), Heard{"ended(failed, database-unreadable)"});
   EXPECT_TRUE(std::filesystem::is_directory(kDatabase));
 }
 
