@@ -15,10 +15,20 @@
 
 namespace {
 
+#ifdef TEMBRA_WITH_KIT
+// As after some hours: the kernel gives the recorder's pages when they are first written to.
+void fillFlightRecorder() {
+  const std::string line(500, 'x');
+  for (std::size_t bytes = 0; bytes < 2 * TEMBRA_HISTORY_SIZE; bytes += line.size())
+    tembra_frontend_log(3, line.c_str());
+}
+#endif
+
 bool open() {
 #ifdef TEMBRA_WITH_LIBRARY
   return TembraAssociation::LCDAssocInit()->checkAssocConnection() == 0;
 #elif defined TEMBRA_WITH_KIT
+  fillFlightRecorder();
   // The kit opens its connection for an operation only: here it stands beside one that is open.
   return tembra_frontend_new(nullptr) != nullptr && TembraAssociation::LCDAssocInit()->checkAssocConnection() == 0;
 #else
