@@ -1,14 +1,17 @@
 #include "cli/doctor/elf_names.h"
 
 #include <elf.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdint>
 #include <cstring>
-#include <fstream>
 #include <stdexcept>
 #include <type_traits>
 #include <vector>
+
+#include "platform/descriptor.h"
 
 namespace tembra::cli::doctor {
 namespace {
@@ -48,26 +51,30 @@ struct Wide {
 /// Nothing in the file is believed: what reaches beyond its end, or is absurdly long, throws.
 class ElfFile {
  public:
-  explicit ElfFile(const std::string& path) {
+  /// Opening a pipe would wait for its other end.
+  explicit ElfFile(const std::string& path) : file_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
     struct stat status = {};
-    const bool isRegular = stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);  // a pipe would wait
-    if (isRegular) file_.open(path, std::ios::binary);
-    if (!isRegular || !file_) throw std::runtime_error("it cannot be read");
+    if (!file_.valid() || fstat(file_.get(), &status) != 0) throw std::runtime_error("it cannot be read");
+    if (!S_ISREG(status.st_mode)) throw std::runtime_error("it is no regular file");
+    size_ = static_cast<std::uint64_t>(status.st_size);
   }
 
   template <typename Item>
   std::vector<Item> table(std::uint64_t offset, std::uint64_t bytes) {
     static_assert(std::is_trivial_v<Item>);
     if (bytes > kMostOfTable) throw std::runtime_error("one of its tables is too long");
+    if (offset > size_ || bytes > size_ - offset) throw std::runtime_error("it is cut off");
     std::vector<Item> items(bytes / sizeof(Item));
-    file_.seekg(static_cast<std::streamoff>(offset));
-    file_.read(reinterpret_cast<char*>(items.data()), static_cast<std::streamsize>(items.size() * sizeof(Item)));
-    if (!file_) throw std::runtime_error("it is cut off");
+    const std::size_t length = items.size() * sizeof(Item);
+    if (pread(file_.get(), items.data(), length, static_cast<off_t>(offset)) != static_cast<ssize_t>(length)) {
+      throw std::runtime_error("it cannot be read");
+    }
     return items;
   }
 
  private:
-  std::ifstream file_;
+  const Descriptor file_;
+  std::uint64_t size_ = 0;
 };
 
 template <typename Kind>

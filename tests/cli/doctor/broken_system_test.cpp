@@ -72,7 +72,7 @@ TEST(ProgramNames, OfAFrontEndAreItsOwn) {
 TEST(ProgramNames, OfAPipeAreNotWaitedFor) {
   ASSERT_EQ(mkfifo("/tmp/pipe", 0600), 0);
   const Ended doctor = runAssoc({"doctor", "--program", "/tmp/pipe"});
-  EXPECT_NE(doctor.output.find("/tmp/pipe: it cannot be read."), std::string::npos) << doctor.output;
+  EXPECT_NE(doctor.output.find("/tmp/pipe: it is no regular file."), std::string::npos) << doctor.output;
 }
 
 TEST(ProgramNames, OfNoProgramAreToldToBeUnknown) {
