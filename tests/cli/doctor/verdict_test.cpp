@@ -26,6 +26,7 @@ struct Judged {
   std::vector<std::string> arguments{};
   kit::Settings settings{};
   int exitStatus = 0;
+  std::vector<std::string> simulator{};  ///< its options; "none": no daemons
 };
 
 void PrintTo(const Judged& row, std::ostream* out) { *out << row.name; }
@@ -95,7 +96,27 @@ Kept noDatabase() {
   return nullptr;
 }
 
+// Owned by neither this user nor the folder's owner, whom the kernel lets through.
+Kept othersFile() {
+  Database().create();
+  writeFile("/tmp/protected-regular", "2\n");
+  EXPECT_EQ(mount("/tmp/protected-regular", "/proc/sys/fs/protected_regular", nullptr, MS_BIND, nullptr), 0);
+  EXPECT_EQ(chmod("/tmp", 01777), 0);
+  if (chown(kDatabase, 12345, 12345) == 0) return nullptr;
+  EXPECT_EQ(mount("/etc/passwd", kDatabase, nullptr, MS_BIND, nullptr), 0);
+  return nullptr;
+}
+
 const Judged kJudged[] = {
+    {"ProtectedFromThisUser",
+     othersFile,
+     "database-protection",
+     "note",
+     "which the kernel keeps from",
+     {},
+     {},
+     1,
+     {"none"}},
     {"NothingToTellTheTimeBy", noDatabase, "clock", "note", "cannot be told without a device database", {}, {}, 1},
     {"FloodedOnce", floodedOnce, "lost-datagrams", "note", "to 127.255.255.4:8888 (drops", {}, {}, 1},
     {"NoNetworkSettings", noSettings, "route-localnet", "note", "/proc/sys/net/ipv4/conf: No such file or directory."},
@@ -117,7 +138,8 @@ class Verdicts : public testing::TestWithParam<Judged> {};
 
 TEST_P(Verdicts, AreTold) {
   const Judged& row = GetParam();
-  SimRouter router;
+  std::unique_ptr<SimRouter> router;
+  if (row.simulator != std::vector<std::string>{"none"}) router = std::make_unique<SimRouter>(row.simulator);
   const Kept kept = row.make();
   const kit::Ended doctor = doctorOf(row.arguments, row.settings);
   EXPECT_EQ(doctor.status, row.exitStatus) << doctor.output;
