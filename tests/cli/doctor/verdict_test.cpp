@@ -107,7 +107,13 @@ Kept othersFile() {
   return nullptr;
 }
 
+Kept ipv4AsWell() {
+  Database().create();
+  return std::make_shared<EveryAddress>(false);
+}
+
 const Judged kJudged[] = {
+    {"PortTakenOnBoth", ipv4AsWell, "port", "finding", "0.0.0.0:8888 belongs to doctor-test", {}, {}, 1, {"none"}},
     {"ProtectedFromThisUser",
      othersFile,
      "database-protection",
