@@ -3,7 +3,7 @@
 #define TEMBRA_FRONTEND_HISTORY_H
 
 #include <pthread.h>
-#include <tembra/frontend.h>
+#include <tembra/history.h>
 
 #include <array>
 #include <cstddef>
