@@ -1,5 +1,9 @@
 // What the flight recorder tells.
+#include <tembra/watch.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
@@ -40,6 +44,10 @@ std::string whenOf(const nlohmann::json& entry) {
 Verdict checkLastFailure(Router& router) {
   const std::vector<nlohmann::json>& entries = router.history();
   const auto last = std::find_if(entries.rbegin(), entries.rend(), isFailure);
+  const std::string kept = router.context().options.watchPath + TEMBRA_FAILURE_SUFFIX;
+  if (entries.empty() && access(kept.c_str(), R_OK) != 0 && errno == EACCES) {
+    return note("This user may not read the flight recorder of the last failure.", kept + ".");
+  }
   if (last == entries.rend()) {
     return well(entries.empty() ? "There is no flight recorder to ask." : "The flight recorder knows of no failure.");
   }
