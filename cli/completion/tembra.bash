@@ -32,6 +32,8 @@ _tembra_values() {
   case $2:$3 in
     --type:*) compgen -W "$("$1" names device-types 2>/dev/null | awk '{ print $2 }')" -- "$4" ;;
     DEVICE:*) compgen -W "$("$1" devices 2>/dev/null | awk '{ print $1 }')" -- "$4" ;;
+    --skip:*) compgen -W "$("$1" doctor --help 2>/dev/null | sed -n 's/^The checks: //p')" -- "$4" ;;
+    --name:* | --place:* | value:* | bridge:* | bulb:* | code:* | text:*) ;;  # no files
     --scenario:* | --catalogue:*) compgen -d -- "$4"; compgen -f -X '!*.json' -- "$4" ;;
     *:anything) compgen -f -- "$4" ;;
     *:nothing | *:number) ;;

@@ -58,6 +58,10 @@ expect "cloud" tembra-assoc --role cl
 expect "lcd" tembra-assoc add --role = l
 expect "LuminanceSensor" tembra-assoc add --type Lum
 expect "device-types" tembra-assoc names dev
+expect "" tembra-assoc names device-types ev
+expect "device-types" tembra-assoc names d
+expect "clock connection" tembra-assoc doctor --skip c
+expect "port" tembra-assoc doctor --skip clock --skip po
 expect "metering-plug" tembra-sim press metering
 expect "evening.json" tembra-sim run --scenario ev
 expect "evening.json evening.txt" tembra-assoc classify ev
