@@ -40,6 +40,8 @@ def answers(program, words=(), parents=()):
 def check_program(program):
     page = shown(pages / "man1" / f"{program.name}.1")
     count = 0
+    faults.extend(f"{program.name}(1) has the parser's own \"{each}\""
+                  for each in re.findall(r"\b(?:TEXT|U?INT|FLOAT|SERVER):\S+|Excludes:|--\w+\{.*?\}", page))
     for words, text in answers(program):
         for option in re.findall(r"^  (?:-\w,)?(--[\w-]+)", text, re.M):
             count += 1

@@ -6,8 +6,9 @@ import subprocess
 from roff import bold, chapters, document, entry, inline, markdown, plain
 
 ENTRY = re.compile(r"  (\S.*?)(?:  +(\S.*))?$")
-SPEC = re.compile(r"(?P<name>(?:-\w,)?[-\w]+)(?: (?P<type>[A-Z]+)(?::(?P<check>\{[^}]*\}|.+?\]))?)?"
-                  r"(?:=(?P<default>\S+))?(?: \(Env:(?P<env>\w+)\))?(?P<required> REQUIRED)?(?P<many> \.\.\.)?$")
+SPEC = re.compile(r"(?P<name>(?:-\w,)?[-\w]+(?:,--[-\w]+)*)(?: (?P<type>[A-Z]+)(?::(?P<check>\{[^}]*\}|.+?\]|[A-Z]+))?)?"
+                  r"(?:\{[^}]*\})?(?:=(?P<default>\S+))?(?: \(Env:(?P<env>\w+)\))?(?P<required> REQUIRED)?"
+                  r"(?P<many> \.\.\.)?(?: Excludes: (?P<excludes>.+))?$")
 
 
 class Help:
@@ -57,15 +58,20 @@ def _option(spec, meaning):
     found = SPEC.match(spec)
     if not found:
         return entry(bold(spec), meaning)
-    tag = bold(found["name"].replace(",", ", ")) + (rf" \fI{found['type']}\fR" if found["type"] else "")
     check = found["check"] or ""
+    kind = check if check.isalpha() else found["type"]  # a FILE is no mere TEXT
+    tag = bold(found["name"].replace(",", ", ")) + (rf" \fI{kind}\fR" if kind else "")
     remarks = [meaning]
     if check.startswith("{"):
-        remarks.append("one of " + check[1:-1].replace(",", ", "))
-    elif check:
+        choices = check[1:-1].split(",")
+        if not set(choices) <= set(re.findall(r"\w[-\w]*", meaning)):
+            remarks.append("one of " + ", ".join(choices))
+    elif check and kind != check:
         remarks.append("from " + check[check.index("[") + 1:-1].replace(" - ", " to "))
-    if found["many"]:
+    if found["many"] and "several times" not in meaning:
         remarks.append("may be given several times")
+    if found["excludes"]:
+        remarks.append("not together with " + found["excludes"])
     if found["default"]:
         remarks.append("default: " + found["default"])
     if found["env"]:
