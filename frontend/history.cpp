@@ -86,7 +86,7 @@ void History::line(int level, std::string_view text) noexcept {
 
 // With the lock held, so that the times are in the order of the numbers.
 void History::begin() noexcept {
-  putNumber("{\"schema\":1,\"entry\":", static_cast<long long>(++last_));
+  putNumber(R"({"schema":1,"entry":)", static_cast<long long>(++last_));
   putNumber(",\"monotonic_us\":", microseconds(CLOCK_MONOTONIC));
   putNumber(",\"wall_us\":", microseconds(CLOCK_REALTIME));
 }

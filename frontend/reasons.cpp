@@ -93,16 +93,22 @@ constexpr Reason kReasons[] = {
      "For a link: ask for a new authorisation code, because each is good once."},
 };
 
+// What is empty is left out with the words before it.
+std::string behind(const char* words, const std::string& text) { return text.empty() ? "" : words + text; }
+
+std::string whenOf(int phase) {
+  return phase >= 0 && phase < static_cast<int>(std::size(kWhen)) ? kWhen[phase] : "";
+}
+
 std::string valueOf(std::string_view key, const Filling& filling) {
   if (key == "server") return serverName(filling.server) == nullptr ? "unknown" : serverName(filling.server);
   if (key == "error" && filling.error != 0) return std::string(" (") + std::strerror(filling.error) + ")";
-  if (key == "device") return filling.device.empty() ? "" : " as " + filling.device;
-  if (key == "named") return filling.device.empty() ? "" : " " + filling.device;
+  if (key == "device") return behind(" as ", filling.device);
+  if (key == "named") return behind(" ", filling.device);
   if (key == "which") return " " + (filling.device.empty() ? "some devices" : filling.device);
-  if (key == "why") return filling.why.empty() ? "" : ": " + filling.why;
-  if (key == "holder") return filling.holder.empty() ? "" : ": " + filling.holder;
-  const bool isPhase = filling.phase >= 0 && filling.phase < static_cast<int>(std::size(kWhen));
-  return key == "phase" && isPhase ? kWhen[filling.phase] : "";
+  if (key == "why") return behind(": ", filling.why);
+  if (key == "holder") return behind(": ", filling.holder);
+  return key == "phase" ? whenOf(filling.phase) : "";
 }
 
 }  // namespace

@@ -237,10 +237,11 @@ void PrintTo(const Change& change, std::ostream* stream) { *stream << change.nam
 
 // The recording: a siren is added as "Siren", then a bulb's bridge is refreshed.
 const Story& recordedStory() {
-  static const Story story{"Recorded",
-                           R"([{"on": "add", "press": "siren"}])",
-                           {},
-                           {{"hue", "refresh", kReplayedBridge, "user"}, {"add", "--name", "Siren", "--place", "Hall"}}};
+  static const Story story{
+      "Recorded",
+      R"([{"on": "add", "press": "siren"}])",
+      {},
+      {{"hue", "refresh", kReplayedBridge, "user"}, {"add", "--name", "Siren", "--place", "Hall"}}};
   return story;
 }
 
