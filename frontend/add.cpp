@@ -6,7 +6,6 @@
 
 #include "names.h"
 #include "operations.h"
-#include "silence.h"
 #include "texts.h"
 
 namespace tembra::frontend {
@@ -23,7 +22,6 @@ constexpr Milliseconds kBetweenAddLooks{50};
 constexpr Milliseconds kLongestStoring{5000};
 constexpr Milliseconds kFirstPause{1};
 constexpr Milliseconds kLongestPause{50};
-constexpr Milliseconds kLongestSilence{100};
 
 // What a device's record holds; a longer text would run into the next field.
 constexpr std::size_t kZigbeeRoom = 31;
@@ -96,7 +94,7 @@ class Add {
   [[nodiscard]] End chosenTooLate() const;
   [[nodiscard]] Choice awaitChoice();
   [[noreturn]] void store(const Choice& choice);
-  void handOver(int type);
+  void restoreDevice();
   void confirmType(int type);
   [[noreturn]] void awaitRecord(int id, const std::string& name, const std::string& place);
 
@@ -238,25 +236,17 @@ void Add::confirmType(int type) {
   });
 }
 
-// The library's thread writes whatever the ZigBee server says, a description twice, say, over the record of the device,
-// under a lock that only the library has. So nothing may come between the kit's copy of the record and its sending.
-void Add::handOver(int type) {
-  TembraAssociation& service = session_.service();
-  const auto send = [&] { session_.send([&service] { service.addingDone(); }); };
-  if (radio_ != SERVER_ZIGBEE) return send();
-  const Silence silence(session_.socket());
-  const auto until = Clock::now() + kLongestSilence;
-  while (!silence.isEmpty() && Clock::now() < until) session_.pause(Clock::now() + kFirstPause);
-  session_.settle();
-  if (type != found_.type) zigbeeDevice_.devType = static_cast<unsigned char>(type);
-  service.zbDevice = zigbeeDevice_;
-  send();
+// Whatever the ZigBee server said meanwhile, a description twice, say, stands in the record of the device. What it says
+// in the microseconds until addingDone would stand there, too, as for every front end.
+void Add::restoreDevice() {
+  if (radio_ == SERVER_ZIGBEE) session_.service().zbDevice = zigbeeDevice_;
 }
 
 // A ZigBee device that keeps its type keeps the name of its classification, too: setDevType would replace it.
 void Add::store(const Choice& choice) {
   enter(TEMBRA_PHASE_STORING, seconds(-1));
   session_.settle();
+  restoreDevice();
   if (radio_ == SERVER_ZWAVE || choice.type != found_.type) confirmType(choice.type);
   TembraAssociation& service = session_.service();
   const int id = DevId;
@@ -268,7 +258,7 @@ void Add::store(const Choice& choice) {
   std::string place = choice.place.empty() ? kDefaultPlace : choice.place;
   service.setDevName(name.data());
   service.setDevLocation(place.data());
-  handOver(choice.type);
+  session_.send([&service] { service.addingDone(); });
   handedOver_ = true;
   awaitRecord(id, name, place);
 }

@@ -54,7 +54,6 @@ class Session {
           int& socket);
 
   TembraAssociation& service() { return service_; }
-  [[nodiscard]] int socket() const { return socket_; }
 
   // ---- What is told ----
   void enter(tembra_phase phase, Milliseconds limit) { outbox_.enter(phase, limit); }
