@@ -19,7 +19,7 @@ namespace {
 // As after some hours: the kernel gives the recorder's pages when they are first written to.
 void fillFlightRecorder() {
   const std::string line(500, 'x');
-  for (std::size_t bytes = 0; bytes < 2 * TEMBRA_HISTORY_SIZE; bytes += line.size())
+  for (std::size_t bytes = 0; bytes < std::size_t{2} * TEMBRA_HISTORY_SIZE; bytes += line.size())
     tembra_frontend_log(3, line.c_str());
 }
 #endif

@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
   } catch (const std::runtime_error& refusal) {
     const std::string text = refusal.what();
-    fuzz::require(!text.empty() && text.find('\n') == text.npos, "a refusal is one sentence");
+    fuzz::require(!text.empty() && text.find('\n') == std::string::npos, "a refusal is one sentence");
   }
   return 0;
 }

@@ -117,7 +117,8 @@ Verdict checkRouteLocalnet(Router& /*router*/) {
   std::filesystem::directory_iterator each(kFolder, failure);
   for (; !failure && each != std::filesystem::directory_iterator(); each.increment(failure)) {
     const std::string name = each->path().filename();
-    const std::string setting = begin + name + ".route_localnet";
+    std::string setting = begin;
+    setting += name + ".route_localnet";
     const std::string value = firstLineOf(each->path() / "route_localnet");
     if (value.empty()) unread = each->path() / "route_localnet";
     if (value.empty() || value == "0" || name == "lo") continue;

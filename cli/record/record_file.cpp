@@ -78,7 +78,10 @@ void Recording::open() try {
 
 void Recording::line(long long time, std::string line) { waiting_.emplace(time, Item{std::move(line), {}}); }
 
-void Recording::datagram(Datagram datagram) { waiting_.emplace(datagram.time, Item{"", std::move(datagram)}); }
+void Recording::datagram(Datagram datagram) {
+  const long long time = datagram.time;
+  waiting_.emplace(time, Item{"", std::move(datagram)});
+}
 
 void Recording::flush(long long until) {
   while (!waiting_.empty() && waiting_.begin()->first < until) {

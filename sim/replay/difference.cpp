@@ -135,7 +135,7 @@ std::string numberAt(const Field& field, Bytes bytes) {
 
 /// @param part the bytes of the field that differ
 std::string valueOf(const Field& field, Bytes bytes, std::pair<std::size_t, std::size_t> part) {
-  const std::string digits = spaced(bytes.subspan(part.first, part.second - part.first));
+  std::string digits = spaced(bytes.subspan(part.first, part.second - part.first));
   if (field.content == Content::kText) return textAt(field, bytes) + " (" + digits + ")";
   if (field.content == Content::kNumber) return numberAt(field, bytes) + " (" + digits + ")";
   return digits;

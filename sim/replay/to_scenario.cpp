@@ -59,7 +59,7 @@ class Converter {
   [[nodiscard]] const RecordedDatagram& at(std::size_t place) const { return traffic_.datagrams[place]; }
   void restore();
   void convert(std::size_t place);
-  void keepNotice(const RecordedDatagram& notice);
+  void keepNotice(const RecordedDatagram& datagram);
   void convertGroup(std::size_t place);
   [[nodiscard]] std::vector<std::size_t> groupFrom(std::size_t place, Server server) const;
   void sendRaw(std::size_t place);

@@ -182,10 +182,9 @@ no JSON
   EXPECT_EQ(remarks,
             (std::vector<std::string>{
                 "the device cannot be a Siren; possible: MeterSwitch, MultiSwitch.", "the answer is no JSON object.",
-                "the name has control characters.", "\"Sirene\" is neither the name nor the number of a device type.",
+                "the name has control characters.", R"("Sirene" is neither the name nor the number of a device type.)",
                 "4294967339 is neither the name nor the number of a device type.", "the answer's \"name\" is no text.",
-                "the answer has a member \"colour\"; possible: type, name, place, "
-                "cancel."}));
+                R"(the answer has a member "colour"; possible: type, name, place, cancel.)"}));
   EXPECT_EQ(objects[19].at("name"), "W\u00e4sche");
   EXPECT_EQ(objects[19].at("type").at("name"), "MultiSwitch");
   router.stop();

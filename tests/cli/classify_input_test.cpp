@@ -39,7 +39,7 @@ std::vector<Refusal> refusalsOfTexts() {
       {"{\"generic\": 16", "is no JSON text: see line 1, column 15."},
       {"{\"generic\":\n  16},,", "is no JSON text: see line 2, column 6."},
       {"{\"generic\": 16,\n \"label\": {\"a\\\"\": 1},\n \"x\": [{\"a\\\"\": 1, \"a\\\"\": 2}]}",
-       "has the member \"a\\\"\" twice: see line 3, column 19."},
+       R"(has the member "a\"" twice: see line 3, column 19.)"},
       {"{\"generic\": 16} {}", "is no JSON text: see line 1, column 17."},
       {"{\"model\": \"\xC3\xBC\",\n\"clusters\": [], \"\xC3\xBC\": \"\xFF\"}",
        "is no JSON text: see line 2, column 23."},

@@ -168,13 +168,13 @@ TEST(DaemonCheck, TellsTheSameFindingThreeTimesAndCountsAll) {
   const std::string output = program.end().output;
   std::size_t told = 0;
   for (std::size_t at = 0;
-       (at = output.find("before a command: FAULT: a datagram of somebody else", at)) != output.npos;) {
+       (at = output.find("before a command: FAULT: a datagram of somebody else", at)) != std::string::npos;) {
     ++told;
     ++at;
   }
   EXPECT_EQ(told, 3U) << output;
   const std::size_t total = output.find("Faults found: ");
-  ASSERT_NE(total, output.npos) << output;
+  ASSERT_NE(total, std::string::npos) << output;
   EXPECT_GT(std::stoi(output.substr(total + std::string_view("Faults found: ").size())), 5) << output;
 }
 

@@ -189,6 +189,7 @@ TEST_F(HistoryTest, EveryThreadRecordsWhileOthersRead) {
   constexpr int kLines = 3000;
   std::atomic<int> writing = kWriters;
   std::vector<std::thread> threads;
+  threads.reserve(kWriters);
   for (int i = 0; i < kWriters; ++i) {
     threads.emplace_back([this, &writing, i] {
       for (int j = 0; j < kLines; ++j) {

@@ -156,7 +156,7 @@ Kept noUser() {
 }
 
 Kept ofTomorrow() {
-  constexpr std::time_t kDay = 24 * 60 * 60;
+  constexpr std::time_t kDay = std::time_t{24} * 60 * 60;
   const timespec times[] = {{std::time(nullptr) + kDay, 0}, {std::time(nullptr) + kDay, 0}};
   EXPECT_EQ(utimensat(AT_FDCWD, kDatabase, times, 0), 0);
   return nullptr;

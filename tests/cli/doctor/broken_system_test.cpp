@@ -45,7 +45,7 @@ const BrokenRouter kBrokenSystems[] = {
     {"OtherTypeNames",
      nothing,
      {"platform-names", "versions"},
-     "type 60 is \"Zebra\" in place of \"GenericDevice\"",
+     R"(type 60 is "Zebra" in place of "GenericDevice")",
      {},
      kForeignLibrary},
     {"OtherVersion", nothing, {"platform-names", "versions"}, "libTembraAssoc 2.0.0,", {}, kForeignLibrary},

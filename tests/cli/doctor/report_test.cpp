@@ -175,7 +175,7 @@ class Home {
 
   static std::string storedUser() {
     for (const auto& [key, value] : Database().all()) {
-      if (key.ends_with(".9")) return std::string(value.substr(offsetof(IndexRecord, value)).c_str());
+      if (key.ends_with(".9")) return value.c_str() + offsetof(IndexRecord, value);
     }
     return "";
   }
