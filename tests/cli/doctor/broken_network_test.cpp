@@ -106,7 +106,7 @@ Kept noSocketFile() {
 
 Kept hangingFrontEnd() {
   auto add = std::make_shared<Program>(assocCommand({"add", "--verbose"}));
-  add->waitFor(R"("phase":"button"));
+  add->waitFor(R"("phase":"button")");
   add->signal(SIGSTOP);
   return add;
 }

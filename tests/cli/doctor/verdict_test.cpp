@@ -59,7 +59,7 @@ Kept lockedRecords() { return std::make_shared<OpenDatabase>(); }
 
 Kept silentFrontEnd() {
   auto add = std::make_shared<Program>(assocCommand({"add", "--watch-path", "/tmp/elsewhere/socket", "--verbose"}));
-  add->waitFor(R"("phase":"button"));
+  add->waitFor(R"("phase":"button")");
   return add;
 }
 
