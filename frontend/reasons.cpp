@@ -96,9 +96,7 @@ constexpr Reason kReasons[] = {
 // What is empty is left out with the words before it.
 std::string behind(const char* words, const std::string& text) { return text.empty() ? "" : words + text; }
 
-std::string whenOf(int phase) {
-  return phase >= 0 && phase < static_cast<int>(std::size(kWhen)) ? kWhen[phase] : "";
-}
+std::string whenOf(int phase) { return phase >= 0 && phase < static_cast<int>(std::size(kWhen)) ? kWhen[phase] : ""; }
 
 std::string valueOf(std::string_view key, const Filling& filling) {
   if (key == "server") return serverName(filling.server) == nullptr ? "unknown" : serverName(filling.server);

@@ -69,7 +69,7 @@ std::vector<Story> radioStories() {
        {{"add"}, {"add"}, {"remove"}}},
       {"FaultyZwave",
        R"([{"on": "add", "press": "siren"}, {"on": "add", "press": "dimmer"}, {"on": "remove", "press": "siren"}])",
-       {"--fault", "joined:foreign:always", "--fault", "info:short=600", "--fault", "removed:twice"},
+       {"--fault", "joined:foreign:always", "--fault", "identity:short=1", "--fault", "removed:twice"},
        {{"add"}, {"add"}, {"remove"}}},
       {"AnIdentityTwice", R"([{"on": "add", "press": "siren"}])", {"--fault", "identity:twice"}, {{"add"}}},
       {"FaultyZigbee",

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "kit/program.h"
+#include "kit/sanitized.h"
 #include "kit/text.h"
 
 namespace {
@@ -126,7 +127,8 @@ const Broken kBroken[] = {
     {"no-name-for-others", "DevtypeEnumToStr",
      "tried the name of 99; expected that it returns; came the process ended"},
     {"name-throws", "DevtypeEnumToStr", "came an exception"},
-    {"common-memory", "device types, threads", "came another one"},
+    // The thread sanitizer ends the trial before its own comparison does.
+    {"common-memory", "device types, threads", KIT_THREAD_SANITIZER != 0 ? "ended with status 66" : "came another one"},
     {"zone", "StrToDevType", R"(tried the number of "MotionSensor"; expected 11; came 20)"},
     {"given-number", "StrToDevType", R"(tried the number of "Siren"; expected 42, whose name it is; came 0)"},
     {"unknown-name", "StrToDevType", R"(tried the number of "NoSuchDevice"; expected 0)"},

@@ -81,8 +81,13 @@ int start(tembra_frontend* kit, const Task& task) {
 void printRefusal(int error) { std::cout << R"({"refused":")" << strerrorname_np(error) << "\"}" << std::endl; }
 
 void printState(tembra_frontend* kit) {
-  std::string text(tembra_frontend_state_json(kit, nullptr, 0) + 100, '\0');
-  text.resize(tembra_frontend_state_json(kit, text.data(), text.size()));
+  std::string text;
+  std::size_t length = tembra_frontend_state_json(kit, nullptr, 0);
+  while (length > text.size()) {  // the state may grow between the two calls
+    text.resize(length);
+    length = tembra_frontend_state_json(kit, text.data(), text.size() + 1);
+  }
+  text.resize(length);
   std::cout << R"({"state":)" << text << "}" << std::endl;
 }
 
