@@ -83,6 +83,11 @@ std::string firstLineOf(const std::filesystem::path& path) {
   return line;
 }
 
+Verdict reachable(const std::string& setting, const std::string& value) {
+  return finding("Other machines may reach the daemons.", setting + " is " + value + ".",
+                 "Set it to 0: sysctl -w " + setting + "=0.");
+}
+
 }  // namespace
 
 Verdict checkLoopback(Router& /*router*/) {
@@ -122,8 +127,7 @@ Verdict checkRouteLocalnet(Router& /*router*/) {
     const std::string value = firstLineOf(each->path() / "route_localnet");
     if (value.empty()) unread = each->path() / "route_localnet";
     if (value.empty() || value == "0" || name == "lo") continue;
-    return finding("Other machines may reach the daemons.", setting + " is " + value + ".",
-                   "Set it to 0: sysctl -w " + setting + "=0.");
+    return reachable(setting, value);
   }
   const std::string untold = "Whether other machines reach the daemons cannot be told.";
   if (failure) return note(untold, std::string(kFolder) + ": " + failure.message() + ".");
