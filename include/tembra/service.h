@@ -99,8 +99,7 @@ TEMBRA_API long tembra_read_devices(struct tembra_device* devices, size_t device
 /// that it cannot open. This changes nothing (but a file that somebody deletes meanwhile may be left, empty), and waits
 /// only for another look of this process.
 /// @return 0, also when there is no file; else the errno of the opening. ELOOP: another user's link stands in the
-/// file's
-///         place. EDEADLK: the Logger called it from a look-up.
+///         file's place. EDEADLK: the Logger called it from a look-up.
 TEMBRA_API int tembra_check_database(void);
 
 /// What became of damaged device databases since the process began.
