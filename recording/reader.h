@@ -23,12 +23,12 @@ struct Datagram {
   bool isWhole;  ///< else the recorder kept its beginning only
 };
 
-/// Reads a recording piece by piece: memory does not grow with its length.
 struct Comment {
   std::string text;
   std::chrono::microseconds time;  ///< of what it stands at, or of what stands before it
 };
 
+/// Reads a recording piece by piece: memory does not grow with its length.
 class Reader {
  public:
   /// Throws one sentence when the stream holds no recording.

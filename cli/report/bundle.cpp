@@ -42,6 +42,14 @@ std::string numbered(const std::string& name, std::size_t number, const std::str
   return name + (number == 0 ? "" : "-" + std::to_string(number + 1)) + suffix;
 }
 
+// The simulated router's comments tell its first database in hexadecimal digits, where no stand-in is put.
+void replaceIn(const RecordedText& comment, const StandIns& standIns) {
+  constexpr std::string_view kFirstDatabase = "database ";
+  std::string text = standIns.replaced({comment.bytes, comment.size});
+  if (text.starts_with(kFirstDatabase)) text.assign(comment.size, ' ');
+  text.copy(comment.bytes, comment.size);
+}
+
 /// Everything as it was found, and then with stand-ins.
 class Bundle {
  public:
@@ -93,9 +101,7 @@ class Bundle {
     for (std::string& log : logs_) log = standIns_.replaced(log);
     if (!recording_) return;
     for (const Datagram& each : recording_->datagrams()) replaceIn(each, standIns_);
-    for (const RecordedText& each : recording_->texts()) {
-      standIns_.replaced({each.bytes, each.size}).copy(each.bytes, each.size);
-    }
+    for (const RecordedText& each : recording_->texts()) replaceIn(each, standIns_);
   }
 
   doctor::Router router_;

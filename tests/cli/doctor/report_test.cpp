@@ -242,6 +242,15 @@ TEST(Report, GivesANameOneStandIn) {
   EXPECT_NE(parts.at("recording.pcapng").find(standIn), std::string::npos) << standIn;
 }
 
+// A replay begins with these devices; the recording tells them in hexadecimal digits.
+TEST(Report, LeavesOutTheFirstDatabaseOfARecording) {
+  Database().put(Device(1, kSensor).zwave(5));
+  SimRouter{{"--record", kRecording}}.stop();
+  EXPECT_FALSE(holds(partsOf(report({})).at("recording.pcapng"), "mirror"));
+  std::filesystem::remove(kReport);
+  EXPECT_TRUE(holds(partsOf(report({"--with-names"})).at("recording.pcapng"), "mirror"));
+}
+
 TEST(Report, SurvivesOddNames) {
   SimRouter router;
   const std::vector<std::string> names = {
