@@ -72,7 +72,7 @@ void Reader::beginSection() {
   interfaces_.clear();
   if (!read(total - head)) return;
   dropEnd(total);
-  keepComments(fixed);
+  keepComments(fixed, false);
 }
 
 void Reader::beginPcap(std::uint32_t magic) {
@@ -159,7 +159,7 @@ void Reader::takePacket(const PacketLayout& layout) {
   if (layout.hasInterface) {
     if (captured > room) refusePacket("does not fit its block");
     keepTime(interface, layout.time);
-    keepComments(layout.data + padded(captured));
+    keepComments(layout.data + padded(captured), true);
   }
   keepDatagram(interfaces_[interface].linkType, layout.data, std::min(captured, room));
 }
@@ -168,7 +168,7 @@ void Reader::takeStatistics() {
   constexpr std::size_t fixed = 12;
   if (block_.size() < fixed || word32(0) >= interfaces_.size()) return;
   keepTime(word32(0), 4);
-  keepComments(fixed);
+  keepComments(fixed, false);
 }
 
 void Reader::keepTime(std::size_t interface, std::size_t offset) {
@@ -214,11 +214,11 @@ void Reader::forEachOption(std::size_t offset, Take take) {
   }
 }
 
-void Reader::keepComments(std::size_t offset) {
-  forEachOption(offset, [this](std::uint16_t code, std::size_t at, std::size_t length) {
+void Reader::keepComments(std::size_t offset, bool isOfPacket) {
+  forEachOption(offset, [this, isOfPacket](std::uint16_t code, std::size_t at, std::size_t length) {
     if (code != kComment || commentBytes_ + length > kMostCommentBytes) return;
     commentBytes_ += length;
-    comments_.push_back({{reinterpret_cast<const char*>(block_.data()) + at, length}, time_});
+    comments_.push_back({{reinterpret_cast<const char*>(block_.data()) + at, length}, time_, isOfPacket});
   });
 }
 

@@ -26,6 +26,7 @@ struct Datagram {
 struct Comment {
   std::string text;
   std::chrono::microseconds time;  ///< of what it stands at, or of what stands before it
+  bool isOfPacket;                 ///< else of the file, or of a moment in it
 };
 
 /// Reads a recording piece by piece: memory does not grow with its length.
@@ -75,7 +76,7 @@ class Reader {
   void forEachOption(std::size_t offset, Take take);
   void takeStatistics();
   void keepTime(std::size_t interface, std::size_t offset);
-  void keepComments(std::size_t offset);
+  void keepComments(std::size_t offset, bool isOfPacket);
 
   bool read(std::size_t length);
   [[nodiscard]] std::uint16_t word16(std::size_t offset) const;

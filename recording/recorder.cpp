@@ -73,7 +73,14 @@ std::string packetOf(const sockaddr_in& from, const sockaddr_in& to, std::span<c
 
 }  // namespace
 
-Recorder::Recorder(const std::filesystem::path& file) : name_(file), file_(file, std::ios::binary | std::ios::trunc) {
+Recorder::Recorder(const std::filesystem::path& file)
+    : name_(file), file_(file, std::ios::binary | std::ios::trunc), stream_(file_) {
+  begin();
+}
+
+Recorder::Recorder(std::ostream& stream) : stream_(stream) { begin(); }
+
+void Recorder::begin() {
   std::string section;
   append(section, kByteOrder);
   append(section, std::uint16_t{1});
@@ -90,16 +97,18 @@ Recorder::Recorder(const std::filesystem::path& file) : name_(file), file_(file,
 
 void Recorder::end() { fact(takeRemarks()); }
 
-void Recorder::fact(std::string_view text) {
+void Recorder::fact(std::string_view text) { fact(text, now()); }
+
+void Recorder::fact(std::string_view text, long long time) {
   const std::string options = optionsWith(std::string(text.substr(0, kLongestComment)));
   if (options.empty()) return;
   std::string statistics;
   append(statistics, std::uint32_t{0});
-  appendTime(statistics, now());
+  appendTime(statistics, time);
   writeBlock(kStatistics, statistics + options);
 }
 
-std::string Recorder::trouble() const { return file_ ? "" : "cannot write the recording " + name_.string(); }
+std::string Recorder::trouble() const { return stream_ ? "" : "cannot write the recording " + name_.string(); }
 
 void Recorder::remark(std::string_view text) {
   if (remarks_.size() + text.size() < kLongestComment) remarks_.append(remarks_.empty() ? "" : "\n").append(text);
@@ -131,7 +140,7 @@ void Recorder::writeBlock(std::uint32_t type, const std::string& body) {
   block += body;
   append(block, length);
   size_ += block.size();
-  file_.write(block.data(), static_cast<std::streamsize>(block.size())).flush();
+  stream_.write(block.data(), static_cast<std::streamsize>(block.size())).flush();
 }
 
 std::string Recorder::takeRemarks() {

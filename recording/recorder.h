@@ -18,12 +18,16 @@ class Recorder {
  public:
   /// Begins the file; throws one sentence when it cannot be written.
   explicit Recorder(const std::filesystem::path& file);
+  /// Into a stream that lives longer.
+  explicit Recorder(std::ostream& stream);
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
   ~Recorder() { end(); }
 
   /// A comment of no datagram, at once and with its own time.
   void fact(std::string_view text);
+  /// @param time in microseconds since 1970
+  void fact(std::string_view text, long long time);
   /// A comment of the next datagram.
   void remark(std::string_view text);
   /// A datagram of now.
@@ -40,11 +44,13 @@ class Recorder {
   [[nodiscard]] std::string trouble() const;
 
  private:
+  void begin();
   void writeBlock(std::uint32_t type, const std::string& body);
   std::string takeRemarks();
 
   std::filesystem::path name_;
   std::ofstream file_;
+  std::ostream& stream_;  ///< the file, or another
   std::uintmax_t size_ = 0;
   std::string remarks_;  ///< one line each
 };

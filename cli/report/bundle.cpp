@@ -2,7 +2,6 @@
 
 #include <tembra/records.h>
 
-#include <optional>
 #include <stdexcept>
 
 #include "cli/display/json_line.h"
@@ -11,6 +10,7 @@
 #include "cli/failure.h"
 #include "cli/report/datagram_secrets.h"
 #include "cli/report/json_secrets.h"
+#include "cli/report/recording_part.h"
 #include "cli/report/sources.h"
 #include "cli/report/stand_ins.h"
 #include "cli/words/texts.h"
@@ -28,11 +28,11 @@ nlohmann::ordered_json asEvent(const doctor::Examined& one) {
   return nlohmann::ordered_json::parse(jsonEvent("check", doctor::examinedJson(one)));
 }
 
-RecordingFile readRecording(const std::string& path) {
+std::vector<RecordedMoment> readRecording(const std::string& path) {
+  const std::string recording = wholeFile(path);
   try {
-    return RecordingFile(wholeFile(path));
+    return momentsIn(recording);
   } catch (const std::runtime_error& fault) {
-    if (dynamic_cast<const Failure*>(&fault) != nullptr) throw;
     throw Failure(kFailed, path + " is left out: " + fault.what() + ".");
   }
 }
@@ -43,11 +43,12 @@ std::string numbered(const std::string& name, std::size_t number, const std::str
 }
 
 // The simulated router's comments tell its first database in hexadecimal digits, where no stand-in is put.
-void replaceIn(const RecordedText& comment, const StandIns& standIns) {
-  constexpr std::string_view kFirstDatabase = "database ";
-  std::string text = standIns.replaced({comment.bytes, comment.size});
-  if (text.starts_with(kFirstDatabase)) text.assign(comment.size, ' ');
-  text.copy(comment.bytes, comment.size);
+bool tellsFirstDatabase(const recording::Comment& comment) { return comment.text.starts_with("database "); }
+
+void replaceIn(RecordedMoment& moment, const StandIns& standIns) {
+  std::erase_if(moment.comments, tellsFirstDatabase);
+  for (recording::Comment& comment : moment.comments) comment.text = standIns.replaced(comment.text);
+  if (moment.datagram) replaceIn(*moment.datagram, standIns);
 }
 
 /// Everything as it was found, and then with stand-ins.
@@ -58,7 +59,7 @@ class Bundle {
     devices_ = deviceList(router_.database());
     for (const auto& entry : router_.history()) history_.push_back(nlohmann::ordered_json::parse(entry.dump()));
     for (const std::string& path : wanted.logs) logs_.push_back(endOfLog(path));
-    if (!wanted.recording.empty()) recording_.emplace(readRecording(wanted.recording));
+    if (!wanted.recording.empty()) recording_ = readRecording(wanted.recording);
     versions_ = versionsText();
     configuration_ = configurationText(context);
   }
@@ -77,7 +78,7 @@ class Bundle {
           {"history.jsonl", "the flight recorder of the front end that has the connection", linesOf(history_)});
     for (std::size_t i = 0; i < logs_.size(); ++i)
       parts.push_back({numbered("log", i, ".txt"), "the end of a log", logs_[i]});
-    if (recording_) parts.push_back({"recording.pcapng", "datagrams", recording_->bytes()});
+    if (!recording_.empty()) parts.push_back({"recording.pcapng", "datagrams", recordingOf(recording_)});
     return parts;
   }
 
@@ -88,9 +89,10 @@ class Bundle {
       for (const auto& each : *objects) learnFrom(each, standIns_);
     }
     for (const std::string& log : logs_) learnFromLog(log, standIns_);
-    if (!recording_) return;
-    for (const Datagram& each : recording_->datagrams()) learnFrom(each, standIns_);
-    for (const RecordedText& each : recording_->texts()) learnFromLog({each.bytes, each.size}, standIns_);
+    for (const RecordedMoment& moment : recording_) {
+      for (const recording::Comment& comment : moment.comments) learnFromLog(comment.text, standIns_);
+      if (moment.datagram) learnFrom(*moment.datagram, standIns_);
+    }
   }
 
   void replaceAll() {
@@ -99,9 +101,7 @@ class Bundle {
     }
     for (std::string* text : {&versions_, &configuration_}) *text = standIns_.replaced(*text);
     for (std::string& log : logs_) log = standIns_.replaced(log);
-    if (!recording_) return;
-    for (const Datagram& each : recording_->datagrams()) replaceIn(each, standIns_);
-    for (const RecordedText& each : recording_->texts()) replaceIn(each, standIns_);
+    for (RecordedMoment& moment : recording_) replaceIn(moment, standIns_);
   }
 
   doctor::Router router_;
@@ -110,7 +110,7 @@ class Bundle {
   Objects devices_;
   Objects history_;
   std::vector<std::string> logs_;
-  std::optional<RecordingFile> recording_;
+  std::vector<RecordedMoment> recording_;
   std::string versions_;
   std::string configuration_;
   StandIns standIns_;

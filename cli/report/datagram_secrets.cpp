@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 
 namespace tembra::cli::report {
 namespace {
@@ -42,40 +43,45 @@ constexpr Field kFields[] = {
 };
 #undef TEMBRA_FIELD
 
-int recordKindOf(const Datagram& datagram) {
+int recordKindOf(const std::vector<unsigned char>& notice) {
   int kind = kAnyRecord;
-  if (datagram.size >= sizeof kind) std::memcpy(&kind, datagram.bytes, sizeof kind);
+  if (notice.size() >= sizeof kind) std::memcpy(&kind, notice.data(), sizeof kind);
   return kind;
 }
 
-template <typename Visit>
-void forEachField(const Datagram& datagram, Visit visit) {
+/// @param Datagram may be const
+template <typename Datagram, typename Visit>
+void forEachField(Datagram& datagram, Visit visit) {
   for (const Field& field : kFields) {
-    const bool isOfServer = (field.isSentThere ? datagram.to : datagram.from) == field.server;
-    const bool isOfKind = field.recordKind == kAnyRecord || field.recordKind == recordKindOf(datagram);
-    if (!isOfServer || !isOfKind || field.offset >= datagram.size) continue;
-    visit(field.secret, datagram.bytes + field.offset, std::min(field.size, datagram.size - field.offset));
+    const sockaddr_in& server = field.isSentThere ? datagram.to : datagram.from;
+    const bool isOfKind = field.recordKind == kAnyRecord || field.recordKind == recordKindOf(datagram.payload);
+    if (ntohl(server.sin_addr.s_addr) != field.server || !isOfKind || field.offset >= datagram.payload.size()) continue;
+    visit(field.secret, std::span(datagram.payload)
+                            .subspan(field.offset)
+                            .first(std::min(field.size, datagram.payload.size() - field.offset)));
   }
 }
 
-std::string textIn(const char* bytes, std::size_t size) { return {bytes, strnlen(bytes, size)}; }
+std::string textIn(std::span<const unsigned char> field) {
+  return {field.begin(), std::find(field.begin(), field.end(), '\0')};
+}
 
 }  // namespace
 
-void learnFrom(const Datagram& datagram, StandIns& standIns) {
-  forEachField(datagram, [&standIns](Secret secret, const char* bytes, std::size_t size) {
-    standIns.learn(secret, textIn(bytes, size));
+void learnFrom(const recording::Datagram& datagram, StandIns& standIns) {
+  forEachField(datagram, [&standIns](Secret secret, std::span<const unsigned char> field) {
+    standIns.learn(secret, textIn(field));
   });
-  standIns.learnMacs({datagram.bytes, datagram.size});
+  standIns.learnMacs({reinterpret_cast<const char*>(datagram.payload.data()), datagram.payload.size()});
 }
 
-void replaceIn(const Datagram& datagram, const StandIns& standIns) {
-  forEachField(datagram, [&standIns](Secret /*secret*/, char* bytes, std::size_t size) {
-    const std::string standIn = standIns.of(textIn(bytes, size));
-    std::memset(bytes, 0, size);
-    standIn.copy(bytes, size);
+void replaceIn(recording::Datagram& datagram, const StandIns& standIns) {
+  forEachField(datagram, [&standIns](Secret /*secret*/, std::span<unsigned char> field) {
+    const std::string standIn = standIns.of(textIn(field));
+    std::fill(field.begin(), field.end(), 0);
+    std::copy_n(standIn.begin(), std::min(standIn.size(), field.size()), field.begin());
   });
-  standIns.replaceIn(datagram.bytes, datagram.size);
+  standIns.replaceIn(reinterpret_cast<char*>(datagram.payload.data()), datagram.payload.size());
 }
 
 }  // namespace tembra::cli::report

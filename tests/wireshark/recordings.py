@@ -110,7 +110,7 @@ def main(dissector, project):
             record(recordings[-1], STORIES[scenario.stem], "--latency", "5", "--scenario", scenario)
         record(rest, REST, "--scenario", write_scenario(folder))
 
-        recordings += [reported(path, folder) for path in recordings]
+        recordings += [reported(dissector, path, folder) for path in recordings]
         found = set()
         for path in (*recordings, *write_database_records(folder)):
             found.update(re.findall(r'<field name="(tembra\.[\w.]+)"', capture.tshark(dissector, path, "-T", "pdml")))
@@ -124,14 +124,15 @@ def main(dissector, project):
         print(f"{len(filters_of_page(project))} fields found")
 
 
-def reported(recording, folder):
+def reported(dissector, recording, folder):
     """The same recording with stand-ins for names, as a report has it."""
     report = folder / f"{recording.stem}.tar"
     subprocess.run(["tembra-assoc", "report", report, "--recording", recording], check=True, stdout=subprocess.DEVNULL)
     with tarfile.open(report) as parts:
         path = folder / f"{recording.stem}-reported.pcapng"
         path.write_bytes(parts.extractfile("recording.pcapng").read())
-    assert path.stat().st_size == recording.stat().st_size, path
+    was, is_now = (capture.values(dissector, file, "frame.time_epoch", "frame.len") for file in (recording, path))
+    assert was == is_now, path
     return path
 
 

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "doctor/broken_router.h"
+#include "sim/support/recording_maker.h"
 #include "support/files.h"
 #include "support/terminal.h"
 
@@ -251,6 +252,21 @@ TEST(Report, LeavesOutTheFirstDatabaseOfARecording) {
   EXPECT_TRUE(holds(partsOf(report({"--with-names"})).at("recording.pcapng"), "mirror"));
 }
 
+// tcpdump's recording of the loopback interface, on which another program talks, too.
+TEST(Report, TakesTheSystemsOwnDatagramsOfAnyRecorder) {
+  namespace maker = sim::test;
+  constexpr std::uint32_t kPcap = 0xA1B2C3D4;
+  constexpr std::uint16_t kRawIp = 101;
+  std::string foreign = maker::ipv4("what another program says");
+  for (const std::size_t end : {12, 16}) foreign.replace(end, 4, "\x7f\0\0\1", 4);
+  writeFile(kRecording,
+            maker::pcap(maker::Order::kBig, kPcap, kRawIp) + maker::pcapPacket(maker::Order::kBig, 1'000, 0, foreign) +
+                maker::pcapPacket(maker::Order::kBig, 1'000, 5, maker::ipv4("what the Z-Wave server says")));
+  const std::string recording = partsOf(report({})).at("recording.pcapng");
+  EXPECT_TRUE(holds(recording, "what the Z-Wave server says"));
+  EXPECT_FALSE(holds(recording, "what another program says"));
+}
+
 TEST(Report, SurvivesOddNames) {
   SimRouter router;
   const std::vector<std::string> names = {
@@ -317,7 +333,7 @@ TEST(Report, RefusesWhatIsNoRecording) {
   const std::string section(
       "\x0a\x0d\x0d\x0a\x1c\0\0\0\x4d\x3c\x2b\x1a\1\0\0\0\xff\xff\xff\xff\xff\xff\xff\xff\x1c\0\0\0", 28);
   for (const std::string& content :
-       {std::string(), std::string("x"), std::string(5000, '\xff'), section.substr(0, 20)}) {
+       {std::string(), std::string("x"), std::string(5000, '\xff'), section.substr(0, 10)}) {
     writeFile("/tmp/none.pcapng", content);
     const Ended ended = runAssoc({"report", kReport, "--recording", "/tmp/none.pcapng"});
     EXPECT_EQ(ended.status, 1) << ended.output;
