@@ -8,7 +8,7 @@
 #include "cli/commands/commands.h"
 #include "cli/display/json_line.h"
 #include "cli/display/terminal.h"
-#include "cli/doctor/checks.h"
+#include "cli/doctor/checks/checks.h"
 #include "cli/doctor/examination.h"
 #include "cli/failure.h"
 

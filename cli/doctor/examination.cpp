@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "cli/doctor/checks.h"
+#include "cli/doctor/checks/checks.h"
 
 namespace tembra::cli::doctor {
 namespace {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/doctor/check.h"
-#include "cli/doctor/router.h"
+#include "cli/doctor/checks/check.h"
+#include "cli/doctor/facts/router.h"
 
 namespace tembra::cli::doctor {
 

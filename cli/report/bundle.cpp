@@ -6,7 +6,7 @@
 
 #include "cli/display/json_line.h"
 #include "cli/doctor/examination.h"
-#include "cli/doctor/flight_recorder.h"
+#include "cli/doctor/facts/flight_recorder.h"
 #include "cli/failure.h"
 #include "cli/report/datagram_secrets.h"
 #include "cli/report/json_secrets.h"

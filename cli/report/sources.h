@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "cli/context.h"
-#include "cli/doctor/router.h"
+#include "cli/doctor/facts/router.h"
 #include "cli/report/stand_ins.h"
 
 namespace tembra::cli::report {

@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "cli/context.h"
-#include "cli/doctor/database_snapshot.h"
-#include "cli/doctor/processes.h"
-#include "cli/doctor/udp_sockets.h"
+#include "cli/doctor/facts/database_snapshot.h"
+#include "cli/doctor/facts/processes.h"
+#include "cli/doctor/facts/udp_sockets.h"
 
 namespace tembra::cli::doctor {
 

@@ -11,8 +11,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "cli/doctor/checks.h"
-#include "cli/doctor/router.h"
+#include "cli/doctor/checks/checks.h"
+#include "cli/doctor/facts/router.h"
 #include "depot/open_file.h"
 
 namespace tembra::cli::doctor {

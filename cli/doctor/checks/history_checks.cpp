@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
-#include "cli/doctor/checks.h"
-#include "cli/doctor/history_checks.h"
-#include "cli/doctor/router.h"
+#include "cli/doctor/checks/checks.h"
+#include "cli/doctor/checks/history_checks.h"
+#include "cli/doctor/facts/router.h"
 #include "platform/printable.h"
 
 namespace tembra::cli::doctor {

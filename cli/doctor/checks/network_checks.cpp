@@ -13,8 +13,8 @@
 #include <memory>
 #include <system_error>
 
-#include "cli/doctor/checks.h"
-#include "cli/doctor/router.h"
+#include "cli/doctor/checks/checks.h"
+#include "cli/doctor/facts/router.h"
 #include "platform/descriptor.h"
 
 namespace tembra::cli::doctor {

@@ -1,4 +1,4 @@
-#include "cli/doctor/udp_sockets.h"
+#include "cli/doctor/facts/udp_sockets.h"
 
 #include <arpa/inet.h>
 #include <sys/socket.h>

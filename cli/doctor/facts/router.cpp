@@ -1,4 +1,4 @@
-#include "cli/doctor/router.h"
+#include "cli/doctor/facts/router.h"
 
 #include <tembra/endpoints.h>
 #include <tembra/globals.h>
@@ -9,7 +9,7 @@
 #include <cstring>
 
 #include "cli/commands/database_file.h"
-#include "cli/doctor/flight_recorder.h"
+#include "cli/doctor/facts/flight_recorder.h"
 
 namespace tembra::cli::doctor {
 

@@ -4,8 +4,8 @@
 
 #include <tembra/frontend.hpp>
 
-#include "cli/doctor/checks.h"
-#include "cli/doctor/router.h"
+#include "cli/doctor/checks/checks.h"
+#include "cli/doctor/facts/router.h"
 
 namespace tembra::cli::doctor {
 namespace {

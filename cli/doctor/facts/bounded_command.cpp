@@ -1,4 +1,4 @@
-#include "cli/doctor/bounded_command.h"
+#include "cli/doctor/facts/bounded_command.h"
 
 #include <fcntl.h>
 #include <spawn.h>

@@ -7,8 +7,8 @@
 #include <map>
 #include <tembra/frontend.hpp>
 
-#include "cli/doctor/checks.h"
-#include "cli/doctor/router.h"
+#include "cli/doctor/checks/checks.h"
+#include "cli/doctor/facts/router.h"
 #include "cli/words/texts.h"
 #include "platform/printable.h"
 

@@ -4,7 +4,7 @@
 
 #include <span>
 
-#include "cli/doctor/check.h"
+#include "cli/doctor/checks/check.h"
 
 namespace tembra::cli::doctor {
 

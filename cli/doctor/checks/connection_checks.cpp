@@ -7,8 +7,8 @@
 #include <cstring>
 #include <filesystem>
 
-#include "cli/doctor/checks.h"
-#include "cli/doctor/router.h"
+#include "cli/doctor/checks/checks.h"
+#include "cli/doctor/facts/router.h"
 #include "platform/printable.h"
 
 namespace tembra::cli::doctor {

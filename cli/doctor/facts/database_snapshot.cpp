@@ -1,4 +1,4 @@
-#include "cli/doctor/database_snapshot.h"
+#include "cli/doctor/facts/database_snapshot.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

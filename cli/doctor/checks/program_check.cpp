@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "cli/doctor/checks.h"
-#include "cli/doctor/elf_names.h"
-#include "cli/doctor/router.h"
+#include "cli/doctor/checks/checks.h"
+#include "cli/doctor/facts/elf_names.h"
+#include "cli/doctor/facts/router.h"
 #include "platform/printable.h"
 
 namespace tembra::cli::doctor {

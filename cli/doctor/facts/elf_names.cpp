@@ -1,4 +1,4 @@
-#include "cli/doctor/elf_names.h"
+#include "cli/doctor/facts/elf_names.h"
 
 #include <elf.h>
 #include <fcntl.h>

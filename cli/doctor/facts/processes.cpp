@@ -1,4 +1,4 @@
-#include "cli/doctor/processes.h"
+#include "cli/doctor/facts/processes.h"
 
 #include <pwd.h>
 #include <sys/stat.h>

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <ctime>
 
-#include "cli/doctor/checks.h"
-#include "cli/doctor/history_checks.h"
-#include "cli/doctor/router.h"
+#include "cli/doctor/checks/checks.h"
+#include "cli/doctor/checks/history_checks.h"
+#include "cli/doctor/facts/router.h"
 
 namespace tembra::cli::doctor {
 namespace {

@@ -1,4 +1,4 @@
-#include "cli/doctor/checks.h"
+#include "cli/doctor/checks/checks.h"
 
 namespace tembra::cli::doctor {
 namespace {

@@ -1,4 +1,4 @@
-#include "cli/doctor/flight_recorder.h"
+#include "cli/doctor/facts/flight_recorder.h"
 
 #include <sys/stat.h>
 #include <tembra/watch.h>
