@@ -58,6 +58,15 @@ TEST_F(AddingDoneTest, AZigbeeRecordIsSentAndKept) {
   EXPECT_STREQ(assoc.zbDevice.location, "Hall");
 }
 
+TEST_F(AddingDoneTest, EveryKindThatIsNoZwaveNodeIsAZigbeeDevice) {
+  for (const int kind : {0, 1, 3, 255, -2, 256 + DEVICE_ZWAVE}) {
+    assoc.zwNodeWork.deviceKind = kind;
+    router.forget();
+    EXPECT_EQ(assoc.addingDone(), 0);
+    EXPECT_NE(router.takeTrace().find("send ha 4100 zigbee"), std::string::npos) << kind;
+  }
+}
+
 // The name is written first and may run into the location, which is written over its end.
 TEST_F(AddingDoneTest, ALongNameOfAZigbeeDeviceJoinsTheLocation) {
   name(std::string(40, 'n'), "Hall");

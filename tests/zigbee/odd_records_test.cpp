@@ -119,6 +119,21 @@ TEST_F(OddRecordsTest, TheTypeLibraryNumbersTheZones) {
   EXPECT_EQ(agreement.checked(), 3);
 }
 
+TEST_F(OddRecordsTest, TheSummaryIsToldBeforeAnUndecidedDeviceIsGeneric) {
+  TembraAssociation& assoc = router.assoc();
+  assoc.zbDevice = ZigbeeDevice().zone(0xBEEF).clusters({kOnOff, 0x0100}).info();
+  DevId = 17;
+  std::string told;
+  router.onLog([&](const std::string& line) {
+    if (line == "libTembraAssoc:No. of clusters found:2 and indexes:1 zonetype:beef") {
+      told += assoc.devName + (", type " + std::to_string(assoc.zbDevice.devType));
+    }
+  });
+  EXPECT_EQ(assoc.validate_DeviceType(), 0);
+  EXPECT_EQ(told, "BinarySwitch #17, type 0");
+  EXPECT_STREQ(assoc.devName, "GenericDevice #17");
+}
+
 TEST_F(OddRecordsTest, ANameIsWrittenOverTheEndpointsBehindTheTable) {
   TembraAssociation& assoc = router.assoc();
   assoc.zbDevice = repeated(kOnOff, 29).cluster(kMeasurement, 7).info();

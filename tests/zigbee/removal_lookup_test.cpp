@@ -104,3 +104,12 @@ TEST(RemovalLookupTest, ARecordThatEndsBeforeItsAddressIsNobodys) {
     expectUnknown(router, 0);
   }
 }
+
+TEST(RemovalLookupTest, ABrokenRecordHidesWhatStandsBehind) {
+  Router router;
+  router.database().put(Device(1, "Broken").zigbee(8)).put(Device(2, "Hidden").zigbee(9)).breakRecord("1");
+  TembraAssociation& assoc = prepared(router);
+  EXPECT_NE(assoc.zb_removeNode(9), 0);
+  EXPECT_EQ(assoc.zbDevice.msgCode, kUnknownDevice);
+  EXPECT_STREQ(assoc.removedName, "nobody");
+}
