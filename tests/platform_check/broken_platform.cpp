@@ -88,6 +88,7 @@ DevType numberThatIsWrong(const char* name) {
   const std::string_view wanted = name;
   if (isBroken("zone") && wanted == "MotionSensor") return DEVTYPE_KEYPAD;
   if (isBroken("unknown-device") && wanted == "UnknownDevice") return DevType{255};
+  if (isBroken("zone-without-values") && wanted == "Keypad") return DevType{99};
   if (isBroken("unknown-name") && wanted == "NoSuchDevice") return DevType{255};
   if (isBroken("long-name") && wanted == kLongName) return DEVTYPE_SIREN;
   if (isBroken("given-number") && wanted == "Siren") return DEVTYPE_UNKNOWN;
