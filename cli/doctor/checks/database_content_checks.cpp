@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <tembra/frontend.hpp>
@@ -24,11 +25,11 @@ std::string deviceText(const StoredRecord& stored) {
   return "device " + printable(stored.key) + " (" + printable(fieldText(stored.device.name)) + ")";
 }
 
+constexpr std::size_t kNextIdBytes = 10;
 constexpr std::size_t kMostTold = 4;  // enough for a proof
 
-bool isNumber(const std::string& text) {
-  return !text.empty() && text.size() <= 9 && text.find_first_not_of("0123456789") == std::string::npos;
-}
+// As the library reads the record: a leading number in its first ten bytes, else 0.
+int nextId(const std::string& value) { return std::atoi(value.substr(0, kNextIdBytes).c_str()); }
 
 bool isReadable(Router& router) { return router.database().error == 0; }
 
@@ -98,12 +99,15 @@ Verdict checkDatabaseNextId(Router& router) {
   const std::string next = printable(database.nextId.value_or(""));
   const std::string advice = "Let the HA server count again: a new device would take the id of another.";
   if (!database.nextId) return finding("The device database has no next id.", "there is no record NextDevid.", advice);
-  if (!isNumber(next)) return finding("The next id is no number.", "NextDevid is \"" + next + "\".", advice);
-  int largest = 0;
-  for (const StoredRecord& stored : database.devices) largest = std::max(largest, stored.device.id);
-  if (std::stoi(next) > largest) return well("The next id is " + next + ".");
+  const auto largest = std::max_element(
+      database.devices.begin(), database.devices.end(),
+      [](const StoredRecord& one, const StoredRecord& other) { return one.device.id < other.device.id; });
+  if (largest == database.devices.end() || nextId(*database.nextId) > largest->device.id) {
+    return well("The next id is " + next + ".");
+  }
   return finding("The next id is not behind the largest.",
-                 "NextDevid is " + next + ", and there is a device " + std::to_string(largest) + ".", advice);
+                 "NextDevid is \"" + next + "\", and there is a device " + std::to_string(largest->device.id) + ".",
+                 advice);
 }
 
 Verdict checkDatabaseRadios(Router& router) {
@@ -111,9 +115,11 @@ Verdict checkDatabaseRadios(Router& router) {
   std::vector<std::string> wrong;
   for (const StoredRecord& stored : router.database().devices) {
     const DeviceRecord& device = stored.device;
-    const bool isNode = device.radioKind == RADIO_ZWAVE && (device.zwaveNode & 0xFFU) != 0;
+    const unsigned node = device.zwaveNode & 0xFFU;
+    const bool isNode = device.radioKind == RADIO_ZWAVE && node != 0 && node != 255;  // which say that no node left
     if (isNode || device.radioKind == RADIO_IP || isZigbee(device)) continue;
-    wrong.push_back(deviceText(stored) + " has radio kind " + std::to_string(device.radioKind) + " and no address");
+    wrong.push_back(deviceText(stored) + " has radio kind " + std::to_string(device.radioKind) +
+                    " and no address that can leave");
   }
   if (wrong.empty()) return well("The radio of each device is known.");
   return finding("Devices have no radio that the library knows, so they cannot be removed at their button.",
@@ -130,7 +136,7 @@ Verdict checkDatabaseAddresses(Router& router) {
     if (!isNew) wrong.push_back(other->first + " is " + deviceText(*other->second) + " and " + deviceText(stored));
   }
   if (wrong.empty()) return well("Each device has a radio address of its own.");
-  return finding("Devices share a radio address, and the library takes the last of them.",
+  return finding("Devices share a radio address, and are removed together or in place of each other.",
                  listed(wrong, kMostTold) + ".", "Remove the ones that are gone from the HA server's list.");
 }
 
@@ -139,7 +145,7 @@ Verdict checkDatabaseTypes(Router& router) {
   std::vector<std::string> wrong;
   for (const StoredRecord& stored : router.database().devices) {
     const std::string type = fieldText(stored.device.typeName);
-    if (tembra_type_number(type.c_str()) != DEVTYPE_UNKNOWN || type == "UnknownDevice") continue;
+    if (tembra_type_number(type.c_str()) != DEVTYPE_UNKNOWN || type == tembra_type_name(DEVTYPE_UNKNOWN)) continue;
     wrong.push_back(deviceText(stored) + " is a \"" + printable(type) + "\"");
   }
   if (wrong.empty()) return well("The type of each device is known.");

@@ -91,6 +91,23 @@ Kept floodedOnce() {
   return daemon;
 }
 
+Kept firstOfAll() {
+  Database().nextId("0");
+  return nullptr;
+}
+
+// As the library reads it: 17.
+Kept oddNextId() {
+  Database().nextId(" 17x").put(Device(3, "Siren").type("Siren").zwave(5));
+  return nullptr;
+}
+
+// The node number with which a radio says that it failed.
+Kept nodeOfFailure() {
+  Database().nextId("4").put(Device(3, "Siren").type("Siren").zwave(255));
+  return nullptr;
+}
+
 Kept noDatabase() {
   std::filesystem::remove(kDatabase);
   return nullptr;
@@ -136,6 +153,9 @@ const Judged kJudged[] = {
     {"NegativeMeshId", negativeMeshId, "nvram", "well", "is -12345678.", {}, {{"TEMBRA_NVRAM", "/tmp/negative"}}},
     {"SilentFrontEnd", silentFrontEnd, "connection", "note",
      " has 127.255.255.4:8888; /tmp/front-ends/socket: No such"},
+    {"FirstNextId", firstOfAll, "database-next-id", "well", "The next id is 0."},
+    {"OddNextId", oddNextId, "database-next-id", "well", "The next id is  17x."},
+    {"NodeOfFailure", nodeOfFailure, "database-radios", "finding", "no address that can leave", {}, {}, 1},
     {"LockedRecords", lockedRecords, "database-ids", "note", "/tmp/ddb: it stays locked.", {}, {}, 1},
     {"PortTakenOnIpv6", ipv6Only, "port", "well", "127.255.255.4:8888 is free for a front end."},
 };
