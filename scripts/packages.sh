@@ -15,7 +15,7 @@ bench_packages=("${demo_packages[@]}" libbenchmark-dev gnuplot-nox)
 # the kit's languages. The last ones read datagrams and complete commands.
 # shellcheck disable=SC2034
 test_packages=("${bench_packages[@]}" libgtest-dev ccache clang libclang-rt-dev clang-format clang-tidy python3 valgrind
-  man-db g++-11 libc++-14-dev libc++abi-14-dev abigail-tools musl lua5.1 lua5.4 liblua5.1-0-dev liblua5.4-dev tshark zsh)
+  man-db g++-11 libc++-14-dev libc++abi-14-dev abigail-tools musl-dev lua5.1 lua5.4 liblua5.1-0-dev liblua5.4-dev tshark zsh)
 
 # What building and testing for other CPUs takes besides: their compilers, the emulators, and what starts programs of 32 bits.
 # shellcheck disable=SC2034

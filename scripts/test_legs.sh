@@ -52,6 +52,7 @@ leg_release() {
   tests/packaging/search_paths.sh "$build" "$build/installed"
   tests/packaging/source_path.sh "$build/installed" "$PWD"
   tests/packaging/strangers.sh build/strangers
+  tests/packaging/musl_library.sh build/musl
   tests/packaging/router.sh build/router-check
 }
 
