@@ -64,7 +64,7 @@ class ElfFile {
     static_assert(std::is_trivial_v<Item>);
     if (bytes > kMostOfTable) throw std::runtime_error("one of its tables is too long");
     if (offset > size_ || bytes > size_ - offset) throw std::runtime_error("it is cut off");
-    std::vector<Item> items(bytes / sizeof(Item));
+    std::vector<Item> items(static_cast<std::size_t>(bytes / sizeof(Item)));
     const std::size_t length = items.size() * sizeof(Item);
     if (pread(file_.get(), items.data(), length, static_cast<off_t>(offset)) != static_cast<ssize_t>(length)) {
       throw std::runtime_error("it cannot be read");
@@ -142,7 +142,7 @@ class NamesReader {
     return false;
   }
 
-  [[nodiscard]] const Section& at(std::uint64_t number) const {
+  [[nodiscard]] const Section& at(std::size_t number) const {
     if (number >= sections_.size()) throw std::runtime_error("it has no table of names");
     return sections_[number];
   }

@@ -31,7 +31,7 @@ std::map<std::string, std::string> partsOf(const std::string& tar) {
   std::map<std::string, std::string> parts;
   for (std::size_t at = 0; at + kBlock <= tar.size() && tar[at] != '\0';) {
     std::string header = tar.substr(at, kBlock);
-    const auto size = std::stoull(header.substr(kSizeAt, 11), nullptr, 8);
+    const std::size_t size = std::stoul(header.substr(kSizeAt, 11), nullptr, 8);
     const auto sum = std::stoull(header.substr(kSumAt, 7), nullptr, 8);
     header.replace(kSumAt, 8, 8, ' ');
     unsigned long long counted = 0;
