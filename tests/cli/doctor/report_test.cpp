@@ -258,7 +258,7 @@ TEST(Report, TakesTheSystemsOwnDatagramsOfAnyRecorder) {
   constexpr std::uint32_t kPcap = 0xA1B2C3D4;
   constexpr std::uint16_t kRawIp = 101;
   std::string foreign = maker::ipv4("what another program says");
-  for (const std::size_t end : {12, 16}) foreign.replace(end, 4, "\x7f\0\0\1", 4);
+  for (const std::size_t end : {12U, 16U}) foreign.replace(end, 4, "\x7f\0\0\1", 4);
   writeFile(kRecording,
             maker::pcap(maker::Order::kBig, kPcap, kRawIp) + maker::pcapPacket(maker::Order::kBig, 1'000, 0, foreign) +
                 maker::pcapPacket(maker::Order::kBig, 1'000, 5, maker::ipv4("what the Z-Wave server says")));
