@@ -55,6 +55,11 @@ class Add {
     store(awaitChoice());
   }
 
+  /// Where a device has left to be added again, and is not.
+  void warnOfLeftDevice() const {
+    if (leftId_ != 0) session_.warnOf(TEMBRA_REASON_LEFT, leftId_, keptName_);
+  }
+
   /// The end that the caller's cancel leads to: a device may have joined already.
   [[nodiscard]] End cancelled() const {
     const bool waits = phase_ <= TEMBRA_PHASE_BUTTON || phase_ == TEMBRA_PHASE_LEAVE_BUTTON;
@@ -101,6 +106,7 @@ class Add {
   Session& session_;
   Known known_;
   std::string keptName_;  ///< of a device that was known and left
+  int leftId_ = 0;        ///< its id
   tembra_phase phase_ = TEMBRA_PHASE_OPENING;
   Clock::time_point overdue_;
   int radio_ = 0;
@@ -152,8 +158,9 @@ void Add::removeKnown(const LibraryEvent& heard) {
   keptName_ = libraryText(heard.removedName);
   session_.warnOf(TEMBRA_REASON_ALREADY_KNOWN, id, keptName_);
   const auto left = letLeave(session_, phase_);
-  if (!left) throw failed(TEMBRA_REASON_NOT_IN_LIST);
+  if (!left) throw failed(TEMBRA_REASON_OTHER_LEFT);
   if (left->id != id) throw otherLeft(*left);
+  leftId_ = id;
   session_.setRadio(0);
   begin();
 }
@@ -295,7 +302,11 @@ void addDevice(Session& session, Known known) {
   try {
     add.run();
   } catch (const Cancelled&) {
+    add.warnOfLeftDevice();
     throw add.cancelled();
+  } catch (const End& end) {
+    if (end.outcome != TEMBRA_DONE) add.warnOfLeftDevice();
+    throw;
   }
 }
 

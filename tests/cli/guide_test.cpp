@@ -56,7 +56,7 @@ TEST(AddAgain, EndsWhenAnotherDeviceLeaves) {
   router.pressOnRemove("dimmer");
   const Ended ended = again.end();
   EXPECT_EQ(ended.status, 1);
-  EXPECT_NE(ended.errors.find("Another device left: Lamp (number 2)."), std::string::npos) << ended.errors;
+  EXPECT_NE(ended.errors.find("Another device Lamp (number 2) left."), std::string::npos) << ended.errors;
   router.stop();
 }
 
@@ -103,7 +103,7 @@ TEST(TakingOut, SaysThatAnotherDeviceLeft) {
   const Ended removed = router.remove("siren", {"--unlisted"});
   EXPECT_EQ(removed.status, 1);
   EXPECT_NE(removed.output.find("Removed Loud (id 1)."), std::string::npos) << removed.output;
-  EXPECT_NE(removed.sentence().find("Another device left: Loud (number 1)."), std::string::npos) << removed.errors;
+  EXPECT_NE(removed.sentence().find("Another device Loud (number 1) left."), std::string::npos) << removed.errors;
   router.stop();
 }
 

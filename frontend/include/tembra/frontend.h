@@ -292,6 +292,7 @@ enum tembra_reason {
   TEMBRA_REASON_CHOICE_TOO_SLOW = 36,
   TEMBRA_REASON_NOT_STORED = 37,      ///< the HA server did not store the device
   TEMBRA_REASON_OTHER_LEFT = 38,      ///< another device than the one that was to leave: `device_id`, `device_name`
+  TEMBRA_REASON_LEFT = 40,            ///< only a warning: a known device left, and was not added again
   TEMBRA_REASON_DEVICES_REMAIN = 39,  ///< the HA server did not empty the device list
   TEMBRA_REASON_DATABASE_DAMAGED = 50,
   TEMBRA_REASON_DATABASE_UNREADABLE = 51,  ///< `error` says why

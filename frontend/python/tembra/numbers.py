@@ -82,6 +82,7 @@ class Reason(enum.IntEnum):
     NOT_STORED = 37
     OTHER_LEFT = 38
     DEVICES_REMAIN = 39
+    LEFT = 40
     DATABASE_DAMAGED = 50
     DATABASE_UNREADABLE = 51
     LINK_BUTTON = 60
