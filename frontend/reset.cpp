@@ -31,6 +31,14 @@ std::vector<tembra_device> remaining(const std::vector<tembra_device>& before, c
   return both;
 }
 
+// A device that leaves the list, and not its radio network, would stay there unseen.
+void requireRadiosOf(Session& session, const std::vector<tembra_device>& devices) {
+  for (const tembra_device& device : devices) {
+    if (device.radio == TEMBRA_RADIO_ZIGBEE) session.requireServer(SERVER_ZIGBEE);
+    if (device.radio == TEMBRA_RADIO_ZWAVE) session.requireServer(SERVER_ZWAVE);
+  }
+}
+
 void tellRemoved(Session& session, const tembra_device& device) {
   auto removed = sized<tembra_device_event>();
   removed.id = device.id;
@@ -65,6 +73,7 @@ void resetRadios(Session& session, int what) {
   const bool empties = what == reset_both_and_remove_all;
   if (empties) session.requireDatabase();
   const DeviceList before = empties ? session.listDevices() : DeviceList{};
+  requireRadiosOf(session, before.devices);
   session.open();
   const int all = stepsOf(what);
   session.enter(TEMBRA_PHASE_RESETTING, seconds(all));
