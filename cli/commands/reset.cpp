@@ -27,6 +27,7 @@ using Devices = std::vector<Device>;
 struct ResetTarget {
   reset_type type;
   const char* question;
+  const char* done;
   bool (*isLost)(const Device& device);
 };
 
@@ -34,14 +35,14 @@ bool isZigbee(const Device& device) { return device.radio == TEMBRA_RADIO_ZIGBEE
 bool isZwave(const Device& device) { return device.radio == TEMBRA_RADIO_ZWAVE; }
 
 const std::map<std::string, ResetTarget> kResetTargets = {
-    {"zigbee", {reset_zigbee, "Reset the ZigBee network?", isZigbee}},
-    {"zwave", {reset_zwave, "Reset the Z-Wave network?", isZwave}},
+    {"zigbee", {reset_zigbee, "Reset the ZigBee network?", "Reset the ZigBee network.", isZigbee}},
+    {"zwave", {reset_zwave, "Reset the Z-Wave network?", "Reset the Z-Wave network.", isZwave}},
     {"both",
-     {reset_both, "Reset both radio networks?",
+     {reset_both, "Reset both radio networks?", "Reset both radio networks.",
       [](const Device& device) { return isZigbee(device) || isZwave(device); }}},
     {"all",
      {reset_both_and_remove_all, "Reset both radio networks and empty the device list?",
-      [](const Device&) { return true; }}},
+      "Reset both radio networks, and emptied the device list.", [](const Device&) { return true; }}},
 };
 
 // The library waits for a writer without end; the user need not.
@@ -52,22 +53,23 @@ std::optional<Devices> listedDevices(const Context& context) {
   return isRead ? *list : std::nullopt;
 }
 
-std::string lossText(const std::optional<Devices>& devices) {
+std::string lossText(const std::optional<Devices>& devices, bool empties) {
   if (!devices) return "The device list cannot be read.";
   const std::size_t count = devices->size();
-  if (count == 0) return "The device list has no such device.";
+  if (count == 0) return empties ? "The device list is empty." : "The device list has no such device.";
   std::string text = count == 1 ? "1 device is lost: " : std::to_string(count) + " devices are lost: ";
   for (std::size_t i = 0; i < std::min(count, kMostNames); ++i) {
     text += (i == 0 ? "" : ", ") + numberedName((*devices)[i].name, (*devices)[i].id);
   }
-  return text + (count > kMostNames ? " and " + std::to_string(count - kMostNames) + " more." : ".");
+  text += count > kMostNames ? " and " + std::to_string(count - kMostNames) + " more." : ".";
+  return text + (empties ? "" : count == 1 ? " It stays in the device list." : " They stay in the device list.");
 }
 
 void confirmReset(const Context& context, const ResetTarget& target) {
   if (context.options.yes) return;
   auto devices = listedDevices(context);
   if (devices) std::erase_if(*devices, [&target](const Device& device) { return !target.isLost(device); });
-  confirm(context, target.question + (" " + lossText(devices)));
+  confirm(context, target.question + (" " + lossText(devices, target.type == reset_both_and_remove_all)));
 }
 
 void reset(const Context& context, const std::string& radios) {
@@ -76,7 +78,7 @@ void reset(const Context& context, const std::string& radios) {
   Dialogue(context).run(
       "reset(" + radios + ")", [&target](Frontend& kit) { return kit.reset(target.type); }, {},
       Dialogue::AtInterrupt::kFinish);
-  context.display.note("Reset " + radios + ".");
+  context.display.note(target.done);
 }
 
 }  // namespace

@@ -115,9 +115,10 @@ struct Question {
 TEST(ResetQuestion, TellsWhichDevicesAreLost) {
   Database().put(Device(1, "Loud").type("Siren").zwave(5)).put(Device(2, "Door").type("ContactSwitch").zigbee(0x1A01));
   const Question questions[] = {
-      {"zwave", "Reset the Z-Wave network? 1 device is lost: Loud (id 1)."},
-      {"zigbee", "Reset the ZigBee network? 1 device is lost: Door (id 2)."},
-      {"both", "Reset both radio networks? 2 devices are lost: Loud (id 1), Door (id 2)."},
+      {"zwave", "Reset the Z-Wave network? 1 device is lost: Loud (id 1). It stays in the device list."},
+      {"zigbee", "Reset the ZigBee network? 1 device is lost: Door (id 2). It stays in the device list."},
+      {"both",
+       "Reset both radio networks? 2 devices are lost: Loud (id 1), Door (id 2). They stay in the device list."},
       {"all", "Reset both radio networks and empty the device list? 2 devices are lost: Loud (id 1), Door (id 2)."},
   };
   for (const Question& question : questions) {
@@ -141,7 +142,9 @@ TEST(ResetOfAll, TellsEachDeviceThatLeavesTheList) {
   ASSERT_EQ(router.add("siren", {"--name", "Loud"}).status, 0);
   const Ended reset = runAssoc({"reset", "all", "--yes"}, Clock::kFast);
   EXPECT_EQ(reset.status, 0) << reset.errors;
-  EXPECT_NE(reset.output.find("Removed Loud (id 1).\nReset all.\n"), std::string::npos) << reset.output;
+  EXPECT_NE(reset.output.find("Removed Loud (id 1).\nReset both radio networks, and emptied the device list.\n"),
+            std::string::npos)
+      << reset.output;
   router.stop();
 }
 

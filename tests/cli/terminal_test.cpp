@@ -327,7 +327,7 @@ class TerminalReset : public testing::TestWithParam<Answer> {};
 TEST_P(TerminalReset, DoesNothingUnlessConfirmed) {
   SimRouter router;
   Terminal terminal(assocCommand({"reset", "all"}));
-  terminal.waitFor("Reset both radio networks and empty the device list? The device list has no");
+  terminal.waitFor("Reset both radio networks and empty the device list? The device list is");
   terminal.type(GetParam().keys);
   EXPECT_EQ(terminal.end(), GetParam().status);
   const Told told = router.stop();
@@ -343,7 +343,7 @@ TEST(TerminalResetProgress, ShowsTheSecondsLeft) {
   terminal.waitFor("Yes or no [y/N]");
   terminal.type("y\r");
   terminal.waitFor("Resetting (at most ");
-  terminal.waitFor("Reset zwave.");
+  terminal.waitFor("Reset the Z-Wave network.");
   EXPECT_EQ(terminal.end(), 0);
   router.stop();
 }
