@@ -6,6 +6,8 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "cli/commands/commands.h"
 #include "cli/display/json_line.h"
@@ -41,7 +43,7 @@ class Recorder {
       event.events = EPOLLIN;
       epoll_ctl(ready_.get(), EPOLL_CTL_ADD, each, &event);
     }
-    recording_.emplace(wanted.file, !wanted.eventsOnly, wanted.ring * kMegabyte);
+    readFirst();
   }
 
   void run() {
@@ -58,6 +60,16 @@ class Recorder {
   }
 
  private:
+  // The file is begun when all is well: an old one is not given up for nothing.
+  void readFirst() {
+    std::vector<std::pair<long long, std::string>> first;
+    const int error =
+        holders_.read([&first](long long time, const std::string& line) { first.emplace_back(time, line); });
+    if (error != 0) complainOnce(error);
+    recording_.emplace(wanted_.file, !wanted_.eventsOnly, wanted_.ring * kMegabyte);
+    for (auto& [time, line] : first) recording_->line(time, std::move(line));
+  }
+
   void look() {
     if (capture_) {
       capture_->read([this](Datagram datagram) { recording_->datagram(std::move(datagram)); });

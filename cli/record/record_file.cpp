@@ -62,6 +62,8 @@ class LineFile : public RecordFile {
 
 Recording::Recording(std::filesystem::path file, bool hasDatagrams, std::uintmax_t ring)
     : path_(std::move(file)), hasDatagrams_(hasDatagrams), ring_(ring) {
+  std::error_code failure;
+  if (ring_ != 0) std::filesystem::remove(path_.string() + ".1", failure);  // of another recording
   open();
 }
 
@@ -71,6 +73,11 @@ void Recording::open() try {
     file_ = std::make_unique<DatagramFile>(path_);
   } else {
     file_ = std::make_unique<LineFile>(path_);
+  }
+  using std::filesystem::perms;
+  std::error_code failure;
+  if (std::filesystem::is_regular_file(path_, failure)) {  // an old file keeps its mode
+    std::filesystem::permissions(path_, perms::owner_read | perms::owner_write, failure);
   }
 } catch (const std::runtime_error& failure) {
   throw Failure(kFailed, std::string(failure.what()) + ".");

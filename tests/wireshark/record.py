@@ -61,6 +61,7 @@ def check_same_run(dissector):
     router = subprocess.Popen(["tembra-sim", "run", "--speed", "20", "--record", SIMULATED], stdout=subprocess.DEVNULL)
     while not control("status"):
         time.sleep(0.01)
+    RECORDED.touch(0o644)  # an old file, which others may read
     datagrams, lines = Record(RECORDED), Record("--events", LINES)
     events = front_end("add") + front_end("hue", "discover") + front_end("hue", "remove", "02:a1:b2:0c:00:0f")
     told, told_of_lines = datagrams.end(), lines.end()
@@ -120,6 +121,12 @@ def check_refusals():
         refused = subprocess.run(["tembra-assoc", "record", file], capture_output=True, text=True)
         assert refused.returncode == 1 and f"cannot write the recording {file}" in refused.stderr, refused
     assert not (FOLDER / "none.pcapng").exists()
+    LINES.write_text("an older recording")
+    os.chmod("/tmp/front-ends", 0)
+    refused = subprocess.run(["setpriv", "--bounding-set=-all", "tembra-assoc", "record", "--events", LINES],
+                             capture_output=True, text=True, timeout=20)
+    assert refused.returncode == 1 and "cannot be watched: Permission denied" in refused.stderr, refused
+    assert LINES.read_text() == "an older recording"
 
 
 os.environ["TEMBRA_WATCH_PATH"] = "/tmp/front-ends/socket"
