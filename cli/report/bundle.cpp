@@ -33,7 +33,7 @@ std::vector<RecordedMoment> readRecording(const std::string& path) {
   try {
     return momentsIn(recording);
   } catch (const std::runtime_error& fault) {
-    throw Failure(kFailed, path + " is left out: " + fault.what() + ".");
+    throw Failure(kFailed, path + ": " + fault.what() + "; no report was written.");
   }
 }
 
@@ -74,8 +74,9 @@ class Bundle {
                                {"versions.txt", "versions of library, kit, programs and system", versions_},
                                {"configuration.txt", "settings of the front ends and of the kernel", configuration_}};
     if (!history_.empty())
-      parts.push_back(
-          {"history.jsonl", "the flight recorder of the front end that has the connection", linesOf(history_)});
+      parts.push_back({"history.jsonl",
+                       "the flight recorder of the front end that has the connection, else of the last failure",
+                       linesOf(history_)});
     for (std::size_t i = 0; i < logs_.size(); ++i)
       parts.push_back({numbered("log", i, ".txt"), "the end of a log", logs_[i]});
     if (!recording_.empty()) parts.push_back({"recording.pcapng", "datagrams", recordingOf(recording_)});
