@@ -17,9 +17,9 @@ build_preset() {
   cmake --build --preset "$1" --parallel "$jobs"
 }
 
-# run_ctest PRESET [OPTION...]: tests wait for each other's programs now and then, so there are more than processors.
+# run_ctest PRESET [OPTION...]: most of a test's time is waiting for other programs, so there are more than processors.
 run_ctest() {
-  ctest --preset "$1" --parallel $((jobs + 2)) "${@:2}"
+  ctest --preset "$1" --parallel $((jobs * 3)) "${@:2}"
 }
 
 leg_plain() {
