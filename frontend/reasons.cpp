@@ -69,7 +69,7 @@ constexpr Reason kReasons[] = {
     {TEMBRA_REASON_ALREADY_KNOWN, "already-known", "The device is known already{device}.",
      "To add it anew, remove it first."},
     {TEMBRA_REASON_NOT_IN_LIST, "not-in-list", "The device that left is not in the device list.",
-     "Nothing else is to be done: it is out of the radio network."},
+     "Nothing else is to be done. A ZigBee radio that failed says the same: try again if the device is still there."},
     {TEMBRA_REASON_CHOICE_TOO_SLOW, "choice-too-slow", "Type and name of the device{named} were not chosen in time.",
      "The device joined the radio network, but was not kept: remove it and add it again."},
     {TEMBRA_REASON_NOT_STORED, "not-stored", "The HA server did not store the device{named}.",

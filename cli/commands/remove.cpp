@@ -1,4 +1,6 @@
 // tembra-assoc remove: the next device whose button is pressed leaves the home.
+#include <tembra/assoc.h>
+
 #include <CLI/CLI.hpp>
 #include <memory>
 
@@ -10,6 +12,15 @@
 
 namespace tembra::cli {
 namespace {
+
+constexpr unsigned short kNoAddress = 0xFFFE;
+
+// The ZigBee server has one status for a stranger that left and for a removal that failed. Only a stranger may have an
+// address.
+bool mayHaveFailed() {
+  const TembraAssociation& service = *TembraAssociation::getInstance();
+  return service.activeRadio == SERVER_ZIGBEE && service.zbDevice.shortAddress == kNoAddress;
+}
 
 void removeDevice(const Context& context) {
   confirm(context, "Remove the next device whose button is pressed from the home and the device list?");
@@ -29,6 +40,12 @@ void takeOut(Dialogue& dialogue) {
   Display& display = dialogue.context().display;
   display.note("The button is that of the device that joined, but was not kept. Another device would leave the home.");
   dialogue.run("take out", &Frontend::takeOut);
+  if (mayHaveFailed()) {
+    return display.complain(
+        "the ZigBee server says that a device left, but not which. It says the same when its radio fails: if the "
+        "device "
+        "is still there, try again.");
+  }
   display.note("The device is out of the radio network.");
 }
 

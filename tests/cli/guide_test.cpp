@@ -97,6 +97,16 @@ TEST(TakingOut, IsACommandOfItsOwn) {
   router.stop();
 }
 
+// The ZigBee server has no other word for it.
+TEST(TakingOut, SaysThatTheZigbeeRadioMayHaveFailed) {
+  SimRouter router;
+  const Ended removed = router.remove("--fail=zigbee", {"--unlisted"});
+  EXPECT_EQ(removed.status, 0) << removed.errors;
+  EXPECT_EQ(removed.output.find("out of the radio network."), std::string::npos) << removed.output;
+  EXPECT_NE(removed.errors.find("It says the same when its radio fails"), std::string::npos) << removed.errors;
+  router.stop();
+}
+
 TEST(TakingOut, SaysThatAnotherDeviceLeft) {
   SimRouter router;
   ASSERT_EQ(router.add("siren", {"--name", "Loud"}).status, 0);

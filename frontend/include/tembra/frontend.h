@@ -105,7 +105,8 @@ TEMBRA_API int tembra_frontend_add_again(tembra_frontend* kit);
 TEMBRA_API int tembra_frontend_remove(tembra_frontend* kit);
 
 /// Takes a device out of its radio network that joined, but was not kept: WAITING, ENDED. A device of the list leaves,
-/// too, when its button is pressed: REMOVING, REMOVED, and ENDED with the reason TEMBRA_REASON_OTHER_LEFT.
+/// too, when its button is pressed: REMOVING, REMOVED, and ENDED with the reason TEMBRA_REASON_OTHER_LEFT. The ZigBee
+/// server says the same of a stranger that left and of a radio that failed: both are done.
 TEMBRA_API int tembra_frontend_take_out(tembra_frontend* kit);
 
 /// Resets radio networks: STEP each second, ENDED. @param what a reset_type: 1 ZigBee, 2 Z-Wave, 3 both, 4 both, and
