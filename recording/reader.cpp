@@ -83,9 +83,10 @@ void Reader::beginPcap(std::uint32_t magic) {
 }
 
 std::optional<Datagram> Reader::next() {
-  while (isPcapng_ ? nextBlock() : nextRecord()) {
+  do {
     if (found_) return std::exchange(found_, std::nullopt);
-  }
+    isWithinBlock_ = false;
+  } while (isPcapng_ ? nextBlock() : nextRecord());
   return std::nullopt;
 }
 
@@ -235,7 +236,11 @@ bool Reader::read(std::size_t length) {
     const std::size_t before = block_.size();
     block_.resize(std::min(length, before + piece));
     stream_.read(reinterpret_cast<char*>(block_.data() + before), static_cast<std::streamsize>(block_.size() - before));
-    if (static_cast<std::size_t>(stream_.gcount()) != block_.size() - before) return false;
+    const auto count = static_cast<std::size_t>(stream_.gcount());
+    isWithinBlock_ = isWithinBlock_ || count > 0;
+    if (count == block_.size() - before) continue;
+    wasCut_ = wasCut_ || isWithinBlock_;
+    return false;
   }
   return true;
 }

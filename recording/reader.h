@@ -42,6 +42,9 @@ class Reader {
   /// The comments of the file so far, those of passed packets among them. They are forgotten when they are taken.
   std::vector<Comment> takeComments();
 
+  /// Whether the file ended within a block: its recorder was killed, lost its power, or had no room.
+  [[nodiscard]] bool wasCut() const { return wasCut_; }
+
  private:
   using Bytes = std::vector<unsigned char>;
 
@@ -84,6 +87,8 @@ class Reader {
 
   std::istream& stream_;
   Bytes block_;  ///< what was read last
+  bool isWithinBlock_ = false;
+  bool wasCut_ = false;
   bool isPcapng_ = true;
   bool isBigEndian_ = false;
   std::vector<Interface> interfaces_;

@@ -28,10 +28,14 @@ nlohmann::ordered_json asEvent(const doctor::Examined& one) {
   return nlohmann::ordered_json::parse(jsonEvent("check", doctor::examinedJson(one)));
 }
 
-std::vector<RecordedMoment> readRecording(const std::string& path) {
-  const std::string recording = wholeFile(path);
+Recorded readRecording(const Context& context, const std::string& path) {
+  const std::string bytes = wholeFile(path);
   try {
-    return momentsIn(recording);
+    Recorded recorded = recordedIn(bytes);
+    if (recorded.isCut) {
+      context.display.complain(path + " was cut off: it ends in the middle of a packet. What stands before is put in.");
+    }
+    return recorded;
   } catch (const std::runtime_error& fault) {
     throw Failure(kFailed, path + ": " + fault.what() + "; no report was written.");
   }
@@ -59,7 +63,7 @@ class Bundle {
     devices_ = deviceList(router_.database());
     for (const auto& entry : router_.history()) history_.push_back(nlohmann::ordered_json::parse(entry.dump()));
     for (const std::string& path : wanted.logs) logs_.push_back(endOfLog(path));
-    if (!wanted.recording.empty()) recording_ = readRecording(wanted.recording);
+    if (!wanted.recording.empty()) recording_ = readRecording(context, wanted.recording);
     versions_ = versionsText();
     configuration_ = configurationText(context);
   }
@@ -79,7 +83,10 @@ class Bundle {
                        linesOf(history_)});
     for (std::size_t i = 0; i < logs_.size(); ++i)
       parts.push_back({numbered("log", i, ".txt"), "the end of a log", logs_[i]});
-    if (!recording_.empty()) parts.push_back({"recording.pcapng", "datagrams", recordingOf(recording_)});
+    if (!recording_.moments.empty()) {
+      const char* const meaning = recording_.isCut ? "datagrams of a recording that was cut off" : "datagrams";
+      parts.push_back({"recording.pcapng", meaning, recordingOf(recording_.moments)});
+    }
     return parts;
   }
 
@@ -90,7 +97,7 @@ class Bundle {
       for (const auto& each : *objects) learnFrom(each, standIns_);
     }
     for (const std::string& log : logs_) learnFromLog(log, standIns_);
-    for (const RecordedMoment& moment : recording_) {
+    for (const RecordedMoment& moment : recording_.moments) {
       for (const recording::Comment& comment : moment.comments) learnFromLog(comment.text, standIns_);
       if (moment.datagram) learnFrom(*moment.datagram, standIns_);
     }
@@ -102,7 +109,7 @@ class Bundle {
     }
     for (std::string* text : {&versions_, &configuration_}) *text = standIns_.replaced(*text);
     for (std::string& log : logs_) log = standIns_.replaced(log);
-    for (RecordedMoment& moment : recording_) replaceIn(moment, standIns_);
+    for (RecordedMoment& moment : recording_.moments) replaceIn(moment, standIns_);
   }
 
   doctor::Router router_;
@@ -111,7 +118,7 @@ class Bundle {
   Objects devices_;
   Objects history_;
   std::vector<std::string> logs_;
-  std::vector<RecordedMoment> recording_;
+  Recorded recording_;
   std::string versions_;
   std::string configuration_;
   StandIns standIns_;

@@ -18,16 +18,17 @@ bool isOurs(const recording::Datagram& datagram) {
 
 }  // namespace
 
-std::vector<RecordedMoment> momentsIn(const std::string& recording) {
+Recorded recordedIn(const std::string& recording) {
   std::istringstream stream(recording);
   recording::Reader reader(stream);
-  std::vector<RecordedMoment> moments;
+  Recorded all;
   while (auto datagram = reader.next()) {
     auto comments = reader.takeComments();
-    if (isOurs(*datagram)) moments.push_back({std::move(comments), std::move(datagram)});
+    if (isOurs(*datagram)) all.moments.push_back({std::move(comments), std::move(datagram)});
   }
-  moments.push_back({reader.takeComments(), std::nullopt});
-  return moments;
+  all.moments.push_back({reader.takeComments(), std::nullopt});
+  all.isCut = reader.wasCut();
+  return all;
 }
 
 std::string recordingOf(const std::vector<RecordedMoment>& moments) {

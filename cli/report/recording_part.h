@@ -15,8 +15,13 @@ struct RecordedMoment {
   std::optional<recording::Datagram> datagram;  ///< none: the end of the recording
 };
 
+struct Recorded {
+  std::vector<RecordedMoment> moments;
+  bool isCut = false;  ///< the file ends in the middle of a block
+};
+
 /// The system's own datagrams, and all comments. Throws one sentence when the bytes are no recording.
-[[nodiscard]] std::vector<RecordedMoment> momentsIn(const std::string& recording);
+[[nodiscard]] Recorded recordedIn(const std::string& recording);
 
 /// As a recording that Wireshark reads.
 [[nodiscard]] std::string recordingOf(const std::vector<RecordedMoment>& moments);

@@ -62,6 +62,7 @@ Traffic trafficIn(std::istream& stream) {
     keep(std::move(*datagram), traffic);
   }
   keepComments(reader.takeComments(), traffic);
+  traffic.isCut = reader.wasCut();
   return traffic;
 }
 
@@ -84,6 +85,10 @@ Traffic loadTraffic(const std::filesystem::path& file) try {
   std::ifstream stream(file, std::ios::binary);
   if (!stream.good()) throw std::runtime_error("cannot be read");
   Traffic traffic = trafficIn(stream);
+  if (traffic.isCut) {
+    std::cerr << "tembra-sim: " << printable(file.string()) << ": the recording was cut off; "
+              << traffic.datagrams.size() << " datagrams from and to the library are left" << std::endl;
+  }
   if (traffic.datagrams.empty()) throw std::runtime_error("holds no datagram from or to the library");
   return traffic;
 } catch (const std::runtime_error& failure) {

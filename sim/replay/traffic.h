@@ -50,9 +50,10 @@ struct RecordedDatagram {
 struct Traffic {
   std::vector<RecordedDatagram> datagrams;
   std::vector<DatabaseRecord> database;  ///< when the recording began; empty: the recording does not say
+  bool isCut = false;                    ///< the file ends in the middle of a block
 };
 
-/// Throws one sentence that says what is wrong.
+/// Throws one sentence that says what is wrong. Tells on standard error that a recording was cut off.
 Traffic loadTraffic(const std::filesystem::path& file);
 
 /// Makes the database with which the recording began. Throws when something stands in its place.

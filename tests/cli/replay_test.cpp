@@ -242,6 +242,20 @@ TEST(Stories, HoldEveryShippedScenario) {
   EXPECT_GE(shipped, 10U);
 }
 
+// Its recorder lost its power. What it wrote before is played.
+TEST(ACutRecording, IsTakenUntilItsEndWithAWarning) {
+  record({"Short", R"([{"on": "add", "press": "siren"}])", {}, {{"add"}}});
+  fs::resize_file(kRecording, fs::file_size(kRecording) - 1);
+  const Ended scenario = Program({TEMBRA_SIM_PROGRAM, "scenario", kRecording}).end();
+  EXPECT_EQ(scenario.status, 0) << scenario.errors;
+  EXPECT_NE(scenario.output.find(R"("press": "siren")"), std::string::npos) << scenario.output;
+  EXPECT_NE(scenario.errors.find("the recording was cut off; "), std::string::npos) << scenario.errors;
+  Program router({TEMBRA_SIM_PROGRAM, "replay", kRecording});
+  router.waitFor("tembra-sim: ready");
+  play({"Short", "", {}, {{"add"}}});
+  EXPECT_NE(router.end().errors.find("the recording was cut off; "), std::string::npos);
+}
+
 struct Change {
   const char* name;
   std::vector<std::string> command;  ///< in place of the second one

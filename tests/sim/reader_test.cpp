@@ -25,6 +25,7 @@ struct Read {
   std::vector<Recorded> datagrams;
   std::vector<std::string> comments;
   std::string refusal;
+  bool wasCut = false;
 };
 
 Read readAll(std::istream& stream) {
@@ -33,6 +34,7 @@ Read readAll(std::istream& stream) {
     Reader reader(stream);
     for (auto datagram = reader.next(); datagram; datagram = reader.next()) all.datagrams.push_back(*datagram);
     for (const recording::Comment& comment : reader.takeComments()) all.comments.push_back(comment.text);
+    all.wasCut = reader.wasCut();
   } catch (const std::runtime_error& failure) {
     all.refusal = failure.what();
   }
@@ -183,15 +185,21 @@ TEST(Reader, SaysThatADatagramWasCut) {
   EXPECT_FALSE(all.datagrams[0].isWhole);
 }
 
-// Its recorder was killed.
-TEST(Reader, TakesAFileThatEndsWithinABlockAsEnded) {
+// Its recorder was killed, or its disk was full.
+TEST(Reader, TellsThatAFileEndsWithinABlockAndTakesItAsEnded) {
   constexpr Order order = Order::kLittle;
-  const std::string file = pcapngSection(order) + pcapngInterface(order, 228) + pcapngPacket(order, 1, ipv4("hello"));
-  const std::size_t whole = file.size();
-  for (std::size_t more = 1; more < pcapngPacket(order, 1, ipv4("hello")).size(); ++more) {
-    const Read all = readAll((file + file.substr(whole - pcapngPacket(order, 1, ipv4("hello")).size(), more)));
-    ASSERT_EQ(all.datagrams.size(), 1U) << more << " bytes more: " << all.refusal;
+  const std::string section = pcapngSection(order);
+  const std::pair<std::string, std::string> files[] = {
+      {section + pcapngInterface(order, 228), pcapngPacket(order, 1, ipv4("hello"))},
+      {pcap(order, 0xA1B2C3D4, 228), pcapPacket(order, 1, 1, ipv4("hello"))}};
+  for (const auto& [start, packet] : files) {
+    for (std::size_t more = 0; more < packet.size(); ++more) {
+      const Read all = readAll(start + packet + packet.substr(0, more));
+      ASSERT_EQ(all.datagrams.size(), 1U) << more << " bytes more: " << all.refusal;
+      ASSERT_EQ(all.wasCut, more > 0) << more << " bytes more";
+    }
   }
+  EXPECT_TRUE(readAll(section.substr(0, section.size() - 1)).wasCut);
 }
 
 struct Bad {

@@ -340,7 +340,12 @@ TEST(Report, RefusesWhatIsNoRecording) {
     EXPECT_FALSE(std::filesystem::exists(kReport));
   }
   writeFile("/tmp/none.pcapng", section + std::string(3, '\xff'));
-  EXPECT_EQ(runAssoc({"report", kReport, "--recording", "/tmp/none.pcapng"}).status, 0);
+  const Ended cut = runAssoc({"report", kReport, "--recording", "/tmp/none.pcapng"});
+  EXPECT_EQ(cut.status, 0);
+  EXPECT_EQ(cut.sentence(),
+            "tembra-assoc: /tmp/none.pcapng was cut off: it ends in the middle of a packet. What stands before is put "
+            "in.");
+  EXPECT_NE(cut.output.find("datagrams of a recording that was cut off"), std::string::npos) << cut.output;
 }
 
 }  // namespace
