@@ -1,8 +1,10 @@
 #include "recording/recorder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <stdexcept>
 
@@ -73,8 +75,13 @@ std::string packetOf(const sockaddr_in& from, const sockaddr_in& to, std::span<c
 
 }  // namespace
 
+std::string writingTrouble(const std::filesystem::path& file, int error) {
+  const std::string what = "cannot write the recording " + file.string();
+  return error == 0 ? what : what + " (" + std::strerror(error) + ")";
+}
+
 Recorder::Recorder(const std::filesystem::path& file)
-    : name_(file), file_(file, std::ios::binary | std::ios::trunc), stream_(file_) {
+    : name_(file), file_(file, std::ios::binary | std::ios::trunc), stream_(file_), error_(file_ ? 0 : errno) {
   begin();
 }
 
@@ -108,7 +115,7 @@ void Recorder::fact(std::string_view text, long long time) {
   writeBlock(kStatistics, statistics + options);
 }
 
-std::string Recorder::trouble() const { return stream_ ? "" : "cannot write the recording " + name_.string(); }
+std::string Recorder::trouble() const { return stream_ ? "" : writingTrouble(name_, error_); }
 
 void Recorder::remark(std::string_view text) {
   if (remarks_.size() + text.size() < kLongestComment) remarks_.append(remarks_.empty() ? "" : "\n").append(text);
@@ -140,7 +147,10 @@ void Recorder::writeBlock(std::uint32_t type, const std::string& body) {
   block += body;
   append(block, length);
   size_ += block.size();
+  if (!stream_) return;
+  errno = 0;
   stream_.write(block.data(), static_cast<std::streamsize>(block.size())).flush();
+  if (!stream_) error_ = errno;
 }
 
 std::string Recorder::takeRemarks() {

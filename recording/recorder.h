@@ -14,6 +14,9 @@
 
 namespace tembra::recording {
 
+/// "cannot write the recording FILE (No space left on device)". @param error an errno; 0: it is not known
+[[nodiscard]] std::string writingTrouble(const std::filesystem::path& file, int error);
+
 class Recorder {
  public:
   /// Begins the file; throws one sentence when it cannot be written.
@@ -51,6 +54,7 @@ class Recorder {
   std::filesystem::path name_;
   std::ofstream file_;
   std::ostream& stream_;  ///< the file, or another
+  int error_ = 0;         ///< of the first write that failed
   std::uintmax_t size_ = 0;
   std::string remarks_;  ///< one line each
 };

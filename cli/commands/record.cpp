@@ -91,9 +91,8 @@ class Recorder {
     look();
     recording_->end();
     const unsigned lost = capture_ ? capture_->lost() : 0;
-    const std::string datagrams = capture_ ? std::to_string(recording_->datagrams()) + " datagrams and " : "";
     tell("recorded",
-         "Recorded " + datagrams + std::to_string(recording_->lines()) + " lines of front ends." +
+         "Recorded " + recording_->contents() + "." +
              (lost == 0 ? "" : " The system lost " + std::to_string(lost) + " datagrams."),
          {{"file", wanted_.file},
           {"datagrams", recording_->datagrams()},

@@ -1,5 +1,6 @@
 #include "cli/record/record_file.h"
 
+#include <cerrno>
 #include <fstream>
 #include <limits>
 #include <stdexcept>
@@ -37,24 +38,26 @@ class DatagramFile : public RecordFile {
 /// The lines as they came.
 class LineFile : public RecordFile {
  public:
-  explicit LineFile(const std::filesystem::path& file) : name_(file), file_(file, std::ios::trunc) {
+  explicit LineFile(const std::filesystem::path& file)
+      : name_(file), file_(file, std::ios::trunc), error_(file_ ? 0 : errno) {
     if (!file_) throw std::runtime_error(trouble());
   }
 
   void line(long long /*time*/, const std::string& line) override {
+    errno = 0;
     file_ << line << '\n' << std::flush;
+    if (!file_) error_ = errno;
     size_ += line.size() + 1;
   }
   void datagram(const Datagram& /*datagram*/) override {}
   void end() override { file_.flush(); }
   [[nodiscard]] std::uintmax_t size() const override { return size_; }
-  [[nodiscard]] std::string trouble() const override {
-    return file_ ? "" : "cannot write the recording " + name_.string();
-  }
+  [[nodiscard]] std::string trouble() const override { return file_ ? "" : recording::writingTrouble(name_, error_); }
 
  private:
   const std::filesystem::path name_;
   std::ofstream file_;
+  int error_;
   std::uintmax_t size_ = 0;
 };
 
@@ -106,19 +109,27 @@ void Recording::write(long long time, const Item& item) {
   }
   const bool isLine = !item.line.empty();
   isLine ? file_->line(time, item.line) : file_->datagram(item.datagram);
-  ++(isLine ? lines_ : datagrams_);
   check();
+  if (isLine) ++comments_;
+  if (!isLine) ++datagrams_;
+  if (!isLine || !hasDatagrams_) lines_ += std::exchange(comments_, 0);
 }
 
 void Recording::end() {
   flush(std::numeric_limits<long long>::max());
   file_->end();
   check();
+  lines_ += std::exchange(comments_, 0);
+}
+
+std::string Recording::contents() const {
+  const std::string datagrams = hasDatagrams_ ? std::to_string(datagrams_) + " datagrams and " : "";
+  return datagrams + std::to_string(lines_) + " lines of front ends";
 }
 
 void Recording::check() const {
   const std::string trouble = file_->trouble();
-  if (!trouble.empty()) throw Failure(kFailed, trouble + ".");
+  if (!trouble.empty()) throw Failure(kFailed, trouble + ". Recorded before: " + contents() + ".");
 }
 
 }  // namespace tembra::cli

@@ -44,6 +44,8 @@ class Recording {
 
   [[nodiscard]] std::size_t datagrams() const { return datagrams_; }
   [[nodiscard]] std::size_t lines() const { return lines_; }
+  /// "12 datagrams and 3 lines of front ends": what was written.
+  [[nodiscard]] std::string contents() const;
 
  private:
   struct Item {
@@ -62,6 +64,7 @@ class Recording {
   std::multimap<long long, Item> waiting_;
   std::size_t datagrams_ = 0;
   std::size_t lines_ = 0;
+  std::size_t comments_ = 0;  ///< lines that wait for the next datagram
 };
 
 }  // namespace tembra::cli

@@ -43,10 +43,12 @@ TEST(Recording, HoldsWhatIsSaidAfterTheLastDatagram) {
 }
 
 TEST(Recording, IsRefusedWhereItCannotBeWritten) {
-  for (const std::string file : {"/tmp/no-folder/recording", "/dev/full"}) {
+  const std::pair<std::string, std::string> files[] = {{"/tmp/no-folder/recording", "No such file or directory"},
+                                                       {"/dev/full", "No space left on device"}};
+  for (const auto& [file, why] : files) {
     const kit::Ended ended = simulator({"run", "--record", file});
     EXPECT_EQ(ended.status, 1);
-    EXPECT_EQ(ended.sentence(), "tembra-sim: cannot write the recording " + file);
+    EXPECT_EQ(ended.sentence(), "tembra-sim: cannot write the recording " + file + " (" + why + ")");
   }
 }
 
@@ -59,7 +61,7 @@ struct BrokenRecording {
   RunningSim sim{{"--record", "/tmp/recording"}};
 };
 
-constexpr char kBroken[] = "tembra-sim: cannot write the recording /tmp/recording\n";
+constexpr char kBroken[] = "tembra-sim: cannot write the recording /tmp/recording (Broken pipe)\n";
 
 TEST(Recording, SaysOnceThatItCannotBeWrittenAnyMore) {
   Caller caller;

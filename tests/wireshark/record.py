@@ -117,9 +117,12 @@ def check_refusals():
         assert refused.stderr == ("tembra-assoc: libpcap, which records datagrams, is not installed. --events records "
                                   "events and log lines alone.\n"), refused
         subprocess.run(["umount", library], check=True)
-    for file in ("/tmp/no-folder/recording", "/dev/full"):
-        refused = subprocess.run(["tembra-assoc", "record", file], capture_output=True, text=True)
-        assert refused.returncode == 1 and f"cannot write the recording {file}" in refused.stderr, refused
+    missing = "/tmp/no-folder/recording"
+    for words, why in (([missing], "No such file or directory"), (["--events", missing], "No such file or directory"),
+                       (["/dev/full"], "No space left on device")):
+        refused = subprocess.run(["tembra-assoc", "record", *words], capture_output=True, text=True)
+        assert refused.stderr == f"tembra-assoc: cannot write the recording {words[-1]} ({why}).\n", refused
+        assert refused.returncode == 1, refused
     assert not (FOLDER / "none.pcapng").exists()
     LINES.write_text("an older recording")
     os.chmod("/tmp/front-ends", 0)
@@ -129,8 +132,29 @@ def check_refusals():
     assert LINES.read_text() == "an older recording"
 
 
+def check_full_disk():
+    """The sentence says why the recording ended, and what the file has."""
+    disk = FOLDER / "disk"
+    disk.mkdir()
+    subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "none", disk], check=True)
+    recording = disk / "recording.pcapng"
+    record = Record(recording)
+    headers, packet = 48, 60 + 5000
+    sender = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+    while record.program.poll() is None:
+        sender.sendto(bytes(5000), capture.ZWAVE)
+        time.sleep(0.02)
+    told = json.loads(record.program.stdout.readline())
+    whole = (recording.stat().st_size - headers) // packet
+    assert record.program.returncode == 1 and whole > 5, told
+    assert told["text"] == (f"cannot write the recording {recording} (No space left on device). "
+                            f"Recorded before: {whole} datagrams and 0 lines of front ends."), told
+    subprocess.run(["umount", disk], check=True)
+
+
 os.environ["TEMBRA_WATCH_PATH"] = "/tmp/front-ends/socket"
 os.environ["TEMBRA_LOG"] = "off"
 check_same_run(sys.argv[1])
 check_ring(sys.argv[1])
 check_refusals()
+check_full_disk()
