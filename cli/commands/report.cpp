@@ -52,20 +52,31 @@ void tellParts(const Context& context, const std::vector<report::Part>& parts) {
   }
 }
 
+[[noreturn]] void refuse(const std::string& path, int error) {
+  throw Failure(kFailed, printable(path) + " cannot be written (" + std::strerror(error) + ").");
+}
+
 // Never over a file that is there, and for this user's eyes only.
+Descriptor createNew(const std::string& path) {
+  Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!file.valid()) refuse(path, errno);
+  return file;
+}
+
+// Before the user waits and is asked.
+void requireRoomFor(const std::string& path) {
+  createNew(path);
+  unlink(path.c_str());
+}
+
 void writeNew(const std::string& path, const std::string& bytes) {
-  const auto refuse = [&path] {
-    throw Failure(kFailed, printable(path) + " cannot be written (" + std::strerror(errno) + ").");
-  };
-  const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-  if (!file.valid()) refuse();
+  const Descriptor file = createNew(path);
   for (std::size_t done = 0; done < bytes.size();) {
     const ssize_t written = write(file.get(), bytes.data() + done, bytes.size() - done);
     if (written < 0 && errno != EINTR) {
       const int error = errno;
       unlink(path.c_str());
-      errno = error;
-      refuse();
+      refuse(path, error);
     }
     done += written > 0 ? static_cast<std::size_t>(written) : 0;
   }
@@ -82,6 +93,7 @@ void makeAbsolute(ReportOptions& options) {
 void makeReport(const Context& context, ReportOptions asked) {
   addOwnLog(asked.wanted.logs);
   const std::string& file = asked.file;
+  if (!asked.listsOnly) requireRoomFor(file);
   const std::vector<report::Part> parts = report::makeBundle(context, asked.wanted);
   tellParts(context, parts);
   if (asked.listsOnly) return;

@@ -318,6 +318,28 @@ TEST(Report, AsksAtATerminalBeforeItWrites) {
   EXPECT_FALSE(partsOf(readFile(kReport)).empty());
 }
 
+TEST(Report, AsksNothingWhereItCannotWrite) {
+  writeFile(kReport, "another report");
+  const std::pair<const char*, std::string> files[] = {{kReport, "File exists"},
+                                                       {"/tmp/none/report", "No such file or directory"}};
+  for (const auto& [file, why] : files) {
+    Terminal terminal(assocCommand({"report", file}));
+    EXPECT_EQ(terminal.end(), 1);
+    EXPECT_NE(terminal.screen().find("cannot be written (" + why + ")."), std::string::npos);
+    EXPECT_EQ(terminal.screen().find("Yes or no"), std::string::npos) << terminal.screen();
+  }
+  EXPECT_EQ(readFile(kReport), "another report");
+}
+
+// Nothing is sent, and nothing is lost.
+TEST(Report, AsksOnlyAPersonAtATerminal) {
+  for (const char* option : {"--yes", "--json"}) {
+    Terminal terminal(assocCommand({"report", kReport, option}));
+    EXPECT_EQ(terminal.end(), 0);
+    EXPECT_TRUE(std::filesystem::remove(kReport)) << terminal.screen();
+  }
+}
+
 TEST(Report, OverwritesNothingAndIsForItsUserOnly) {
   EXPECT_EQ(runAssoc({"report", kReport}).status, 0);
   struct stat status = {};
