@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "cli/display/json_line.h"
+#include "cli/doctor/checks/checks.h"
 #include "cli/doctor/examination.h"
 #include "cli/doctor/facts/flight_recorder.h"
 #include "cli/failure.h"
@@ -17,6 +18,8 @@
 
 namespace tembra::cli::report {
 namespace {
+
+constexpr char kTitle[] = "A report of tembra-assoc about a router.";
 
 std::string linesOf(const Objects& objects) {
   std::string text;
@@ -92,6 +95,8 @@ class Bundle {
 
  private:
   void learn() {
+    standIns_.keepWordsOf(kTitle);
+    for (const doctor::Check& check : doctor::allChecks()) standIns_.keepWordsOf(check.question);
     learnFromSystem(standIns_);
     for (const Objects* objects : {&devices_, &history_}) {
       for (const auto& each : *objects) learnFrom(each, standIns_);
@@ -125,7 +130,7 @@ class Bundle {
 };
 
 Part readme(const std::vector<Part>& parts, bool withNames) {
-  std::string text = "A report of tembra-assoc about a router.\n\n";
+  std::string text = std::string(kTitle) + "\n\n";
   for (const Part& part : parts) text += part.name + ": " + part.meaning + ".\n";
   text += withNames
               ? "\nNames, places, users, codes and MAC addresses stand in it as they are.\n"

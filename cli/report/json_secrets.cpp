@@ -59,11 +59,14 @@ void learnFrom(const Json& value, StandIns& standIns) {
 }
 
 Json replaced(const Json& value, const StandIns& standIns) {
-  if (value.is_string()) return standIns.of(value.get<std::string>());
+  if (value.is_string()) return standIns.replaced(value.get<std::string>());
   if (isType(value) || !value.is_structured()) return value;
   Json copy = value;
   for (const auto& [member, each] : copy.items()) {
-    if (!value.is_object() || !isOwnWord(member) || each.is_structured()) each = replaced(each, standIns);
+    const bool isSecret = value.is_object() && each.is_string() && secretOf(member);
+    const bool isOwn = value.is_object() && isOwnWord(member) && !each.is_structured();
+    if (isSecret) each = standIns.of(each.get<std::string>());
+    if (!isSecret && !isOwn) each = replaced(each, standIns);
   }
   return copy;
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "platform/printable.h"
 
@@ -24,6 +25,12 @@ bool isProposed(const std::string& text) {
   const bool isNumbered =
       number == std::string::npos || text.find_first_not_of("0123456789", number + 2) == std::string::npos;
   return text == "Default" || (isNumbered && tembra_type_number(type.c_str()) != 0);
+}
+
+std::string inSmallLetters(std::string_view text) {
+  std::string small(text);
+  std::ranges::transform(small, small.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return small;
 }
 
 // "name12____" in as many bytes as the text has; of short ones "n12".
@@ -95,12 +102,30 @@ void StandIns::addRule(const std::string& text, const std::string& standIn, Cont
     rules.insert(behind, {text, standIn});
 }
 
+void StandIns::keepWordsOf(std::string_view text) {
+  std::string word;
+  for (const char c : inSmallLetters(text) + " ") {
+    if (isWordByte(c) || c == '-') {
+      word += c;
+    } else if (!word.empty()) {
+      ownWords_.insert(std::exchange(word, ""));
+    }
+  }
+}
+
+bool StandIns::isOfEveryReport(const std::string& text) const {
+  constexpr std::size_t kLongestNumber = 3;
+  const bool isNumber = text.find_first_not_of("0123456789") == std::string::npos;
+  return text.size() <= (isNumber ? kLongestNumber : 1) || ownWords_.contains(inSmallLetters(text));
+}
+
 // As it may be written elsewhere: in JSON, and in lines that lost what steers a terminal.
 void StandIns::learn(Secret kind, const std::string& text) {
   if (text.empty() || standIns_.contains(text) || isProposed(text)) return;
   using Json = nlohmann::json;
   const unsigned number = ++counts_[static_cast<int>(kind)];
   standIns_[text] = makeStandIn(kind, number, text.size());
+  if ((kind == Secret::kName || kind == Secret::kPlace) && isOfEveryReport(text)) return;
   std::vector<std::string> forms = {text, printable(text), printable(text, ' ')};
   for (const bool isAscii : {true, false}) {
     const std::string quoted = Json(text).dump(-1, ' ', isAscii, Json::error_handler_t::replace);

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,11 @@ enum class Secret { kName, kPlace, kUser, kCode };
 
 class StandIns {
  public:
+  /// Words that every report has. A name or a place that is one of them, a single character or a number of up to three
+  /// digits is replaced where it stands alone, and stays within texts: they would become unreadable. To be called
+  /// first.
+  void keepWordsOf(std::string_view text);
+
   /// From now on this text is replaced. Names that the library gives by itself ("Siren #4", "Default") are no secrets.
   void learn(Secret kind, const std::string& text);
 
@@ -40,11 +46,13 @@ class StandIns {
   };
   enum class Content { kText, kBytes };
 
+  [[nodiscard]] bool isOfEveryReport(const std::string& text) const;
   void addRule(const std::string& text, const std::string& standIn, Content content = Content::kText);
   void learnMac(const Mac& mac);
   [[nodiscard]] const Rule* ruleAt(std::string_view text, std::size_t at, Content content) const;
   void replace(char* text, std::size_t size, Content content) const;
 
+  std::set<std::string> ownWords_;  ///< in small letters
   std::map<std::string, std::string> standIns_;
   std::map<Mac, unsigned> macs_;
   std::array<std::vector<Rule>, 256> rules_;      ///< by their first byte, the longest first

@@ -284,6 +284,23 @@ TEST(Report, SurvivesOddNames) {
   EXPECT_NE(parts.at("doctor.jsonl").find(R"("event":"check")"), std::string::npos);
 }
 
+// These words stand in every report, which would become unreadable without them.
+TEST(Report, KeepsItsOwnWordsWhereDevicesAreCalledSo) {
+  SimRouter router;
+  int id = 1;
+  for (const char* name : {"1", "Z-Wave", "255", "router", "e"}) Database().put(Device(id++, name).zwave(5));
+  EXPECT_EQ(run({"report", kReport}).status, 0);
+  const auto parts = partsOf(readFile(kReport));
+  const std::string& list = parts.at("devices.jsonl");
+  for (const char* name : {"\"1\"", "\"Z-Wave\"", "\"255\"", "\"router\"", "\"e\""}) {
+    EXPECT_EQ(list.find(std::string(R"("name":)") + name), std::string::npos) << name << " in " << list;
+  }
+  EXPECT_NE(list.find(R"("key":"1")"), std::string::npos) << list;
+  EXPECT_NE(parts.at("configuration.txt").find("127.255.255.1:9999\n"), std::string::npos)
+      << parts.at("configuration.txt");
+  EXPECT_NE(parts.at("doctor.jsonl").find("Z-Wave server"), std::string::npos) << parts.at("doctor.jsonl");
+}
+
 // As a front end may log what the kit tells.
 TEST(Report, KnowsTheEventsOfALog) {
   writeFile(
