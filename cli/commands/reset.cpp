@@ -78,7 +78,7 @@ void reset(const Context& context, const std::string& radios) {
   Dialogue(context).run(
       "reset(" + radios + ")", [&target](Frontend& kit) { return kit.reset(target.type); }, {},
       Dialogue::AtInterrupt::kFinish);
-  context.display.note(target.done);
+  context.display.note(target.done + std::string(" No radio confirms a reset."));
 }
 
 }  // namespace

@@ -343,7 +343,7 @@ TEST(TerminalResetProgress, ShowsTheSecondsLeft) {
   terminal.waitFor("Yes or no [y/N]");
   terminal.type("y\r");
   terminal.waitFor("Resetting (at most ");
-  terminal.waitFor("Reset the Z-Wave network.");
+  terminal.waitFor("Reset the Z-Wave network. No radio confirms a reset.");
   EXPECT_EQ(terminal.end(), 0);
   router.stop();
 }

@@ -111,7 +111,7 @@ TEMBRA_API int tembra_frontend_take_out(tembra_frontend* kit);
 
 /// Resets radio networks: STEP each second, ENDED. @param what a reset_type: 1 ZigBee, 2 Z-Wave, 3 both, 4 both, and
 /// the device list is emptied. Then REMOVED tells each device that has left the list, and WARNING (devices-remain) each
-/// that is still there some seconds later.
+/// that is still there some seconds later. No radio confirms a reset: done means that the servers were told.
 TEMBRA_API int tembra_frontend_reset(tembra_frontend* kit, int what);
 
 /// Looks for Hue bridges in the home's network: WAITING, BRIDGES, ENDED.
