@@ -1,11 +1,15 @@
 #include "cli/commands/history_text.h"
 
+#include <tembra/vocabulary.h>
+
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <nlohmann/json.hpp>
 
 #include "cli/commands/watched_line.h"
+#include "cli/words/device_types.h"
+#include "cli/words/numbers.h"
 
 namespace tembra::cli {
 namespace {
@@ -17,10 +21,23 @@ long long integerOf(const Json& object, const char* member) {
   return found != object.end() && found->is_number_integer() ? found->get<long long>() : 0;
 }
 
+// The kit has numbers for types and for what a reset resets. They come first.
+std::string firstArgument(const std::string& call, const std::string& argument) {
+  constexpr const char* kResets[] = {"zigbee", "zwave", "both", "all"};  // in the order of reset_type
+  const int number = parseNumber(argument).value_or(-1);
+  if (call == "finish" && number >= 0) return number == DEVTYPE_UNKNOWN ? "the proposed type" : typeName(number);
+  const bool isReset = call == "reset" && number >= reset_zigbee && number <= reset_both_and_remove_all;
+  return isReset ? kResets[number - reset_zigbee] : argument;
+}
+
 std::string callText(const Json& entry) {
-  std::string text = "called " + textOf(entry, "call");
+  const std::string call = textOf(entry, "call");
+  std::string text = "called " + call;
   if (const auto arguments = entry.find("arguments"); arguments != entry.end() && arguments->is_array()) {
-    for (const Json& each : *arguments) text += " " + (each.is_string() ? each.get<std::string>() : each.dump());
+    for (const Json& each : *arguments) {
+      const std::string argument = each.is_string() ? each.get<std::string>() : each.dump();
+      text += " " + (&each == &arguments->front() ? firstArgument(call, argument) : argument);
+    }
   }
   const long long error = integerOf(entry, "error");
   return error == 0 ? text : text + ": " + std::strerror(static_cast<int>(error));

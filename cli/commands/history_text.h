@@ -6,7 +6,8 @@
 
 namespace tembra::cli {
 
-/// "add: A device answers on Z-Wave.", "called finish 42", "log, progress: ..."; the line itself when it is no entry.
+/// "add: A device answers on Z-Wave.", "called finish Siren", "log, progress: ..."; the line itself when it is no
+/// entry.
 [[nodiscard]] std::string entryText(const std::string& line);
 
 /// The same behind its time, in microseconds since 1970.

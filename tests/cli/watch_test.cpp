@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
 
 #include "kit/text.h"
+#include "support/files.h"
 #include "support/sim_router.h"
 
 namespace tembra::test {
@@ -96,6 +98,25 @@ TEST(History, TellsWhatLedToTheLastFailure) {
   EXPECT_NE(failure.output.find("  called hue-remove 02:a1:b2:0c:00:0f\n"), std::string::npos) << failure.output;
   EXPECT_NE(failure.output.find("  hue-remove: "), std::string::npos) << failure.output;
   router.stop();
+}
+
+/// Beside the watch socket, as a front end that failed leaves it.
+void leaveFailure(const std::string& content) {
+  std::filesystem::create_directory("/tmp/front-ends");
+  writeFile("/tmp/front-ends/socket.failure", content);
+}
+
+TEST(History, TellsCallsInWords) {
+  leaveFailure(R"({"entry":1,"call":"reset","arguments":["4"]})"
+               "\n"
+               R"({"entry":2,"call":"finish","arguments":["42","Loud"]})"
+               "\n"
+               R"({"entry":3,"call":"finish","arguments":["0"]})"
+               "\n");
+  const std::string told = runAssoc({"status", "--history"}).output;
+  for (const char* call : {"reset all", "finish Siren Loud", "finish the proposed type"}) {
+    EXPECT_NE(told.find(std::string("  called ") + call + "\n"), std::string::npos) << told;
+  }
 }
 
 TEST(WatchPath, IsAbsolute) {
