@@ -1,12 +1,18 @@
 #include "cli/commands/other_front_end.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <tembra/history.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
-#include <fstream>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "cli/display/json_line.h"
 #include "cli/failure.h"
+#include "platform/descriptor.h"
 
 namespace tembra::cli {
 namespace {
@@ -14,6 +20,21 @@ namespace {
 constexpr int kAnswerMilliseconds = 1000;
 
 bool isEndOfHistory(const std::string& line) { return line.find(R"("history":)") != std::string::npos; }
+// Anything may stand there: a pipe would wait for its writer, and a large file would fill the memory.
+std::string keptText(const Descriptor& file, const std::string& path) {
+  struct stat status = {};
+  if (!file.valid() || fstat(file.get(), &status) != 0) {
+    throw Failure(kFailed, path + " cannot be read: " + std::strerror(errno) + ".");
+  }
+  if (!S_ISREG(status.st_mode) || status.st_size > TEMBRA_HISTORY_SIZE) {
+    throw Failure(kFailed, path + " is no flight recorder.");
+  }
+  std::string text(static_cast<std::size_t>(status.st_size), '\0');
+  const ssize_t count = read(file.get(), text.data(), text.size());
+  text.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+  return text;
+}
+
 bool isEntry(const std::string& line) { return line.rfind(R"({"schema":1,"entry":)", 0) == 0; }
 
 }  // namespace
@@ -40,11 +61,11 @@ std::optional<std::vector<std::string>> readHistory(const std::string& watchPath
 
 std::optional<std::vector<std::string>> readFailure(const std::string& watchPath) {
   const std::string path = watchPath + TEMBRA_FAILURE_SUFFIX;
-  std::ifstream file(path);
-  if (!file && errno == ENOENT) return std::nullopt;
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (!file.valid() && errno == ENOENT) return std::nullopt;
+  std::istringstream text(keptText(file, path));
   std::vector<std::string> lines;
-  for (std::string line; std::getline(file, line);) lines.push_back(line);
-  if (!file.eof()) throw Failure(kFailed, path + " cannot be read: " + std::strerror(errno) + ".");
+  for (std::string line; std::getline(text, line);) lines.push_back(line);
   return lines;
 }
 

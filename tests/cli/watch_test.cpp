@@ -1,5 +1,6 @@
 // A second process says who has the connection, watches and cancels.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <csignal>
 #include <filesystem>
@@ -117,6 +118,16 @@ TEST(History, TellsCallsInWords) {
   for (const char* call : {"reset all", "finish Siren Loud", "finish the proposed type"}) {
     EXPECT_NE(told.find(std::string("  called ") + call + "\n"), std::string::npos) << told;
   }
+}
+
+// A pipe has no end, and a large file would fill the memory.
+TEST(History, RefusesWhatNoFlightRecorderLeaves) {
+  leaveFailure(std::string(70000, 'x'));
+  const std::string refusal = "tembra-assoc: /tmp/front-ends/socket.failure is no flight recorder.";
+  EXPECT_EQ(runAssoc({"status", "--history"}).sentence(), refusal);
+  std::filesystem::remove("/tmp/front-ends/socket.failure");
+  ASSERT_EQ(mkfifo("/tmp/front-ends/socket.failure", 0600), 0);
+  EXPECT_EQ(runAssoc({"status", "--history"}).sentence(), refusal);
 }
 
 TEST(WatchPath, IsAbsolute) {

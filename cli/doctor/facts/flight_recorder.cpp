@@ -1,8 +1,5 @@
 #include "cli/doctor/facts/flight_recorder.h"
 
-#include <sys/stat.h>
-#include <tembra/watch.h>
-
 #include <nlohmann/json.hpp>
 
 #include "cli/commands/other_front_end.h"
@@ -11,20 +8,13 @@
 namespace tembra::cli::doctor {
 namespace {
 
-// A pipe in the file's place would wait for its writer.
-bool hasFailureFile(const std::string& watchPath) {
-  struct stat status = {};
-  return lstat((watchPath + TEMBRA_FAILURE_SUFFIX).c_str(), &status) == 0 && S_ISREG(status.st_mode);
-}
-
 std::vector<std::string> readLines(const std::string& watchPath) {
   try {
     if (auto lines = readHistory(watchPath)) return *lines;
-    if (hasFailureFile(watchPath)) return readFailure(watchPath).value_or(std::vector<std::string>());
+    return readFailure(watchPath).value_or(std::vector<std::string>());
   } catch (const Failure&) {
     return {};  // another check says that the watch socket does not answer
   }
-  return {};
 }
 
 }  // namespace
