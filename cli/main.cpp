@@ -17,6 +17,7 @@
 #include "cli/display/terminal.h"
 #include "cli/failure.h"
 #include "cli/words/texts.h"
+#include "words/unknown_word.h"
 
 namespace tembra::cli {
 namespace {
@@ -96,7 +97,8 @@ int parseAndRun(int argc, char** argv) {
   } catch (const CLI::ParseError& refusal) {
     if (refusal.get_exit_code() == kDone) return help(program, refusal);
     options.json = asksForJson(argc, argv);
-    return refuse(options, std::string(refusal.what()) + " (--help tells what is possible)");
+    const std::string unknown = words::unknownWord(program);
+    return refuse(options, (unknown.empty() ? refusal.what() : unknown) + " (--help tells what is possible)");
   }
   if (!action) {
     const auto given = program.get_subcommands();

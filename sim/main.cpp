@@ -18,6 +18,7 @@
 #include "sim/replay/replay.h"
 #include "sim/replay/to_scenario.h"
 #include "sim/router.h"
+#include "words/unknown_word.h"
 
 namespace {
 
@@ -248,7 +249,9 @@ int main(int argc, char** argv) try {
     for (const std::string& fault : arguments.faults) arguments.router.faults.push_back(parseFault(fault));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
-    std::cerr << "tembra-sim: " << tembra::printable(error.what()) << " (--help tells what is possible)\n";
+    const std::string unknown = tembra::words::unknownWord(app);
+    std::cerr << "tembra-sim: " << tembra::printable(unknown.empty() ? error.what() : unknown)
+              << " (--help tells what is possible)\n";
     return kUsage;
   } catch (const std::invalid_argument& mistake) {
     std::cerr << "tembra-sim: " << tembra::printable(mistake.what()) << '\n';

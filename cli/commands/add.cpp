@@ -59,9 +59,7 @@ void addDevice(const Context& context, const Wishes& wishes, bool again) {
 }
 
 std::string checkType(const std::string& text) {
-  return parseType(text)
-             ? ""
-             : text + " is neither the name nor the number of a device type; \"names device-types\" lists them";
+  return parseType(text) ? "" : text + " is neither the name nor the number of a device type";
 }
 
 std::string checkText(const std::string& text) {
@@ -77,7 +75,7 @@ void declareAdd(CLI::App& program, Action& action) {
   command
       ->add_option_function<std::string>(
           "--type", [wishes](const std::string& text) { wishes->type = parseType(text).value_or(0); },
-          "the device's type, by name or number, where there is a choice")
+          "the device's type, by name or number, where there is a choice; \"names device-types\" lists them")
       ->check(checkType);
   command->add_option("--name", wishes->name, "the device's name, instead of the one proposed")->check(checkText);
   command->add_option("--place", wishes->place, "where the device is, instead of \"Default\"")->check(checkText);

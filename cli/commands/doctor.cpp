@@ -42,7 +42,7 @@ void callDoctor(const Context& context, const DoctorOptions& asked) {
 
 std::string faultOfId(const std::string& id) {
   const auto isCalledSo = [&id](const doctor::Check& check) { return check.id == id; };
-  return std::ranges::any_of(doctor::allChecks(), isCalledSo) ? "" : "there is no check " + id + "; --help lists them";
+  return std::ranges::any_of(doctor::allChecks(), isCalledSo) ? "" : "there is no check " + id;
 }
 
 // The ids in the footer, where a narrow terminal wraps them.
