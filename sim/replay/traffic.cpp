@@ -84,6 +84,7 @@ bool isLibrary(const sockaddr_in& address) { return isSame(address, addressOf(kL
 Traffic loadTraffic(const std::filesystem::path& file) try {
   std::ifstream stream(file, std::ios::binary);
   if (!stream.good()) throw std::runtime_error("cannot be read");
+  if (std::filesystem::is_directory(file)) throw std::runtime_error("is a folder and no recording");
   Traffic traffic = trafficIn(stream);
   if (traffic.isCut) {
     std::cerr << "tembra-sim: " << printable(file.string()) << ": the recording was cut off; "

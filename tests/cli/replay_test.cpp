@@ -242,6 +242,13 @@ TEST(Stories, HoldEveryShippedScenario) {
   EXPECT_GE(shipped, 10U);
 }
 
+TEST(AFolder, IsNoRecording) {
+  for (const char* command : {"replay", "scenario"}) {
+    EXPECT_EQ(Program({TEMBRA_SIM_PROGRAM, command, "/tmp"}).end().errors,
+              "tembra-sim: /tmp: is a folder and no recording\n");
+  }
+}
+
 // Its recorder lost its power. What it wrote before is played.
 TEST(ACutRecording, IsTakenUntilItsEndWithAWarning) {
   record({"Short", R"([{"on": "add", "press": "siren"}])", {}, {{"add"}}});
