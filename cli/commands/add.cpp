@@ -47,8 +47,10 @@ void addDevice(const Context& context, const Wishes& wishes, bool again) {
   checkRoom(context.display, "place", wishes.place);
   complainOfForeignDatabase(context);
   Dialogue dialogue(context);
-  const auto finish = [&dialogue, &wishes](const Event& event) {
-    if (const auto* found = event.as<Found>()) finishDevice(dialogue, *found, wishes);
+  const auto finish = [&dialogue, wanted = wishes](const Event& event) mutable {
+    const auto* warning = event.as<Warning>();
+    if (warning != nullptr && warning->reason == TEMBRA_REASON_ALREADY_KNOWN) wanted.isKnown = true;
+    if (const auto* found = event.as<Found>()) finishDevice(dialogue, *found, wanted);
   };
   try {
     again ? dialogue.run("add again", &Frontend::addAgain, finish) : dialogue.run("add", &Frontend::add, finish);

@@ -29,6 +29,11 @@ ExitStatus statusOf(Result refusal) {
   return isAboutTexts ? kUsage : kFailed;
 }
 
+// A list that becomes empty loses one device after the other.
+bool bringsWhatIsAwaited(const Event& event) {
+  return event.as<Added>() != nullptr || (event.as<Removed>() != nullptr && event.phase == TEMBRA_PHASE_LEAVING);
+}
+
 std::string storedElsewhere(const Ended& ended, const Options& options) {
   if (ended.reason != TEMBRA_REASON_NOT_STORED || options.database.empty()) return "";
   return "Perhaps the HA server keeps another file than " + options.database + ".";
@@ -112,7 +117,7 @@ void Dialogue::finish(AtInterrupt atInterrupt) {
 }
 
 void Dialogue::step() {
-  if (const auto state = kit_->state()) {
+  if (const auto state = kit_->state(); state && state->phase != over_) {
     context_.display.waiting(awaitedText(state->operation, state->phase), secondsLeft());
   }
   wait(context_.options.mayAskProgram() ? Attention::Input::kAwaited : Attention::Input::kIgnored);
@@ -133,6 +138,7 @@ void Dialogue::hearEvents() {
   while (const auto event = kit_->next(0ms)) {
     if (const auto* ended = event->as<Ended>()) ended_ = *ended;
     context_.display.event(*event);
+    over_ = bringsWhatIsAwaited(*event) ? std::optional(event->phase) : std::nullopt;
     if (onEvent_ && !ended_) onEvent_(*event);
   }
 }

@@ -67,6 +67,7 @@ class Dialogue {
   std::unique_ptr<Frontend> kit_;
   OnEvent onEvent_;
   std::optional<Ended> ended_;
+  std::optional<Phase> over_;  ///< what was awaited has come, and nothing else is awaited yet
   std::vector<std::string> answers_;
 };
 

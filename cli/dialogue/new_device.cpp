@@ -1,5 +1,7 @@
 #include "cli/dialogue/new_device.h"
 
+#include <tembra/vocabulary.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
@@ -67,7 +69,7 @@ int chooseType(Dialogue& dialogue, const Found& found, const Wishes& wishes) {
                 "the device's type must be chosen with --type, or --yes for the first: " + possible(found) + ".");
 }
 
-// Empty: the proposed text is kept.
+// Empty: nobody can be asked, and the kit proposes.
 std::string askText(Dialogue& dialogue, const std::string& what, const std::string& proposal, std::size_t room) {
   if (!dialogue.context().options.mayAsk()) return "";
   Display& display = dialogue.context().display;
@@ -75,7 +77,8 @@ std::string askText(Dialogue& dialogue, const std::string& what, const std::stri
   while (true) {
     const auto answer = ask(dialogue, what);
     if (!answer) throw Failure(kFailed, "the input ended, so the device was not added.");
-    const std::string fault = answer->empty() ? "" : faultOf(*answer, room);
+    if (answer->empty()) return proposal;
+    const std::string fault = faultOf(*answer, room);
     if (fault.empty()) return *answer;
     display.note("The text " + fault + ".");
   }
@@ -130,12 +133,16 @@ Wishes askProgram(Dialogue& dialogue, const Found& found, const Wishes& proposal
   }
 }
 
+// As the library names it: after its type, unless that is open, with the number that stands in the proposed name.
+std::string usualName(const Found& found, const Wishes& wanted) {
+  const std::size_t number = found.name.rfind(" #");
+  const bool staysSo = wanted.isKnown || wanted.type == found.type || found.type == DEVTYPE_GENERIC_DEVICE;
+  return staysSo || number == std::string::npos ? found.name : typeName(wanted.type) + found.name.substr(number);
+}
+
 Wishes askPerson(Dialogue& dialogue, const Found& found, Wishes wanted) {
   wanted.type = chooseType(dialogue, found, wanted);
-  const bool isProposed = wanted.type == found.type;
-  if (wanted.name.empty()) {
-    wanted.name = askText(dialogue, "Name", isProposed ? found.name : "the usual one", found.nameRoom);
-  }
+  if (wanted.name.empty()) wanted.name = askText(dialogue, "Name", usualName(found, wanted), found.nameRoom);
   if (wanted.place.empty()) wanted.place = askText(dialogue, "Place", found.place, found.placeRoom);
   return wanted;
 }

@@ -13,6 +13,7 @@ struct Wishes {
   int type = 0;
   std::string name;
   std::string place;
+  bool isKnown = false;  ///< the device was in the list before, and keeps its name
 };
 
 /// Asks for what neither the command line nor a default tells, and hands the device over. Throws Failure.

@@ -128,7 +128,7 @@ TEST(TerminalAdd, AsksForTheTypeUntilItGetsOne) {
   terminal.waitFor("What is the device?");
   terminal.waitFor("  1  MultilevelSensor (proposed)");
   terminal.type("LuminanceSensor\r");
-  terminal.waitFor("Name: Enter for the usual one");
+  terminal.waitFor("Name: Enter for LuminanceSensor #1\r\n");
   terminal.waitFor("Name (");
   terminal.type("Light at the dooor\x7f\x7fr\r");
   terminal.waitFor("Place: Enter for Default");
@@ -165,6 +165,22 @@ TEST(TerminalAdd, TakesTheNumberOfAType) {
   terminal.type("2\r");
   terminal.waitFor("Added Washer (MultiSwitch, Bath).");
   EXPECT_EQ(terminal.end(), 0);
+  router.stop();
+}
+
+TEST(TerminalAdd, TakesTheNameByEnterThatItShows) {
+  SimRouter router;
+  Terminal terminal(assocCommand({"add", "--place", "Bath"}));
+  router.pressOnAdd("metering-plug");
+  terminal.waitFor("Number or name");
+  terminal.type("2\r");
+  terminal.waitFor("Name: Enter for MultiSwitch #1");
+  terminal.waitFor("Name (");
+  terminal.type("\r");
+  terminal.waitFor("Added MultiSwitch #1 (MultiSwitch, Bath).");
+  EXPECT_EQ(terminal.end(), 0);
+  const std::size_t added = terminal.screen().find("Added MultiSwitch");
+  EXPECT_EQ(terminal.screen().find("Storing the device", added), std::string::npos) << terminal.screen();
   router.stop();
 }
 
