@@ -40,14 +40,16 @@ Verdict unread(Router& router) {
   return note("The device database could not be read.", unreadProof(router));
 }
 
-std::string addressOf(const DeviceRecord& device) {
+std::string zigbeeText(unsigned address) {
   char text[32];
-  if (device.radioKind == RADIO_ZWAVE) {
-    std::snprintf(text, sizeof text, "Z-Wave node %u", device.zwaveNode & 0xFFU);  // which is all that is compared
-  } else {
-    std::snprintf(text, sizeof text, "ZigBee address 0x%04x", device.zigbeeAddress);
-  }
+  std::snprintf(text, sizeof text, "ZigBee address 0x%04x", address);
   return text;
+}
+
+// Of a node id only the low byte is compared.
+std::string addressOf(const DeviceRecord& device) {
+  if (device.radioKind != RADIO_ZWAVE) return zigbeeText(device.zigbeeAddress);
+  return "Z-Wave node " + std::to_string(device.zwaveNode & 0xFFU);
 }
 
 std::string lackOf(const Snapshot& database, const StoredRecord& stored) {
@@ -134,6 +136,13 @@ Verdict checkDatabaseAddresses(Router& router) {
     if (stored.device.radioKind != RADIO_ZWAVE && !isZigbee(stored.device)) continue;
     const auto [other, isNew] = seen.emplace(addressOf(stored.device), &stored);
     if (!isNew) wrong.push_back(other->first + " is " + deviceText(*other->second) + " and " + deviceText(stored));
+  }
+  // The library looks for the address of a ZigBee device that leaves among the devices of every radio.
+  for (const StoredRecord& stored : router.database().devices) {
+    const auto owner = isZigbee(stored.device) ? seen.end() : seen.find(zigbeeText(stored.device.zigbeeAddress));
+    if (owner == seen.end()) continue;
+    wrong.push_back(owner->first + " is " + deviceText(*owner->second) + ", and stands in " + deviceText(stored) +
+                    ", which is of another radio");
   }
   if (wrong.empty()) return well("Each device has a radio address of its own.");
   return finding("Devices share a radio address, and are removed together or in place of each other.",

@@ -145,6 +145,14 @@ Kept sameNode() {
   return nullptr;
 }
 
+// A ZigBee device that leaves would be taken for the Z-Wave device.
+Kept sameZigbeeAddress() {
+  Device plug(4, "Plug");
+  plug.type("Siren").zwave(6).record().zigbeeAddress = 0x1234;
+  Database().nextId("5").put(Device(3, "Siren").type("Siren").zigbee(0x1234)).put(plug);
+  return nullptr;
+}
+
 Kept unknownType() {
   Database().nextId("5").put(Device(3, "Siren").type("Sirene").zwave(5));
   return nullptr;
@@ -197,6 +205,10 @@ const BrokenRouter kBrokenDatabases[] = {
     {"NoNextId", noNextId, {"database-next-id"}, "there is no record NextDevid."},
     {"NoRadio", noRadio, {"database-radios"}, "device 3 (Siren?[2J) has radio kind 0 and no address that can leave."},
     {"SameNode", sameNode, {"database-addresses"}, "Z-Wave node 5 is device "},
+    {"SameZigbeeAddressElsewhere",
+     sameZigbeeAddress,
+     {"database-addresses"},
+     "ZigBee address 0x1234 is device 3 (Siren), and stands in device 4 (Plug), which is of another radio."},
     {"UnknownType", unknownType, {"database-types"}, "device 3 (Siren) is a \"Sirene\"."},
     {"NoHueUser", noUser, {"hue-users"}, "device 3 (Lamp) has no user."},
     {"OfTomorrow", ofTomorrow, {"clock"}, "The clock was set back."},
