@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
+#include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -37,6 +39,14 @@ void expectDamage(const Ended& devices, int lines) {
   EXPECT_NE((devices.output + devices.errors).find("may be devices that cannot be read."), std::string::npos);
 }
 
+nlohmann::json verdictOf(const std::string& id, const std::string& checks) {
+  std::istringstream lines(checks);
+  for (std::string line; std::getline(lines, line);) {
+    if (nlohmann::json check = nlohmann::json::parse(line); check.value("id", "") == id) return check;
+  }
+  return nullptr;
+}
+
 TEST(DamagedDatabaseInAFolder, IsNamedAsTheUserNamesIt) {
   std::filesystem::create_directory("/tmp/a-folder");
   writeFile("/tmp/a-folder/devices", "no database");
@@ -60,6 +70,19 @@ TEST_P(DamagedDatabase, IsShownAsFarAsItCanBeReadAndToldToBeDamaged) {
 
 INSTANTIATE_TEST_SUITE_P(Of, DamagedDatabase, testing::ValuesIn(damagesShown()),
                          [](const auto& test) { return test.param.name; });
+
+// What the library's readers make of each file stands in the table, which they are held to as well.
+TEST(Doctor, SaysOfEachDamageWhetherTheLibraryRepairsIt) {
+  for (const Damage& damage : damages::kDamages) {
+    damageDatabase(damage);
+    const nlohmann::json verdict = verdictOf("database-damage", runAssoc({"doctor", "--json"}).output);
+    const bool isReadAsItIs =
+        damage.course == damages::Course::kOpened || damage.course == damages::Course::kEndedEarly;
+    const char* const told = isReadAsItIs ? "The library does not repair such damage" : "repairs it at its next use";
+    if (isReadAsItIs && verdict.at("status") == "well") continue;
+    EXPECT_NE(verdict.dump().find(told), std::string::npos) << damage << ": " << verdict.dump();
+  }
+}
 
 // What the library does not notice by itself it looks for when it opens the file.
 TEST(HueList, TellsThatTheLibraryRepairsADatabaseWhoseLinksFormACircle) {

@@ -40,6 +40,11 @@ Verdict unread(Router& router) {
   return note("The device database could not be read.", unreadProof(router));
 }
 
+constexpr char kRepaired[] = "Copy it away. The library repairs it at its next use, and deletes it if that fails.";
+constexpr char kNotRepaired[] =
+    "Copy it away, and let the HA server make a new one. The library does not repair such damage: a device that it "
+    "cannot read counts as unknown.";
+
 std::string zigbeeText(unsigned address) {
   char text[32];
   std::snprintf(text, sizeof text, "ZigBee address 0x%04x", address);
@@ -74,7 +79,7 @@ Verdict checkDatabaseDamage(Router& router) {
   return finding("The device database is damaged.",
                  "In " + router.databaseName() + " " + database.damage + "; " +
                      counted(database.numberedDevices(), "device") + " can still be read.",
-                 "Copy it away. The library repairs it at its next use, and deletes it if that fails.");
+                 database.isRepairedWhenUsed ? kRepaired : kNotRepaired);
 }
 
 Verdict checkDatabaseIds(Router& router) {

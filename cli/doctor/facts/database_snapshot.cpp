@@ -67,29 +67,25 @@ std::string faultOfSize(const depot::File& file, const depot::Header& header) {
   return "its header says " + bytesText(header.fileSize) + ", and the file has " + std::to_string(file.size());
 }
 
-// Whether the library would walk and search without its guards against damage.
-bool isInOrder(int descriptor) {
-  const depot::Look look = depot::lookAtWalk(descriptor);
-  return look.safety == depot::Safety::kSafe && look.everySearchEnds;
-}
-
 class Reader {
  public:
   Reader(int descriptor, Snapshot& snapshot) : descriptor_(descriptor), file_(descriptor), snapshot_(snapshot) {}
 
   void read() {
     depot::Header header{};
-    if (file_.size() > kMostBytes)
-      return complain("it has " + bytesText(file_.size()) + ", which no device list fills");
-    if (!file_.read(0, header)) return complain("it ends within its header");
-    complain(faultOfMark(header));
+    if (!file_.read(0, header)) return complainOfHeader("it ends within its header");
+    complainOfHeader(faultOfMark(header));
     if (!depot::hasItsBuckets(descriptor_)) {
-      complain("its header claims " + std::to_string(header.buckets) + " buckets in " + bytesText(file_.size()));
+      complainOfHeader("its header claims " + std::to_string(header.buckets) + " buckets in " +
+                       bytesText(file_.size()));
     }
     if (!snapshot_.damage.empty()) return;
-    complain(faultOfSize(file_, header));
+    complainOfHeader(faultOfSize(file_, header));
+    if (file_.size() > kMostBytes) {
+      return complain("it has " + bytesText(file_.size()) + ", which no device list fills");
+    }
     const long long end = readRecords(header);
-    if (!isInOrder(descriptor_)) complain("the links of its records are not in order");
+    checkLinks();
     if (end != header.fileSize)
       complain("its records end at byte " + std::to_string(end) + " of " + std::to_string(header.fileSize));
   }
@@ -105,6 +101,24 @@ class Reader {
       return snapshot_.records < kMostRecords;
     });
     return end;
+  }
+
+  // Links that are out of order without danger the library takes as they are.
+  void checkLinks() {
+    const depot::Look look = depot::lookAtWalk(descriptor_);
+    const depot::Look nextId = depot::lookAtKey(descriptor_, depot::kNextIdKey);
+    if (look.safety == depot::Safety::kUnsafe || nextId.safety == depot::Safety::kUnsafe) {
+      snapshot_.isRepairedWhenUsed = true;
+    }
+    if (look.safety != depot::Safety::kSafe || !look.everySearchEnds) {
+      complain("the links of its records are not in order");
+    }
+  }
+
+  // A file with such a header does not open.
+  void complainOfHeader(const std::string& fault) {
+    if (!fault.empty()) snapshot_.isRepairedWhenUsed = true;
+    complain(fault);
   }
 
   // The first that is wrong is what the rest follows from.

@@ -30,7 +30,8 @@ struct Snapshot {
   std::optional<FileLock> lock;  ///< that kept the reader off
   long long size = 0;
   int records = 0;
-  std::string damage;  ///< what the library or the Depot library will find, "it ends within its header"; empty: nothing
+  std::string damage;               ///< "it ends within its header"; empty: none
+  bool isRepairedWhenUsed = false;  ///< the library finds the damage; else it reads the file as far as it can
   std::vector<StoredRecord> devices;
   std::map<std::string, std::string> values;  ///< "12.9": the text of that value slot
   std::optional<std::string> nextId;

@@ -22,6 +22,7 @@ inline constexpr const char* kDatabase = kit::kDatabasePath;
 inline std::string healthyDatabase() {
   Database database("/tmp/other");
   for (int id = 1; id <= 50; ++id) database.put(Device(id, "x").type("Siren").zwave(5));
+  database.index(50, 1, "behind the devices");
   return readFile("/tmp/other");
 }
 
