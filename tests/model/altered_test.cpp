@@ -79,6 +79,10 @@ const struct {
        model.cmdtype.clear();
        model.cmdtype.setText(text);
      }},
+    {"a fixed line is formatted, too",
+     [](Model& model, Effects& effects) {
+       if (has(effects, "ZW_ASSOC_QUERY:timeout")) model.scratch.setText("ZW_ASSOC_QUERY:timeout");
+     }},
     {"the device id counts up",
      [](Model& model, Effects& effects) {
        if (has(effects, "collecting info of zigbee device")) ++model.deviceId;

@@ -84,6 +84,7 @@ void Library::clearFields() {
   clear(object.zwNodeWork);
   clear(object.zwNodeRx);
   clear(cmdtype);
+  clear(tempStr);
   clear(username1);
   idle = 1;
   BasicFlag = MultilevelFlag = SensorBinaryFlag = ZwAcExtFlag = 0;
@@ -184,6 +185,7 @@ std::vector<Field> Library::fields() {
           fieldOf("cancelTarget", object.cancelTarget),
           fieldOf("idle", idle),
           fieldOf("cmdtype", cmdtype),
+          fieldOf("tempStr", tempStr),
           fieldOf("DevId", DevId),
           fieldOf("BasicFlag", BasicFlag),
           fieldOf("MultilevelFlag", MultilevelFlag),

@@ -21,6 +21,7 @@ bool Model::classifyZwave() {
   classifiedType = node.classifiedType;
   devName.setText(node.name);
   raised = node.raised;
+  for (const std::string& each : node.formatted) scratch.setText(each);
   for (const std::string& each : node.log) logged(each);
   return node.result == 1;
 }
@@ -35,6 +36,7 @@ int Model::classifyZigbee() {
   zbDevice = device.record;
   devName = device.name;
   classifiedType = device.classifiedType;
+  for (const std::string& each : outcome.formatted) scratch.setText(each);
   for (const std::string& each : outcome.log) logged(each);
   return outcome.result;
 }

@@ -9,6 +9,7 @@ int Model::open() {
   }
   running = 1;
   assocMesh = -1;
+  scratch.setText("3\n");
   localMesh = 3;
   buffer.clear();
   eventA.clear();

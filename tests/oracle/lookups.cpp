@@ -45,7 +45,7 @@ bool Model::findZwaveNode() {
     if (!isZwaveNode(*row, zwReceived.byte(0))) continue;
     found = true;
     remember(*row);
-    log(0, "libTembraAssoc:Removing Zwave device " + std::to_string(*wordAt(*row, kDeviceNode)));
+    logFormatted(0, "libTembraAssoc:Removing Zwave device " + std::to_string(*wordAt(*row, kDeviceNode)));
   }
   return found;
 }
@@ -55,7 +55,7 @@ void Model::removeZwaveNode() {
   for (const Row* row : database.devices()) {
     if (!isZwaveNode(*row, zwReceived.byte(0))) continue;
     remember(*row);
-    log(0, "libTembraAssoc:Removing Zwave device " + std::to_string(*wordAt(*row, kDeviceNode)));
+    logFormatted(0, "libTembraAssoc:Removing Zwave device " + std::to_string(*wordAt(*row, kDeviceNode)));
     zwWork.setByte(0, zwReceived.byte(0));
     zwWork.setNumber(kNodeKind, kZwaveRecord);
     zwWork.setByte(kNodeMark, 254);
@@ -75,7 +75,7 @@ void Model::findZigbeeDevice() {
     if (!isZigbeeAddress(*row, address)) continue;
     found = true;
     remember(*row);
-    log(0, formatted("libTembraAssoc:Removing zigbee device 0x%.2x", static_cast<unsigned>(address)));
+    logFormatted(0, formatted("libTembraAssoc:Removing zigbee device 0x%.2x", static_cast<unsigned>(address)));
   }
   if (!found) zbDevice.setByte(kZigbeeMessage, 12);
 }

@@ -37,6 +37,7 @@ struct Model {
   // ---- The globals --------------------------------------------------------------------------------------------------
   unsigned char idle = 1;
   Record<60> cmdtype;
+  Record<512> scratch;
   int deviceId = 0;
   Capabilities raised;
   int localMesh = -1;
@@ -151,6 +152,7 @@ struct Model {
   // ---- What can be seen (seen.cpp)
   // ------------------------------------------------------------------------------------
   void log(int level, const std::string& text);
+  void logFormatted(int level, const std::string& text);  // which stands in the scratch text first
   void logged(const std::string& line);
   void line(const std::string& text);
   void result(const std::string& text) { line("result " + text); }

@@ -21,7 +21,8 @@ void Model::chooseType(int type) {
   log(0, "libTembraAssoc:inside setDevType");
   nextDeviceId();
   if (zwWork.number(kNodeProposedType) != kGenericDevice) {
-    devName.setText(nameOf(typeName(type), deviceId));
+    scratch.setText(typeName(type));
+    devName.setText(nameOf(scratch.text(), deviceId));
     zwWork.setNumber(kNodeFinalType, type);
   } else {
     log(0, "libTembraAssoc:inside setDevType GenericDevice");
@@ -77,7 +78,7 @@ void Model::rewriteIndex(int from, int to) {
 int Model::finish() {
   idle = 1;
   log(0, "libTembraAssoc:inside addingDone");
-  log(0, "libTembraAssoc:Name:" + devName.text() + " Location:" + devLocation.text());
+  logFormatted(0, "libTembraAssoc:Name:" + devName.text() + " Location:" + devLocation.text());
   if (zwWork.number(kNodeKind) != 2) {
     zbDevice.setText(devName.text(), kZigbeeName);
     zbDevice.setText(devLocation.text(), kZigbeeLocation);

@@ -21,6 +21,11 @@ void addLogLine(Lines& log, int level, const std::string& text) {
   log.push_back("log " + std::to_string(level) + " " + text);
 }
 
+void addFormattedLine(NodeOutcome& outcome, int level, const std::string& text) {
+  outcome.formatted.push_back(text);
+  addLogLine(outcome.log, level, text);
+}
+
 bool lists(const ZwNodeInfo& node, unsigned char commandClass) {
   const auto* end = std::find(std::begin(node.commandClasses), std::end(node.commandClasses), kListEnd);
   return std::find(std::begin(node.commandClasses), end, commandClass) != end;
@@ -33,7 +38,7 @@ void readCommandClasses(const ZwNodeInfo& received, NodeOutcome& outcome) {
     if (i < 52) outcome.work.commandClasses[i + 1] = 0;
     text += formatted("0x%.2x ", received.commandClasses[i]);
   }
-  addLogLine(outcome.log, 0, text);
+  addFormattedLine(outcome, 0, text);
 }
 
 // One "cmd matched" for each command class found, up to the first that is missing.
@@ -91,18 +96,18 @@ void readValues(const ZwNodeInfo& received, NodeOutcome& outcome) {
   table.type(0, 0);
   for (std::size_t i = 0; i < kValueRoom && value[0] != 0; ++i, value += 3) {
     const int type = indexRow(value[0], value[1]).type;
-    addLogLine(outcome.log, 3,
-               formatted("libTembraAssoc:GenericDevice: command class: %d command index %d", value[0], value[1]));
+    addFormattedLine(outcome, 3,
+                     formatted("libTembraAssoc:GenericDevice: command class: %d command index %d", value[0], value[1]));
     table.type(k, type);
     if (type != kUndefined) {
       table.instance(k, value[2]);
       raise(outcome.raised, type);
-      addLogLine(outcome.log, 3,
-                 formatted("libTembraAssoc:GenericDevice: cmdclass %d index %d instance : %d Enum: %d ", value[0],
-                           value[1], value[2], type));
+      addFormattedLine(outcome, 3,
+                       formatted("libTembraAssoc:GenericDevice: cmdclass %d index %d instance : %d Enum: %d ", value[0],
+                                 value[1], value[2], type));
     } else {
-      addLogLine(
-          outcome.log, 3,
+      addFormattedLine(
+          outcome, 3,
           formatted("libTembraAssoc:GenericDevice: Enum is not defined for : cmdclass %d ind %d", value[0], value[1]));
       if (k > 0) --k;
     }
@@ -115,6 +120,7 @@ NodeOutcome readNode(const ZwNodeInfo& received, const NodeOutcome& before, int 
   NodeOutcome outcome = before;
   outcome.result = 0;
   outcome.log.clear();
+  outcome.formatted.clear();
   readCommandClasses(received, outcome);
   if (received.basicClass == 0) {
     addLogLine(outcome.log, 2, "libTembraAssoc:BasicType is 0,so skipping Device addition");
@@ -127,9 +133,10 @@ NodeOutcome readNode(const ZwNodeInfo& received, const NodeOutcome& before, int 
   outcome.name = typeName(outcome.classifiedType) + " #" + std::to_string(id);
   keepText(outcome.work.name, outcome.name);
   outcome.work.requestMark = 255;
-  addLogLine(outcome.log, 0,
-             formatted("libTembraAssoc:Device Basic Type:0x%.2x, Generic Type:0x%.2x, Specific Type:0x%.2x,Nodeid:%d",
-                       received.basicClass, received.genericClass, received.specificClass, received.nodeId));
+  addFormattedLine(
+      outcome, 0,
+      formatted("libTembraAssoc:Device Basic Type:0x%.2x, Generic Type:0x%.2x, Specific Type:0x%.2x,Nodeid:%d",
+                received.basicClass, received.genericClass, received.specificClass, received.nodeId));
   outcome.result = 1;
   return outcome;
 }

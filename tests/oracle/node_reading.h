@@ -15,6 +15,7 @@ namespace oracle {
 struct NodeOutcome {
   int result = 0;
   Lines log;
+  Lines formatted;    // the texts of those lines that are made of pieces
   ZwNodeInfo work{};  // the working copy
   int classifiedType = 0;
   std::string name;  // devName

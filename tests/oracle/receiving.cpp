@@ -63,7 +63,7 @@ void Model::beginPass() {
 }
 
 void Model::timeOut() {
-  log(0, "libTembraAssoc:Didn't get packet for " + std::to_string(timeout) + " secs");
+  logFormatted(0, "libTembraAssoc:Didn't get packet for " + std::to_string(timeout) + " secs");
   if (idle != 0) {
     setTimeout(180, "libTembraAssoc:idle timeout set to 180 sec...");
     return;

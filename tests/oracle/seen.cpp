@@ -19,6 +19,11 @@ Bytes eventBytes(const Record<4104>& event) { return {event.bytes.begin(), event
 
 void Model::log(int level, const std::string& text) { logged("log " + std::to_string(level) + " " + text); }
 
+void Model::logFormatted(int level, const std::string& text) {
+  scratch.setText(text);
+  log(level, text);
+}
+
 void Model::logged(const std::string& line) { effects.push_back({line, {}, stateText()}); }
 
 void Model::line(const std::string& text) { effects.push_back({text, {}, {}}); }
@@ -100,6 +105,7 @@ std::vector<Field> Model::fields() const {
           fieldOf("cancelTarget", cancelTarget),
           fieldOf("idle", idle),
           fieldOf("cmdtype", cmdtype),
+          fieldOf("tempStr", scratch),
           fieldOf("DevId", deviceId),
           fieldOf("BasicFlag", raised.basic),
           fieldOf("MultilevelFlag", raised.multilevel),

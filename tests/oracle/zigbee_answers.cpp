@@ -75,7 +75,8 @@ void Model::zigbeeDescribed() {
       announceDevice(kZigbee);
     }
   }
-  log(0, "libTembraAssoc:Sensor got Associated " + std::to_string(deviceId) + " name " + devName.text() + " (Zigbee)");
+  logFormatted(
+      0, "libTembraAssoc:Sensor got Associated " + std::to_string(deviceId) + " name " + devName.text() + " (Zigbee)");
   state = 8;
 }
 
@@ -91,7 +92,7 @@ void Model::zigbeeLeaving() {
     eventC.setNumber(0, 0);
     eventC.put(zbDevice, 4);
     sendToHa(0, {zbDevice.bytes.begin(), zbDevice.bytes.end()});
-    log(0, "libTembraAssoc:Sensor name " + removedName.text() + " is removed (Zigbee)");
+    logFormatted(0, "libTembraAssoc:Sensor name " + removedName.text() + " is removed (Zigbee)");
     report.setText(removedName.text(), kReportRemovedName, kTextField);
     report.setNumber(kReportRemovedId, removedId);
     eventB.put(report, kPayload);

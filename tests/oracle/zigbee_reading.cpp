@@ -22,9 +22,9 @@ class Walk {
   ZigbeeOutcome run() {
     device_.classifiedType = 0;
     for (int at = 0; at < kMostClusters && cluster(at) != kNoCluster && !failed_; ++at) visit(at);
-    if (failed_) return {-1, log_};
+    if (failed_) return {-1, log_, formatted_};
     finish();
-    return {0, log_};
+    return {0, log_, formatted_};
   }
 
  private:
@@ -44,8 +44,10 @@ class Walk {
   // ---- What a rule does --------------------------------------------------------------------------------------------
 
   void say(std::initializer_list<std::string_view> parts) {
-    std::string& line = log_.emplace_back("log 0 ");
-    for (const std::string_view part : parts) line += part;
+    std::string text;
+    for (const std::string_view part : parts) text += part;
+    if (parts.size() > 1) formatted_.push_back(text);
+    log_.push_back("log 0 " + text);
   }
 
   void setName(const std::string& word) {
@@ -115,6 +117,7 @@ class Walk {
   unsigned endpoint_ = 0;
   bool failed_ = false;
   Lines log_;
+  Lines formatted_;
 };
 
 void Walk::visit(int at) {

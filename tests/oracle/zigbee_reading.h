@@ -20,6 +20,7 @@ struct DescribedDevice {
 struct ZigbeeOutcome {
   int result = 0;
   Lines log;
+  Lines formatted;  // the texts of those lines that are made of pieces
 };
 
 /// Classifies `device` in place, as the device with this id.

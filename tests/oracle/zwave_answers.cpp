@@ -123,7 +123,7 @@ void Model::zwaveLeaves(int node) {
   if (node == 0 || node == kFailedNode) {
     event(eventB, 12, kZwave);
     state = 0;
-    log(0, "libTembraAssoc:111 Unknown Sensor Removed (Z-wave) and Node:" + std::to_string(node));
+    logFormatted(0, "libTembraAssoc:111 Unknown Sensor Removed (Z-wave) and Node:" + std::to_string(node));
     idle = 1;
     return;
   }
@@ -134,11 +134,11 @@ void Model::zwaveLeaves(int node) {
     report.setNumber(kReportRemovedId, removedId);
     eventB.put(report, kPayload);
     event(eventB, 11, kZwave);
-    log(0, "libTembraAssoc:" + removedName.text() + " is Removing (Z-wave)");
+    logFormatted(0, "libTembraAssoc:" + removedName.text() + " is Removing (Z-wave)");
   } else {
     event(eventB, 12, kZwave);
     state = 6;
-    log(0, "libTembraAssoc:222 Unknown Sensor Removed (Z-wave) and Node:" + std::to_string(node));
+    logFormatted(0, "libTembraAssoc:222 Unknown Sensor Removed (Z-wave) and Node:" + std::to_string(node));
   }
   timeout = 20;
   idle = 0;
