@@ -15,6 +15,7 @@
 #include <memory>
 #include <mutex>
 
+#include "campaign/account.h"
 #include "campaign/real_poll.h"
 #include "campaign/world_clock.h"
 #include "kit/real_libc.h"
@@ -152,8 +153,13 @@ extern "C" int setsockopt(int socket, int level, int option, const void* value, 
 extern "C" ssize_t recvfrom(int socket, void* buffer, size_t size, int flags, sockaddr* from, socklen_t* length) {
   KIT_REAL(recvfrom);
   WorldClock* const world = worldClock();
-  if (world != nullptr && mayBlock(socket, flags) && !awaitDatagram(*world, socket)) return -1;
-  return real(socket, buffer, size, flags, from, length);
+  campaign::ReceiveThread::waits();
+  const bool isInTime = world == nullptr || !mayBlock(socket, flags) || awaitDatagram(*world, socket);
+  const ssize_t received = isInTime ? real(socket, buffer, size, flags, from, length) : -1;
+  const int error = errno;
+  campaign::ReceiveThread::hears(from, buffer, received);
+  errno = error;
+  return received;
 }
 
 extern "C" ssize_t recv(int socket, void* buffer, size_t size, int flags) {

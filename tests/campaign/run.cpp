@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "campaign/account.h"
 #include "campaign/home.h"
 #include "campaign/kit_front_end.h"
 #include "campaign/record.h"
@@ -144,6 +145,8 @@ Outcome play(const Plan& plan) {
   enterWorld(&clock);
   Outcome outcome;
   std::vector<std::string>& disagreements = outcome.disagreements;
+  Account& account = *new Account;  // for threads on their way out, as the clock
+  if (!plan.spoofing) keepAccount(&account);
   {
     Home home(plan.latencyMs);
     std::optional<KitFrontEnd> kit(plan);
@@ -167,6 +170,8 @@ Outcome play(const Plan& plan) {
   }
   // The library's receive thread of the last connection may still be on its way out.
   clock.sleepUntil(clock.now() + kAfterwards);
+  keepAccount(nullptr);
+  for (const std::string& difference : account.differences()) disagreements.push_back(difference);
   enterWorld(nullptr);
   return outcome;
 }

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 
+#include "campaign/account.h"
 #include "kit/real_libc.h"
 
 namespace campaign {
@@ -60,7 +61,10 @@ extern "C" ssize_t sendto(int socket, const void* data, size_t size, int flags, 
                               {bytes, bytes + size}};
   const ssize_t sent = real(socket, data, size, flags, to, length);
   const int error = errno;
-  if (sent >= 0) campaign::wire().add(std::move(datagram));
+  if (sent >= 0) {
+    campaign::accountFor(datagram);
+    campaign::wire().add(std::move(datagram));
+  }
   errno = error;
   return sent;
 }
