@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr const char kBridge[] = R"({"id":"00178801020a","internalipaddress":"192.168.1.20"})";
+constexpr const char kBridge[] = R"({"id":"001788fffe01020a","internalipaddress":"192.168.1.20"})";
 constexpr const char* kLongName = "ASirenThatIsHeardInTheGarden";
 
 bool isBroken(const char* what) {
@@ -168,6 +168,7 @@ JsonToken* find_json_token(JsonToken* tokens, const char* path) {
 DEPOT* dpopen(const char* name, int mode, int buckets) {
   if (isBroken("database-without-lock")) mode |= DP_ONOLCK;
   if (isBroken("no-database")) return nullptr;
+  if (isBroken("no-sparse-database") && (mode & DP_OSPARSE) != 0) return nullptr;
   DEPOT* const depot = next<DEPOT* (*)(const char*, int, int)>("dpopen")(name, mode, buckets);
   if (isBroken("late-database") && depot != nullptr) {
     struct stat status {};

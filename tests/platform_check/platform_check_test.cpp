@@ -142,7 +142,7 @@ const Broken kBroken[] = {
     {"reads-behind-the-length", "parse_json2", "came the process ended"},
     {"tokens-not-to-free", "parse_json2", "came the process ended"},
     {"finds-what-is-not-there", "find_json_token", "expected null; came a token"},
-    {"quotes-belong-to-the-value", "find_json_token", R"(expected "00178801020a"; came ""00178801020a"")"},
+    {"quotes-belong-to-the-value", "find_json_token", R"(expected "001788fffe01020a"; came ""001788fffe01020a"")"},
     {"value-is-a-copy", "find_json_token", "expected a pointer into the text"},
     {"settings-command-missing", "nvram_get", "expected a command of that name in PATH; came none", "exit 127"},
     {"settings-no-number", "nvram_get", "expected a decimal number", "echo none"},
@@ -156,6 +156,8 @@ const Broken kBroken[] = {
     {"other-layout", "Depot library, layout", "FAULT"},
     {"database-without-lock", "Depot library, lock", "expected that it waits; came an answer at once"},
     {"no-repair", "Depot library, damage", "expected a repaired file"},
+    {"no-sparse-database", "Depot library, damage",
+     "tried dpopen of a repaired file, sparse and with one bucket; expected an open file"},
     {"late-database", "Depot library, time", "tried dpopen of a file of the year 2040"},
 };
 

@@ -18,6 +18,8 @@ namespace {
 
 constexpr int kOpenMode = DP_OWRITER | DP_OCREAT;
 constexpr int kDefaultBuckets = -1;
+constexpr int kReopenMode = DP_OWRITER | DP_OCREAT | DP_OSPARSE;  // behind a repair
+constexpr int kReopenBuckets = 1;
 constexpr int kRecords = 40;
 constexpr int kWholeText = -1;
 
@@ -32,8 +34,8 @@ class Database {
  public:
   explicit Database(Trial& trial) : trial_(trial), path_(trial.folder() + "/ddb") {}
 
-  void open() {
-    depot_ = dpopen(path_.c_str(), kOpenMode, kDefaultBuckets);
+  void open(int mode = kOpenMode, int buckets = kDefaultBuckets) {
+    depot_ = dpopen(path_.c_str(), mode, buckets);
     trial_.expects(depot_ != nullptr, "an open file", lastError());
   }
   void close() { trial_.expects(dpclose(depot_) != 0, "a closed file", lastError()); }
@@ -145,7 +147,8 @@ void checkDamage(Trial& trial) {
   database.make();
   trial.tries("dprepair of a healthy file");
   trial.expects(dprepair(database.path()) != 0, "a repaired file", lastError());
-  database.open();
+  trial.tries("dpopen of a repaired file, sparse and with one bucket");
+  database.open(kReopenMode, kReopenBuckets);
   database.read();
   database.close();
   trial.tries("dpopen of a file that is no database");

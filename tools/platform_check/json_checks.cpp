@@ -14,7 +14,7 @@ namespace {
 
 using Tokens = std::unique_ptr<JsonToken, decltype(&std::free)>;
 
-constexpr const char* kBridge = R"({"id":"00178801020a","internalipaddress":"192.168.1.20"})";
+constexpr const char* kBridge = R"({"id":"001788fffe01020a","internalipaddress":"192.168.1.20"})";
 
 Tokens parsed(const char* text, std::size_t length) {
   return {parse_json2(text, static_cast<int>(length)), &std::free};
@@ -36,7 +36,7 @@ void findBoth(Trial& trial, const Tokens& tokens, const EdgeText& text) {
 // Tokens do no harm as long as nothing is found behind the text.
 void checkNoObject(Trial& trial) {
   for (const std::string none : {"", "[1,2]", "word", "12", R"({"id":"a)", R"({"id")", "{",
-                                 R"({"id":"00178801020a","internalipaddress":"192.)"}) {
+                                 R"({"id":"001788fffe01020a","internalipaddress":"192.)"}) {
     trial.tries("the text " + quoted(none) + ", which has no whole object");
     const EdgeText text(none, EdgeText::End::kNone);
     const Tokens tokens = parsed(text.get(), none.size());
@@ -75,7 +75,7 @@ struct Search {
 
 // The service asks for these two members only. The objects have others, too.
 constexpr Search kSearches[] = {
-    {kBridge, "id", "00178801020a"},
+    {kBridge, "id", "001788fffe01020a"},
     {kBridge, "internalipaddress", "192.168.1.20"},
     {R"({"i":"a"})", "id", nullptr},
     {R"({"ids":"a","id":"b"})", "id", "b"},
