@@ -41,7 +41,7 @@ const char* endsText(Ends ends) {
     case Ends::kYes:
       return "yes";
     case Ends::kLaterFromZwave:
-      return "ZigBee: yes; Z-Wave: when `idle` is 1 again, at most 20 s later";
+      return "ZigBee: yes; Z-Wave: when `idle` is 1 again, with the closing answer or the time-out of 20 s";
   }
   return "";
 }
