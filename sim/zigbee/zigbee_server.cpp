@@ -13,7 +13,8 @@
 namespace tembra::sim {
 namespace {
 
-bool endsOperation(const MessageKind&, unsigned char status) {
+// The status alone tells: only an add has more than one message.
+bool endsOperation(const MessageKind& /*message*/, unsigned char status) {
   constexpr ZigbeeStatus onTheWay[] = {ZIGBEE_FOUND, ZIGBEE_STILL_ADDING, ZIGBEE_GETTING_INFO, ZIGBEE_INFO_COMPLETE};
   return std::find(std::begin(onTheWay), std::end(onTheWay), status) == std::end(onTheWay);
 }
