@@ -1,4 +1,5 @@
-// The exact text of each result of the Hue server. What an answer does beside it stands in docs/state-machine.md.
+// The exact text of each result of the Hue server that has one. Event and `idle` of every result are rows of the page
+// docs/state-machine.md, which ../receiver/transitions_test.cpp plays.
 #include <gtest/gtest.h>
 
 #include <cstring>
