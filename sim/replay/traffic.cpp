@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iostream>
 #include <sstream>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
+#include "platform/printable.h"
 #include "recording/reader.h"
 #include "sim/core/sockets.h"
 #include "sim/ha/device_list.h"
