@@ -90,7 +90,8 @@ void Counterpart::keepOffered() {
 
 void Account::take(const Happening& happening, const std::vector<oracle::Row>& database) {
   const std::lock_guard lock(mutex_);
-  model_.role = TembraAssociation::getInstance()->clientRole;
+  // Not by getInstance, which takes the library's lock: the library sends while it holds that.
+  if (const TembraAssociation* const service = TembraAssociation::singleton) model_.role = service->clientRole;
   model_.database = {database, oracle::Health::kGood};
   model_.left = kNever;
   happening(model_);
