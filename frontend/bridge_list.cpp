@@ -1,6 +1,5 @@
 #include "bridge_list.h"
 
-#include <iterator>
 #include <string>
 
 #include "texts.h"
@@ -25,16 +24,22 @@ bool takeText(std::string_view& text, std::string& out, std::string_view behind)
 
 }  // namespace
 
-bool parseBridges(std::string_view text, tembra_bridges& list) {
+void BridgeList::add(std::string_view mac, std::string_view address, std::string_view user) {
+  auto bridge = sized<tembra_bridge>();
+  putText(bridge.mac, mac);
+  putText(bridge.address, address);
+  putText(bridge.user, user);
+  bridges.push_back(bridge);
+  count = static_cast<int>(bridges.size());
+}
+
+bool parseBridges(std::string_view text, BridgeList& list) {
   if (!skip(text, R"({"MAClist":[)")) return false;
   while (skip(text, R"({"mac":")")) {
     std::string mac;
     std::string user;
     if (!takeText(text, mac, R"(","username":")") || !takeText(text, user, "\"}")) return false;
-    if (list.count == static_cast<int>(std::size(list.bridges))) return false;
-    tembra_bridge& bridge = list.bridges[list.count++];
-    putText(bridge.mac, mac);
-    putText(bridge.user, user);
+    list.add(mac, {}, user);
     skip(text, ",");
   }
   return text == "]}";

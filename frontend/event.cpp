@@ -33,12 +33,12 @@ void writeIfAny(JsonWriter& json, std::string_view key, const char* text) {
   if (*text != '\0') json.member(key, text);
 }
 
-void write(JsonWriter& json, const tembra_bridges& list) {
+void write(JsonWriter& json, const BridgeList& list) {
   json.begin("bridges", '[');
-  for (int i = 0; i < list.count; ++i) {
-    json.begin("", '{').member("mac", list.bridges[i].mac);
-    writeIfAny(json, "address", list.bridges[i].address);
-    writeIfAny(json, "user", list.bridges[i].user);
+  for (const tembra_bridge& bridge : list.bridges) {
+    json.begin("", '{').member("mac", bridge.mac);
+    writeIfAny(json, "address", bridge.address);
+    writeIfAny(json, "user", bridge.user);
     json.end('}');
   }
   json.end(']');

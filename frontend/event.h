@@ -5,20 +5,23 @@
 #include <tembra/frontend.h>
 
 #include <string>
+#include <string_view>
 #include <variant>
+#include <vector>
+
+#include "sized.h"
 
 namespace tembra::frontend {
 
-using Detail = std::variant<std::monostate, tembra_found, tembra_device_event, tembra_bridges, tembra_link_button,
-                            tembra_account, tembra_step, tembra_warning, tembra_ended>;
+struct BridgeList : tembra_bridges {
+  BridgeList() : tembra_bridges(sized<tembra_bridges>()) {}
+  void add(std::string_view mac, std::string_view address, std::string_view user);
 
-/// A structure that is handed out: all zero, but for its size.
-template <typename Structure>
-[[nodiscard]] Structure sized() {
-  Structure structure{};
-  structure.size = sizeof structure;
-  return structure;
-}
+  std::vector<tembra_bridge> bridges;
+};
+
+using Detail = std::variant<std::monostate, tembra_found, tembra_device_event, BridgeList, tembra_link_button,
+                            tembra_account, tembra_step, tembra_warning, tembra_ended>;
 
 [[nodiscard]] std::string eventJson(const tembra_head& head, const Detail& detail);
 [[nodiscard]] std::string stateJson(const tembra_state& state);

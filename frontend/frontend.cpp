@@ -71,9 +71,7 @@ int startForBridge(tembra_frontend* kit, int operation, const char* mac, const c
   return orNoMemory([&] { return start(kit, {operation, seconds, mac, std::string(viewOf(text))}); });
 }
 
-bool areValid(const tembra_options& options) {
-  return options.size >= sizeof options && options.role >= 0 && options.role <= ROLE_FREE_USER_2;
-}
+bool areValid(const tembra_options& options) { return options.role >= 0 && options.role <= ROLE_FREE_USER_2; }
 
 template <typename Structure>
 const Structure* detailOf(const tembra_event* event) {
@@ -132,9 +130,9 @@ tembra_frontend* make(const tembra_options& options) {
 }  // namespace
 
 tembra_frontend* tembra_frontend_new(const tembra_options* options) {
-  const auto defaults = sized<tembra_options>();
-  if (options == nullptr) options = &defaults;
-  if (!areValid(*options)) {
+  auto known = sized<tembra_options>();
+  if (options == nullptr) options = &known;
+  if (!takeIn(known, *options) || !areValid(known)) {
     errno = EINVAL;
     return nullptr;
   }
@@ -142,7 +140,7 @@ tembra_frontend* tembra_frontend_new(const tembra_options* options) {
     errno = EBUSY;
     return nullptr;
   }
-  tembra_frontend* kit = make(*options);
+  tembra_frontend* kit = make(known);
   if (kit == nullptr) exists = false;
   return kit;
 }
@@ -221,7 +219,12 @@ const tembra_found* tembra_event_found(const tembra_event* event) { return detai
 const tembra_device_event* tembra_event_device(const tembra_event* event) {
   return detailOf<tembra_device_event>(event);
 }
-const tembra_bridges* tembra_event_bridges(const tembra_event* event) { return detailOf<tembra_bridges>(event); }
+const tembra_bridges* tembra_event_bridges(const tembra_event* event) { return detailOf<BridgeList>(event); }
+const tembra_bridge* tembra_event_bridge(const tembra_event* event, int index) {
+  const auto* const list = detailOf<BridgeList>(event);
+  return list != nullptr && index >= 0 && index < list->count ? &list->bridges[static_cast<std::size_t>(index)]
+                                                              : nullptr;
+}
 const tembra_link_button* tembra_event_link_button(const tembra_event* event) {
   return detailOf<tembra_link_button>(event);
 }
@@ -232,11 +235,7 @@ const tembra_ended* tembra_event_ended(const tembra_event* event) { return detai
 const char* tembra_event_json(const tembra_event* event) { return event == nullptr ? nullptr : event->json.c_str(); }
 
 int tembra_frontend_state(tembra_frontend* kit, tembra_state* state) {
-  if (state == nullptr || state->size < sizeof *state) return EINVAL;
-  const std::size_t size = state->size;
-  *state = kit->worker.outbox().state();
-  state->size = size;
-  return 0;
+  return handOut(state, kit->worker.outbox().state()) ? 0 : EINVAL;
 }
 
 size_t tembra_frontend_state_json(tembra_frontend* kit, char* text, size_t size) {

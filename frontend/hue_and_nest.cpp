@@ -90,15 +90,12 @@ void tellAccount(Session& session, bool linked) {
   session.tell(TEMBRA_EVENT_ACCOUNT, account);
 }
 
-tembra_bridges bridgesOf(const LibraryEvent& heard) {
+BridgeList bridgesOf(const LibraryEvent& heard) {
   HueBridgeList list;
   std::memcpy(&list, heard.event.payload, sizeof list);
-  auto bridges = sized<tembra_bridges>();
-  bridges.count = std::clamp(list.count, 0, static_cast<int>(std::size(bridges.bridges)));
-  for (int i = 0; i < bridges.count; ++i) {
-    putText(bridges.bridges[i].mac, libraryText(list.mac[i]));
-    putText(bridges.bridges[i].address, libraryText(list.address[i]));
-  }
+  BridgeList bridges;
+  const int count = std::min(list.count, static_cast<int>(std::size(list.mac)));
+  for (int i = 0; i < count; ++i) bridges.add(libraryText(list.mac[i]), libraryText(list.address[i]), {});
   return bridges;
 }
 
@@ -108,9 +105,9 @@ struct Free {
 
 // A user that reads like the end of one bridge and the beginning of the next makes one bridge look like two; the table
 // of users, from which the library wrote the list, does not agree then.
-bool agreesWithUsers(const tembra_bridges& list) {
-  for (int i = 0; i < list.count; ++i) {
-    if (i >= static_cast<int>(std::size(username1))) return false;
+bool agreesWithUsers(const BridgeList& list) {
+  if (list.bridges.size() > std::size(username1)) return false;
+  for (std::size_t i = 0; i < list.bridges.size(); ++i) {
     char user[sizeof list.bridges[i].user] = {};
     putText(user, cleaned({username1[i], strnlen(username1[i], sizeof username1[i])}));
     if (std::strcmp(user, list.bridges[i].user) != 0) return false;
@@ -184,7 +181,7 @@ void removeBridge(Session& session, const Command& command) {
 void listBridges(Session& session) {
   session.enter(TEMBRA_PHASE_DATABASE, Milliseconds(-1));
   session.requireDatabase();
-  auto list = sized<tembra_bridges>();
+  BridgeList list;
   if (access(DBName, F_OK) == 0) {
     TembraAssociation& service = session.service();
     const std::string text = session.call([&service] { return bridgeList(service); });

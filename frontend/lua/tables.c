@@ -43,10 +43,10 @@ static void set_device(lua_State* lua, const struct tembra_device_event* device)
   set_text(lua, "place", device->place);
 }
 
-static void set_bridges(lua_State* lua, const struct tembra_bridges* list) {
-  lua_createtable(lua, list->count, 0);
-  for (int i = 0; i < list->count; ++i) {
-    const struct tembra_bridge* bridge = &list->bridges[i];
+static void set_bridges(lua_State* lua, const tembra_event* event) {
+  lua_createtable(lua, tembra_event_bridges(event)->count, 0);
+  const struct tembra_bridge* bridge;
+  for (int i = 0; (bridge = tembra_event_bridge(event, i)) != NULL; ++i) {
     lua_createtable(lua, 0, 3);
     set_text(lua, "mac", bridge->mac);
     set_text(lua, "address", bridge->address[0] == '\0' ? NULL : bridge->address);
@@ -84,7 +84,7 @@ static void set_details(lua_State* lua, const tembra_event* event) {
   const struct tembra_step* step = tembra_event_step(event);
   if (tembra_event_found(event) != NULL) set_found(lua, tembra_event_found(event));
   if (tembra_event_device(event) != NULL) set_device(lua, tembra_event_device(event));
-  if (tembra_event_bridges(event) != NULL) set_bridges(lua, tembra_event_bridges(event));
+  if (tembra_event_bridges(event) != NULL) set_bridges(lua, event);
   if (tembra_event_warning(event) != NULL) set_warning(lua, tembra_event_warning(event));
   if (tembra_event_ended(event) != NULL) set_ended(lua, tembra_event_ended(event));
   if (button != NULL) set_integer(lua, "seconds_left", button->seconds_left);

@@ -11,6 +11,7 @@
 #include <memory>
 #include <new>
 
+#include "sized.h"
 #include "texts.h"
 #include "watch_address.h"
 #include "watch_peer.h"
@@ -149,9 +150,10 @@ int tembra_watch_history(tembra_watch* watch) { return watch->say("history\n"); 
 void tembra_watch_close(tembra_watch* watch) { delete watch; }
 
 int tembra_read_holder(const char* path, int milliseconds, struct tembra_holder* holder) {
-  if (holder == nullptr || holder->size < sizeof *holder) return EINVAL;
+  if (!tembra::frontend::isSized(holder)) return EINVAL;
   const std::unique_ptr<tembra_watch> watch(tembra_watch_open(path));
   if (!watch || tembra_watch_next(watch.get(), milliseconds) == nullptr) return errno;
-  fill(*holder, watch->holder());
-  return 0;
+  tembra_holder known{};
+  fill(known, watch->holder());
+  return tembra::frontend::handOut(holder, known) ? 0 : EINVAL;
 }

@@ -17,8 +17,9 @@
 // function blocks, except tembra_frontend_next for the time that it is given, tembra_frontend_free, and those that say
 // so. The kit calls nothing of its caller's.
 //
-// Structures have their size as first member. Those that the kit hands out may be larger in a later version; what is
-// handed in must have its size set by the caller. Texts are UTF-8 and end with a NUL.
+// Structures have their size as first member, and a later version adds members behind the last one. So what the kit
+// hands out may be larger than the caller's structure. What is handed in must have its size set by the caller, and may
+// be smaller or larger than the kit's. Texts are UTF-8 and end with a NUL.
 //
 // What happened is in the flight recorder, <tembra/history.h>, which this header includes.
 //
@@ -225,16 +226,16 @@ struct tembra_device_event {
   char place[180];              ///< ADDED: where it is; else empty
 };
 
-/// Of TEMBRA_EVENT_BRIDGES.
+/// Of TEMBRA_EVENT_BRIDGES: how many there are. tembra_event_bridge has each.
+struct tembra_bridges {
+  size_t size;
+  int count;
+};
 struct tembra_bridge {
+  size_t size;
   char mac[TEMBRA_MAC_SIZE];
   char address[50];  ///< IP address, empty in a list of the database
   char user[50];     ///< the bridge's user, empty in a discovery
-};
-struct tembra_bridges {
-  size_t size;
-  int count;  ///< at most 25
-  struct tembra_bridge bridges[25];
 };
 
 /// Of TEMBRA_EVENT_LINK_BUTTON.
@@ -334,6 +335,8 @@ TEMBRA_API const struct tembra_head* tembra_event_head(const tembra_event* event
 TEMBRA_API const struct tembra_found* tembra_event_found(const tembra_event* event);
 TEMBRA_API const struct tembra_device_event* tembra_event_device(const tembra_event* event);
 TEMBRA_API const struct tembra_bridges* tembra_event_bridges(const tembra_event* event);
+/// The bridge of this index, from 0. Null behind the last one, too.
+TEMBRA_API const struct tembra_bridge* tembra_event_bridge(const tembra_event* event, int index);
 TEMBRA_API const struct tembra_link_button* tembra_event_link_button(const tembra_event* event);
 TEMBRA_API const struct tembra_account* tembra_event_account(const tembra_event* event);
 TEMBRA_API const struct tembra_step* tembra_event_step(const tembra_event* event);

@@ -167,10 +167,11 @@ inline Found found(const tembra_found& c) {
   return {c.type, {c.choices, c.choices + c.choice_count}, c.name, c.place, c.name_room, c.place_room};
 }
 
-inline Bridges bridges(const tembra_bridges& c) {
+inline Bridges bridges(const tembra_event* c) {
   Bridges all;
-  all.bridges.reserve(static_cast<std::size_t>(c.count));
-  for (int i = 0; i < c.count; ++i) all.bridges.push_back({c.bridges[i].mac, c.bridges[i].address, c.bridges[i].user});
+  for (int i = 0; const tembra_bridge* bridge = tembra_event_bridge(c, i); ++i) {
+    all.bridges.push_back({bridge->mac, bridge->address, bridge->user});
+  }
   return all;
 }
 
@@ -206,7 +207,7 @@ inline Event::Detail detail(int kind, const tembra_event* c) {
     case TEMBRA_EVENT_REMOVED:
       return Removed{device->id, device->name};
     case TEMBRA_EVENT_BRIDGES:
-      return bridges(*tembra_event_bridges(c));
+      return bridges(c);
     case TEMBRA_EVENT_LINK_BUTTON:
       return LinkButton{std::chrono::seconds(tembra_event_link_button(c)->seconds_left)};
     case TEMBRA_EVENT_BRIDGE_LINKED:

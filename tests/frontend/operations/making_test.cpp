@@ -15,6 +15,13 @@ int whyNot(const tembra_options* options) {
   return kit == nullptr ? error : 0;
 }
 
+// A structure of a later version, which this kit does not know.
+template <typename Structure>
+struct Later {
+  Structure known;
+  int newer;
+};
+
 tembra_options inRole(int role) { return {sizeof(tembra_options), role, 0, nullptr, nullptr}; }
 
 TEST(Making, RefusesWhatItDoesNotKnow) {
@@ -29,6 +36,27 @@ TEST(Making, RefusesWhatItDoesNotKnow) {
     const tembra_options options = inRole(role);
     EXPECT_EQ(whyNot(&options), 0) << role;
   }
+}
+
+TEST(Making, TakesTheOptionsOfALaterVersion) {
+  Later<tembra_options> options = {inRole(1), 0};
+  options.known.size = sizeof options;
+  EXPECT_EQ(whyNot(&options.known), 0);
+}
+
+TEST(State, IsFilledInAsFarAsTheProgramAndTheKitKnowIt) {
+  tembra_frontend* kit = tembra_frontend_new(nullptr);
+  Later<tembra_state> state{};
+  EXPECT_EQ(tembra_frontend_state(kit, &state.known), EINVAL);
+  EXPECT_EQ(tembra_frontend_state(kit, nullptr), EINVAL);
+  state.known.size = sizeof state;
+  state.known.ends_in = 7;
+  state.newer = 9;
+  EXPECT_EQ(tembra_frontend_state(kit, &state.known), 0);
+  EXPECT_EQ(state.known.size, sizeof state);
+  EXPECT_EQ(state.known.ends_in, -1);
+  EXPECT_EQ(state.newer, 9);
+  tembra_frontend_free(kit);
 }
 
 TEST(Making, GivesAProcessOneKit) {
