@@ -27,6 +27,9 @@ constexpr std::string_view kAsThen = "as then";
 constexpr milliseconds kReactionTime(5000);
 constexpr milliseconds kRestTime(500);
 
+// Linux ends long waits late, by up to an eighth.
+milliseconds lateEnd(milliseconds wait) { return wait + wait / 8; }
+
 // The database of the recording, unless there is one already.
 std::string withDatabase(const std::string& path, const Traffic& traffic) {
   const bool isThere = std::filesystem::exists(path);
@@ -166,11 +169,15 @@ void Replay::awaitEnd() {
   if (!mayEnd()) return;
   milliseconds patience = kRestTime;
   if (const std::vector<std::size_t> left = comparison_.outstanding(); !left.empty()) {
-    const std::size_t last = left.back();
-    const auto gap = traffic_.datagrams[last].time - traffic_.datagrams[last == 0 ? 0 : last - 1].time;
-    patience = kReactionTime + std::chrono::round<milliseconds>(gap);
+    const std::size_t next = left.front();
+    const auto gap = traffic_.datagrams[next].time - traffic_.datagrams[next == 0 ? 0 : next - 1].time;
+    patience = kReactionTime + lateEnd(std::chrono::round<milliseconds>(gap));
   }
-  endTimer_ = loop_.after(patience, [this] { loop_.stop(); });
+  endTimer_ = afterRealTime(patience, [this] { loop_.stop(); });
+}
+
+EventLoop::TimerId Replay::afterRealTime(milliseconds delay, EventLoop::Task task) {
+  return loop_.after(std::chrono::round<milliseconds>(delay * options_.speed), std::move(task));
 }
 
 Outcome Replay::status() const {

@@ -57,6 +57,8 @@ class Replay {
   void forget(const RecordedDatagram& answer);
   void sendAs(const RecordedDatagram& answer);
   void awaitEnd();
+  /// The library's waits pass no faster than the clock, whatever the speed of the servers is.
+  EventLoop::TimerId afterRealTime(std::chrono::milliseconds delay, EventLoop::Task task);
   [[nodiscard]] bool mayEnd() const;
   Outcome status() const;
 

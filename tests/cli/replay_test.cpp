@@ -263,6 +263,18 @@ TEST(ACutRecording, IsTakenUntilItsEndWithAWarning) {
   EXPECT_NE(router.end().errors.find("the recording was cut off; "), std::string::npos);
 }
 
+// Nobody presses a button. Both radios are told so, the second right after the first: of the two it is the first that
+// comes after a long wait.
+TEST(ALongWait, PassesWhateverTheSpeedOfTheServersIs) {
+  const Story story{"NobodyPresses", "[]", {}, {{"add"}}, Clock::kThirtyfold};
+  const Happened then = record(story);
+  Program router({TEMBRA_SIM_PROGRAM, "replay", "--speed", "30", kRecording});
+  router.waitFor("tembra-sim: ready");
+  EXPECT_EQ(play(story).events, then.events);
+  const Ended ended = router.end();
+  EXPECT_EQ(ended.status, 0) << ended.errors;
+}
+
 struct Change {
   const char* name;
   std::vector<std::string> command;  ///< in place of the second one

@@ -10,7 +10,8 @@ kit::Settings routerSettings(Clock clock) {
   kit::Settings settings = {{"PATH", std::string(std::getenv("PATH")) + ":" + TEMBRA_PROGRAM_FOLDER},
                             {"TEMBRA_LOG", "off"},
                             {"TEMBRA_WATCH_PATH", "/tmp/front-ends/socket"}};
-  if (clock == Clock::kFast) settings.merge(bentCalls());
+  if (clock == Clock::kThirtyfold) settings["TEMBRA_SPEED"] = "30";
+  if (clock != Clock::kReal) settings.merge(bentCalls());
   return settings;
 }
 
