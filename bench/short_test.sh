@@ -11,7 +11,9 @@ fail() {
 }
 
 rm --recursive --force "$folder"
-"$(dirname "${BASH_SOURCE[0]}")/measure.sh" "$programs" "$folder" --short
+mkdir -p "$folder"
+"$(dirname "${BASH_SOURCE[0]}")/measure.sh" "$programs" "$folder" --short 2>"$folder/errors" || fail "$(<"$folder/errors")"
+[[ ! -s $folder/errors ]] || fail "The measurements complain: $(head --lines=3 "$folder/errors")"
 
 for ((figure = 1; figure <= figures; ++figure)); do
   grep --extended-regexp --quiet "^ *$figure  .*  [<>]= .*  (NOT MET|met)$" "$folder/latest.txt" ||

@@ -1,5 +1,8 @@
 #include "rig/outside.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <atomic>
 
 namespace bench {
@@ -69,8 +72,15 @@ Clock::time_point when() { return Clock::time_point(Clock::duration(firstWaitTic
 
 }  // namespace first_wait
 
-NoDatabase::NoDatabase() { noDatabase = true; }
-NoDatabase::~NoDatabase() { noDatabase = false; }
+NoDatabase::NoDatabase() : standardError_(dup(STDERR_FILENO)) {
+  const tembra::Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
+  dup2(nowhere.get(), STDERR_FILENO);
+  noDatabase = true;
+}
+NoDatabase::~NoDatabase() {
+  noDatabase = false;
+  dup2(standardError_.get(), STDERR_FILENO);
+}
 bool NoDatabase::isOn() { return noDatabase.load(std::memory_order_relaxed); }
 
 }  // namespace bench
