@@ -31,6 +31,13 @@ debian_packages=("${demo_packages[@]}" ccache debhelper dh-python dpkg-dev liblu
 # shellcheck disable=SC2034
 coverage_packages=("${demo_packages[@]}" clang libclang-rt-dev llvm-14)
 
+# help_if_asked SCRIPT ARGUMENT...: the comment at the script's beginning, when the first argument asks for help.
+help_if_asked() {
+  [[ ${2-} == --help || ${2-} == -h ]] || return 0
+  sed --quiet '2,${/^#/!q;s/^# \{0,1\}//p}' "$1"
+  exit
+}
+
 is_installed() {
   dpkg-query --show --showformat '${db:Status-Status}\n' "$1" 2>/dev/null | grep --quiet --line-regexp installed
 }

@@ -80,6 +80,14 @@ expect "no terminal" "$missing" "apt-get install" "goes on" "not Install them no
 bash "$folder/script" </dev/null >"$folder/said" 2>&1
 expect "nothing missing" "Other versions than the tested ones: cmake 0.1 (tested: 3." "goes on" "not apt-get" "not ninja-build"
 
+# Help is given before anything is looked at, built or installed.
+for script in run-demo run-tests run-bench; do
+  "$source/$script" --help >"$folder/said" 2>&1 || fail "$script --help failed"
+  expect "$script --help" "usage: ./$script" "--yes" "not set -euo" "not #"
+done
+if "$source/run-bench" --longer >"$folder/said" 2>&1; then fail "run-bench --longer"; fi
+expect "an unknown option" "there is no option --longer" "not mkdir"
+
 # Every script takes --yes, and every package has its tested version.
 for script in run-demo run-tests run-bench fuzz/coverage; do
   grep --quiet 'install_without_asking=1' "$source/$script" || { echo "$script does not take --yes" >&2; exit 1; }
