@@ -17,14 +17,6 @@ void say(const std::string& line) {
   std::fflush(stdout);
 }
 
-void listDevices() {
-  const auto devices = tembra::devices();
-  if (!devices) return std::perror("devices");
-  for (const tembra::Device& device : *devices) {
-    say(std::to_string(device.id) + " " + device.typeName + " " + device.name);
-  }
-}
-
 class Kiosk {
  public:
   explicit Kiosk(const tembra::Options& options) : loop_(epoll_create1(EPOLL_CLOEXEC)), kit_(options) {
@@ -81,8 +73,6 @@ class Kiosk {
       kit_.cancel();
     } else if (request == "state") {
       say(kit_.stateJson());
-    } else if (request == "devices") {
-      listDevices();
     } else {
       operations_.push_back(request);
     }
@@ -101,6 +91,7 @@ class Kiosk {
     if (operation == "remove") return kit_.remove();
     if (operation == "discover") return kit_.hueDiscover();
     if (operation == "account") return kit_.nestStatus();
+    if (operation == "devices") return kit_.devices();
     if (operation.rfind("link ", 0) == 0) return kit_.hueAddBridge(operation.substr(5));
     return tembra::Result::invalid;
   }

@@ -66,21 +66,48 @@ void write(JsonWriter& json, const tembra_ended& ended) {
   json.member("text", ended.text).member("advice", ended.advice);
 }
 
+const char* networkName(int radio) { return radio == TEMBRA_RADIO_IP ? "IP" : serverName(radio); }
+
+void write(JsonWriter& json, const std::vector<tembra_device>& devices) {
+  json.member("count", static_cast<long long>(devices.size())).begin("devices", '[');
+  for (const tembra_device& device : devices) {
+    const bool hasAddress = device.radio == TEMBRA_RADIO_ZIGBEE || device.radio == TEMBRA_RADIO_ZWAVE;
+    json.begin("", '{').member("id", device.id).member("name", device.name).begin("type", '{');
+    json.member("number", device.type).member("name", device.type_name).end('}');
+    json.member("radio", networkName(device.radio));
+    hasAddress ? json.member("address", device.address) : json.null("address");
+    json.member("values", device.values).end('}');
+  }
+  json.end(']');
+}
+
 void writeLimit(JsonWriter& json, long long endsIn) {
   endsIn < 0 ? json.null("ends_in_ms") : json.member("ends_in_ms", endsIn);
+}
+
+void writeHead(JsonWriter& json, const tembra_head& head) {
+  json.begin("", '{').member("schema", TEMBRA_EVENT_SCHEMA).member("event", eventKindName(head.kind));
+  json.member("number", head.number).member("operation", operationName(head.operation));
+  json.member("ms", head.milliseconds).member("phase", phaseName(head.phase));
+  json.member("radio", head.radio == 0 ? nullptr : serverName(head.radio));
+  writeLimit(json, head.ends_in);
 }
 
 }  // namespace
 
 std::string eventJson(const tembra_head& head, const Detail& detail) {
   JsonWriter json;
-  json.begin("", '{').member("schema", TEMBRA_EVENT_SCHEMA).member("event", eventKindName(head.kind));
-  json.member("number", head.number).member("operation", operationName(head.operation));
-  json.member("ms", head.milliseconds).member("phase", phaseName(head.phase));
-  json.member("radio", head.radio == 0 ? nullptr : serverName(head.radio));
-  writeLimit(json, head.ends_in);
+  writeHead(json, head);
   std::visit([&json](const auto& each) { write(json, each); }, detail);
   return json.end('}').text();
+}
+
+std::string shortEventJson(const tembra_event& event) {
+  const auto* devices = std::get_if<std::vector<tembra_device>>(&event.detail);
+  if (devices == nullptr) return event.json;
+  JsonWriter json;
+  writeHead(json, event.head);
+  return json.member("count", static_cast<long long>(devices->size())).end('}').text();
 }
 
 std::string stateJson(const tembra_state& state) {

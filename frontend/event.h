@@ -21,9 +21,11 @@ struct BridgeList : tembra_bridges {
 };
 
 using Detail = std::variant<std::monostate, tembra_found, tembra_device_event, BridgeList, tembra_link_button,
-                            tembra_account, tembra_step, tembra_warning, tembra_ended>;
+                            tembra_account, tembra_step, tembra_warning, tembra_ended, std::vector<tembra_device>>;
 
 [[nodiscard]] std::string eventJson(const tembra_head& head, const Detail& detail);
+/// The same for the flight recorder and for watchers, who have no room for a list of devices: only their number.
+[[nodiscard]] std::string shortEventJson(const tembra_event& event);
 [[nodiscard]] std::string stateJson(const tembra_state& state);
 
 }  // namespace tembra::frontend

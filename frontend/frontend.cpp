@@ -198,6 +198,8 @@ int tembra_frontend_nest_link(tembra_frontend* kit, const char* code) {
 
 int tembra_frontend_nest_unlink(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERATION_NEST_UNLINK, 0, {}, {}}); }
 
+int tembra_frontend_devices(tembra_frontend* kit) { return start(kit, {TEMBRA_OPERATION_DEVICES, 0, {}, {}}); }
+
 int tembra_frontend_finish(tembra_frontend* kit, int type, const char* name, const char* place) {
   return answer("finish", finish(kit, type, name, place));
 }
@@ -232,6 +234,10 @@ const tembra_account* tembra_event_account(const tembra_event* event) { return d
 const tembra_step* tembra_event_step(const tembra_event* event) { return detailOf<tembra_step>(event); }
 const tembra_warning* tembra_event_warning(const tembra_event* event) { return detailOf<tembra_warning>(event); }
 const tembra_ended* tembra_event_ended(const tembra_event* event) { return detailOf<tembra_ended>(event); }
+const tembra_device* tembra_event_listed(const tembra_event* event, size_t index) {
+  const auto* devices = detailOf<std::vector<tembra_device>>(event);
+  return devices == nullptr || index >= devices->size() ? nullptr : &(*devices)[index];
+}
 const char* tembra_event_json(const tembra_event* event) { return event == nullptr ? nullptr : event->json.c_str(); }
 
 int tembra_frontend_state(tembra_frontend* kit, tembra_state* state) {

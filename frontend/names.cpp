@@ -15,10 +15,10 @@ const char* nameIn(const char* const (&names)[N], int number) {
 
 constexpr const char* kOperations[] = {"none",           "add",          "remove",      "reset",      "hue-discover",
                                        "hue-add-bridge", "hue-add-bulb", "hue-refresh", "hue-remove", "hue-list",
-                                       "nest-status",    "nest-link",    "nest-unlink"};
+                                       "nest-status",    "nest-link",    "nest-unlink", "devices"};
 constexpr const char* kEventKinds[] = {nullptr,    "waiting", "answered", "reading",     "found",         "added",
                                        "removing", "removed", "bridges",  "link-button", "bridge-linked", "bulb-added",
-                                       "account",  "step",    "warning",  "ended"};
+                                       "account",  "step",    "warning",  "ended",       "devices"};
 constexpr const char* kPhases[] = {"none",      "opening",  "button",  "identity",     "description",
                                    "choice",    "storing",  "leaving", "answer",       "link-button",
                                    "resetting", "database", "closing", "leave-button", "emptying"};

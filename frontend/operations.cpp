@@ -30,8 +30,10 @@ namespace {
       tellAccount(session);
     case TEMBRA_OPERATION_NEST_LINK:
       linkAccount(session, command);
-    default:
+    case TEMBRA_OPERATION_NEST_UNLINK:
       unlinkAccount(session);
+    default:
+      listDevices(session);
   }
 }
 

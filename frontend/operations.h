@@ -24,6 +24,8 @@ enum class Leaving { kListed, kStranger };
 
 [[noreturn]] void resetRadios(Session& session, int what);
 
+[[noreturn]] void listDevices(Session& session);
+
 // Hue and Nest.
 [[noreturn]] void discoverBridges(Session& session);
 [[noreturn]] void addBridge(Session& session, const Command& command);

@@ -81,7 +81,7 @@ std::string Outbox::add(tembra_event_kind kind, const Detail& detail) {
                  state_.phase,       state_.radio, sinceBeginning(now), endsIn(now)};
   event->detail = detail;
   event->json = eventJson(event->head, event->detail);
-  std::string json = event->json;
+  std::string json = shortEventJson(*event);
   history().event(json);
   events_.push_back(std::move(event));
   eventfd_write(descriptor_, 1);

@@ -35,7 +35,7 @@ class Outbox {
   void enter(tembra_phase phase, Milliseconds limit);         ///< negative: no limit is known
   void setRadio(int radio);                                   ///< the radio that the operation deals with from now on
   void offer(const tembra_found& found, Milliseconds limit);  ///< phase CHOICE
-  std::string emit(tembra_event_kind kind, const Detail& detail = {});  ///< returns the event's JSON line
+  std::string emit(tembra_event_kind kind, const Detail& detail = {});  ///< returns the line for watchers
   /// Tells the end. Then nothing runs, unless a call of the library is not over yet: phase CLOSING until `clear`.
   std::string end(const tembra_ended& ended, bool isCallLate);
   void clear();

@@ -43,7 +43,7 @@ std::string plainText(Script& script, std::size_t longest) {
 /// What the front end asks for.
 Command commandOf(Script& script) {
   Command command;
-  command.operation = TEMBRA_OPERATION_ADD + static_cast<int>(script.choose(TEMBRA_OPERATION_NEST_UNLINK));
+  command.operation = TEMBRA_OPERATION_ADD + static_cast<int>(script.choose(TEMBRA_OPERATION_DEVICES));
   command.what = 1 + static_cast<int>(script.choose(4));
   command.target = command.operation == TEMBRA_OPERATION_NEST_LINK ? plainText(script, 247) : "02:a1:b2:0c:00:01";
   command.text = plainText(script, 49);

@@ -78,6 +78,7 @@ std::string sentenceOf(const Json& said) {
   if (kind == "link-button") return awaitedText(TEMBRA_OPERATION_NONE, TEMBRA_PHASE_LINK_BUTTON) + ".";
   if (kind == "bridge-linked") return "Added the Hue bridge.";
   if (kind == "bulb-added") return "Added the Hue bulb.";
+  if (kind == "devices") return "Listed " + std::to_string(intOf(said, "count")) + " devices.";
   if (kind == "step") return std::to_string(intOf(said, "done")) + " of " + std::to_string(intOf(said, "all")) + " s.";
   const std::string advice = textOf(said, "advice");
   const std::string text = textOf(said, "text");

@@ -56,6 +56,27 @@ static void set_bridges(lua_State* lua, const tembra_event* event) {
   lua_setfield(lua, -2, "bridges");
 }
 
+void push_device(lua_State* lua, const struct tembra_device* device) {
+  lua_createtable(lua, 0, 7);
+  set_integer(lua, "id", device->id);
+  set_integer(lua, "type", device->type);
+  set_integer(lua, "radio", device->radio);
+  set_integer(lua, "address", device->address);
+  set_integer(lua, "values", device->values);
+  set_text(lua, "name", device->name);
+  set_text(lua, "type_name", device->type_name);
+}
+
+static void set_devices(lua_State* lua, const tembra_event* event) {
+  const struct tembra_device* device = NULL;
+  lua_newtable(lua);
+  for (int i = 0; (device = tembra_event_listed(event, (size_t)i)) != NULL; ++i) {
+    push_device(lua, device);
+    lua_rawseti(lua, -2, i + 1);
+  }
+  lua_setfield(lua, -2, "devices");
+}
+
 static void set_ended(lua_State* lua, const struct tembra_ended* ended) {
   set_text(lua, "outcome", tembra_outcome_name(ended->outcome));
   set_text(lua, "reason", tembra_reason_name(ended->reason));
@@ -87,6 +108,7 @@ static void set_details(lua_State* lua, const tembra_event* event) {
   if (tembra_event_bridges(event) != NULL) set_bridges(lua, event);
   if (tembra_event_warning(event) != NULL) set_warning(lua, tembra_event_warning(event));
   if (tembra_event_ended(event) != NULL) set_ended(lua, tembra_event_ended(event));
+  if (tembra_event_head(event)->kind == TEMBRA_EVENT_DEVICES) set_devices(lua, event);
   if (button != NULL) set_integer(lua, "seconds_left", button->seconds_left);
   if (account != NULL) {
     lua_pushboolean(lua, account->linked);

@@ -12,6 +12,9 @@ void set_seconds(lua_State* lua, const char* key, long long milliseconds); /* ne
 /* What a device is and can be. */
 void set_found(lua_State* lua, const struct tembra_found* found);
 
+/* Pushes the device's table. */
+void push_device(lua_State* lua, const struct tembra_device* device);
+
 /* Pushes the event's table. */
 void push_event(lua_State* lua, const tembra_event* event);
 

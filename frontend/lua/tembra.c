@@ -143,6 +143,7 @@ static int kit_hue_discover(lua_State* lua) { return start(lua, tembra_frontend_
 static int kit_hue_list(lua_State* lua) { return start(lua, tembra_frontend_hue_list); }
 static int kit_nest_status(lua_State* lua) { return start(lua, tembra_frontend_nest_status); }
 static int kit_nest_unlink(lua_State* lua) { return start(lua, tembra_frontend_nest_unlink); }
+static int kit_devices(lua_State* lua) { return start(lua, tembra_frontend_devices); }
 static int kit_cancel(lua_State* lua) { return start(lua, tembra_frontend_cancel); }
 
 static int kit_reset(lua_State* lua) { return answer(lua, tembra_frontend_reset(kit_at(lua), int_at(lua, 2, 0))); }
@@ -246,18 +247,8 @@ static int new_kit(lua_State* lua) {
   return box->content == NULL ? fail(lua, errno) : 1;
 }
 
-static void push_device(lua_State* lua, const struct tembra_device* device) {
-  lua_createtable(lua, 0, 7);
-  set_integer(lua, "id", device->id);
-  set_integer(lua, "type", device->type);
-  set_integer(lua, "radio", device->radio);
-  set_integer(lua, "address", device->address);
-  set_integer(lua, "values", device->values);
-  set_text(lua, "name", device->name);
-  set_text(lua, "type_name", device->type_name);
-}
-
-/* tembra.devices(): the devices of the database. */
+/* tembra.devices(): the devices of the database. Blocks, without limit, while another process writes the database;
+ * kit:devices() does not. */
 static int list_devices(lua_State* lua) {
   struct box* rows = new_box(lua, BYTES);
   long count = tembra_read_devices(NULL, sizeof(struct tembra_device), 0);
@@ -323,6 +314,7 @@ static const luaL_Reg kKitFunctions[] = {{"add", kit_add},
                                          {"cancel", kit_cancel},
                                          {"close", kit_close},
                                          {"descriptor", kit_descriptor},
+                                         {"devices", kit_devices},
                                          {"events", kit_events},
                                          {"finish", kit_finish},
                                          {"hue_add_bridge", kit_hue_add_bridge},

@@ -175,6 +175,11 @@ TEST(CppFace, ListsDevicesOrSaysWhyNot) {
   const auto none = tembra::devices();
   ASSERT_TRUE(none);
   EXPECT_TRUE(none->empty());
+  Frontend kit;
+  ASSERT_EQ(kit.devices(), Result::ok);
+  const auto listed = kit.next(10s);
+  ASSERT_TRUE(listed && listed->as<tembra::Devices>() != nullptr);
+  EXPECT_TRUE(listed->as<tembra::Devices>()->devices.empty());
   std::ofstream("/tmp/ddb") << std::string(5000, 'x');
   EXPECT_FALSE(tembra::devices());
   EXPECT_EQ(errno, EBADMSG);

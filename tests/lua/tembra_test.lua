@@ -102,6 +102,13 @@ function tests.the_account_is_not_linked(kit)
   equal(events.account.linked, false)
 end
 
+function tests.the_devices_are_listed(kit)
+  assert(kit:devices())
+  local kinds, events = events_of(kit)
+  equal(kinds, "devices ended")
+  equal(#events.devices.devices, #assert(tembra.devices()))
+end
+
 function tests.a_wait_can_be_limited(kit)
   equal(kit:next(0), nil)
   equal(kit:next(0.01), nil)
@@ -170,5 +177,5 @@ for _, name in ipairs(names) do
   print((passed and "passed " or "FAILED ") .. name .. (passed and "" or ": " .. tostring(message)))
   if not passed then failures = failures + 1 end
 end
-assert(#names == 12)
+assert(#names == 13)
 os.exit(failures == 0 and 0 or 1)

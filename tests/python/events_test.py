@@ -36,6 +36,13 @@ KINDS = [
     ("ended", tembra.Ended, ENDED, {"outcome": tembra.Outcome.FAILED, "reason": tembra.Reason.ALREADY_KNOWN,
                                     "ended_in": tembra.Phase.IDENTITY, "waited": 0.5, "device": None}),
     ("ended", tembra.Ended, {**ENDED, "device": {"id": 3, "name": "Plug"}}, {"device": (3, "Plug")}),
+    ("devices", tembra.Devices,
+     {"count": 2, "devices": [{"id": 3, "name": "Plug", "type": PLUG, "radio": "Z-Wave", "address": 5, "values": 2},
+                              {"id": 4, "name": "Lamp", "type": {"number": 0, "name": "x"}, "radio": None,
+                               "address": None, "values": 0}]},
+     {"count": 2, "devices": ((3, 1, "BinarySwitch", "Plug", tembra.Radio.ZWAVE, 5, 2),
+                              (4, 0, "x", "Lamp", tembra.Radio.OTHER, 0, 0))}),
+    ("devices", tembra.Devices, {"count": 2}, {"count": 2, "devices": ()}),
     ("of-tomorrow", tembra.Unknown, {"what": "ever"}, {"kind": "of-tomorrow"}),
 ]
 

@@ -62,6 +62,9 @@ class Blocking(WithRouter):
             [device] = tembra.devices()
             self.assertEqual((device.id, device.name, device.type_name, device.radio),
                              (added.id, "Öffner", "Siren", tembra.Radio.ZWAVE))
+            kit.devices()
+            listed, _ = kit
+            self.assertEqual(listed.devices, (device,))
             kit.remove()
             *_, removed, ended = events_of(kit)
             self.assertEqual((removed.id, removed.name), (added.id, "Öffner"))
@@ -236,6 +239,49 @@ class Asynchronous(WithRouter):
         account, ended = asyncio.run(wait())
         self.assertFalse(account.linked)
         self.assertEqual(ended.outcome, tembra.Outcome.DONE)
+
+
+LOCKER = """import fcntl, sys
+with open("/tmp/ddb", "a") as database:
+    fcntl.lockf(database, fcntl.LOCK_EX)
+    print("locked", flush=True)
+    sys.stdin.read()
+"""
+
+
+class LockedDatabase(unittest.TestCase):
+    def setUp(self):
+        self.locker = subprocess.Popen([sys.executable, "-c", LOCKER], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.addCleanup(DATABASE.unlink)
+        self.addCleanup(self.release)
+        self.locker.stdout.readline()
+
+    def release(self):
+        if self.locker.returncode is None:
+            self.locker.communicate()
+
+    def test_the_loop_goes_on_while_the_devices_are_listed(self):
+        async def list_devices():
+            with tembra.Frontend() as kit:
+                kit.devices()
+                with self.assertRaises(asyncio.TimeoutError):
+                    await asyncio.wait_for(kit.next_async(), 0.2)
+                self.release()
+                return [event async for event in kit]
+
+        listed, ended = asyncio.run(list_devices())
+        self.assertEqual((listed.devices, ended.outcome), ((), tembra.Outcome.DONE))
+
+    def test_a_cancelled_list_ends_at_once(self):
+        kit = tembra.Frontend()
+        self.addCleanup(kit.close)
+        self.addCleanup(self.release)
+        kit.devices()
+        self.assertIsNone(kit.next(0.1))
+        kit.cancel()
+        ended = kit.next(1)
+        self.assertEqual(ended.outcome, tembra.Outcome.CANCELLED)
+        self.assertEqual(kit.state().phase, tembra.Phase.CLOSING)
 
 
 class Database(unittest.TestCase):

@@ -32,6 +32,7 @@
 #include <stddef.h>
 #include <tembra/export.h>
 #include <tembra/history.h>
+#include <tembra/service.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -83,7 +84,8 @@ enum tembra_operation {
   TEMBRA_OPERATION_HUE_LIST = 9,
   TEMBRA_OPERATION_NEST_STATUS = 10,
   TEMBRA_OPERATION_NEST_LINK = 11,
-  TEMBRA_OPERATION_NEST_UNLINK = 12
+  TEMBRA_OPERATION_NEST_UNLINK = 12,
+  TEMBRA_OPERATION_DEVICES = 13
 };
 
 // Each starts an operation. What can be wrong on the router (another front end has the connection, a server does not
@@ -143,6 +145,11 @@ TEMBRA_API int tembra_frontend_nest_link(tembra_frontend* kit, const char* code)
 /// Unlinks the account: WAITING, ACCOUNT, ENDED.
 TEMBRA_API int tembra_frontend_nest_unlink(tembra_frontend* kit);
 
+/// Lists the devices of the database: DEVICES, ENDED. It opens no connection, and ends after 5 seconds at most, failed,
+/// while another process writes the database. tembra_read_devices (<tembra/service.h>) needs no kit, but blocks for as
+/// long as the other process writes.
+TEMBRA_API int tembra_frontend_devices(tembra_frontend* kit);
+
 /// After FOUND: hands the device to the HA server. Keeps what the library proposed where a text is null or empty, or is
 /// the proposed one. Sends nothing unless all three arguments are good.
 /// @param type one of found.choices; 0: the proposed one
@@ -171,7 +178,8 @@ enum tembra_event_kind {
   TEMBRA_EVENT_ACCOUNT = 12,        ///< the Nest account: tembra_event_account
   TEMBRA_EVENT_STEP = 13,           ///< of a reset: tembra_event_step
   TEMBRA_EVENT_WARNING = 14,        ///< the operation goes on, but something is missing: tembra_event_warning
-  TEMBRA_EVENT_ENDED = 15           ///< the operation is over: tembra_event_ended
+  TEMBRA_EVENT_ENDED = 15,          ///< the operation is over: tembra_event_ended
+  TEMBRA_EVENT_DEVICES = 16         ///< the devices of the database: tembra_event_listed
 };
 
 /// What an operation is doing. The numbers never change.
@@ -342,6 +350,10 @@ TEMBRA_API const struct tembra_account* tembra_event_account(const tembra_event*
 TEMBRA_API const struct tembra_step* tembra_event_step(const tembra_event* event);
 TEMBRA_API const struct tembra_warning* tembra_event_warning(const tembra_event* event);
 TEMBRA_API const struct tembra_ended* tembra_event_ended(const tembra_event* event);
+
+/// Of TEMBRA_EVENT_DEVICES: the device with this index, 0 for the first in the database's file. Null behind the last.
+/// Its texts are as stored, so they may be no UTF-8.
+TEMBRA_API const struct tembra_device* tembra_event_listed(const tembra_event* event, size_t index);
 
 /// The event as one JSON object on one line, see the installed schema tembra-event.schema.json.
 TEMBRA_API const char* tembra_event_json(const tembra_event* event);

@@ -86,6 +86,7 @@ class Frontend {
   [[nodiscard]] Result nestStatus() { return call(tembra_frontend_nest_status); }
   [[nodiscard]] Result nestLink(const std::string& code) { return call(tembra_frontend_nest_link, code); }
   [[nodiscard]] Result nestUnlink() { return call(tembra_frontend_nest_unlink); }
+  [[nodiscard]] Result devices() { return call(tembra_frontend_devices); }  ///< lists the database: Devices, Ended
 
   /// After Found: hands the device over. @param type one of Found::choices, 0: the proposed one. An empty name or place
   /// is the proposed one.
@@ -157,7 +158,8 @@ class Frontend {
   std::unique_ptr<tembra_frontend, Release> kit_;
 };
 
-/// The devices of the database. Nothing when it cannot be read; then errno says why (EBADMSG: it is damaged).
+/// The devices of the database. Nothing when it cannot be read; then errno says why (EBADMSG: it is damaged). Needs no
+/// kit, but blocks, without limit, while another process writes the database: an event loop uses Frontend::devices.
 inline std::optional<std::vector<Device>> devices() {
   std::vector<tembra_device> rows;
   for (bool all = false; !all;) {  // there may be more of them meanwhile
@@ -168,16 +170,14 @@ inline std::optional<std::vector<Device>> devices() {
   }
   std::vector<Device> list;
   list.reserve(rows.size());
-  for (const tembra_device& row : rows) {
-    list.push_back({row.id, row.type, static_cast<Radio>(row.radio), row.address, row.values, row.name, row.type_name});
-  }
+  for (const tembra_device& row : rows) list.push_back(from_c::device(row));
   return list;
 }
 
 // ---- The flight recorder ----
 
 /// What the process's kit did last: one JSON object a line, the oldest first, also after an operation failed. Needs no
-/// kit. <tembra/frontend.h> describes the lines.
+/// kit. <tembra/history.h> describes the lines.
 inline std::string history() {
   std::string text(TEMBRA_HISTORY_SIZE, '\0');
   text.resize(tembra_frontend_history(text.data(), text.size()));

@@ -107,6 +107,21 @@ struct Ended {
   std::string advice;  ///< what to do about it; empty: nothing
 };
 
+/// A device of the database.
+struct Device {
+  int id;
+  int type;  ///< a DevType, 0: the database has a name that is none
+  Radio radio;
+  unsigned address;  ///< ZigBee short address or Z-Wave node id
+  int values;        ///< value slots in the database
+  std::string name;
+  std::string typeName;
+};
+/// The devices of the database, in the order of its file.
+struct Devices {
+  std::vector<Device> devices;
+};
+
 /// A kind that a later version of the kit has.
 struct Unknown {
   int kind;
@@ -114,7 +129,7 @@ struct Unknown {
 
 struct Event {
   using Detail = std::variant<Waiting, Answered, Reading, Found, Added, Removing, Removed, Bridges, LinkButton,
-                              BridgeLinked, BulbAdded, Account, Step, Warning, Ended, Unknown>;
+                              BridgeLinked, BulbAdded, Account, Step, Warning, Ended, Devices, Unknown>;
   Operation operation;
   unsigned number;                    ///< 1, 2, 3, ... since the kit was made
   Phase phase;                        ///< what is awaited now
@@ -141,17 +156,6 @@ struct State {
   std::chrono::milliseconds elapsed;
   std::optional<std::chrono::milliseconds> endsIn;
   std::optional<Found> found;  ///< while a device waits for Frontend::finish
-};
-
-/// A device of the database.
-struct Device {
-  int id;
-  int type;  ///< a DevType, 0: the database has a name that is none
-  Radio radio;
-  unsigned address;  ///< ZigBee short address or Z-Wave node id
-  int values;        ///< value slots in the database
-  std::string name;
-  std::string typeName;
 };
 
 // ---- From the C face ----
@@ -188,6 +192,18 @@ inline Ended ended(const tembra_ended& c) {
           c.advice};
 }
 
+inline Device device(const tembra_device& c) {
+  return {c.id, c.type, static_cast<Radio>(c.radio), c.address, c.values, c.name, c.type_name};
+}
+
+inline Devices devices(const tembra_event* c) {
+  Devices all;
+  for (std::size_t i = 0; const tembra_device* each = tembra_event_listed(c, i); ++i) {
+    all.devices.push_back(device(*each));
+  }
+  return all;
+}
+
 inline Event::Detail detail(int kind, const tembra_event* c) {
   const tembra_device_event* device = tembra_event_device(c);
   const tembra_warning* warning = tembra_event_warning(c);
@@ -222,6 +238,8 @@ inline Event::Detail detail(int kind, const tembra_event* c) {
       return Warning{static_cast<Reason>(warning->reason), warning->server, warning->text};
     case TEMBRA_EVENT_ENDED:
       return ended(*tembra_event_ended(c));
+    case TEMBRA_EVENT_DEVICES:
+      return devices(c);
     default:
       return Unknown{kind};
   }

@@ -1,21 +1,11 @@
 """The devices of the database, the servers of the router, and the names of types."""
 import ctypes
 import os
-from typing import List, NamedTuple, Optional
+from typing import List, Optional
 
+from .events import Device
 from .library import C, DeviceRow
 from .numbers import Radio
-
-
-class Device(NamedTuple):
-    """A device of the database."""
-    id: int
-    type: int  # 0: the database has a name that is none of a type
-    type_name: str
-    name: str
-    radio: Radio
-    address: int  # ZigBee short address or Z-Wave node id
-    values: int  # value slots in the database
 
 
 def _device(row: DeviceRow) -> Device:
@@ -24,7 +14,10 @@ def _device(row: DeviceRow) -> Device:
 
 
 def devices() -> List[Device]:
-    """The devices of the database. OSError when it cannot be read; its errno is EBADMSG when the database is damaged."""
+    """The devices of the database. OSError when it cannot be read; its errno is EBADMSG when the database is damaged.
+
+    Needs no kit, but blocks, without limit, while another process writes the database. asyncio uses Frontend.devices().
+    """
     room = 0
     while True:  # there may be more of them meanwhile
         rows = (DeviceRow * room)()

@@ -19,6 +19,17 @@ class Bridge(NamedTuple):
     user: str = ""
 
 
+class Device(NamedTuple):
+    """A device of the database."""
+    id: int
+    type: int  # 0: the database has a name that is none of a type
+    type_name: str
+    name: str
+    radio: Radio
+    address: int  # ZigBee short address or Z-Wave node id
+    values: int  # value slots in the database
+
+
 class KnownDevice(NamedTuple):
     """A device that the end of an operation is about. Its id is 0 when it has none."""
     id: int
@@ -149,6 +160,13 @@ class Ended(Event):
 
 
 @dataclasses.dataclass(frozen=True)
+class Devices(Event):
+    """The devices of the database, in the order of its file."""
+    devices: Tuple[Device, ...]  # the flight recorder has none
+    count: int
+
+
+@dataclasses.dataclass(frozen=True)
 class Unknown(Event):
     """A kind that a later version of the kit has."""
     kind: str
@@ -170,7 +188,7 @@ _KINDS = {
     "waiting": Waiting, "answered": Answered, "reading": Reading, "found": Found, "added": Added,
     "removing": Removing, "removed": Removed, "bridges": Bridges, "link-button": LinkButton,
     "bridge-linked": BridgeLinked, "bulb-added": BulbAdded, "account": Account, "step": Step, "warning": Warned,
-    "ended": Ended,
+    "ended": Ended, "devices": Devices,
 }
 
 
@@ -183,7 +201,13 @@ def _seconds(milliseconds):
     return None if milliseconds is None else milliseconds / 1000
 
 
-_RADIOS = {"ZigBee": Radio.ZIGBEE, "Z-Wave": Radio.ZWAVE}
+_RADIOS = {"ZigBee": Radio.ZIGBEE, "Z-Wave": Radio.ZWAVE, "IP": Radio.IP}
+
+
+def _device(row: dict) -> Device:
+    return Device(row["id"], row["type"]["number"], row["type"]["name"], row["name"],
+                  _RADIOS.get(row["radio"], Radio.OTHER), row["address"] or 0, row["values"])
+
 
 # How a member of the JSON object becomes a field; all others are taken as they are.
 _FIELDS = {
@@ -200,13 +224,14 @@ _FIELDS = {
     "choices": lambda value: ("choices", tuple(DeviceType(**each) for each in value)),
     "bridges": lambda value: ("bridges", tuple(Bridge(**each) for each in value)),
     "device": lambda value: ("device", KnownDevice(**value)),
+    "devices": lambda value: ("devices", tuple(_device(each) for each in value)),
     "found": lambda value: ("found", _build(Proposal, value)),
 }
 
 
 def _build(kind, members: dict):
     """An object of this class; members that it does not know are passed over."""
-    values = {"device": None, "found": None}
+    values = {"device": None, "found": None, "devices": ()}
     values.update(_FIELDS.get(name, lambda value: (name, value))(value) for name, value in members.items())
     return kind(**{field.name: values[field.name] for field in dataclasses.fields(kind)})
 

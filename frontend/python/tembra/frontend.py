@@ -151,6 +151,10 @@ class Frontend:
         """Unlinks the account."""
         self._call(C.tembra_frontend_nest_unlink)
 
+    def devices(self) -> None:
+        """Lists the device database: the event Devices. It fails when another process writes for 5 seconds."""
+        self._call(C.tembra_frontend_devices)
+
     def finish(self, type: Union[int, DeviceType] = 0, name: Optional[str] = None, place: Optional[str] = None) -> None:
         """After Found: hands the device over. What is left out stays as it was proposed."""
         number = type.number if isinstance(type, DeviceType) else type

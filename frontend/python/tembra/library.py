@@ -38,6 +38,7 @@ _FUNCTIONS = {
     "tembra_frontend_nest_status": (_INT, [_KIT]),
     "tembra_frontend_nest_link": (_INT, [_KIT, _TEXT]),
     "tembra_frontend_nest_unlink": (_INT, [_KIT]),
+    "tembra_frontend_devices": (_INT, [_KIT]),
     "tembra_frontend_finish": (_INT, [_KIT, _INT, _TEXT, _TEXT]),
     "tembra_frontend_cancel": (_INT, [_KIT]),
     "tembra_frontend_descriptor": (_INT, [_KIT]),

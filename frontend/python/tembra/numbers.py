@@ -17,6 +17,7 @@ class Operation(enum.IntEnum):
     NEST_STATUS = 10
     NEST_LINK = 11
     NEST_UNLINK = 12
+    DEVICES = 13
 
 
 class Server(enum.IntEnum):

@@ -69,6 +69,7 @@ constexpr Starter kStarters[] = {
     {"nest-link",
      [](tembra_frontend* kit, const Task& task) { return tembra_frontend_nest_link(kit, task.text("text")); }},
     {"nest-unlink", [](tembra_frontend* kit, const Task&) { return tembra_frontend_nest_unlink(kit); }},
+    {"devices", [](tembra_frontend* kit, const Task&) { return tembra_frontend_devices(kit); }},
 };
 
 int start(tembra_frontend* kit, const Task& task) {

@@ -43,6 +43,12 @@ std::string particulars(const Json& event) {
            event.at("place").get<std::string>() + ")";
   }
   if (kind == "removing" || kind == "removed") return "(" + event.at("name").get<std::string>() + ")";
+  if (kind == "devices") {
+    EXPECT_EQ(event.at("count"), event.at("devices").size());
+    std::string names;
+    for (const Json& device : event.at("devices")) names += device.at("name").get<std::string>() + ";";
+    return "(" + names + ")";
+  }
   if (kind == "bridges") return "(" + std::to_string(event.at("bridges").size()) + ")";
   if (kind == "account") return event.at("linked").get<bool>() ? "(linked)" : "(not linked)";
   if (kind == "warning") return "(" + event.at("reason").get<std::string>() + ")";
@@ -416,6 +422,11 @@ const Story kOthers[] = {
      {"hue-remove,mac=02:a1", "hue-remove", with("hue-add-bulb", kMac),
       with("hue-refresh,text=01234567890123456789012345678901234567890123456789", kMac)},
      {"refused(EINVAL) refused(EINVAL) refused(EINVAL) refused(EMSGSIZE)"}},
+    {"DeviceList",
+     {},
+     kPressPlug,
+     {"devices", "add", "devices"},
+     {"devices() ended(done, none)", kAddedPlug, "devices(MeterSwitch #1;) ended(done, none)"}},
     {"NestAccount",
      {},
      "",
@@ -501,6 +512,7 @@ TEST_F(OperationsInTrouble, LeaveADeviceListAloneThatCannotBeRead) {
   std::filesystem::create_directory(kDatabase);
   EXPECT_EQ(heardWithoutRouter("add"), Heard{"ended(failed, database-unreadable)"});
   EXPECT_EQ(heardWithoutRouter("hue-list"), Heard{"ended(failed, database-unreadable)"});
+  EXPECT_EQ(heardWithoutRouter("devices"), Heard{"ended(failed, database-unreadable)"});
   EXPECT_EQ(heardWithoutRouter("reset,what=4"), Heard{"ended(failed, database-unreadable)"});
   EXPECT_TRUE(std::filesystem::is_directory(kDatabase));
 }
@@ -509,6 +521,7 @@ TEST_F(OperationsInTrouble, WarnOfADamagedDeviceList) {
   writeFile(kDatabase, healthyDatabase().substr(0, 3000));
   EXPECT_EQ(heardWithoutRouter("remove,cancel=waiting"),
             Heard{"warning(database-damaged) waiting ended(cancelled, cancelled)"});
+  EXPECT_EQ(heardWithoutRouter("devices"), Heard{"ended(failed, database-damaged)"});
 }
 
 }  // namespace

@@ -52,6 +52,7 @@ constexpr Start kStarts[] = {
     tembra_frontend_nest_status,
     [](tembra_frontend* kit) { return tembra_frontend_nest_link(kit, "code"); },
     tembra_frontend_nest_unlink,
+    tembra_frontend_devices,
 };
 
 constexpr const char* kWhatHappens[] = {
