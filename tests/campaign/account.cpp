@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdio>
 #include <iterator>
 #include <limits>
 #include <map>
@@ -32,12 +33,12 @@ const std::map<std::string, const char*>& addresses() {
   return all;
 }
 
-// "send zigbee 320", and no error behind it.
-void takeSend(const oracle::Effect& effect, std::vector<Datagram>& sent) {
+// The destination of "send zigbee 320"; null when there is an error behind it.
+const char* destinationOf(const oracle::Effect& effect) {
   for (const auto& [name, address] : addresses()) {
-    if (effect.line != "send " + name + " " + std::to_string(effect.bytes.size())) continue;
-    sent.push_back({0, kLibraryAddress, address, effect.bytes});
+    if (effect.line == "send " + name + " " + std::to_string(effect.bytes.size())) return address;
   }
+  return nullptr;
 }
 
 bool isBefore(const Datagram& one, const Datagram& other) {
@@ -88,14 +89,33 @@ void Counterpart::keepOffered() {
   offered_ = zbDevice;
 }
 
-void Account::take(const Happening& happening, const std::vector<oracle::Row>& database) {
+void Account::take(Time at, const Happening& happening, const std::vector<oracle::Row>& database) {
   const std::lock_guard lock(mutex_);
+  sendWhatIsDue(at);
   // Not by getInstance, which takes the library's lock: the library sends while it holds that.
   if (const TembraAssociation* const service = TembraAssociation::singleton) model_.role = service->clientRole;
   model_.database = {database, oracle::Health::kGood};
   model_.left = kNever;
   happening(model_);
-  for (const oracle::Effect& effect : std::exchange(model_.effects, {})) takeSend(effect, expected_);
+  takeEffects(at);
+}
+
+void Account::takeEffects(Time at) {
+  auto* sends = &expected_;
+  for (const oracle::Effect& effect : std::exchange(model_.effects, {})) {
+    int seconds = 0;
+    if (std::sscanf(effect.line.c_str(), "sleep %d", &seconds) == 1) {
+      at += seconds * kSecond;
+      sends = &later_;
+    }
+    if (const char* const to = destinationOf(effect)) sends->push_back({at, kLibraryAddress, to, effect.bytes});
+  }
+}
+
+void Account::sendWhatIsDue(Time at) {
+  const auto due = std::partition(later_.begin(), later_.end(), [at](const Datagram& each) { return each.at > at; });
+  if (model_.running != 0) expected_.insert(expected_.end(), due, later_.end());
+  later_.erase(due, later_.end());
 }
 
 void Account::take(const Datagram& sent) {
@@ -106,6 +126,7 @@ void Account::take(const Datagram& sent) {
 std::vector<std::string> Account::differences() {
   const std::lock_guard lock(mutex_);
   std::vector<std::string> sentences;
+  sendWhatIsDue(std::numeric_limits<Time>::max());
   std::ranges::sort(expected_, isBefore);
   std::ranges::sort(sent_, isBefore);
   const std::vector<Datagram> models = onlyIn(expected_, sent_);
@@ -127,7 +148,7 @@ Turn accountFor(const Happening& happening) {
   if (account == nullptr) return {};
   Turn turn(turns);
   const std::vector<oracle::Row> database = rows();
-  account->take(happening, database);
+  account->take(worldClock()->now(), happening, database);
   return turn;
 }
 

@@ -40,7 +40,7 @@ using Happening = std::function<void(Counterpart&)>;
 class Account {
  public:
   /// Something that the library is asked to do, or hears, with the device database as it is.
-  void take(const Happening& happening, const std::vector<oracle::Row>& database);
+  void take(Time at, const Happening& happening, const std::vector<oracle::Row>& database);
   /// What the library has sent.
   void take(const Datagram& sent);
 
@@ -48,8 +48,12 @@ class Account {
   [[nodiscard]] std::vector<std::string> differences();
 
  private:
+  void takeEffects(Time at);
+  void sendWhatIsDue(Time at);
+
   std::mutex mutex_;
   Counterpart model_;
+  std::vector<Datagram> later_;  ///< behind the sleeps of a reset, if the connection is open then
   std::vector<Datagram> expected_;
   std::vector<Datagram> sent_;
 };

@@ -22,7 +22,7 @@ std::vector<Datagram> addBegins() {
 
 Sentences found(const std::vector<Datagram>& sent) {
   Account account;
-  account.take([](Counterpart& model) { model.open(), model.startAdding(); }, {});
+  account.take(0, [](Counterpart& model) { model.open(), model.startAdding(); }, {});
   for (const Datagram& each : sent) account.take(each);
   return account.differences();
 }
@@ -51,6 +51,14 @@ TEST(Account, FindsEveryAlteration) {
     each.alter(sent);
     EXPECT_EQ(found(sent), each.found);
   }
+}
+
+// A reset sends its second half two seconds behind the first.
+TEST(Account, ExpectsNothingBehindTheEndOfAConnection) {
+  Account account;
+  account.take(0, [](Counterpart& model) { model.open(), model.reset(1); }, {});
+  account.take(kSecond, [](Counterpart& model) { model.closeSilently(); }, {});
+  EXPECT_EQ(account.differences(), Sentences{"only the model sends: zigbee reset, first half"});
 }
 
 }  // namespace campaign
