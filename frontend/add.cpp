@@ -19,7 +19,6 @@ constexpr seconds kForDescription{180};
 constexpr seconds kForChoice{180};
 
 constexpr Milliseconds kBetweenAddLooks{50};
-constexpr Milliseconds kLongestStoring{5000};
 constexpr Milliseconds kFirstPause{1};
 constexpr Milliseconds kLongestPause{50};
 
@@ -157,7 +156,7 @@ void Add::removeKnown(const LibraryEvent& heard) {
   const int id = heard.removedId;
   keptName_ = libraryText(heard.removedName);
   session_.warnOf(TEMBRA_REASON_ALREADY_KNOWN, id, keptName_);
-  const auto left = letLeave(session_, phase_);
+  const auto left = letLeave(session_, phase_, {id, keptName_});
   if (!left) throw failed(TEMBRA_REASON_OTHER_LEFT);
   if (left->id != id) throw otherLeft(*left);
   leftId_ = id;
@@ -216,7 +215,7 @@ void Add::find(const LibraryEvent& heard) {
   zigbeeDevice_ = heard.zigbeeDevice;
   phase_ = TEMBRA_PHASE_CHOICE;
   overdue_ = Clock::now() + kForChoice + kGrace;
-  session_.offer(found_, kForChoice);
+  session_.offer(found_, heard.deviceId, kForChoice);
   session_.tell(TEMBRA_EVENT_FOUND, found_);
 }
 
@@ -251,7 +250,7 @@ void Add::restoreDevice() {
 
 // A ZigBee device that keeps its type keeps the name of its classification, too: setDevType would replace it.
 void Add::store(const Choice& choice) {
-  enter(TEMBRA_PHASE_STORING, seconds(-1));
+  phase_ = TEMBRA_PHASE_STORING;
   session_.settle();
   restoreDevice();
   if (radio_ == SERVER_ZWAVE || choice.type != found_.type) confirmType(choice.type);
@@ -272,7 +271,8 @@ void Add::store(const Choice& choice) {
 
 // The HA server does not answer. Its record in the database does.
 void Add::awaitRecord(int id, const std::string& name, const std::string& place) {
-  const auto until = Clock::now() + kLongestStoring;
+  session_.enter(phase_, kForStoring, {id, cleaned(name)});
+  const auto until = Clock::now() + kForStoring;
   Milliseconds pause = kFirstPause;
   while (Clock::now() < until) {
     const DeviceList list = session_.call([] { return readDevices(); });

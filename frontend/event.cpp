@@ -29,6 +29,11 @@ void write(JsonWriter& json, const tembra_device_event& device) {
   json.member("place", device.place);
 }
 
+void writeDevice(JsonWriter& json, int id, const char* name) {
+  if (id == 0 && *name == '\0') return;
+  json.begin("device", '{').member("id", id).member("name", name).end('}');
+}
+
 void writeIfAny(JsonWriter& json, std::string_view key, const char* text) {
   if (*text != '\0') json.member(key, text);
 }
@@ -60,9 +65,7 @@ void write(JsonWriter& json, const tembra_ended& ended) {
   json.member("reason", reasonName(ended.reason)).member("reason_number", ended.reason);
   json.member("ended_in", phaseName(ended.phase)).member("waited_ms", ended.waited);
   json.member("server", serverName(ended.server)).member("error", ended.error);
-  if (ended.device_id != 0 || ended.device_name[0] != '\0') {
-    json.begin("device", '{').member("id", ended.device_id).member("name", ended.device_name).end('}');
-  }
+  writeDevice(json, ended.device_id, ended.device_name);
   json.member("text", ended.text).member("advice", ended.advice);
 }
 
@@ -117,6 +120,7 @@ std::string stateJson(const tembra_state& state) {
   json.member("radio", state.radio == 0 ? nullptr : serverName(state.radio));
   json.member("last_event", state.last_event).member("ms", state.milliseconds);
   writeLimit(json, state.ends_in);
+  writeDevice(json, state.device_id, state.device_name);
   if (state.found.size != 0) {
     json.begin("found", '{');
     write(json, state.found);

@@ -108,7 +108,7 @@ int finish(tembra_frontend* kit, int type, const char* name, const char* place) 
   return orNoMemory([&] {
     Choice choice{type, std::string(viewOf(name)), std::string(viewOf(place))};
     const std::lock_guard lock(kit->commands);
-    if (!outbox.takeOffer()) return ESRCH;
+    if (!outbox.takeOffer(choice.name)) return ESRCH;
     kit->worker.inbox().choose(std::move(choice));
     return 0;
   });

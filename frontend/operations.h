@@ -16,8 +16,10 @@ enum class Leaving { kListed, kStranger };
 [[noreturn]] void removeDevice(Session& session, Leaving wanted);
 
 /// Lets the device leave whose button is pressed, with the connection opened anew. Ends the operation when the radio
-/// fails or nobody presses. @return the device; nothing when the device list does not have it
-[[nodiscard]] std::optional<tembra_device_event> letLeave(Session& session, tembra_phase phase);
+/// fails or nobody presses. @param wanted which one it should be @return the device; nothing when the device list does
+/// not have it
+[[nodiscard]] std::optional<tembra_device_event> letLeave(Session& session, tembra_phase phase,
+                                                          const KnownDevice& wanted = {});
 
 /// The end of an operation during which another device left.
 [[nodiscard]] End otherLeft(const tembra_device_event& device);

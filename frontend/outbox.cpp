@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "history.h"
+#include "texts.h"
 
 namespace tembra::frontend {
 namespace {
@@ -38,13 +39,15 @@ void Outbox::begin(int operation) {
   hasLimit_ = false;
 }
 
-void Outbox::enter(tembra_phase phase, Milliseconds limit) {
+void Outbox::enter(tembra_phase phase, Milliseconds limit, const KnownDevice& device) {
   const std::lock_guard lock(mutex_);
-  change(phase, limit);
+  change(phase, limit, device);
 }
 
-void Outbox::change(tembra_phase phase, Milliseconds limit) {
+void Outbox::change(tembra_phase phase, Milliseconds limit, const KnownDevice& device) {
   state_.phase = phase;
+  state_.device_id = device.id;
+  putText(state_.device_name, device.name);
   state_.found = {};
   entered_ = Clock::now();
   hasLimit_ = limit.count() >= 0;
@@ -56,16 +59,16 @@ void Outbox::setRadio(int radio) {
   state_.radio = radio;
 }
 
-void Outbox::offer(const tembra_found& found, Milliseconds limit) {
+void Outbox::offer(const tembra_found& found, int id, Milliseconds limit) {
   const std::lock_guard lock(mutex_);
-  change(TEMBRA_PHASE_CHOICE, limit);
+  change(TEMBRA_PHASE_CHOICE, limit, {id, found.name});
   state_.found = found;
 }
 
-bool Outbox::takeOffer() {
+bool Outbox::takeOffer(std::string_view name) {
   const std::lock_guard lock(mutex_);
   if (state_.phase != TEMBRA_PHASE_CHOICE) return false;
-  change(TEMBRA_PHASE_STORING, Milliseconds(-1));
+  change(TEMBRA_PHASE_STORING, kForStoring, {state_.device_id, std::string(name.empty() ? state_.device_name : name)});
   return true;
 }
 

@@ -7,6 +7,8 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <string>
+#include <string_view>
 
 #include "event.h"
 
@@ -14,6 +16,14 @@ namespace tembra::frontend {
 
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
+
+inline constexpr Milliseconds kForStoring{5000};  // then the HA server has not stored the device
+
+/// A device, as far as the library knows it.
+struct KnownDevice {
+  int id = 0;
+  std::string name;
+};
 
 /// Thrown when descriptors are short.
 struct NoDescriptor {
@@ -31,10 +41,11 @@ class Outbox {
   [[nodiscard]] int descriptor() const { return descriptor_; }
 
   // ---- For the operation that runs ----
-  void begin(int operation);                                  ///< phase OPENING
-  void enter(tembra_phase phase, Milliseconds limit);         ///< negative: no limit is known
-  void setRadio(int radio);                                   ///< the radio that the operation deals with from now on
-  void offer(const tembra_found& found, Milliseconds limit);  ///< phase CHOICE
+  void begin(int operation);  ///< phase OPENING
+  /// @param limit negative: none is known @param device that the phase is about
+  void enter(tembra_phase phase, Milliseconds limit, const KnownDevice& device = {});
+  void setRadio(int radio);  ///< the radio that the operation deals with from now on
+  void offer(const tembra_found& found, int id, Milliseconds limit);    ///< phase CHOICE
   std::string emit(tembra_event_kind kind, const Detail& detail = {});  ///< returns the line for watchers
   /// Tells the end. Then nothing runs, unless a call of the library is not over yet: phase CLOSING until `clear`.
   std::string end(const tembra_ended& ended, bool isCallLate);
@@ -43,8 +54,8 @@ class Outbox {
   /// Milliseconds since the phase began.
   [[nodiscard]] long long waited() const;
 
-  /// Whether a device waits for a choice; then it is being stored.
-  [[nodiscard]] bool takeOffer();
+  /// Whether a device waits for a choice; then it is being stored. @param name the chosen one; empty: the proposed one
+  [[nodiscard]] bool takeOffer(std::string_view name);
 
   // ---- For the caller ----
   [[nodiscard]] std::unique_ptr<tembra_event> next(int milliseconds);
@@ -52,7 +63,7 @@ class Outbox {
 
  private:
   // With the lock held.
-  void change(tembra_phase phase, Milliseconds limit);
+  void change(tembra_phase phase, Milliseconds limit, const KnownDevice& device);
   std::string add(tembra_event_kind kind, const Detail& detail);
   void forget();
   [[nodiscard]] long long endsIn(Clock::time_point now) const;

@@ -49,24 +49,25 @@ void awaitConfirmation(Session& session) {
 
 }  // namespace
 
-std::optional<tembra_device_event> letLeave(Session& session, tembra_phase phase) {
+std::optional<tembra_device_event> letLeave(Session& session, tembra_phase phase, const KnownDevice& wanted) {
   session.open();
   session.send([&session] { session.service().removeDevZigbeeZwave(); });
   session.settle();
-  session.enterWait(phase);
+  session.enterWait(phase, wanted);
   session.tell(TEMBRA_EVENT_WAITING);
   const auto heard = awaitDevice(session);
   session.setRadio(heard->event.source);
-  session.enter(TEMBRA_PHASE_LEAVING, kForConfirmation);
   const bool known = heard->event.code == EVENT_REMOVED;
-  if (known) session.tell(TEMBRA_EVENT_REMOVING, deviceOf(*heard));
+  const auto device = known ? deviceOf(*heard) : tembra_device_event{};
+  session.enter(TEMBRA_PHASE_LEAVING, kForConfirmation, {device.id, device.name});
+  if (known) session.tell(TEMBRA_EVENT_REMOVING, device);
   awaitConfirmation(session);
   if (!known) {
     throwIfRadioFailed(*heard);
     return std::nullopt;
   }
-  session.tell(TEMBRA_EVENT_REMOVED, deviceOf(*heard));
-  return deviceOf(*heard);
+  session.tell(TEMBRA_EVENT_REMOVED, device);
+  return device;
 }
 
 End otherLeft(const tembra_device_event& device) {

@@ -97,7 +97,9 @@ Session::Session(TembraAssociation& service, Outbox& outbox, Inbox& inbox, Runne
       keepOpen_(keepOpen),
       socket_(socket) {}
 
-void Session::enterWait(tembra_phase phase) { enter(phase, Milliseconds(tembra_wait_left())); }
+void Session::enterWait(tembra_phase phase, const KnownDevice& device) {
+  enter(phase, Milliseconds(tembra_wait_left()), device);
+}
 
 void Session::warn(tembra_reason reason, int server, const std::string& why) {
   Filling filling;

@@ -56,10 +56,12 @@ class Session {
   TembraAssociation& service() { return service_; }
 
   // ---- What is told ----
-  void enter(tembra_phase phase, Milliseconds limit) { outbox_.enter(phase, limit); }
-  void enterWait(tembra_phase phase);  ///< its limit is the end of the library's wait
+  void enter(tembra_phase phase, Milliseconds limit, const KnownDevice& device = {}) {
+    outbox_.enter(phase, limit, device);
+  }
+  void enterWait(tembra_phase phase, const KnownDevice& device = {});  ///< its limit is the end of the library's wait
   void setRadio(int radio) { outbox_.setRadio(radio); }
-  void offer(const tembra_found& found, Milliseconds limit) { outbox_.offer(found, limit); }
+  void offer(const tembra_found& found, int id, Milliseconds limit) { outbox_.offer(found, id, limit); }
   void tell(tembra_event_kind kind, const Detail& detail = {}) { watching_.publish(outbox_.emit(kind, detail)); }
   void warn(tembra_reason reason, int server, const std::string& why = {});
   void warnOf(tembra_reason reason, int deviceId, const std::string& deviceName);

@@ -21,6 +21,12 @@ const char* server_name(int server) {
   return server > 0 && server < (int)(sizeof kNames / sizeof *kNames) ? kNames[server] : NULL;
 }
 
+void set_known_device(lua_State* lua, int id, const char* name) {
+  if (id == 0 && *name == '\0') return;
+  set_integer(lua, "device_id", id);
+  set_text(lua, "device_name", name);
+}
+
 void set_found(lua_State* lua, const struct tembra_found* found) {
   set_integer(lua, "type", found->type);
   set_text(lua, "name", found->name);
@@ -87,9 +93,7 @@ static void set_ended(lua_State* lua, const struct tembra_ended* ended) {
   set_integer(lua, "error", ended->error);
   set_text(lua, "text", ended->text);
   set_text(lua, "advice", ended->advice);
-  if (ended->device_id == 0 && ended->device_name[0] == '\0') return;
-  set_integer(lua, "device_id", ended->device_id);
-  set_text(lua, "device_name", ended->device_name);
+  set_known_device(lua, ended->device_id, ended->device_name);
 }
 
 static void set_warning(lua_State* lua, const struct tembra_warning* warning) {

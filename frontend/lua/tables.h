@@ -9,6 +9,9 @@ void set_text(lua_State* lua, const char* key, const char* text); /* null: nil *
 void set_integer(lua_State* lua, const char* key, long long number);
 void set_seconds(lua_State* lua, const char* key, long long milliseconds); /* negative: nil */
 
+/* "device_id" and "device_name", unless there is neither. */
+void set_known_device(lua_State* lua, int id, const char* name);
+
 /* What a device is and can be. */
 void set_found(lua_State* lua, const struct tembra_found* found);
 

@@ -199,13 +199,14 @@ static int kit_state(lua_State* lua) {
   state.size = sizeof state;
   const int error = tembra_frontend_state(kit_at(lua), &state);
   if (error != 0) return fail(lua, error);
-  lua_createtable(lua, 0, 7);
+  lua_createtable(lua, 0, 9);
   set_text(lua, "operation", tembra_operation_name(state.operation));
   set_text(lua, "phase", tembra_phase_name(state.phase));
   set_text(lua, "radio", server_name(state.radio));
   set_integer(lua, "last_event", state.last_event);
   set_seconds(lua, "elapsed", state.milliseconds);
   set_seconds(lua, "ends_in", state.ends_in);
+  set_known_device(lua, state.device_id, state.device_name);
   if (state.phase == TEMBRA_PHASE_CHOICE) {
     lua_createtable(lua, 0, 6);
     set_found(lua, &state.found);

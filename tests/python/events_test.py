@@ -81,6 +81,9 @@ class EventsFromJson(unittest.TestCase):
         state = {"schema": 1, "operation": "add", "phase": "choice", "radio": "ZigBee", "last_event": 4, "ms": 10,
                  "ends_in_ms": 5}
         self.assertIsNone(tembra.state_from_json(json.dumps(state)).found)
+        self.assertIsNone(tembra.state_from_json(json.dumps(state)).device)
+        known = {**state, "device": {"id": 3, "name": "Plug"}}
+        self.assertEqual(tembra.state_from_json(json.dumps(known)).device, (3, "Plug"))
         self.assertEqual(tembra.state_from_json(json.dumps({**state, "found": FOUND})).found.name, "Plug")
 
 

@@ -362,13 +362,16 @@ TEMBRA_API const char* tembra_event_json(const tembra_event* event);
 
 /// Where things are, for a page that loads anew.
 struct tembra_state {
-  size_t size;                ///< sizeof(struct tembra_state), set by the caller
-  int operation;              ///< tembra_operation
-  int phase;                  ///< tembra_phase
-  int radio;                  ///< 1 ZigBee, 2 Z-Wave, 0: not known
-  unsigned last_event;        ///< number of the last event, 0: none yet
-  long long milliseconds;     ///< since the operation began
-  long long ends_in;          ///< milliseconds until what is awaited must have come; -1: no limit is known
+  size_t size;             ///< sizeof(struct tembra_state), set by the caller
+  int operation;           ///< tembra_operation
+  int phase;               ///< tembra_phase
+  int radio;               ///< 1 ZigBee, 2 Z-Wave, 0: not known
+  unsigned last_event;     ///< number of the last event, 0: none yet
+  long long milliseconds;  ///< since the operation began
+  long long ends_in;       ///< milliseconds until what is awaited must have come; -1: no limit is known
+  int device_id;           ///< in TEMBRA_PHASE_CHOICE, STORING, LEAVE_BUTTON and LEAVING: the device, where the library
+                           ///< knows it; else 0
+  char device_name[TEMBRA_NAME_SIZE];
   struct tembra_found found;  ///< in TEMBRA_PHASE_CHOICE; else all zero
 };
 

@@ -118,6 +118,8 @@ class Frontend {
               c.last_event,
               std::chrono::milliseconds(c.milliseconds),
               from_c::limit(c.ends_in),
+              c.device_id,
+              c.device_name,
               std::nullopt};
     if (c.phase == TEMBRA_PHASE_CHOICE) now.found = from_c::found(c.found);
     return now;

@@ -155,6 +155,8 @@ struct State {
   unsigned lastEvent;  ///< 0: none yet
   std::chrono::milliseconds elapsed;
   std::optional<std::chrono::milliseconds> endsIn;
+  int deviceId;  ///< of the device that waits, is stored or leaves; 0: none, or not known
+  std::string deviceName;
   std::optional<Found> found;  ///< while a device waits for Frontend::finish
 };
 

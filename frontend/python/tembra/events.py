@@ -31,7 +31,7 @@ class Device(NamedTuple):
 
 
 class KnownDevice(NamedTuple):
-    """A device that the end of an operation is about. Its id is 0 when it has none."""
+    """A device that an event or the state is about. Its id is 0 when it has none."""
     id: int
     name: str
 
@@ -181,6 +181,7 @@ class State:
     last_event: int  # 0: none yet
     elapsed: float
     ends_in: Optional[float]
+    device: Optional[KnownDevice]  # that waits, is stored or leaves
     found: Optional[Proposal]  # while a device waits for Frontend.finish
 
 

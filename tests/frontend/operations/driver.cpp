@@ -94,7 +94,7 @@ void printState(tembra_frontend* kit) {
 
 void finish(tembra_frontend* kit, const Task& task) {
   const int error = tembra_frontend_finish(kit, task.number("type"), task.text("name"), task.text("place"));
-  if (error == 0) return;
+  if (error == 0) return printState(kit);
   printRefusal(error);
   tembra_frontend_finish(kit, 0, nullptr, nullptr);
 }

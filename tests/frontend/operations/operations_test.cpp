@@ -477,6 +477,55 @@ INSTANTIATE_TEST_SUITE_P(Adds, Operations, testing::ValuesIn(kAdds), [](const au
 INSTANTIATE_TEST_SUITE_P(Others, Operations, testing::ValuesIn(kOthers),
                          [](const auto& test) { return test.param.name; });
 
+/// The state that was told last in this phase; null: none was.
+Json stateIn(const std::string& output, const std::string& phase) {
+  Json last;
+  std::istringstream lines(output);
+  for (std::string line; std::getline(lines, line);) {
+    const Json object = Json::parse(line);
+    if (object.contains("state") && object.at("state").at("phase") == phase) last = object.at("state");
+  }
+  return last;
+}
+
+/// The states of tasks beside a router of this story.
+std::string statesOf(const Story& story) {
+  kit::Program router = simulator(story);
+  router.waitFor("tembra-sim: ready");
+  std::string states = drive(story.tasks, story.clock).output;
+  router.signal(SIGTERM);
+  EXPECT_EQ(router.end().status, 0);
+  return states;
+}
+
+// The HA server stores the device where the kit does not look: the kit waits for it.
+TEST(State, NamesTheDeviceThatWaitsAndIsStored) {
+  statesOf({"", {}, kPressContact, {"add"}, {}});  // the number of the next one is 2
+  const std::string told = statesOf({"", {"--db", "/tmp/other"}, kPressPlug, {"add,name=Lamp"}, {}, Clock::kFast});
+  EXPECT_FALSE(stateIn(told, "button").contains("device"));
+  EXPECT_FALSE(stateIn(told, "description").contains("device"));
+  EXPECT_EQ(stateIn(told, "choice").at("device"), Json({{"id", 2}, {"name", "MeterSwitch #2"}}));
+  const Json storing = stateIn(told, "storing");
+  EXPECT_EQ(storing.at("device"), Json({{"id", 2}, {"name", "Lamp"}}));
+  EXPECT_GT(storing.at("ends_in_ms"), 0);
+  EXPECT_LE(storing.at("ends_in_ms"), 5000);
+}
+
+TEST(State, NamesTheDeviceThatIsToLeaveAndLeaves) {
+  const std::string told =
+      statesOf({"",
+                {},
+                R"([{"on": "add", "press": "metering-plug"}, {"on": "add", "press": "metering-plug"},
+                                         {"on": "remove", "press": "metering-plug"},
+                                         {"on": "add", "press": "metering-plug"}])",
+                {"add,name=Washer", "add-again"},
+                {}});
+  const Json washer = {{"id", 1}, {"name", "Washer"}};
+  EXPECT_EQ(stateIn(told, "leave-button").at("device"), washer);
+  EXPECT_EQ(stateIn(told, "leaving").at("device"), washer);
+  EXPECT_FALSE(stateIn(told, "button").contains("device")) << "another device may answer now";
+}
+
 std::vector<std::string> heardWithoutRouter(const std::string& task) { return heardIn(drive({task}).output); }
 
 using Heard = std::vector<std::string>;
