@@ -1,5 +1,6 @@
 #!/bin/sh
-# versions.sh SOURCE_FOLDER VERSION: what tells a version by hand tells the one of <tembra/version.h>.
+# versions.sh SOURCE_FOLDER VERSION: what tells a version by hand tells the one of <tembra/version.h>, and both changelogs
+# whether it is still in preparation.
 set -eu
 source=$1
 version=$2
@@ -12,3 +13,11 @@ tells() {
 
 tells CHANGELOG.md '## '
 tells debian/changelog 'tembra-assoc ('
+
+# counts FILE TEXT: 1 when the first heading of the file has the text, else 0.
+counts() { grep -E '^(## |tembra-assoc )' "$source/$1" | head -n 1 | grep -c "$2" || true; }
+
+if [ "$(counts CHANGELOG.md 'in preparation')" != "$(counts debian/changelog UNRELEASED)" ]; then
+  echo "CHANGELOG.md says \"in preparation\", or debian/changelog UNRELEASED, without the other" >&2
+  exit 1
+fi
