@@ -48,7 +48,7 @@ class Add {
   [[noreturn]] void run() {
     session_.requireRadios();
     session_.requireServer(SERVER_HA);
-    session_.requireDatabase();
+    devices_ = session_.requireDatabase().devices;
     begin();
     awaitDevice();
     store(awaitChoice());
@@ -94,6 +94,7 @@ class Add {
   void removeKnown(const LibraryEvent& heard);
   void throwIfGivenUp();
   void find(const LibraryEvent& heard);
+  void recogniseZigbee(unsigned address);
   [[nodiscard]] End endOf(const LibraryEvent& heard) const;
   [[nodiscard]] End chosenTooLate() const;
   [[nodiscard]] Choice awaitChoice();
@@ -104,8 +105,9 @@ class Add {
 
   Session& session_;
   Known known_;
-  std::string keptName_;  ///< of a device that was known and left
-  int leftId_ = 0;        ///< its id
+  std::vector<tembra_device> devices_;  ///< of the database when the operation began
+  std::string keptName_;                ///< of a device that is known
+  int leftId_ = 0;                      ///< its id when it has left
   tembra_phase phase_ = TEMBRA_PHASE_OPENING;
   Clock::time_point overdue_;
   int radio_ = 0;
@@ -190,6 +192,16 @@ void Add::throwIfGivenUp() {
   if (state == ASSOC_IDLE) throw failed(TEMBRA_REASON_RADIO_FAILED, SERVER_ZIGBEE);
 }
 
+// The ZigBee server adds a device that joined before without a word, and the HA server replaces its record.
+void Add::recogniseZigbee(unsigned address) {
+  for (const tembra_device& device : devices_) {
+    if (device.radio != TEMBRA_RADIO_ZIGBEE || device.address != address) continue;
+    keptName_ = libraryText(device.name);
+    session_.warnOf(TEMBRA_REASON_ALREADY_KNOWN, device.id, keptName_);
+    return;
+  }
+}
+
 // A Z-Wave node's type is what classification proposes: what the event reports may be that of an earlier device. A
 // ZigBee device has its type and its name already.
 void Add::find(const LibraryEvent& heard) {
@@ -197,6 +209,7 @@ void Add::find(const LibraryEvent& heard) {
   radio_ = heard.event.source;
   session_.setRadio(radio_);
   const bool isZwave = radio_ == SERVER_ZWAVE;
+  if (!isZwave) recogniseZigbee(heard.zigbeeDevice.shortAddress);
   found_.type = isZwave ? heard.classifiedType : report.type;
   addChoice(found_, found_.type);
   if (heard.event.code == EVENT_SELECT_TYPE) {

@@ -60,11 +60,12 @@ class GivingUp {
   Clock::time_point until_ = Clock::now() + kForWriter;
 };
 
-int errorOfDatabase() {
-  const int reading = readDevices().error;
-  const bool isRead = reading == 0 || reading == EBADMSG;
+DeviceList usableDatabase() {
+  DeviceList list = readDevices();
+  const bool isRead = list.error == 0 || list.error == EBADMSG;
   const int writing = isRead ? tembra_check_database() : 0;
-  return writing != 0 ? writing : reading;
+  if (writing != 0) list.error = writing;
+  return list;
 }
 
 }  // namespace
@@ -130,10 +131,14 @@ DeviceList Session::listDevices() {
 }
 
 // A file that the library cannot read or write it would delete: it is not even asked.
-void Session::requireDatabase() {
-  const int error = call([] { return errorOfDatabase(); }, GivingUp());
-  if (error == EBADMSG) return warn(TEMBRA_REASON_DATABASE_DAMAGED, 0);
-  if (error != 0) throw failed(TEMBRA_REASON_DATABASE_UNREADABLE, 0, error);
+DeviceList Session::requireDatabase() {
+  DeviceList list = call([] { return usableDatabase(); }, GivingUp());
+  if (list.error == EBADMSG) {
+    warn(TEMBRA_REASON_DATABASE_DAMAGED, 0);
+  } else if (list.error != 0) {
+    throw failed(TEMBRA_REASON_DATABASE_UNREADABLE, 0, list.error);
+  }
+  return list;
 }
 
 void Session::open() {

@@ -69,7 +69,7 @@ class Session {
   // ---- What is checked before the connection is opened ----
   void requireRadios();  ///< one at least; warns when only one runs
   void requireServer(ServerType server);
-  void requireDatabase();
+  DeviceList requireDatabase();  ///< the list may be damaged, of which it warns
   [[nodiscard]] DeviceList listDevices();
 
   // ---- What is done ----

@@ -95,11 +95,13 @@ enum tembra_operation {
 // control characters or that is no UTF-8.
 
 /// Adds the device whose button is pressed: WAITING, ANSWERED, READING, FOUND (then call tembra_frontend_finish),
-/// ADDED, ENDED.
+/// ADDED, ENDED. A Z-Wave device that is known ends it, already-known. A ZigBee device that is known comes in as anew:
+/// WARNING (already-known) before FOUND, the name that it had is proposed, and the HA server stores it with a new id in
+/// place of the old one. The kit knows the device by its network address: with another address it counts as new.
 TEMBRA_API int tembra_frontend_add(tembra_frontend* kit);
 
-/// The same for a device that may be known already. Such a device leaves first, and a second press adds it with the
-/// name that it had: WARNING (already-known), WAITING in TEMBRA_PHASE_LEAVE_BUTTON, REMOVING, REMOVED, and then as
+/// The same for a device that may be known already. Such a Z-Wave device leaves first, and a second press adds it with
+/// the name that it had: WARNING (already-known), WAITING in TEMBRA_PHASE_LEAVE_BUTTON, REMOVING, REMOVED, and then as
 /// above. The database does not tell the place: the caller gives it again. ENDED has the reason
 /// TEMBRA_REASON_OTHER_LEFT when another device of the list left.
 TEMBRA_API int tembra_frontend_add_again(tembra_frontend* kit);

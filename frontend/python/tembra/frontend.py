@@ -100,7 +100,7 @@ class Frontend:
         self._call(C.tembra_frontend_add)
 
     def add_again(self) -> None:
-        """The same for a device that may be known already: it leaves first, and keeps its name."""
+        """The same for a device that may be known already: a Z-Wave device leaves first. It keeps its name."""
         self._call(C.tembra_frontend_add_again)
 
     def remove(self) -> None:
