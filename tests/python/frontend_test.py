@@ -241,6 +241,47 @@ class Asynchronous(WithRouter):
         self.assertEqual(ended.outcome, tembra.Outcome.DONE)
 
 
+class Watching(WithRouter):
+    PATH = "/tmp/watching/front-end"
+
+    def test_another_front_end_is_watched_and_cancelled(self):
+        with tembra.Frontend(program="kiosk", role=1, watch_path=self.PATH) as kit:
+            self.assertIsNone(tembra.holder(self.PATH))
+            kit.add()
+            self.assertIsInstance(kit.next(), tembra.Waiting)
+            holder = tembra.holder(self.PATH)
+            self.assertEqual((holder.program, holder.role, holder.pid, holder.operation, holder.phase),
+                             ("kiosk", 1, os.getpid(), "add", "button"))
+            with tembra.Watch(self.PATH) as watch:
+                self.assertIn('"holder"', watch.next())
+                self.assertIsNone(watch.next(0.01))
+                watch.cancel()
+                [ended] = [tembra.event_from_json(line) for line in watch]
+                self.assertEqual(ended.reason, tembra.Reason.CANCELLED)
+                with self.assertRaises(ConnectionResetError):
+                    watch.next()
+
+    def test_the_flight_recorder_comes_without_blocking_the_loop(self):
+        async def lines():
+            with tembra.Frontend(watch_path=self.PATH) as kit:
+                kit.add()
+                await kit.next_async()
+                with tembra.Watch(self.PATH) as watch:
+                    watch.history()
+                    kit.cancel()
+                    return [line async for line in watch]
+
+        heard = asyncio.run(lines())
+        self.assertTrue(any('"entry":' in line for line in heard), heard)
+
+    def test_what_cannot_be_watched_says_why(self):
+        for path, error in [(self.PATH, errno.ENOENT), ("/tmp/front-end", errno.EACCES), ("front-end", errno.EINVAL),
+                            ("/tmp/a\0b", errno.EINVAL)]:
+            with self.subTest(path), self.assertRaises(OSError) as raised:
+                tembra.Watch(path)
+            self.assertEqual(raised.exception.errno, error)
+
+
 LOCKER = """import fcntl, sys
 with open("/tmp/ddb", "a") as database:
     fcntl.lockf(database, fcntl.LOCK_EX)

@@ -6,11 +6,12 @@ from .events import (Account, Added, Answered, Bridge, BridgeLinked, Bridges, Bu
 from .frontend import Frontend, Refused
 from .history import Entry, history, log
 from .numbers import Operation, Outcome, Phase, Radio, Reason, Reset, Server
+from .watch import WATCH_PATH, Holder, Watch, holder
 
 __all__ = [
-    "Account", "Added", "Answered", "Bridge", "BridgeLinked", "Bridges", "BulbAdded", "Device", "DeviceType",
-    "Devices", "Ended", "Entry", "Event", "Found", "Frontend", "KnownDevice", "LinkButton", "Operation", "Outcome", "Phase", "Proposal",
-    "Radio", "Reading", "Reason", "Refused", "Removed", "Removing", "Reset", "Server", "State", "Step", "Unknown",
-    "Waiting", "Warned", "devices", "event_from_json", "history", "log", "server_listens", "state_from_json",
-    "type_name", "type_number",
+    "Account", "Added", "Answered", "Bridge", "BridgeLinked", "Bridges", "BulbAdded", "Device", "DeviceType", "Devices",
+    "Ended", "Entry", "Event", "Found", "Frontend", "Holder", "KnownDevice", "LinkButton", "Operation", "Outcome",
+    "Phase", "Proposal", "Radio", "Reading", "Reason", "Refused", "Removed", "Removing", "Reset", "Server", "State",
+    "Step", "Unknown", "WATCH_PATH", "Waiting", "Warned", "Watch", "devices", "event_from_json", "history", "holder",
+    "log", "server_listens", "state_from_json", "type_name", "type_number",
 ]

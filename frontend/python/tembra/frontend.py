@@ -1,14 +1,12 @@
 """The kit itself."""
-import asyncio
 import ctypes
 import errno
 import operator
-import select
-import time
 from typing import Optional, Union
 
 from .events import DeviceType, Ended, Event, State, event_from_json, state_from_json
 from .library import C, Options
+from .waiting import take_async, take_within
 
 _REFUSALS = {
     errno.EBUSY: "something else is still under way",
@@ -175,29 +173,11 @@ class Frontend:
 
     def next(self, timeout: Optional[float] = None) -> Optional[Event]:
         """The next event; None when none came within so many seconds. Ctrl-C interrupts the wait."""
-        end = None if timeout is None else time.monotonic() + timeout
-        readable = select.poll()
-        readable.register(self.fileno(), select.POLLIN)
-        while True:
-            event = self._take()
-            left = None if end is None else end - time.monotonic()
-            if event is not None or (left is not None and left <= 0):
-                return event
-            readable.poll(None if left is None else left * 1000)
+        return take_within(self._take, self.fileno(), timeout)
 
     async def next_async(self) -> Event:
         """The next event, without blocking the event loop. asyncio.wait_for() limits the wait."""
-        loop = asyncio.get_running_loop()
-        while True:
-            event = self._take()
-            if event is not None:
-                return event
-            readable = loop.create_future()
-            loop.add_reader(self.fileno(), lambda: readable.done() or readable.set_result(None))
-            try:
-                await readable
-            finally:
-                loop.remove_reader(self.fileno())
+        return await take_async(self._take, self.fileno())
 
     def __iter__(self):
         """The events of the operation that was started, up to its end."""

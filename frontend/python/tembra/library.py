@@ -19,7 +19,14 @@ class DeviceRow(ctypes.Structure):
                 ("type_name", ctypes.c_char * _TYPE_NAME_SIZE)]
 
 
+class HolderStructure(ctypes.Structure):
+    """struct tembra_holder"""
+    _fields_ = [("size", ctypes.c_size_t), ("role", ctypes.c_int), ("pid", ctypes.c_int), ("since", ctypes.c_longlong),
+                ("program", ctypes.c_char * 64), ("operation", ctypes.c_char * 24), ("phase", ctypes.c_char * 24)]
+
+
 _KIT, _EVENT, _TEXT, _INT, _SIZE = (ctypes.c_void_p, ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int, ctypes.c_size_t)
+_WATCH = ctypes.c_void_p
 
 _FUNCTIONS = {
     "tembra_frontend_new": (_KIT, [ctypes.POINTER(Options)]),
@@ -56,6 +63,13 @@ _FUNCTIONS = {
     "tembra_server_listens": (_INT, [_INT]),
     "tembra_type_name": (_TEXT, [_INT]),
     "tembra_type_number": (_INT, [_TEXT]),
+    "tembra_read_holder": (_INT, [_TEXT, _INT, ctypes.POINTER(HolderStructure)]),
+    "tembra_watch_open": (_WATCH, [_TEXT]),
+    "tembra_watch_descriptor": (_INT, [_WATCH]),
+    "tembra_watch_next": (_TEXT, [_WATCH, _INT]),
+    "tembra_watch_cancel": (_INT, [_WATCH]),
+    "tembra_watch_history": (_INT, [_WATCH]),
+    "tembra_watch_close": (None, [_WATCH]),
     "tembra_read_devices": (ctypes.c_long, [ctypes.POINTER(DeviceRow), _SIZE, _SIZE]),
 }
 
