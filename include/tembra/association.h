@@ -140,9 +140,14 @@ class TEMBRA_API TembraAssociation {
   /// Events: EVENT_ADDING, EVENT_GETTING_INFO, then EVENT_SELECT_TYPE or EVENT_CREATED, after which setDevType and
   /// addingDone finish the add. Or, as the end: EVENT_ALREADY_ADDED (Z-Wave), EVENT_ADD_FAILED, EVENT_TIMEOUT. The
   /// first answer is awaited for at most 180 seconds.
+  ///
+  /// The command begins no new wait. Late in the wait that is under way EVENT_TIMEOUT comes early, perhaps at once:
+  /// open the connection anew before each operation, which gives it the whole time. A receive that fails counts as a
+  /// time-out, too: stopping or tracing the process (SIGSTOP, a debugger) ends an add.
   void addDevZigbeeZwave();
 
-  /// Starts removing on both radios. A failure to send is reported on standard error only.
+  /// Starts removing on both radios, in the wait that is under way, like addDevZigbeeZwave. A failure to send is
+  /// reported on standard error only.
   /// Events: EVENT_REMOVED, EVENT_REMOVED_UNKNOWN or EVENT_TIMEOUT. After the first two, a ZigBee removal is over. A
   /// Z-Wave removal is over when `idle` is 1 again, or with EVENT_TIMEOUT 20 seconds later.
   void removeDevZigbeeZwave();

@@ -3,6 +3,10 @@
 // The library writes them under its own lock, except username1, which Hue_getBridgeList writes while it has the device
 // database. A front end that reads one of them while an operation runs may read an old value. Only `idle` is meant to
 // be polled: it is one byte, written with release order.
+//
+// The names are plain ones of the whole process. A program's own global of such a name (`idle`, `buff`, `cmdtype`,
+// `tempStr`, `DevId`, `username1`) would be the same object: make it `static`. `tembra-assoc doctor --program` finds
+// it.
 #ifndef TEMBRA_GLOBALS_H
 #define TEMBRA_GLOBALS_H
 
