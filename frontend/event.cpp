@@ -57,7 +57,17 @@ void write(JsonWriter& json, const tembra_step& step) { json.member("done", step
 
 void write(JsonWriter& json, const tembra_warning& warning) {
   json.member("reason", reasonName(warning.reason)).member("reason_number", warning.reason);
-  json.member("server", serverName(warning.server)).member("text", warning.text);
+  json.member("server", serverName(warning.server));
+  writeDevice(json, warning.device_id, warning.device_name);
+  writeIfAny(json, "why", warning.why);
+  json.member("text", warning.text).member("advice", warning.advice);
+}
+
+void writeHolder(JsonWriter& json, const tembra_ended& ended) {
+  if (ended.holder_pid == 0) return;
+  json.begin("holder", '{').member("role", ended.holder_role).member("program", ended.holder_program);
+  json.member("pid", ended.holder_pid).member("since", ended.holder_since);
+  json.member("operation", ended.holder_operation).member("phase", ended.holder_phase).end('}');
 }
 
 void write(JsonWriter& json, const tembra_ended& ended) {
@@ -66,6 +76,7 @@ void write(JsonWriter& json, const tembra_ended& ended) {
   json.member("ended_in", phaseName(ended.phase)).member("waited_ms", ended.waited);
   json.member("server", serverName(ended.server)).member("error", ended.error);
   writeDevice(json, ended.device_id, ended.device_name);
+  writeHolder(json, ended);
   json.member("text", ended.text).member("advice", ended.advice);
 }
 

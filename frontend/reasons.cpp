@@ -2,6 +2,7 @@
 
 #include <tembra/frontend.h>
 
+#include <cerrno>
 #include <cstring>
 #include <iterator>
 
@@ -97,7 +98,21 @@ constexpr Reason kReasons[] = {
 // What is empty is left out with the words before it.
 std::string behind(const char* words, const std::string& text) { return text.empty() ? "" : words + text; }
 
-std::string whenOf(int phase) { return phase >= 0 && phase < static_cast<int>(std::size(kWhen)) ? kWhen[phase] : ""; }
+const char* whenOf(int phase) {
+  return phase >= 0 && phase < static_cast<int>(std::size(kWhen)) ? kWhen[phase] : nullptr;
+}
+
+struct Refusal {
+  int error;
+  const char* text;
+};
+constexpr Refusal kRefusals[] = {{0, ""},
+                                 {EBUSY, "Something else is still under way."},
+                                 {ESRCH, "There is nothing to do this with."},
+                                 {EINVAL, "This is not possible."},
+                                 {EMSGSIZE, "This text is too long."},
+                                 {EILSEQ, "This text has characters that are not allowed."},
+                                 {EBADF, "The front-end kit could not be made."}};
 
 std::string valueOf(std::string_view key, const Filling& filling) {
   if (key == "server") return serverName(filling.server) == nullptr ? "unknown" : serverName(filling.server);
@@ -107,7 +122,7 @@ std::string valueOf(std::string_view key, const Filling& filling) {
   if (key == "which") return " " + (filling.device.empty() ? "some devices" : filling.device);
   if (key == "why") return behind(": ", filling.why);
   if (key == "holder") return behind(": ", filling.holder);
-  return key == "phase" ? whenOf(filling.phase) : "";
+  return key == "phase" && whenOf(filling.phase) != nullptr ? whenOf(filling.phase) : "";
 }
 
 }  // namespace
@@ -151,4 +166,13 @@ const char* tembra_reason_text(int reason) {
 const char* tembra_reason_advice(int reason) {
   const Reason* found = findReason(reason);
   return found == nullptr ? nullptr : found->advice;
+}
+
+const char* tembra_phase_text(int phase) { return whenOf(phase); }
+
+const char* tembra_refusal_text(int error) {
+  for (const Refusal& each : kRefusals) {
+    if (each.error == error) return each.text;
+  }
+  return std::strerror(error);
 }

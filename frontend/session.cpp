@@ -23,11 +23,14 @@ std::string deviceText(int id, const std::string& name) {
   return name.empty() || id == 0 ? name : name + " (number " + std::to_string(id) + ")";
 }
 
-tembra_warning warningOf(tembra_reason reason, const Filling& filling) {
+tembra_warning warningOf(tembra_reason number, const Filling& filling) {
+  const Reason* reason = findReason(number);
   auto warning = sized<tembra_warning>();
-  warning.reason = reason;
+  warning.reason = number;
   warning.server = filling.server;
-  putText(warning.text, filled(findReason(reason)->text, filling));
+  putText(warning.why, filling.why);
+  putText(warning.text, filled(reason->text, filling));
+  putText(warning.advice, filled(reason->advice, filling));
   return warning;
 }
 
@@ -112,7 +115,11 @@ void Session::warn(tembra_reason reason, int server, const std::string& why) {
 void Session::warnOf(tembra_reason reason, int deviceId, const std::string& deviceName) {
   Filling filling;
   filling.device = deviceText(deviceId, deviceName);
-  tell(TEMBRA_EVENT_WARNING, warningOf(reason, filling));
+  tembra_warning warning = warningOf(reason, filling);
+  if (reason == TEMBRA_REASON_ALREADY_KNOWN) *warning.advice = '\0';  // the operation does what is to be done
+  warning.device_id = deviceId;
+  putText(warning.device_name, deviceName);
+  tell(TEMBRA_EVENT_WARNING, warning);
 }
 
 void Session::requireRadios() {
@@ -230,7 +237,7 @@ void Session::finish(const End& end) {
   ended.device_id = end.deviceId;
   putText(ended.device_name, end.deviceName);
   if (socket_ == 0) watching_.leave();  // else it would take itself for the holder
-  const std::string holder = end.reason == TEMBRA_REASON_IN_USE ? watching_.describeHolder() : "";
+  const std::string holder = end.reason == TEMBRA_REASON_IN_USE ? watching_.tellHolder(ended) : "";
   const Filling filling{end.server, end.error, ended.phase, deviceText(end.deviceId, end.deviceName), holder, {}};
   const Reason* reason = findReason(end.reason);
   putText(ended.text, filled(reason->text, filling));

@@ -83,6 +83,18 @@ static void set_devices(lua_State* lua, const tembra_event* event) {
   lua_setfield(lua, -2, "devices");
 }
 
+static void set_holder(lua_State* lua, const struct tembra_ended* ended) {
+  if (ended->holder_pid == 0) return;
+  lua_createtable(lua, 0, 6);
+  set_integer(lua, "pid", ended->holder_pid);
+  set_integer(lua, "role", ended->holder_role);
+  set_integer(lua, "since", ended->holder_since);
+  set_text(lua, "program", ended->holder_program);
+  set_text(lua, "operation", ended->holder_operation);
+  set_text(lua, "phase", ended->holder_phase);
+  lua_setfield(lua, -2, "holder");
+}
+
 static void set_ended(lua_State* lua, const struct tembra_ended* ended) {
   set_text(lua, "outcome", tembra_outcome_name(ended->outcome));
   set_text(lua, "reason", tembra_reason_name(ended->reason));
@@ -93,6 +105,7 @@ static void set_ended(lua_State* lua, const struct tembra_ended* ended) {
   set_integer(lua, "error", ended->error);
   set_text(lua, "text", ended->text);
   set_text(lua, "advice", ended->advice);
+  set_holder(lua, ended);
   set_known_device(lua, ended->device_id, ended->device_name);
 }
 
@@ -100,7 +113,10 @@ static void set_warning(lua_State* lua, const struct tembra_warning* warning) {
   set_text(lua, "reason", tembra_reason_name(warning->reason));
   set_integer(lua, "reason_number", warning->reason);
   set_text(lua, "server", server_name(warning->server));
+  set_known_device(lua, warning->device_id, warning->device_name);
+  set_text(lua, "why", *warning->why == '\0' ? NULL : warning->why);
   set_text(lua, "text", warning->text);
+  set_text(lua, "advice", warning->advice);
 }
 
 static void set_details(lua_State* lua, const tembra_event* event) {

@@ -30,14 +30,8 @@
 /* ---- Helpers ---- */
 
 static int fail(lua_State* lua, int error) {
-  const char* sentence = strerror(error);
-  if (error == EBUSY) sentence = "something else is still under way";
-  if (error == ESRCH) sentence = "there is nothing to do this with";
-  if (error == EINVAL) sentence = "this is not possible";
-  if (error == EMSGSIZE) sentence = "the text is too long";
-  if (error == EILSEQ) sentence = "the text has characters that are not allowed";
   lua_pushnil(lua);
-  lua_pushstring(lua, sentence);
+  lua_pushstring(lua, tembra_refusal_text(error));
   lua_pushinteger(lua, error);
   return 3;
 }

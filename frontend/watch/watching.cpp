@@ -60,10 +60,16 @@ WatchServer::State Watching::state() {
 
 void Watching::cancelAsked() { static_cast<void>(inbox_.cancel()); }
 
-std::string Watching::describeHolder() const {
+std::string Watching::tellHolder(tembra_ended& ended) const {
   auto holder = sized<tembra_holder>();
   if (path_.empty() || tembra_read_holder(path_.c_str(), kForHolder, &holder) != 0) return "";
-  const std::string name = isPlainText(holder.program) ? holder.program : "a program";
+  ended.holder_pid = holder.pid;
+  ended.holder_role = holder.role;
+  ended.holder_since = holder.since;
+  if (isPlainText(holder.program)) putText(ended.holder_program, holder.program);
+  putText(ended.holder_operation, holder.operation);
+  putText(ended.holder_phase, holder.phase);
+  const std::string name = *ended.holder_program == '\0' ? "a program" : ended.holder_program;
   std::string text = name + " (process " + std::to_string(holder.pid) + ") for ";
   text += elapsed(std::max(0LL, std::time(nullptr) - holder.since));
   return holder.operation == std::string("none") ? text : text + ", doing " + holder.operation;

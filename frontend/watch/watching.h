@@ -33,8 +33,8 @@ class Watching : public WatchServer::Host {
   /// The operation failed: keeps the flight recorder in a file beside the socket.
   void keepFailure() const noexcept;
 
-  /// Who has the connection, in English; empty: nobody says so.
-  [[nodiscard]] std::string describeHolder() const;
+  /// Fills in who has the connection. @return the same in English; empty: nobody says so
+  [[nodiscard]] std::string tellHolder(tembra_ended& ended) const;
 
  private:
   WatchServer::State state() override;

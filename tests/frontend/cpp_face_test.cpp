@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <fstream>
 #include <string>
 #include <utility>
@@ -185,6 +186,14 @@ TEST(CppFace, ListsDevicesOrSaysWhyNot) {
   EXPECT_EQ(errno, EBADMSG);
 }
 
+TEST(CppFace, HasWordsForEachPhase) {
+  for (int phase = -1; tembra_phase_name(phase) != nullptr || phase < 0; ++phase) {
+    EXPECT_EQ(tembra_phase_text(phase) != nullptr, tembra_phase_name(phase) != nullptr) << phase;
+  }
+  EXPECT_STREQ(tembra_phase_text(TEMBRA_PHASE_DESCRIPTION), "while it described itself");
+  EXPECT_EQ(tembra_phase_text(99), nullptr);
+}
+
 TEST(CppFace, IsOfTheVersionOfItsHeaders) { EXPECT_EQ(tembra_frontend_version(), TEMBRA_VERSION); }
 
 TEST(CppFace, HasASentenceForEachRefusal) {
@@ -193,6 +202,7 @@ TEST(CppFace, HasASentenceForEachRefusal) {
        {Result::busy, Result::nothingRuns, Result::invalid, Result::tooLong, Result::badText, Result::noKit}) {
     EXPECT_EQ(std::string(tembra::sentence(result)).back(), '.');
   }
+  EXPECT_STREQ(tembra_refusal_text(ENOMEM), std::strerror(ENOMEM)) << "the system's own words";
   EXPECT_EQ(tembra::typeName(1), "BinarySwitch");
 }
 

@@ -130,7 +130,17 @@ TEST_F(Holders, WhoCannotWorkSaysWhoWorks) {
   const std::string expected = "Another front end has the connection: cloud agent (process " + pid + ") for ";
   EXPECT_TRUE(contains(refused.output, expected)) << refused.output;
   EXPECT_TRUE(contains(refused.output, ", doing remove.")) << refused.output;
-  EXPECT_TRUE(contains(refused.output, R"("reason":"in-use")")) << refused.output;
+  const auto ended = nlohmann::json::parse(refused.output);
+  EXPECT_EQ(faultOf(refused.output), "");
+  EXPECT_EQ(ended.at("reason"), "in-use");
+  nlohmann::json who = ended.at("holder");
+  EXPECT_EQ(who.at("since"), holder().since);
+  who.erase("since");
+  EXPECT_EQ(who, nlohmann::json({{"pid", holder().pid},
+                                 {"role", 2},
+                                 {"program", "cloud agent"},
+                                 {"operation", "remove"},
+                                 {"phase", "button"}}));
   EXPECT_STREQ(holder().program, "cloud agent");
 }
 
@@ -175,6 +185,8 @@ TEST_F(Holders, APathThatCannotBeServedIsSaidOnceAndFailsNothing) {
   const kit::Ended ended = kiosk.end();
   EXPECT_TRUE(contains(ended.output, R"("outcome":"done")")) << ended.output;
   EXPECT_TRUE(contains(ended.output, "/tmp/watched/front-end is no socket.")) << ended.output;
+  EXPECT_TRUE(contains(ended.output, R"("why":"nobody can watch: /tmp/watched/front-end is no socket")"))
+      << ended.output;
 }
 
 }  // namespace

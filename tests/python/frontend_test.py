@@ -112,6 +112,7 @@ class Blocking(WithRouter):
                 with self.assertRaises(tembra.Refused) as refused:
                     call()
                 self.assertEqual(refused.exception.errno, errno.EBUSY)
+                self.assertEqual(refused.exception.strerror, "Something else is still under way.")
             self.assertTrue(kit.cancel())
             self.assertEqual(list(kit)[-1].reason, tembra.Reason.CANCELLED)
 

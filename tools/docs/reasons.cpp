@@ -13,17 +13,19 @@ Made by `make-docs` from the front-end kit's table of reasons; do not edit.
 
 Each operation of the kit ends with an event that has a reason ([`<tembra/frontend.h>`](../frontend/include/tembra/frontend.h)).
 Its number and its name never change: translate by the name. Before the sentences reach a front end, the kit fills in
-what stands in braces:
+what stands in braces. A translation finds the same in members of the event:
 
-- `{server}`: the server's name, such as Z-Wave
-- `{error}`: what the system said, such as "Permission denied", in parentheses
-- `{device}` and `{named}`: the device's name and number, with the word "as" before it and without
-- `{which}`: the device's name and number, or "some devices"
-- `{holder}`: who has the connection
-- `{phase}`: when it happened, such as "while it described itself"
-- `{why}`: why others cannot watch
+| Words | What it is | Member |
+|---|---|---|
+| `{server}` | the server's name, such as Z-Wave | `server` |
+| `{error}` | what the system said, such as "Permission denied", in parentheses | `error`, an errno |
+| `{device}`, `{named}` | the device's name and number, with the word "as" before it and without | `device_id`, `device_name` |
+| `{which}` | the device's name and number, or "some devices" | `device_id`, `device_name` |
+| `{holder}` | who has the connection | `holder_program`, `holder_pid`, `holder_since`, `holder_operation` |
+| `{phase}` | when it happened, such as "while it described itself": `tembra_phase_text` | `phase`; translate by its name |
+| `{why}` | why others cannot watch | `why`, in English only |
 
-What is empty is left out.
+What is empty is left out. The sentences for calls that are refused have the key errno: `tembra_refusal_text`.
 
 | Number | Name | What happened | What to do |
 |---|---|---|---|

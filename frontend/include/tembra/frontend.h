@@ -270,9 +270,13 @@ struct tembra_step {
 /// Of TEMBRA_EVENT_WARNING.
 struct tembra_warning {
   size_t size;
-  int reason;  ///< tembra_reason
-  int server;  ///< the server that it is about, in ServerType numbering; 0: none
-  char text[TEMBRA_TEXT_SIZE];
+  int reason;     ///< tembra_reason
+  int server;     ///< the server that it is about, in ServerType numbering; 0: none
+  int device_id;  ///< a device that it is about; 0: none
+  char device_name[TEMBRA_NAME_SIZE];
+  char why[TEMBRA_TEXT_SIZE];     ///< NOT_WATCHED: what is in the way, in English; else empty
+  char text[TEMBRA_TEXT_SIZE];    ///< what is missing, in English
+  char advice[TEMBRA_TEXT_SIZE];  ///< what to do about it; empty: nothing
 };
 
 /// How an operation ended. The numbers never change.
@@ -328,6 +332,12 @@ struct tembra_ended {
   char device_name[TEMBRA_NAME_SIZE];
   char text[TEMBRA_TEXT_SIZE];    ///< what happened, in English
   char advice[TEMBRA_TEXT_SIZE];  ///< what to do about it; empty: nothing
+  int holder_pid;                 ///< IN_USE: the process that has the connection; 0: it does not say
+  int holder_role;                ///< its role
+  long long holder_since;         ///< seconds since 1970: when it opened the connection
+  char holder_program[64];        ///< how it calls itself; empty: that is no plain text
+  char holder_operation[24];      ///< what runs there: "add", ..., "none"
+  char holder_phase[24];          ///< what is awaited there: "button", ...
 };
 
 typedef struct tembra_event tembra_event;
@@ -401,9 +411,18 @@ TEMBRA_API const char* tembra_outcome_name(int outcome);
 TEMBRA_API const char* tembra_reason_name(int reason);
 
 /// The English sentence of a reason, and the advice, before anything is filled in; the key of a translation is
-/// tembra_reason_name. Null for an unknown number.
+/// tembra_reason_name. docs/reasons.md says which member of an event stands for which word in braces. Null for an
+/// unknown number.
 TEMBRA_API const char* tembra_reason_text(int reason);
 TEMBRA_API const char* tembra_reason_advice(int reason);
+
+/// For {phase} in such a sentence: "while it described itself"; the key of a translation is tembra_phase_name. Null for
+/// an unknown number.
+TEMBRA_API const char* tembra_phase_text(int phase);
+
+/// An English sentence for a call that was refused. @param error what the call returned; another errno gives the
+/// system's own words; 0: empty
+TEMBRA_API const char* tembra_refusal_text(int error);
 
 /// "BinarySwitch" for 1, and back: as the router's device-type library has it, which may name a number of no type, too.
 /// Null and 0 when it has none.

@@ -200,25 +200,7 @@ inline std::string typeName(int type) {
 }
 
 /// A sentence for a user; empty for Result::ok.
-inline const char* sentence(Result result) {
-  switch (result) {
-    case Result::ok:
-      return "";
-    case Result::busy:
-      return "Something else is still under way.";
-    case Result::nothingRuns:
-      return "There is nothing to do this with.";
-    case Result::invalid:
-      return "This is not possible.";
-    case Result::tooLong:
-      return "This text is too long.";
-    case Result::badText:
-      return "This text has characters that are not allowed.";
-    case Result::noKit:
-      return "The front-end kit could not be made.";
-  }
-  return "This failed.";
-}
+inline const char* sentence(Result result) { return tembra_refusal_text(static_cast<int>(result)); }
 
 }  // namespace frontend_1
 }  // namespace tembra

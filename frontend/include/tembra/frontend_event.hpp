@@ -6,6 +6,7 @@
 #include <tembra/service.h>
 
 #include <chrono>
+#include <ctime>
 #include <optional>
 #include <string>
 #include <variant>
@@ -89,8 +90,22 @@ struct Step {
 /// The operation goes on, but something is missing.
 struct Warning {
   Reason reason;
-  int server;  ///< in ServerType numbering; 0: none
-  std::string text;
+  int server;    ///< in ServerType numbering; 0: none
+  int deviceId;  ///< of a device that it is about; 0: none
+  std::string deviceName;
+  std::string why;     ///< TEMBRA_REASON_NOT_WATCHED: what is in the way, in English; else empty
+  std::string text;    ///< what is missing, in English
+  std::string advice;  ///< what to do about it; empty: nothing
+};
+
+/// The process that has the connection.
+struct Holder {
+  int pid;
+  int role;               ///< in ClientRole numbering
+  std::time_t since;      ///< when it opened the connection
+  std::string program;    ///< how it calls itself; empty: that is no plain text
+  std::string operation;  ///< what runs there: "add", ..., "none"
+  std::string phase;      ///< what is awaited there: "button", ...
 };
 
 /// The operation is over.
@@ -103,8 +118,9 @@ struct Ended {
   std::chrono::milliseconds waited;  ///< since that phase began
   int deviceId;                      ///< of a device that it is about; 0: none, or it has no id
   std::string deviceName;
-  std::string text;    ///< what happened, in English
-  std::string advice;  ///< what to do about it; empty: nothing
+  std::string text;              ///< what happened, in English
+  std::string advice;            ///< what to do about it; empty: nothing
+  std::optional<Holder> holder;  ///< TEMBRA_REASON_IN_USE, where the other front end says who it is
 };
 
 /// A device of the database.
@@ -181,6 +197,16 @@ inline Bridges bridges(const tembra_event* c) {
   return all;
 }
 
+inline Warning warning(const tembra_warning& c) {
+  return {static_cast<Reason>(c.reason), c.server, c.device_id, c.device_name, c.why, c.text, c.advice};
+}
+
+inline std::optional<Holder> holder(const tembra_ended& c) {
+  if (c.holder_pid == 0) return std::nullopt;
+  return Holder{c.holder_pid,     c.holder_role,      static_cast<std::time_t>(c.holder_since),
+                c.holder_program, c.holder_operation, c.holder_phase};
+}
+
 inline Ended ended(const tembra_ended& c) {
   return {static_cast<Outcome>(c.outcome),
           static_cast<Reason>(c.reason),
@@ -191,7 +217,8 @@ inline Ended ended(const tembra_ended& c) {
           c.device_id,
           c.device_name,
           c.text,
-          c.advice};
+          c.advice,
+          holder(c)};
 }
 
 inline Device device(const tembra_device& c) {
@@ -208,7 +235,6 @@ inline Devices devices(const tembra_event* c) {
 
 inline Event::Detail detail(int kind, const tembra_event* c) {
   const tembra_device_event* device = tembra_event_device(c);
-  const tembra_warning* warning = tembra_event_warning(c);
   switch (kind) {
     case TEMBRA_EVENT_WAITING:
       return Waiting{};
@@ -237,7 +263,7 @@ inline Event::Detail detail(int kind, const tembra_event* c) {
     case TEMBRA_EVENT_STEP:
       return Step{tembra_event_step(c)->done, tembra_event_step(c)->all};
     case TEMBRA_EVENT_WARNING:
-      return Warning{static_cast<Reason>(warning->reason), warning->server, warning->text};
+      return warning(*tembra_event_warning(c));
     case TEMBRA_EVENT_ENDED:
       return ended(*tembra_event_ended(c));
     case TEMBRA_EVENT_DEVICES:

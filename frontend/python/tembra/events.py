@@ -36,6 +36,16 @@ class KnownDevice(NamedTuple):
     name: str
 
 
+class Holder(NamedTuple):
+    """The process that has the connection."""
+    role: int  # 1 web server, 2 touch screen, ...; 0: not known
+    pid: int
+    since: int  # seconds since 1970: when that process opened the connection
+    program: str  # how that process calls itself
+    operation: str  # what runs: "add", "hue-list", ..., "none"
+    phase: str  # what is awaited: "button", "choice", ...
+
+
 @dataclasses.dataclass(frozen=True)
 class Proposal:
     """What a device is and can be. The rooms are the longest texts in bytes of UTF-8."""
@@ -142,7 +152,10 @@ class Warned(Event):
     """The operation goes on, but something is missing."""
     reason: Reason
     server: Optional[str]
-    text: str
+    device: Optional[KnownDevice]  # that it is about
+    why: str  # NOT_WATCHED: what is in the way, in English; else empty
+    text: str  # what is missing, in English
+    advice: str  # what to do about it; empty: nothing
 
 
 @dataclasses.dataclass(frozen=True)
@@ -157,6 +170,7 @@ class Ended(Event):
     device: Optional[KnownDevice]
     text: str  # what happened, in English
     advice: str  # what to do about it; empty: nothing
+    holder: Optional[Holder]  # IN_USE, where the other front end says who it is
 
 
 @dataclasses.dataclass(frozen=True)
@@ -225,6 +239,7 @@ _FIELDS = {
     "choices": lambda value: ("choices", tuple(DeviceType(**each) for each in value)),
     "bridges": lambda value: ("bridges", tuple(Bridge(**each) for each in value)),
     "device": lambda value: ("device", KnownDevice(**value)),
+    "holder": lambda value: ("holder", Holder(**value)),
     "devices": lambda value: ("devices", tuple(_device(each) for each in value)),
     "found": lambda value: ("found", _build(Proposal, value)),
 }
@@ -232,7 +247,7 @@ _FIELDS = {
 
 def _build(kind, members: dict):
     """An object of this class; members that it does not know are passed over."""
-    values = {"device": None, "found": None, "devices": ()}
+    values = {"device": None, "found": None, "holder": None, "why": "", "devices": ()}
     values.update(_FIELDS.get(name, lambda value: (name, value))(value) for name, value in members.items())
     return kind(**{field.name: values[field.name] for field in dataclasses.fields(kind)})
 

@@ -8,20 +8,12 @@ from .events import DeviceType, Ended, Event, State, event_from_json, state_from
 from .library import C, Options
 from .waiting import take_async, take_within
 
-_REFUSALS = {
-    errno.EBUSY: "something else is still under way",
-    errno.ESRCH: "there is nothing to do this with",
-    errno.EINVAL: "this is not possible",
-    errno.EMSGSIZE: "the text is too long",
-    errno.EILSEQ: "the text has characters that are not allowed",
-}
-
 
 class Refused(OSError):
     """A call did nothing. Its errno is EBUSY, ESRCH, EINVAL, EMSGSIZE or EILSEQ, as in the C face."""
 
     def __init__(self, error: int):
-        super().__init__(error, _REFUSALS.get(error, "this failed"))
+        super().__init__(error, C.tembra_refusal_text(error).decode())
 
 
 def _text(text: Optional[str]) -> Optional[bytes]:

@@ -60,6 +60,7 @@ _FUNCTIONS = {
     "tembra_phase_name": (_TEXT, [_INT]),
     "tembra_outcome_name": (_TEXT, [_INT]),
     "tembra_reason_name": (_TEXT, [_INT]),
+    "tembra_refusal_text": (_TEXT, [_INT]),
     "tembra_server_listens": (_INT, [_INT]),
     "tembra_type_name": (_TEXT, [_INT]),
     "tembra_type_number": (_INT, [_TEXT]),

@@ -3,22 +3,13 @@ import ctypes
 import errno
 import math
 import os
-from typing import NamedTuple, Optional
+from typing import Optional
 
+from .events import Holder
 from .library import C, HolderStructure
 from .waiting import take_async, take_within
 
 WATCH_PATH = "/run/tembra/front-end"  # where the front ends of a router serve, unless they agree on another path
-
-
-class Holder(NamedTuple):
-    """The process that has the connection."""
-    role: int  # 1 web server, 2 touch screen, ...; 0: not known
-    pid: int
-    since: int  # seconds since 1970: when that process opened the connection
-    program: str  # how that process calls itself
-    operation: str  # what runs: "add", "hue-list", ..., "none"
-    phase: str  # what is awaited: "button", "choice", ...
 
 
 def _failure(error: int) -> OSError:

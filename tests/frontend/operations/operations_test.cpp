@@ -51,7 +51,10 @@ std::string particulars(const Json& event) {
   }
   if (kind == "bridges") return "(" + std::to_string(event.at("bridges").size()) + ")";
   if (kind == "account") return event.at("linked").get<bool>() ? "(linked)" : "(not linked)";
-  if (kind == "warning") return "(" + event.at("reason").get<std::string>() + ")";
+  if (kind == "warning") {
+    const std::string device = event.contains("device") ? ": " + event.at("device").at("name").get<std::string>() : "";
+    return "(" + event.at("reason").get<std::string>() + device + ")";
+  }
   return kind == "ended"
              ? "(" + event.at("outcome").get<std::string>() + ", " + event.at("reason").get<std::string>() + ")"
              : "";
@@ -190,7 +193,7 @@ const Story kAdds[] = {
      R"([{"on": "zigbee-add", "press": "zb-contact"}, {"on": "zigbee-add", "press": "zb-contact"}])",
      {"add,name=Door", "add,place=Bath", "devices"},
      {"waiting answered reading found(ContactSwitch) added(Door, ContactSwitch, Default) ended(done, none)",
-      "waiting answered reading warning(already-known) found(ContactSwitch) added(Door, ContactSwitch, Bath) "
+      "waiting answered reading warning(already-known: Door) found(ContactSwitch) added(Door, ContactSwitch, Bath) "
       "ended(done, none)",
       "devices(Door;) ended(done, none)"}},
     {"KnownAndAddedAgain",
@@ -199,7 +202,8 @@ const Story kAdds[] = {
          {"on": "remove", "press": "metering-plug"}, {"on": "add", "press": "metering-plug"}])",
      {"add,name=Washer", "add-again,place=Bath"},
      {"waiting answered reading found(MeterSwitch) added(Washer, MeterSwitch, Default) ended(done, none)",
-      "waiting answered warning(already-known) waiting removing(Washer) removed(Washer) waiting answered reading "
+      "waiting answered warning(already-known: Washer) waiting removing(Washer) removed(Washer) waiting answered "
+      "reading "
       "found(MeterSwitch) added(Washer, MeterSwitch, Bath) ended(done, none)"}},
     {"AddedAgainWithAnotherName",
      {},
@@ -207,7 +211,8 @@ const Story kAdds[] = {
          {"on": "remove", "press": "metering-plug"}, {"on": "add", "press": "metering-plug"}])",
      {"add,name=Washer", "add-again,name=Dryer,type=43"},
      {"waiting answered reading found(MeterSwitch) added(Washer, MeterSwitch, Default) ended(done, none)",
-      "waiting answered warning(already-known) waiting removing(Washer) removed(Washer) waiting answered reading "
+      "waiting answered warning(already-known: Washer) waiting removing(Washer) removed(Washer) waiting answered "
+      "reading "
       "found(MeterSwitch) added(Dryer, MultiSwitch, Default) ended(done, none)"}},
     {"NotKnownAndAddedAgain", {}, kPressPlug, {"add-again"}, {kAddedPlug}},
     {"AnotherLeavesThanTheKnownOne",
@@ -216,21 +221,22 @@ const Story kAdds[] = {
          {"on": "remove", "press": "metering-plug"}])",
      {"add", "add", "add-again"},
      {kAddedPlug, "waiting answered reading found(Siren) added(Siren #2, Siren, Default) ended(done, none)",
-      "waiting answered warning(already-known) waiting removing(MeterSwitch #1) removed(MeterSwitch #1) "
+      "waiting answered warning(already-known: Siren #2) waiting removing(MeterSwitch #1) removed(MeterSwitch #1) "
       "ended(failed, other-left)"}},
     {"NobodyPressesSoThatTheKnownOneLeaves",
      {},
      R"([{"on": "add", "press": "siren"}, {"on": "add", "press": "siren"}])",
      {"add", "add-again"},
      {"waiting answered reading found(Siren) added(Siren #1, Siren, Default) ended(done, none)",
-      "waiting answered warning(already-known) waiting ended(timed-out, nobody-pressed)"},
+      "waiting answered warning(already-known: Siren #1) waiting ended(timed-out, nobody-pressed)"},
      Clock::kFast},
     {"NobodyPressesToAddItAgain",
      {},
      R"([{"on": "add", "press": "siren"}, {"on": "add", "press": "siren"}, {"on": "remove", "press": "siren"}])",
      {"add", "add-again"},
      {"waiting answered reading found(Siren) added(Siren #1, Siren, Default) ended(done, none)",
-      "waiting answered warning(already-known) waiting removing(Siren #1) removed(Siren #1) waiting warning(left) "
+      "waiting answered warning(already-known: Siren #1) waiting removing(Siren #1) removed(Siren #1) waiting "
+      "warning(left: Siren #1) "
       "ended(timed-out, nobody-pressed)"},
      Clock::kFast},
     {"NobodyPresses", {}, "", {"add"}, {"waiting ended(timed-out, nobody-pressed)"}, Clock::kFast},
