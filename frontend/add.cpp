@@ -59,13 +59,18 @@ class Add {
     if (leftId_ != 0) session_.warnOf(TEMBRA_REASON_LEFT, leftId_, keptName_);
   }
 
+  /// The end with the name of the device, when it has none of its own.
+  [[nodiscard]] End naming(End end) const {
+    if (end.deviceName.empty()) end.deviceName = deviceName_;
+    return end;
+  }
+
   /// The end that the caller's cancel leads to: a device may have joined already.
   [[nodiscard]] End cancelled() const {
     const bool waits = phase_ <= TEMBRA_PHASE_BUTTON || phase_ == TEMBRA_PHASE_LEAVE_BUTTON;
-    const bool joined = !waits && !handedOver_;
-    End end = {TEMBRA_CANCELLED, joined ? TEMBRA_REASON_CANCELLED_JOINED : TEMBRA_REASON_CANCELLED, 0, 0, 0, {}};
-    end.deviceName = found_.name;
-    return end;
+    End end = session_.cancelled();
+    if (!waits && !handedOver_) end.reason = TEMBRA_REASON_CANCELLED_JOINED;
+    return naming(end);
   }
 
  private:
@@ -96,18 +101,18 @@ class Add {
   void find(const LibraryEvent& heard);
   void recogniseZigbee(unsigned address);
   [[nodiscard]] End endOf(const LibraryEvent& heard) const;
-  [[nodiscard]] End chosenTooLate() const;
   [[nodiscard]] Choice awaitChoice();
   [[noreturn]] void store(const Choice& choice);
   void restoreDevice();
   void confirmType(int type);
-  [[noreturn]] void awaitRecord(int id, const std::string& name, const std::string& place);
+  [[noreturn]] void awaitRecord(int id, const std::string& place);
 
   Session& session_;
   Known known_;
   std::vector<tembra_device> devices_;  ///< of the database when the operation began
   std::string keptName_;                ///< of a device that is known
   int leftId_ = 0;                      ///< its id when it has left
+  std::string deviceName_;
   tembra_phase phase_ = TEMBRA_PHASE_OPENING;
   Clock::time_point overdue_;
   int radio_ = 0;
@@ -134,6 +139,7 @@ void Add::hear(const LibraryEvent& heard) {
       enter(TEMBRA_PHASE_IDENTITY, kForIdentity);
       return session_.tell(TEMBRA_EVENT_ANSWERED);
     case EVENT_GETTING_INFO:
+      if (radio_ == SERVER_ZWAVE) deviceName_ = "Z-Wave node " + std::to_string(heard.node);
       enter(TEMBRA_PHASE_DESCRIPTION, kForDescription);
       return session_.tell(TEMBRA_EVENT_READING);
     case EVENT_SELECT_TYPE:
@@ -158,7 +164,13 @@ void Add::removeKnown(const LibraryEvent& heard) {
   const int id = heard.removedId;
   keptName_ = libraryText(heard.removedName);
   session_.warnOf(TEMBRA_REASON_ALREADY_KNOWN, id, keptName_);
-  const auto left = letLeave(session_, phase_, {id, keptName_});
+  std::optional<tembra_device_event> left;
+  try {
+    left = letLeave(session_, phase_, {id, keptName_});
+  } catch (const End& end) {
+    if (end.deviceId == id) leftId_ = id;
+    throw;
+  }
   if (!left) throw failed(TEMBRA_REASON_OTHER_LEFT);
   if (left->id != id) throw otherLeft(*left);
   leftId_ = id;
@@ -177,7 +189,7 @@ End Add::endOf(const LibraryEvent& heard) const {
     const bool described = heard.event.source == SERVER_ZWAVE && heard.state == ZW_ASSOC_QUERY;
     return failed(described ? TEMBRA_REASON_UNKNOWN_KIND : TEMBRA_REASON_RADIO_FAILED, heard.event.source);
   }
-  if (phase_ == TEMBRA_PHASE_CHOICE) return chosenTooLate();
+  if (phase_ == TEMBRA_PHASE_CHOICE) return timedOut(TEMBRA_REASON_CHOICE_TOO_SLOW);
   return timedOut(phase_ == TEMBRA_PHASE_BUTTON ? TEMBRA_REASON_NOBODY_PRESSED : TEMBRA_REASON_DEVICE_SILENT, radio_);
 }
 
@@ -224,6 +236,7 @@ void Add::find(const LibraryEvent& heard) {
   const bool fits = keptName_.size() <= found_.name_room && isPlainText(keptName_);
   if (!fits) keptName_.clear();
   if (!keptName_.empty()) putText(found_.name, keptName_);
+  deviceName_ = found_.name;
   putText(found_.place, kDefaultPlace);
   zigbeeDevice_ = heard.zigbeeDevice;
   phase_ = TEMBRA_PHASE_CHOICE;
@@ -232,18 +245,12 @@ void Add::find(const LibraryEvent& heard) {
   session_.tell(TEMBRA_EVENT_FOUND, found_);
 }
 
-End Add::chosenTooLate() const {
-  End end = timedOut(TEMBRA_REASON_CHOICE_TOO_SLOW);
-  end.deviceName = found_.name;
-  return end;
-}
-
 Choice Add::awaitChoice() {
   while (true) {
     if (const auto choice = session_.takeChoice()) return *choice;
     const auto heard = session_.nextEvent(Clock::now() + kBetweenAddLooks);
     if (heard && heard->event.code == EVENT_TIMEOUT) throw endOf(*heard);
-    if (Clock::now() >= overdue_) throw chosenTooLate();
+    if (Clock::now() >= overdue_) throw timedOut(TEMBRA_REASON_CHOICE_TOO_SLOW);
   }
 }
 
@@ -279,12 +286,14 @@ void Add::store(const Choice& choice) {
   service.setDevLocation(place.data());
   session_.send([&service] { service.addingDone(); });
   handedOver_ = true;
-  awaitRecord(id, name, place);
+  deviceName_ = cleaned(name);
+  session_.setBeyondRecall(true);
+  awaitRecord(id, place);
 }
 
 // The HA server does not answer. Its record in the database does.
-void Add::awaitRecord(int id, const std::string& name, const std::string& place) {
-  session_.enter(phase_, kForStoring, {id, cleaned(name)});
+void Add::awaitRecord(int id, const std::string& place) {
+  session_.enter(phase_, kForStoring, {id, deviceName_});
   const auto until = Clock::now() + kForStoring;
   Milliseconds pause = kFirstPause;
   while (Clock::now() < until) {
@@ -303,9 +312,7 @@ void Add::awaitRecord(int id, const std::string& name, const std::string& place)
     session_.pause(Clock::now() + pause);
     pause = std::min(2 * pause, kLongestPause);
   }
-  End end = failed(TEMBRA_REASON_NOT_STORED, SERVER_HA);
-  end.deviceName = name;
-  throw end;
+  throw failed(TEMBRA_REASON_NOT_STORED, SERVER_HA);
 }
 
 }  // namespace
@@ -318,8 +325,9 @@ void addDevice(Session& session, Known known) {
     add.warnOfLeftDevice();
     throw add.cancelled();
   } catch (const End& end) {
-    if (end.outcome != TEMBRA_DONE) add.warnOfLeftDevice();
-    throw;
+    if (end.outcome == TEMBRA_DONE) throw;
+    add.warnOfLeftDevice();
+    throw add.naming(end);
   }
 }
 

@@ -72,12 +72,15 @@ void start(Session& session, ServerType server) {
   session.tell(TEMBRA_EVENT_WAITING);
 }
 
+enum class Effect { kNone, kLasting };
+
 /// Gives the command and waits for one of the answers that say "done".
 template <typename Function>
 std::unique_ptr<LibraryEvent> ask(Session& session, ServerType server, Function command,
-                                  std::initializer_list<int> done) {
+                                  std::initializer_list<int> done, Effect effect = Effect::kLasting) {
   start(session, server);
   session.send([&] { command(session.service()); });
+  session.setBeyondRecall(effect == Effect::kLasting);
   auto heard = awaitAnswer(session, server, Clock::now() + kLongestAnswer + kGrace);
   const int code = heard->event.code;
   if (std::find(done.begin(), done.end(), code) == done.end()) throw endOf(server, code);
@@ -123,8 +126,9 @@ std::string bridgeList(TembraAssociation& service) {
 }  // namespace
 
 void discoverBridges(Session& session) {
-  const auto heard =
-      ask(session, SERVER_HUE, [](TembraAssociation& service) { service.Hue_initiateAdd(); }, {EVENT_HUE_BRIDGES});
+  const auto heard = ask(
+      session, SERVER_HUE, [](TembraAssociation& service) { service.Hue_initiateAdd(); }, {EVENT_HUE_BRIDGES},
+      Effect::kNone);
   session.tell(TEMBRA_EVENT_BRIDGES, bridgesOf(*heard));
   throw done();
 }
@@ -141,7 +145,9 @@ void addBridge(Session& session, const Command& command) {
     session.tell(TEMBRA_EVENT_LINK_BUTTON, button);
     std::string mac = command.target;
     session.send([&] { session.service().Hue_addBridge(mac.data()); });
+    session.setBeyondRecall(true);
     const int code = awaitAnswer(session, SERVER_HUE, std::max(until, Clock::now() + kGrace))->event.code;
+    session.setBeyondRecall(false);
     if (code == EVENT_HUE_ADDED) break;
     if (code != EVENT_HUE_BUTTON) throw endOf(SERVER_HUE, code);
     const auto next = Clock::now() + kBetweenTries;

@@ -45,7 +45,7 @@ End endOf(Session& session, const Command& command) {
   } catch (const End& end) {
     return end;
   } catch (const Cancelled&) {
-    return {TEMBRA_CANCELLED, TEMBRA_REASON_CANCELLED, 0, 0, 0, {}};
+    return session.cancelled();
   } catch (const std::bad_alloc&) {
     return failed(TEMBRA_REASON_NO_MEMORY, 0, ENOMEM);
   }

@@ -19,6 +19,12 @@ tembra_device_event deviceOf(const LibraryEvent& heard) {
   return device;
 }
 
+End naming(const tembra_device_event& device, End end) {
+  end.deviceId = device.id;
+  end.deviceName = device.name;
+  return end;
+}
+
 // A Z-Wave device that the radio does not know leaves as node 0; another node tells that the radio failed.
 void throwIfRadioFailed(const LibraryEvent& heard) {
   const bool failing = heard.event.source == SERVER_ZWAVE && heard.node == NODE_FAILED;
@@ -47,6 +53,18 @@ void awaitConfirmation(Session& session) {
   }
 }
 
+// The device has left also for the user who cancels now. @return the end that came before the confirmation
+std::optional<End> endBeforeConfirmation(Session& session) {
+  try {
+    awaitConfirmation(session);
+  } catch (const Cancelled&) {
+    return session.cancelled();
+  } catch (const End& end) {
+    return end;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<tembra_device_event> letLeave(Session& session, tembra_phase phase, const KnownDevice& wanted) {
@@ -57,25 +75,23 @@ std::optional<tembra_device_event> letLeave(Session& session, tembra_phase phase
   session.tell(TEMBRA_EVENT_WAITING);
   const auto heard = awaitDevice(session);
   session.setRadio(heard->event.source);
+  session.setBeyondRecall(true);
   const bool known = heard->event.code == EVENT_REMOVED;
   const auto device = known ? deviceOf(*heard) : tembra_device_event{};
   session.enter(TEMBRA_PHASE_LEAVING, kForConfirmation, {device.id, device.name});
   if (known) session.tell(TEMBRA_EVENT_REMOVING, device);
-  awaitConfirmation(session);
+  const auto cutShort = endBeforeConfirmation(session);
+  if (known) session.tell(TEMBRA_EVENT_REMOVED, device);
+  if (cutShort) throw known ? naming(device, *cutShort) : *cutShort;
+  session.setBeyondRecall(false);
   if (!known) {
     throwIfRadioFailed(*heard);
     return std::nullopt;
   }
-  session.tell(TEMBRA_EVENT_REMOVED, device);
   return device;
 }
 
-End otherLeft(const tembra_device_event& device) {
-  End end = failed(TEMBRA_REASON_OTHER_LEFT);
-  end.deviceId = device.id;
-  end.deviceName = device.name;
-  return end;
-}
+End otherLeft(const tembra_device_event& device) { return naming(device, failed(TEMBRA_REASON_OTHER_LEFT)); }
 
 void removeDevice(Session& session, Leaving wanted) {
   session.requireRadios();

@@ -90,6 +90,7 @@ void resetRadios(Session& session, int what) {
     const int now = std::min(static_cast<int>(passed), all - 1);
     if (now > told) tellStep(session, told = now, all);
   };
+  session.setBeyondRecall(true);
   session.send([&] { session.call(reset, tellProgress); });
   tellStep(session, all, all);
   const std::vector<tembra_device> kept = awaitEmptyList(session, before.devices);

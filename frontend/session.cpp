@@ -209,21 +209,26 @@ void Session::settle() { tembra_settle(kSettlingMilliseconds); }
 
 bool Session::libraryIsIdle() { return __atomic_load_n(&idle, __ATOMIC_ACQUIRE) != 0; }
 
+End Session::cancelled() const {
+  return {TEMBRA_CANCELLED, isBeyondRecall_ ? TEMBRA_REASON_CANCELLED_LATE : TEMBRA_REASON_CANCELLED, 0, 0, 0, {}};
+}
+
 void Session::closeLibrary() {
   watching_.leave();
   service_.closeAssocConnection();
   socket_ = 0;
 }
 
-// A call that is under way goes on without the connection. The radios have no part in what other servers do. Behind the
-// event that ended the operation the library becomes idle: then there is nothing to cancel.
+// A call that is under way goes on: without the connection, unless half of what it sends would do harm. The radios have
+// no part in what other servers do. Behind the event that ended the operation the library becomes idle: then there is
+// nothing to cancel.
 void Session::close() {
   const int operation = outbox_.state().operation;
   const bool onRadios = operation == TEMBRA_OPERATION_ADD || operation == TEMBRA_OPERATION_REMOVE;
   const bool isSettled = tembra_settle(kSettlingAtEndMilliseconds) == 0;
   if (isSettled && tembra_wait_left() < 0) socket_ = 0;  // the library closes a web server's connection itself
   if (onRadios && !libraryIsIdle() && socket_ != 0) service_.sendCancelTo(cancel_both);
-  if (!keepOpen_ || callRuns_) closeLibrary();
+  if (callRuns_ ? !isBeyondRecall_ : !keepOpen_) closeLibrary();
 }
 
 void Session::finish(const End& end) {
@@ -249,10 +254,12 @@ void Session::finish(const End& end) {
   if (isWorthKeeping(end)) watching_.keepFailure();  // before those hear of it who come for the file
   watching_.publish(json);
   if (socket_ == 0) watching_.end();
-  if (callRuns_ && isLateCallOver(Milliseconds(-1))) inbox_.acceptNext();
+  if (!callRuns_ || !isLateCallOver(Milliseconds(-1))) return;
+  watching_.end();
+  inbox_.acceptNext();
 }
 
-// An opening that was cancelled before it had the connection has it at its end.
+// An opening that was cancelled before it had the connection has it at its end, and a reset still has it.
 bool Session::isLateCallOver(Milliseconds longest) {
   callRuns_ = !inbox_.awaitLateCall(longest);
   if (!callRuns_) closeLibrary();

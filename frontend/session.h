@@ -99,6 +99,11 @@ class Session {
   [[nodiscard]] bool hasEvents() const { return inbox_.hasEvents(); }
   void settle();
 
+  /// Whether a cancel would come too late: what was sent may be done all the same.
+  void setBeyondRecall(bool is) { isBeyondRecall_ = is; }
+  /// The end that a cancel leads to now.
+  [[nodiscard]] End cancelled() const;
+
   /// Ends the operation: stops the radios, closes the connection, tells the end.
   void finish(const End& end);
 
@@ -121,6 +126,7 @@ class Session {
   const bool keepOpen_;
   int& socket_;
   bool callRuns_ = false;
+  bool isBeyondRecall_ = false;
 };
 
 [[nodiscard]] tembra_failure lastFailure(tembra_failure_kind kind);

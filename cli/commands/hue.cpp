@@ -51,13 +51,10 @@ constexpr HueTask kHueTasks[] = {
 
 void performHueTask(const Context& context, const HueTask& task, const HueTexts& texts) {
   if (task.question != nullptr) confirm(context, task.question);
-  const bool asksServer = std::string(task.name) != "list";
   std::string call = std::string("hue ") + task.name;
   if (task.takes != HueTakes::kNothing) call += " " + texts.mac;
   if (!texts.text.empty()) call += " " + texts.text;
-  Dialogue(context).run(
-      call, [&task, &texts](Frontend& kit) { return task.start(kit, texts); }, {},
-      asksServer ? Dialogue::AtInterrupt::kCancelUnheard : Dialogue::AtInterrupt::kCancel);
+  Dialogue(context).run(call, [&task, &texts](Frontend& kit) { return task.start(kit, texts); });
   if (task.result != nullptr) context.display.note(task.result + texts.mac + ".");
 }
 

@@ -32,13 +32,12 @@ std::string codeOf(const Context& context, const std::string& argument) {
 void linkNest(const Context& context, const std::string& argument) {
   // The code is a secret, which nothing on the screen shows.
   const std::string code = codeOf(context, argument);
-  Dialogue(context).run(
-      "nest link", [&code](Frontend& kit) { return kit.nestLink(code); }, {}, Dialogue::AtInterrupt::kCancelUnheard);
+  Dialogue(context).run("nest link", [&code](Frontend& kit) { return kit.nestLink(code); });
 }
 
 void unlinkNest(const Context& context) {
   confirm(context, "Unlink the Nest account? Its devices leave the home.");
-  Dialogue(context).run("nest unlink", &Frontend::nestUnlink, {}, Dialogue::AtInterrupt::kCancelUnheard);
+  Dialogue(context).run("nest unlink", &Frontend::nestUnlink);
 }
 
 void tellNestStatus(const Context& context) { Dialogue(context).run("nest status", &Frontend::nestStatus); }

@@ -90,9 +90,6 @@ void Dialogue::run(const std::string& call, const Start& start, const OnEvent& o
     // The operation ended while the user was asked.
   } catch (const Interrupted&) {
     cancelAndListen();
-    if (atInterrupt == AtInterrupt::kCancelUnheard) {
-      context_.display.complain("the server cannot be told to stop and may still do it.");
-    }
     const bool tooLate = ended_ && ended_->outcome == TEMBRA_DONE && atInterrupt != AtInterrupt::kFinish;
     if (!tooLate) throw;
   } catch (const Failure&) {
@@ -103,8 +100,10 @@ void Dialogue::run(const std::string& call, const Start& start, const OnEvent& o
 }
 
 void Dialogue::finish(AtInterrupt atInterrupt) {
+  // A cancel from elsewhere ends the operation and not the reset.
+  const auto goesOn = [&] { return atInterrupt == AtInterrupt::kFinish && kit_->state()->phase != TEMBRA_PHASE_NONE; };
   bool wasInterrupted = false;
-  while (!ended_) {
+  while (!ended_ || goesOn()) {
     try {
       step();
     } catch (const Interrupted&) {
@@ -181,7 +180,7 @@ void Dialogue::cancelAndListen() {
     }
   }
   // A program has the event.
-  if (context_.options.json || !ended_ || ended_->reason != TEMBRA_REASON_CANCELLED_JOINED) return;
+  if (context_.options.json || !ended_ || ended_->reason == TEMBRA_REASON_CANCELLED) return;
   try {
     context_.display.complain(endText(*ended_) + helpAfter(ended_->reason));
   } catch (const Failure&) {

@@ -18,8 +18,7 @@ class Dialogue {
   /// What Ctrl-C does while the operation runs.
   enum class AtInterrupt {
     kCancel,
-    kCancelUnheard,  ///< the server cannot be told to stop, which is said
-    kFinish          ///< it must not stop half-way: only a second Ctrl-C leaves it
+    kFinish  ///< it must not stop half-way: only a second Ctrl-C leaves it
   };
   using Start = std::function<Result(Frontend& kit)>;
   using OnEvent = std::function<void(const Event& event)>;

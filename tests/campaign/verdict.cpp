@@ -164,7 +164,7 @@ class Verdict {
   void checkAdded() {
     const bool isStored = std::ranges::count(record_.after.devices, record_.step.name, &StoredDevice::name) == 1;
     const auto* added = lastOf<tembra::Added>(story_);
-    const bool isUndecided = ended_->reason == TEMBRA_REASON_CANCELLED && isStored;
+    const bool isUndecided = ended_->reason == TEMBRA_REASON_CANCELLED_LATE && isStored;
     expect(isUndecided || isStored == (added != nullptr), "the device is stored when the kit says so");
     expect((added != nullptr) == (ended_->outcome == TEMBRA_DONE), "the add is done when the device is stored");
     if (added == nullptr) return;
@@ -177,6 +177,8 @@ class Verdict {
 
   void checkRemoved() {
     const auto* removed = lastOf<tembra::Removed>(story_);
+    const bool leaves = lastOf<tembra::Removing>(story_) != nullptr;
+    expect(leaves == (removed != nullptr), "what leaves has left at the end");
     if (removed == nullptr) return expect(ended_->outcome != TEMBRA_DONE, "something was removed");
     expect(findDevice(record_.before, removed->id) != nullptr, "the removed device was there");
     expect(findDevice(record_.after, removed->id) == nullptr, "the removed device is gone");

@@ -97,6 +97,11 @@ constexpr AlteredStory kAltered[] = {
     {"the account is linked", [](Record& record, KitStory&) { record.linkedAfter = false; }},
     {"the add is done when the device is stored", [](Record& record, KitStory&) { record.step.goal = Goal::kAdd; }},
     {"something was removed", [](Record& record, KitStory&) { record.step.goal = Goal::kRemove; }},
+    {"what leaves has left at the end",
+     [](Record& record, KitStory& story) {
+       record.step.goal = Goal::kRemove;
+       story.events[0].event.detail = tembra::Removing{};
+     }},
     {"in the database", [](Record& record, KitStory&) { record.after.mistakes.emplace_back("something is odd"); }},
     {"the newest device", [](Record& record, KitStory&) { tellTheHaServer(record, nodeAdded()); }},
     {"a lamp", [](Record& record, KitStory&) { record.step.goal = Goal::kHueAdd; }},

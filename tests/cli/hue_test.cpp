@@ -186,11 +186,11 @@ TEST(TerminalHue, AsksBeforeItRemovesABridge) {
 }
 
 TEST(TerminalHue, LeavesTheLiveLineBeforeItComplainsOfCtrlC) {
-  SimRouter router;
+  SimRouter router({"--fault", "hue:lost"});
   Terminal terminal(assocCommand({"hue", "add", kBridge}));
   terminal.waitFor("Press the round link button");
   terminal.type("\x03");
-  terminal.waitFor("tembra-assoc: the server cannot be told to stop and may still do it.");
+  terminal.waitFor("tembra-assoc: Cancelled too late: ");
   EXPECT_EQ(terminal.end(), 130);
   const Told told = router.stop();
   EXPECT_EQ(told.zigbee.size() + told.zwave.size(), 0U) << "the radios have nothing to do with it";

@@ -116,7 +116,8 @@ TEMBRA_API int tembra_frontend_take_out(tembra_frontend* kit);
 
 /// Resets radio networks: STEP each second, ENDED. @param what a reset_type: 1 ZigBee, 2 Z-Wave, 3 both, 4 both, and
 /// the device list is emptied. Then REMOVED tells each device that has left the list, and WARNING (devices-remain) each
-/// that is still there some seconds later. No radio confirms a reset: done means that the servers were told.
+/// that is still there some seconds later. No radio confirms a reset: done means that the servers were told. A cancel
+/// comes too late for the radios.
 TEMBRA_API int tembra_frontend_reset(tembra_frontend* kit, int what);
 
 /// Looks for Hue bridges in the home's network: WAITING, BRIDGES, ENDED.
@@ -158,8 +159,10 @@ TEMBRA_API int tembra_frontend_devices(tembra_frontend* kit);
 /// @return 0; ESRCH when no device waits for this; EINVAL for a type that is no choice; EMSGSIZE, EILSEQ for the texts
 TEMBRA_API int tembra_frontend_finish(tembra_frontend* kit, int type, const char* name, const char* place);
 
-/// Cancels what runs: ENDED within 100 ms, "cancelled", unless the operation ended before. @return 0; ESRCH when
-/// nothing runs
+/// Cancels what runs: ENDED within 100 ms, "cancelled", unless the operation ended before. The reason
+/// TEMBRA_REASON_CANCELLED_LATE says that it may be done all the same: a device was leaving, the HA server had a new
+/// one, the Hue or Nest server had its command, or radios were being reset. A reset goes on to its end, which takes up
+/// to 9 seconds; until then the phase is TEMBRA_PHASE_CLOSING. @return 0; ESRCH when nothing runs
 TEMBRA_API int tembra_frontend_cancel(tembra_frontend* kit);
 
 // ---- Events --------------------------------------------------------------------------------------------------------
@@ -287,6 +290,7 @@ enum tembra_reason {
   TEMBRA_REASON_NONE = 0,  ///< done
   TEMBRA_REASON_CANCELLED = 1,
   TEMBRA_REASON_CANCELLED_JOINED = 2,   ///< the device had joined its radio network already
+  TEMBRA_REASON_CANCELLED_LATE = 3,     ///< what was asked for may be done all the same
   TEMBRA_REASON_IN_USE = 10,            ///< another front end has the connection
   TEMBRA_REASON_NO_SOCKET = 11,         ///< `error` says why
   TEMBRA_REASON_NO_THREAD = 12,         ///< `error` says why

@@ -61,6 +61,7 @@ class Reason(enum.IntEnum):
     NONE = 0
     CANCELLED = 1
     CANCELLED_JOINED = 2
+    CANCELLED_LATE = 3
     IN_USE = 10
     NO_SOCKET = 11
     NO_THREAD = 12

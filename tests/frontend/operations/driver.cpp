@@ -4,16 +4,20 @@
 //     operations-driver add,type=43,name=Lamp remove,cancel=waiting hue-add-bridge,mac=02:a1:b2:0c:00:01
 //
 // Settings of an operation: type, name, place (an add is finished with them), slow (it is not finished), cancel=KIND
-// (of the event after which it is cancelled), mac, text, what (is reset). The variable ROLE is the front end's role.
+// (of the event after which it is cancelled), cancel=FILE (an add is finished, and cancelled when a server writes that
+// file), mac, text, what (is reset). The variable ROLE is the front end's role.
 #include <tembra/frontend.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <iostream>
 #include <map>
 #include <sstream>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -99,6 +103,14 @@ void finish(tembra_frontend* kit, const Task& task) {
   tembra_frontend_finish(kit, 0, nullptr, nullptr);
 }
 
+// Until the server has written the file.
+void finishAndCancel(tembra_frontend* kit, const Task& task, const std::filesystem::path& file) {
+  const auto before = std::filesystem::last_write_time(file);
+  finish(kit, task);
+  while (std::filesystem::last_write_time(file) == before) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  tembra_frontend_cancel(kit);
+}
+
 // Whether the event was the operation's end.
 bool handle(tembra_frontend* kit, const Task& task, const tembra_event* event) {
   std::cout << tembra_event_json(event) << std::endl;
@@ -107,7 +119,10 @@ bool handle(tembra_frontend* kit, const Task& task, const tembra_event* event) {
   if (cancels && std::strcmp(task.text("cancel"), tembra_event_kind_name(tembra_event_head(event)->kind)) == 0) {
     tembra_frontend_cancel(kit);
   }
-  if (tembra_event_found(event) != nullptr && !task.has("slow") && !cancels) finish(kit, task);
+  if (tembra_event_found(event) != nullptr && !task.has("slow")) {
+    if (!cancels) finish(kit, task);
+    if (cancels && *task.text("cancel") == '/') finishAndCancel(kit, task, task.text("cancel"));
+  }
   return tembra_event_ended(event) != nullptr;
 }
 

@@ -301,6 +301,11 @@ const Story kAdds[] = {
      kPressPlug,
      {"add,cancel=found"},
      {"waiting answered reading found(MeterSwitch) ended(cancelled, cancelled-joined)"}},
+    {"CancelledWhenTheHaServerHasTheDevice",
+     {"--db", "/tmp/other"},
+     kPressPlug,
+     {"add,cancel=/tmp/other"},
+     {"waiting answered reading found(MeterSwitch) ended(cancelled, cancelled-late)"}},
     {"OneRadioOnly",
      {},
      R"([{"at": 0, "kill": "zigbee"}, {"on": "add", "press": "metering-plug"}])",
@@ -375,6 +380,26 @@ const Story kOthers[] = {
      Clock::kFast},
     {"NobodyPressesToRemove", {}, "", {"remove"}, {"waiting ended(timed-out, nobody-pressed)"}, Clock::kFast},
     {"RemovalCancelled", {}, "", {"remove,cancel=waiting"}, {"waiting ended(cancelled, cancelled)"}},
+    {"RemovalCancelledWhileTheDeviceLeaves",
+     {"--fault", "closing:lost"},
+     kAddAndRemovePlug,
+     {"add", "remove,cancel=removing"},
+     {kAddedPlug, "waiting removing(MeterSwitch #1) removed(MeterSwitch #1) ended(cancelled, cancelled-late)"}},
+    {"RefreshCancelled",
+     {"--fault", "hue:silence"},
+     "",
+     {with("hue-refresh,cancel=waiting", kMac)},
+     {"waiting ended(cancelled, cancelled-late)"}},
+    {"SearchCancelled",
+     {"--fault", "hue:silence"},
+     "",
+     {"hue-discover,cancel=waiting"},
+     {"waiting ended(cancelled, cancelled)"}},
+    {"UnlinkingCancelled",
+     {"--fault", "nest:silence"},
+     "",
+     {"nest-unlink,cancel=waiting"},
+     {"waiting ended(cancelled, cancelled-late)"}},
     {"Resets",
      {},
      "",
@@ -557,6 +582,18 @@ TEST(OperationsWithoutAnHaServer, EndAtOnce) {
   EXPECT_EQ(heardWithoutRouter("add"), Heard{"ended(failed, no-server)"});
   EXPECT_EQ(heardWithoutRouter("remove"), Heard{"ended(failed, no-server)"});
   EXPECT_EQ(heardWithoutRouter("reset,what=4"), Heard{"ended(failed, no-server)"});
+}
+
+TEST(ResetThatIsCancelled, IsSentWholeAllTheSame) {
+  kit::Program router = simulator({"", {"--timeline"}, "", {}, {}});
+  router.waitFor("tembra-sim: ready");
+  const std::string heard = drive({"reset,what=3,cancel=step"}, Clock::kFast).output;
+  EXPECT_NE(heard.find(R"("reason":"cancelled-late")"), std::string::npos) << heard;
+  router.signal(SIGTERM);
+  const std::string told = router.end().output;
+  for (const char* half :
+       {"ZigBee server   reset, first half", "ZigBee server   reset, second half", "Z-Wave server   reset"})
+    EXPECT_NE(told.find(half), std::string::npos) << half << "\n" << told;
 }
 
 class OperationsInTrouble : public testing::Test {
