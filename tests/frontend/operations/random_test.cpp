@@ -21,6 +21,12 @@
 #include "sim/control/control_path.h"
 #include "support/program.h"
 
+// A reset, through which the library sleeps, takes 90 ms instead of 9 s.
+extern "C" unsigned sleep(unsigned seconds) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(10 * seconds));
+  return 0;
+}
+
 namespace tembra::test {
 namespace {
 
@@ -47,7 +53,10 @@ constexpr Start kStarts[] = {
     tembra_frontend_hue_discover,
     [](tembra_frontend* kit) { return tembra_frontend_hue_add_bridge(kit, kMac, 60); },
     [](tembra_frontend* kit) { return tembra_frontend_hue_add_bulb(kit, kMac, "Lamp"); },
+    [](tembra_frontend* kit) { return tembra_frontend_hue_refresh(kit, kMac, "{}"); },
     [](tembra_frontend* kit) { return tembra_frontend_hue_remove(kit, kMac); },
+    [](tembra_frontend* kit) { return tembra_frontend_reset(kit, 3); },
+    [](tembra_frontend* kit) { return tembra_frontend_reset(kit, 4); },
     tembra_frontend_hue_list,
     tembra_frontend_nest_status,
     [](tembra_frontend* kit) { return tembra_frontend_nest_link(kit, "code"); },
