@@ -20,6 +20,7 @@ bool same(const T& one, const T& other) {
 oracle::NodeOutcome stateOf(const TembraAssociation& assoc) {
   return {0,
           {},
+          {},
           assoc.zwNodeWork,
           assoc.classifiedType,
           assoc.devName,

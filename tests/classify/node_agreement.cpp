@@ -30,9 +30,13 @@ oracle::Lines linesOf(std::string_view trace) {
 
 Outcome take(TembraAssociation& assoc, const ZwNodeInfo& received, int result) {
   EXPECT_EQ(std::memcmp(&assoc.zwNodeRx, &received, sizeof received), 0) << "the received block was changed";
-  return {result,           linesOf(kit::trace().takeLines()),
-          assoc.zwNodeWork, assoc.classifiedType,
-          assoc.devName,    {BasicFlag, MultilevelFlag, SensorBinaryFlag, ZwAcExtFlag}};
+  return {.result = result,
+          .log = linesOf(kit::trace().takeLines()),
+          .formatted = {},  // what tempStr takes, and the model compares
+          .work = assoc.zwNodeWork,
+          .classifiedType = assoc.classifiedType,
+          .name = assoc.devName,
+          .raised = {BasicFlag, MultilevelFlag, SensorBinaryFlag, ZwAcExtFlag}};
 }
 
 void prepare(TembraAssociation& assoc, const ZwNodeInfo& received, const Outcome& before) {
