@@ -21,7 +21,7 @@ void PrintTo(const TimeoutCase& row, std::ostream* out) { *out << row.name; }
 const TimeoutCase kTimeoutCases[] = {
     {"NoAnswer", "joined:silence", "No device answered in time.", "button"},
     {"NoIdentity", "identity:silence", "The device fell silent before it said which one it is.", "identity"},
-    {"NoDescription", "info:silence", "The device fell silent while it described itself.", "description"},
+    {"NoDescription", "info:silence", "The device Z-Wave node 2 fell silent while it described itself.", "description"},
 };
 
 class TimeoutTest : public testing::TestWithParam<TimeoutCase> {};
