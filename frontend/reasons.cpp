@@ -83,7 +83,7 @@ constexpr Reason kReasons[] = {
     {TEMBRA_REASON_DEVICES_REMAIN, "devices-remain", "The HA server kept{which} in the device list.",
      "Look at the list of devices. Remove each by itself, a Hue bridge's bulbs by their bridge."},
     {TEMBRA_REASON_DATABASE_DAMAGED, "database-damaged",
-     "The device list is damaged. It is repaired when it is used, and devices may be missing afterwards.",
+     "The device list is damaged. Devices may be missing, and the library may repair it when it is used.",
      "Look at the list of devices."},
     {TEMBRA_REASON_DATABASE_UNREADABLE, "database-unreadable", "The device list cannot be read{error}.",
      "Run all front ends and the HA server as the same user, and see that the file is not kept locked."},

@@ -182,8 +182,9 @@ TEST(Add, IsRefusedWhileTheDatabaseStaysLocked) {
 
 // These the library makes good: the user is told, and the add goes on. It goes on without a file, too: add_test.cpp.
 const DatabaseCase kMended[] = {
-    {"Rubbish", rubbish, "The device list is damaged. It is repaired when it is used"},
-    {"CutInTheHeader", cutInTheHeader, "The device list is damaged. It is repaired when it is used"},
+    {"Rubbish", rubbish, "The device list is damaged. Devices may be missing, and the library may repair it"},
+    {"CutInTheHeader", cutInTheHeader,
+     "The device list is damaged. Devices may be missing, and the library may repair it"},
 };
 
 class MendedDatabase : public testing::TestWithParam<DatabaseCase> {};
