@@ -167,6 +167,10 @@ Wishes decide(Dialogue& dialogue, const Found& found, const Wishes& wishes) {
 
 void finishDevice(Dialogue& dialogue, const Found& found, const Wishes& wishes) {
   const Wishes wanted = decide(dialogue, found, wishes);
+  if (found.type == DEVTYPE_GENERIC_DEVICE && wanted.type != found.type) {
+    dialogue.context().display.note("It stays a GenericDevice in the list: " + typeName(wanted.type) +
+                                    " says what its values are.");
+  }
   dialogue.context().display.command("finish(" + typeName(wanted.type) + ", \"" + wanted.name + "\", \"" +
                                      wanted.place + "\")");
   const Result result = dialogue.kit().finish(wanted.type, wanted.name, wanted.place);

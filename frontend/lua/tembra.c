@@ -170,7 +170,8 @@ static int start_with_texts(lua_State* lua, int (*begin)(tembra_frontend*, const
 static int kit_hue_add_bulb(lua_State* lua) { return start_with_texts(lua, tembra_frontend_hue_add_bulb); }
 static int kit_hue_refresh(lua_State* lua) { return start_with_texts(lua, tembra_frontend_hue_refresh); }
 
-/* kit:finish([type [, name [, place]]]): what is nil stays as it was proposed. */
+/* kit:finish([type [, name [, place]]]): what is nil stays as it was proposed. A GenericDevice is stored as one
+ * whatever is chosen: the choice says what its values are. */
 static int kit_finish(lua_State* lua) {
   tembra_frontend* kit = kit_at(lua);
   const char* name = NULL;

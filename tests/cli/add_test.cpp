@@ -34,6 +34,7 @@ struct Success {
   const char* device;
   std::vector<std::string> arguments;
   const char* listed;  ///< as `devices` shows it
+  const char* said = "";
 };
 
 void PrintTo(const Success& row, std::ostream* out) { *out << row.name; }
@@ -53,7 +54,8 @@ const Success kSuccesses[] = {
     {"GenericDeviceOfAChosenType",
      "roller-shutter",
      {"--type", "MotorControl"},
-     "1   GenericDevice #1  GenericDevice  Z-Wave  2"},
+     "1   GenericDevice #1  GenericDevice  Z-Wave  2",
+     "It stays a GenericDevice in the list: MotorControl says what its values are.\n"},
 };
 
 class AddSuccess : public testing::TestWithParam<Success> {};
@@ -63,6 +65,7 @@ TEST_P(AddSuccess, EndsInTheDeviceList) {
   const Ended added = router.add(GetParam().device, GetParam().arguments);
   ASSERT_EQ(added.status, 0) << added.errors;
   EXPECT_NE(added.output.find("Added "), std::string::npos) << added.output;
+  EXPECT_NE(added.output.find(GetParam().said), std::string::npos) << added.output;
   router.waitFor("HA server -> database   device 1 stored");
   const Ended devices = runAssoc({"devices"});
   EXPECT_NE(devices.output.find(GetParam().listed), std::string::npos) << devices.output;

@@ -155,7 +155,8 @@ TEMBRA_API int tembra_frontend_devices(tembra_frontend* kit);
 
 /// After FOUND: hands the device to the HA server. Keeps what the library proposed where a text is null or empty, or is
 /// the proposed one. Sends nothing unless all three arguments are good.
-/// @param type one of found.choices; 0: the proposed one
+/// @param type one of found.choices; 0: the proposed one. A device whose proposed type is 60, GenericDevice, is stored
+/// with that type whatever is chosen: the choice says what its values are.
 /// @return 0; ESRCH when no device waits for this; EINVAL for a type that is no choice; EMSGSIZE, EILSEQ for the texts
 TEMBRA_API int tembra_frontend_finish(tembra_frontend* kit, int type, const char* name, const char* place);
 

@@ -88,8 +88,8 @@ class Frontend {
   [[nodiscard]] Result nestUnlink() { return call(tembra_frontend_nest_unlink); }
   [[nodiscard]] Result devices() { return call(tembra_frontend_devices); }  ///< lists the database: Devices, Ended
 
-  /// After Found: hands the device over. @param type one of Found::choices, 0: the proposed one. An empty name or place
-  /// is the proposed one.
+  /// After Found: hands the device over. @param type one of Found::choices, 0: the proposed one. A GenericDevice stays
+  /// one, and the choice says what its values are. An empty name or place is the proposed one.
   [[nodiscard]] Result finish(int type = 0, const std::string& name = {}, const std::string& place = {}) {
     return call(tembra_frontend_finish, type, name, place);
   }

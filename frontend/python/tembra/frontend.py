@@ -146,7 +146,10 @@ class Frontend:
         self._call(C.tembra_frontend_devices)
 
     def finish(self, type: Union[int, DeviceType] = 0, name: Optional[str] = None, place: Optional[str] = None) -> None:
-        """After Found: hands the device over. What is left out stays as it was proposed."""
+        """After Found: hands the device over. What is left out stays as it was proposed.
+
+        A GenericDevice is stored as one whatever is chosen: the choice says what its values are.
+        """
         number = type.number if isinstance(type, DeviceType) else type
         self._call(C.tembra_frontend_finish, _number(number, "a device type"), _text(name), _text(place))
 
