@@ -5,7 +5,9 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 
@@ -30,6 +32,18 @@ Descriptor boundSocket(const sockaddr_in& address, std::string_view name) {
                              std::to_string(ntohs(address.sin_port)) + ": " + std::strerror(errno));
   }
   return socket;
+}
+
+// "  12: 04FFFF7F:22B8 ...": the address as the machine reads its bytes.
+bool isTaken(const Endpoint& endpoint) {
+  const sockaddr_in address = addressOf(endpoint);
+  std::array<char, 24> text{};
+  std::snprintf(text.data(), text.size(), ": %08X:%04X ", address.sin_addr.s_addr, unsigned{endpoint.port});
+  std::ifstream table("/proc/net/udp");
+  for (std::string row; std::getline(table, row);) {
+    if (row.find(text.data()) != std::string::npos) return true;
+  }
+  return false;
 }
 
 }  // namespace tembra::sim

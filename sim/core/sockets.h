@@ -15,6 +15,9 @@ namespace tembra::sim {
 [[nodiscard]] Descriptor boundSocket(const Endpoint& endpoint);
 [[nodiscard]] Descriptor boundSocket(const sockaddr_in& address, std::string_view name);
 
+/// Whether a socket of any process has the address. The attempt to bind it would keep others from it.
+[[nodiscard]] bool isTaken(const Endpoint& endpoint);
+
 }  // namespace tembra::sim
 
 #endif

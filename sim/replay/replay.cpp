@@ -4,6 +4,7 @@
 #include <exception>
 #include <iostream>
 #include <system_error>
+#include <utility>
 
 #include "platform/printable.h"
 #include "sim/core/raw_datagram.h"
@@ -26,6 +27,7 @@ constexpr std::string_view kAsThen = "as then";
 // As long as the library may take to do what it does by itself; and to do more than it did then.
 constexpr milliseconds kReactionTime(5000);
 constexpr milliseconds kRestTime(500);
+constexpr std::chrono::seconds kLongestWait(180);  // of the library for an answer
 
 // Linux ends long waits late, by up to an eighth.
 milliseconds lateEnd(milliseconds wait) { return wait + wait / 8; }
@@ -167,13 +169,23 @@ bool Replay::mayEnd() const {
 void Replay::awaitEnd() {
   loop_.cancel(endTimer_);
   if (!mayEnd()) return;
-  milliseconds patience = kRestTime;
-  if (const std::vector<std::size_t> left = comparison_.outstanding(); !left.empty()) {
-    const std::size_t next = left.front();
-    const auto gap = traffic_.datagrams[next].time - traffic_.datagrams[next == 0 ? 0 : next - 1].time;
-    patience = kReactionTime + lateEnd(std::chrono::round<milliseconds>(gap));
-  }
-  endTimer_ = afterRealTime(patience, [this] { loop_.stop(); });
+  const std::vector<std::size_t> left = comparison_.outstanding();
+  if (left.empty()) return rest(kReactionTime + lateEnd(kLongestWait));
+  const std::size_t next = left.front();
+  const auto gap = traffic_.datagrams[next].time - traffic_.datagrams[next == 0 ? 0 : next - 1].time;
+  endTimer_ = afterRealTime(kReactionTime + lateEnd(std::chrono::round<milliseconds>(gap)), [this] { loop_.stop(); });
+}
+
+// A front end that keeps the connection may wait for more than it did then: its cancel comes at the end of that wait.
+void Replay::rest(milliseconds most) {
+  endTimer_ = afterRealTime(kRestTime, [this, most] {
+    if (most <= kRestTime || !isTaken(kLibrary)) return loop_.stop();
+    if (!std::exchange(toldOfRest_, true)) {
+      std::cout << "tembra-sim: all was said and heard. The front end keeps the connection: what it sends counts, too"
+                << std::endl;
+    }
+    rest(most - kRestTime);
+  });
 }
 
 EventLoop::TimerId Replay::afterRealTime(milliseconds delay, EventLoop::Task task) {

@@ -57,6 +57,7 @@ class Replay {
   void forget(const RecordedDatagram& answer);
   void sendAs(const RecordedDatagram& answer);
   void awaitEnd();
+  void rest(std::chrono::milliseconds most);
   /// The library's waits pass no faster than the clock, whatever the speed of the servers is.
   EventLoop::TimerId afterRealTime(std::chrono::milliseconds delay, EventLoop::Task task);
   [[nodiscard]] bool mayEnd() const;
@@ -82,6 +83,7 @@ class Replay {
   Playback playback_;
   Comparison comparison_;
   EventLoop::TimerId endTimer_ = 0;
+  bool toldOfRest_ = false;
 };
 
 }  // namespace tembra::sim

@@ -13,6 +13,7 @@
 
 #include "kit/database.h"
 #include "support/program.h"
+#include "support/sim_router.h"
 
 namespace tembra::test {
 namespace {
@@ -273,6 +274,24 @@ TEST(ALongWait, PassesWhateverTheSpeedOfTheServersIs) {
   EXPECT_EQ(play(story).events, then.events);
   const Ended ended = router.end();
   EXPECT_EQ(ended.status, 0) << ended.errors;
+}
+
+// Then the device was known, and the add ended. Now the library reads its description, waits for an answer that nobody
+// gave then, and cancels.
+TEST(ADeviceThatIsNew, IsNotTakenForTheKnownOneOfThen) {
+  {
+    SimRouter router;
+    EXPECT_EQ(router.add("siren", {"--yes"}).status, 0);
+  }
+  const Story story{"Known", R"([{"on": "add", "press": "siren"}])", {}, {{"add"}}, Clock::kFast};
+  EXPECT_EQ(record(story).statuses, std::vector<int>{1});
+  kit::Database().put(kit::Device(1, "Another one").zwave(77));
+  Program router({TEMBRA_SIM_PROGRAM, "replay", kRecording});
+  router.waitFor("tembra-sim: ready");
+  play(story);
+  const Ended ended = router.end();
+  EXPECT_EQ(ended.status, 1) << ended.output;
+  EXPECT_NE(ended.errors.find("hears more than then: cancel"), std::string::npos) << ended.errors;
 }
 
 struct Change {
