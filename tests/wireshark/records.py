@@ -109,6 +109,7 @@ EXPERTS = [  # name, from, to, datagram, what the dissector says of it
     ("stranger", STRANGER, capture.LIBRARY, node(), ["sender"]),
     ("HA server", capture.HA, capture.LIBRARY, node(), ["sender"]),
     ("command of a stranger", STRANGER, capture.ZWAVE, ADD, ["sender"]),
+    ("command of another port", ("127.255.255.4", 9999), capture.ZWAVE, ADD, ["sender"]),
     ("other port", OTHER_PORT, capture.LIBRARY, node(), ["port"]),
     ("part of an address", PART, capture.LIBRARY, node(), ["imposter"]),
     ("part of two addresses", PART_OF_TWO, capture.LIBRARY, node(), ["imposter"]),
@@ -117,6 +118,8 @@ EXPERTS = [  # name, from, to, datagram, what the dissector says of it
     ("status 5", capture.ZIGBEE, capture.LIBRARY, device((10, b"\5")), ["meaning"]),
     ("result 7", capture.HUE, capture.LIBRARY, padded(3260, (0, b"\7")), ["meaning"]),
     ("answer 101", capture.NEST, capture.LIBRARY, padded(12, (0, b"\x65")), ["meaning"]),
+    ("answer 124 of status 5", capture.NEST, capture.LIBRARY, padded(12, (0, b"\x7c"), (4, b"\5")), ["meaning"]),
+    ("answer 124 of a failure", capture.NEST, capture.LIBRARY, padded(12, (0, b"\x7c"), (4, b"\xff" * 4)), []),
     ("unmarked notice", capture.LIBRARY, capture.HA, notice(2, node((1, b"\x25\0"), (600, b"\2"))), ["meaning"]),
     ("unknown command", capture.LIBRARY, capture.ZWAVE, padded(236, (192, b"\1"), (212, b"\2")), ["command"]),
     ("unknown text", capture.LIBRARY, capture.ZIGBEE, padded(320, (0, b"option")), ["command"]),
@@ -127,6 +130,8 @@ EXPERTS = [  # name, from, to, datagram, what the dissector says of it
     ("endless text", capture.LIBRARY, capture.NEST, padded(256, (4, b"\x64"), (8, b"x" * 248)), ["unterminated"]),
     ("stray byte", capture.LIBRARY, capture.ZWAVE, padded(236, (0, b"\1"), (192, b"\1"), (212, b"\1")), ["zeros"]),
     ("byte behind a text", capture.LIBRARY, capture.ZIGBEE, padded(320, (0, ZIGBEE_ADD), (319, b"\1")), ["zeros"]),
+    ("bytes behind a name", capture.LIBRARY, capture.HA,
+     notice(2, padded(1036, (0, ADDED), (612, b"Boiler\0er"), (792, b"Default\0 hall"))), []),
     ("byte behind a record", capture.LIBRARY, capture.HA, notice(2, ADDED + b"\0\1"), []),
     ("uncleared discovery", capture.LIBRARY, capture.HUE, padded(304, (0, b"\1" * 304), (220, b"\x72\0\0\0")),
      []),
@@ -137,11 +142,13 @@ EXPERTS = [  # name, from, to, datagram, what the dissector says of it
 
 def check_experts(dissector, path):
     capture.write(path, [capture.udp(sender, receiver, data) for _, sender, receiver, data, _ in EXPERTS])
-    rows = capture.values(dissector, path, "frame.number", *(f"tembra.expert.{name}" for name in NOTES))
+    rows = capture.values(dissector, path, "frame.number", "_ws.expert.message",
+                          *(f"tembra.expert.{name}" for name in NOTES))
     assert len(rows) == len(EXPERTS)
-    for (case, *_, expected), (_, *row) in zip(EXPERTS, rows):
+    for (case, *_, expected), (_, told, *row) in zip(EXPERTS, rows):
         said = [name for name, value in zip(NOTES, row) if value]
         assert sorted(said) == sorted(expected), f"{case}: {said}, not {expected}"
+        assert bool(told) == bool(expected), f"{case}: {told}"
     assert set(NOTES) == {name for *_, expected in EXPERTS for name in expected}, "an expert note without a case"
 
 

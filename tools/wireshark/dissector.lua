@@ -60,7 +60,7 @@ local function addExpert(name, text, severity)
   experts[name] = ProtoExpert.new("tembra.expert." .. name, text, expert.group.PROTOCOL, severity)
 end
 addExpert("length", "Wrong length", expert.severity.ERROR)
-addExpert("sender", "The library does not take this from this sender", expert.severity.ERROR)
+addExpert("sender", "Nothing is expected from this sender", expert.severity.ERROR)
 addExpert("port", "Not the server's own port: strict mode drops it", expert.severity.WARN)
 addExpert("imposter", "Not the server's own address, which this is a part of: strict mode drops it", expert.severity.WARN)
 addExpert("meaning", "A number without a meaning", expert.severity.WARN)
@@ -115,8 +115,10 @@ local UNREAD = {["discover"] = {bridgeId = true, argument = true}, ["add bridge"
                 ["remove bridge"] = {argument = true}}
 local commandOfNow -- of the datagram that is being dissected
 
+-- The bytes behind a text have no meaning: old ones may stand there.
 function add.string(tree, item, range, travel, field)
-  local leaf = tree:add(fields[item], range)
+  local text = range:raw():match("^[^%z]*")
+  local leaf = tree:add(fields[item], range(0, math.min(#text + 1, range:len())))
   local isRead = not (UNREAD[commandOfNow] and UNREAD[commandOfNow][field.name])
   if isRead and not range:raw():find("%z") then leaf:add_proto_expert_info(experts.unterminated) end
 end
@@ -338,6 +340,15 @@ local function titleOf(server, travel, command, range)
   return "to the " .. server.name .. ": " .. (command or server.request)
 end
 
+-- The status of the Nest server counts with one of its answers only.
+local function judgeNestStatus(branch, range)
+  local record = RECORDS.NestAnswer
+  local status = numberOf(record, "status", range)
+  if numberOf(record, "command", range) == 124 and status ~= 0 and status ~= -1 then
+    branch:add_proto_expert_info(experts.meaning)
+  end
+end
+
 local function dissect(tvb, pinfo, root, server, travel)
   local record = RECORDS[travel == "answer" and server.answer or server.request]
   local range = tvb:range()
@@ -350,6 +361,7 @@ local function dissect(tvb, pinfo, root, server, travel)
   pinfoOfNow, rootOfNow, commandOfNow = pinfo, root, command
   local branch = addRecord(tree, record, range(0, math.min(record.size, range:len())), travel)
   if travel == "request" and range:len() >= record.size then addRequest(branch, server, range, command) end
+  if record == RECORDS.NestAnswer and range:len() >= record.size then judgeNestStatus(branch, range) end
   local title = titleOf(server, travel, command, range)
   pinfo.cols.protocol:set("Tembra")
   pinfo.cols.info:set(title)
@@ -379,7 +391,7 @@ function proto.dissector(tvb, pinfo, root)
   local server = serverAt(pinfo.dst, pinfo.dst_port)
   if not server then return 0 end
   local tree = dissect(tvb, pinfo, root, server, "request")
-  if pinfo.src ~= libraryAddress then tree:add_proto_expert_info(experts.sender) end
+  if pinfo.src ~= libraryAddress or pinfo.src_port ~= LIBRARY.port then tree:add_proto_expert_info(experts.sender) end
   return tvb:len()
 end
 
