@@ -114,6 +114,7 @@ int replay(const Arguments& arguments) {
 int printScenario(const Arguments& arguments) {
   const Traffic traffic = loadTraffic(arguments.replay.file);
   const Home home = Home::load(arguments.router.catalogue, arguments.router.ownDevices);
+  warnWithoutDatabase(traffic);
   std::cout << scenarioText(scenarioOf(traffic, home)) << std::flush;
   if (!arguments.newDatabase.empty()) makeDatabase(arguments.newDatabase, traffic);
   return std::cout.good() ? 0 : kRefused;

@@ -1,6 +1,7 @@
 // tembra-assoc record: the datagrams of the system, the events of its front ends and their log lines, in one file.
 #include <sys/epoll.h>
 #include <sys/stat.h>
+#include <tembra/globals.h>
 
 #include <CLI/CLI.hpp>
 #include <cstring>
@@ -12,11 +13,13 @@
 #include "cli/commands/commands.h"
 #include "cli/display/json_line.h"
 #include "cli/display/terminal.h"
+#include "cli/doctor/facts/database_snapshot.h"
 #include "cli/failure.h"
 #include "cli/record/capture.h"
 #include "cli/record/holders.h"
 #include "cli/record/record_file.h"
 #include "platform/descriptor.h"
+#include "recording/database_lines.h"
 
 namespace tembra::cli {
 namespace {
@@ -66,8 +69,17 @@ class Recorder {
     const int error =
         holders_.read([&first](long long time, const std::string& line) { first.emplace_back(time, line); });
     if (error != 0) complainOnce(error);
-    recording_.emplace(wanted_.file, !wanted_.eventsOnly, wanted_.ring * kMegabyte);
+    recording_.emplace(wanted_.file, !wanted_.eventsOnly, wanted_.ring * kMegabyte, [this] { return deviceLines(); });
     for (auto& [time, line] : first) recording_->line(time, std::move(line));
+  }
+
+  // The devices that a replay begins with.
+  [[nodiscard]] std::vector<std::string> deviceLines() const {
+    std::vector<std::string> lines;
+    for (const recording::DatabaseRecord& record : doctor::readSnapshot(context_, DBName).contents) {
+      lines.push_back(recording::lineOf(record));
+    }
+    return lines;
   }
 
   void look() {

@@ -17,7 +17,9 @@ namespace {
 /// For Wireshark: lines become comments of the next datagram.
 class DatagramFile : public RecordFile {
  public:
-  explicit DatagramFile(const std::filesystem::path& file) : recorder_(file) {}
+  DatagramFile(const std::filesystem::path& file, const std::vector<std::string>& facts) : recorder_(file) {
+    for (const std::string& fact : facts) recorder_.fact(fact);
+  }
 
   // A sentence for people; an event stands behind it for programs, too.
   void line(long long time, const std::string& line) override {
@@ -63,8 +65,8 @@ class LineFile : public RecordFile {
 
 }  // namespace
 
-Recording::Recording(std::filesystem::path file, bool hasDatagrams, std::uintmax_t ring)
-    : path_(std::move(file)), hasDatagrams_(hasDatagrams), ring_(ring) {
+Recording::Recording(std::filesystem::path file, bool hasDatagrams, std::uintmax_t ring, Facts facts)
+    : path_(std::move(file)), hasDatagrams_(hasDatagrams), ring_(ring), facts_(std::move(facts)) {
   std::error_code failure;
   if (ring_ != 0) std::filesystem::remove(path_.string() + ".1", failure);  // of another recording
   open();
@@ -73,7 +75,7 @@ Recording::Recording(std::filesystem::path file, bool hasDatagrams, std::uintmax
 void Recording::open() try {
   file_.reset();
   if (hasDatagrams_) {
-    file_ = std::make_unique<DatagramFile>(path_);
+    file_ = std::make_unique<DatagramFile>(path_, facts_());
   } else {
     file_ = std::make_unique<LineFile>(path_);
   }

@@ -4,9 +4,11 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "cli/record/datagram.h"
 
@@ -31,8 +33,12 @@ class RecordFile {
 /// Puts what comes from several sides into the order of time, and into files of which the older one goes.
 class Recording {
  public:
+  /// What each file begins with, as comments of the recording.
+  using Facts = std::function<std::vector<std::string>()>;
+
   /// @param ring most bytes of both files together; 0: one file without a limit
-  Recording(std::filesystem::path file, bool hasDatagrams, std::uintmax_t ring);
+  /// @param facts asked when a file of datagrams is begun
+  Recording(std::filesystem::path file, bool hasDatagrams, std::uintmax_t ring, Facts facts);
 
   void line(long long time, std::string line);
   void datagram(Datagram datagram);
@@ -60,6 +66,7 @@ class Recording {
   const std::filesystem::path path_;
   const bool hasDatagrams_;
   const std::uintmax_t ring_;
+  const Facts facts_;
   std::unique_ptr<RecordFile> file_;
   std::multimap<long long, Item> waiting_;
   std::size_t datagrams_ = 0;

@@ -49,12 +49,29 @@ std::string numbered(const std::string& name, std::size_t number, const std::str
   return name + (number == 0 ? "" : "-" + std::to_string(number + 1)) + suffix;
 }
 
-// The simulated router's comments tell its first database in hexadecimal digits, where no stand-in is put.
-bool tellsFirstDatabase(const recording::Comment& comment) { return comment.text.starts_with("database "); }
+// A recording tells its first database in hexadecimal digits. A line of it that cannot be read is dropped.
+void replaceIn(recording::Comment& comment, const StandIns& standIns) {
+  if (!comment.text.starts_with("database ")) {
+    comment.text = standIns.replaced(comment.text);
+    return;
+  }
+  auto record = recording::recordIn(comment.text);
+  comment.text = record && replaceIn(*record, standIns) ? recording::lineOf(*record) : "";
+}
+
+/// The database with which a recording began.
+doctor::Snapshot firstDatabase(const Recorded& recorded) {
+  doctor::Snapshot database;
+  for (const RecordedMoment& moment : recorded.moments) {
+    for (const recording::Comment& comment : moment.comments) {
+      if (const auto record = recording::recordIn(comment.text)) database.take(*record);
+    }
+  }
+  return database;
+}
 
 void replaceIn(RecordedMoment& moment, const StandIns& standIns) {
-  std::erase_if(moment.comments, tellsFirstDatabase);
-  for (recording::Comment& comment : moment.comments) comment.text = standIns.replaced(comment.text);
+  for (recording::Comment& comment : moment.comments) replaceIn(comment, standIns);
   if (moment.datagram) replaceIn(*moment.datagram, standIns);
 }
 
@@ -98,6 +115,7 @@ class Bundle {
     standIns_.keepWordsOf(kTitle);
     for (const doctor::Check& check : doctor::allChecks()) standIns_.keepWordsOf(check.question);
     learnFromSystem(standIns_);
+    for (const auto& device : deviceList(firstDatabase(recording_))) learnFrom(device, standIns_);
     for (const Objects* objects : {&devices_, &history_}) {
       for (const auto& each : *objects) learnFrom(each, standIns_);
     }

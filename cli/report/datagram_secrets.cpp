@@ -7,6 +7,8 @@
 #include <cstring>
 #include <span>
 
+#include "depot/keys.h"
+
 namespace tembra::cli::report {
 namespace {
 
@@ -41,7 +43,6 @@ constexpr Field kFields[] = {
     {kHueServer, true, kAnyRecord, Secret::kUser, TEMBRA_FIELD(HueCommand, argument)},
     {kNestServer, true, kAnyRecord, Secret::kCode, TEMBRA_FIELD(NestCommand, text)},
 };
-#undef TEMBRA_FIELD
 
 int recordKindOf(const std::vector<unsigned char>& notice) {
   int kind = kAnyRecord;
@@ -66,6 +67,18 @@ std::string textIn(std::span<const unsigned char> field) {
   return {field.begin(), std::find(field.begin(), field.end(), '\0')};
 }
 
+void replaceText(std::span<unsigned char> field, const StandIns& standIns) {
+  const std::string standIn = standIns.of(textIn(field));
+  std::fill(field.begin(), field.end(), 0);
+  std::copy_n(standIn.begin(), std::min(standIn.size(), field.size()), field.begin());
+}
+
+// As much of a field as the value has.
+std::span<unsigned char> partOf(std::span<unsigned char> value, std::size_t offset, std::size_t size) {
+  offset = std::min(offset, value.size());
+  return value.subspan(offset, std::min(size, value.size() - offset));
+}
+
 }  // namespace
 
 void learnFrom(const recording::Datagram& datagram, StandIns& standIns) {
@@ -76,12 +89,28 @@ void learnFrom(const recording::Datagram& datagram, StandIns& standIns) {
 }
 
 void replaceIn(recording::Datagram& datagram, const StandIns& standIns) {
-  forEachField(datagram, [&standIns](Secret /*secret*/, std::span<unsigned char> field) {
-    const std::string standIn = standIns.of(textIn(field));
-    std::fill(field.begin(), field.end(), 0);
-    std::copy_n(standIn.begin(), std::min(standIn.size(), field.size()), field.begin());
-  });
+  forEachField(datagram,
+               [&standIns](Secret /*secret*/, std::span<unsigned char> field) { replaceText(field, standIns); });
   standIns.replaceIn(reinterpret_cast<char*>(datagram.payload.data()), datagram.payload.size());
 }
+
+bool replaceIn(recording::DatabaseRecord& record, const StandIns& standIns) {
+  auto& [key, value] = record;
+  if (key == depot::kNextIdKey || key == depot::kVersionKey) return true;
+  if (key.find_first_not_of("0123456789.") != std::string::npos) return false;
+  if (depot::isDeviceKey(key)) {
+    replaceText(partOf(value, TEMBRA_FIELD(DeviceRecord, name)), standIns);
+    for (const auto& own :
+         {partOf(value, TEMBRA_FIELD(DeviceRecord, at372)), partOf(value, TEMBRA_FIELD(DeviceRecord, at404))}) {
+      std::ranges::fill(own, 0);
+    }
+  } else {
+    replaceText(partOf(value, TEMBRA_FIELD(IndexRecord, value)), standIns);
+    std::ranges::fill(partOf(value, TEMBRA_FIELD(IndexRecord, at0)), 0);
+  }
+  standIns.replaceIn(reinterpret_cast<char*>(value.data()), value.size());
+  return true;
+}
+#undef TEMBRA_FIELD
 
 }  // namespace tembra::cli::report

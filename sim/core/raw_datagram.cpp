@@ -8,7 +8,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "sim/core/hexadecimal.h"
+#include "recording/hexadecimal.h"
 #include "sim/core/number.h"
 #include "sim/core/sockets.h"
 
@@ -42,7 +42,7 @@ RawDatagram rawDatagramFrom(const std::string& text) {
   if (std::find(std::begin(servers), std::end(servers), sender) != std::end(servers)) datagram.sender = sender;
   if (datagram.sender.empty()) datagram.stranger = addressFrom(sender);
   const auto size = static_cast<std::size_t>(parseNumber(length, 0, kLongestUdp));
-  const auto bytes = bytesFrom(digits);
+  const auto bytes = recording::bytesFrom(digits);
   if (!bytes || bytes->size() > size || !(words >> std::ws).eof()) {
     throw std::invalid_argument("a datagram is SENDER LENGTH DIGITS, with at most LENGTH pairs of hexadecimal digits");
   }
@@ -55,7 +55,7 @@ std::string rawDatagramText(std::string_view sender, std::span<const unsigned ch
   std::size_t used = bytes.size();
   while (used > 0 && bytes[used - 1] == 0) --used;
   return std::string(sender) + " " + std::to_string(bytes.size()) + (used > 0 ? " " : "") +
-         hexadecimal(bytes.first(used));
+         recording::hexadecimal(bytes.first(used));
 }
 
 void sendFrom(const sockaddr_in& sender, std::span<const unsigned char> bytes, std::string_view what,

@@ -7,12 +7,14 @@
 #include <string_view>
 #include <vector>
 
-#include "sim/ha/database_lines.h"
+#include "recording/database_lines.h"
 #include "sim/ha/depot_file.h"
 #include "sim/ha/new_device.h"
 #include "tembra/records.h"
 
 namespace tembra::sim {
+
+using recording::DatabaseRecord;
 
 /// The file is opened and closed within every call, as every reader does; all calls throw what DepotFile throws.
 class DeviceList {

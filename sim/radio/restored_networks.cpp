@@ -19,7 +19,7 @@ void restoreNetworks(const DeviceList& list, RadioNetwork& zwave, RadioNetwork& 
 
 void recordDatabase(const DeviceList& list, Journal& journal) {
   for (const DatabaseRecord& record : list.contents()) {
-    if (const std::string line = lineOf(record); !line.empty()) journal.recordFact(line);
+    if (const std::string line = recording::lineOf(record); !line.empty()) journal.recordFact(line);
   }
 }
 

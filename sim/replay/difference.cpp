@@ -5,7 +5,7 @@
 #include <type_traits>
 
 #include "platform/printable.h"
-#include "sim/core/hexadecimal.h"
+#include "recording/hexadecimal.h"
 #include "sim/core/record_bytes.h"
 #include "sim/ha/notice_check.h"
 #include "sim/replay/commands_sent.h"
@@ -116,7 +116,7 @@ std::string spaced(Bytes bytes) {
   constexpr std::size_t most = 16;
   std::string text;
   for (const unsigned char byte : bytes.first(std::min(most, bytes.size()))) {
-    text.append(text.empty() ? "" : " ").append(hexadecimal({&byte, 1}));
+    text.append(text.empty() ? "" : " ").append(recording::hexadecimal({&byte, 1}));
   }
   return text + (bytes.size() > most ? " ..." : "");
 }

@@ -35,6 +35,7 @@ milliseconds lateEnd(milliseconds wait) { return wait + wait / 8; }
 // The database of the recording, unless there is one already.
 std::string withDatabase(const std::string& path, const Traffic& traffic) {
   const bool isThere = std::filesystem::exists(path);
+  if (!isThere) warnWithoutDatabase(traffic);
   if (!isThere) makeDatabase(path, traffic);
   if (isThere && !traffic.database.empty() && DeviceList(path).contents() != traffic.database) {
     std::cerr << "tembra-sim: the database " << path

@@ -35,7 +35,7 @@ std::optional<RecordedDatagram> changeIn(const recording::Comment& comment) {
 
 void keepComments(const std::vector<recording::Comment>& comments, Traffic& traffic) {
   for (const recording::Comment& comment : comments) {
-    if (auto record = recordIn(comment.text)) traffic.database.push_back(std::move(*record));
+    if (auto record = recording::recordIn(comment.text)) traffic.database.push_back(std::move(*record));
     if (auto change = changeIn(comment)) traffic.datagrams.push_back(std::move(*change));
   }
 }
@@ -96,6 +96,14 @@ Traffic loadTraffic(const std::filesystem::path& file) try {
   return traffic;
 } catch (const std::runtime_error& failure) {
   throw std::runtime_error(file.string() + ": " + failure.what());
+}
+
+void warnWithoutDatabase(const Traffic& traffic) {
+  if (!traffic.database.empty()) return;
+  std::cerr
+      << "tembra-sim: the recording holds no device list, so there are no devices at first. What was known then is "
+         "new now, unless --db names a copy of the device database of then"
+      << std::endl;
 }
 
 void makeDatabase(const std::string& path, const Traffic& traffic) {

@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
+#include "recording/database_lines.h"
 #include "sim/core/endpoints.h"
-#include "sim/ha/database_lines.h"
 
 namespace tembra::sim {
 
@@ -49,12 +49,15 @@ struct RecordedDatagram {
 
 struct Traffic {
   std::vector<RecordedDatagram> datagrams;
-  std::vector<DatabaseRecord> database;  ///< when the recording began; empty: the recording does not say
-  bool isCut = false;                    ///< the file ends in the middle of a block
+  std::vector<recording::DatabaseRecord> database;  ///< when the recording began; empty: the recording does not say
+  bool isCut = false;                               ///< the file ends in the middle of a block
 };
 
 /// Throws one sentence that says what is wrong. Tells on standard error that a recording was cut off.
 Traffic loadTraffic(const std::filesystem::path& file);
+
+/// Tells on standard error that a recording does not say which devices there were.
+void warnWithoutDatabase(const Traffic& traffic);
 
 /// Makes the database with which the recording began. Throws when something stands in its place.
 void makeDatabase(const std::string& path, const Traffic& traffic);

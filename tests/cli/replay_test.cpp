@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "kit/database.h"
+#include "sim/support/recording_maker.h"
 #include "support/program.h"
 #include "support/sim_router.h"
 
@@ -248,6 +249,22 @@ TEST(AFolder, IsNoRecording) {
     EXPECT_EQ(Program({TEMBRA_SIM_PROGRAM, command, "/tmp"}).end().errors,
               "tembra-sim: /tmp: is a folder and no recording\n");
   }
+}
+
+// As tcpdump records: what devices there were is not in it.
+TEST(ARecordingWithoutADeviceList, IsPlayedWithAWarning) {
+  namespace maker = sim::test;
+  constexpr std::uint32_t kPcap = 0xA1B2C3D4;
+  constexpr std::uint16_t kRawIp = 101;
+  std::ofstream(kRecording, std::ios::binary)
+      << maker::pcap(maker::Order::kLittle, kPcap, kRawIp)
+      << maker::pcapPacket(maker::Order::kLittle, 1'000, 0, maker::ipv4("what the Z-Wave server says"));
+  const std::string warning = "tembra-sim: the recording holds no device list";
+  EXPECT_EQ(Program({TEMBRA_SIM_PROGRAM, "scenario", kRecording}).end().errors.find(warning), 0U);
+  Program router({TEMBRA_SIM_PROGRAM, "replay", kRecording});
+  router.waitFor("tembra-sim: ready");
+  stopRouter();
+  EXPECT_EQ(router.end().errors.find(warning), 0U);
 }
 
 // Its recorder lost its power. What it wrote before is played.

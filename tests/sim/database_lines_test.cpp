@@ -1,5 +1,5 @@
 // Records of a database as comments of a recording, and back.
-#include "sim/ha/database_lines.h"
+#include "recording/database_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -8,6 +8,10 @@
 
 namespace tembra::sim::test {
 namespace {
+
+using recording::DatabaseRecord;
+using recording::lineOf;
+using recording::recordIn;
 
 TEST(DatabaseLine, HoldsARecordToTheByte) {
   for (const DatabaseRecord& record : {DatabaseRecord{"NextDevid", {'3'}}, DatabaseRecord{"3.1", {1, 0, 255, 0, 0}},

@@ -129,26 +129,12 @@ class Reader {
   void take(long long offset, const depot::Record& record) {
     ++snapshot_.records;
     std::string key(std::min<std::size_t>(static_cast<std::size_t>(record.keySize), kLongestValue), '\0');
-    std::string value(std::min<std::size_t>(static_cast<std::size_t>(record.valueSize), kLongestValue), '\0');
+    std::vector<unsigned char> value(std::min<std::size_t>(static_cast<std::size_t>(record.valueSize), kLongestValue));
     if (!file_.read(offset + static_cast<long long>(sizeof record), key.data(), key.size()) ||
         !file_.read(offset + record.keyEnd(), value.data(), value.size())) {
       return complain("a record is cut off");
     }
-    store(key, value);
-  }
-
-  void store(const std::string& key, const std::string& value) {
-    if (key.empty()) return;  // a record of zeros
-    if (key == depot::kNextIdKey) {
-      snapshot_.nextId = value.substr(0, value.find('\0'));
-    } else if (depot::isDeviceKey(key)) {
-      StoredRecord& stored = snapshot_.devices.emplace_back(StoredRecord{key, {}});
-      std::memcpy(&stored.device, value.data(), std::min(value.size(), sizeof stored.device));
-    } else if (key != depot::kVersionKey) {
-      IndexRecord record{};
-      std::memcpy(&record, value.data(), std::min(value.size(), sizeof record));
-      snapshot_.values[key] = fieldText(record.value);
-    }
+    if (!key.empty()) snapshot_.take({key, value});  // else a record of zeros
   }
 
   const int descriptor_;
@@ -172,6 +158,20 @@ std::optional<HueSlots> hueSlotsOf(const StoredRecord& stored) {
   if (type == "HueLamp") return HueSlots{id + ".1", id + ".9"};
   if (type == "MultilevelSwitchOnOff") return HueSlots{id + ".3", id + ".5"};
   return std::nullopt;
+}
+
+void Snapshot::take(const recording::DatabaseRecord& record) {
+  const auto& [key, value] = contents.emplace_back(record);
+  if (key == depot::kNextIdKey) {
+    nextId = std::string(value.begin(), std::ranges::find(value, 0));
+  } else if (depot::isDeviceKey(key)) {
+    StoredRecord& stored = devices.emplace_back(StoredRecord{key, {}});
+    std::memcpy(&stored.device, value.data(), std::min(value.size(), sizeof stored.device));
+  } else if (key != depot::kVersionKey) {
+    IndexRecord index{};
+    std::memcpy(&index, value.data(), std::min(value.size(), sizeof index));
+    values[key] = fieldText(index.value);
+  }
 }
 
 std::size_t Snapshot::numberedDevices() const {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cli/context.h"
+#include "recording/database_lines.h"
 
 namespace tembra::cli::doctor {
 
@@ -32,9 +33,14 @@ struct Snapshot {
   int records = 0;
   std::string damage;               ///< "it ends within its header"; empty: none
   bool isRepairedWhenUsed = false;  ///< the library finds the damage; else it reads the file as far as it can
+  std::vector<recording::DatabaseRecord>
+      contents;  ///< every record in the file's order, as far as the library reads it
   std::vector<StoredRecord> devices;
   std::map<std::string, std::string> values;  ///< "12.9": the text of that value slot
   std::optional<std::string> nextId;
+
+  /// A record that was read.
+  void take(const recording::DatabaseRecord& record);
 
   /// Those whose key is a number, as the HA server writes them.
   [[nodiscard]] std::size_t numberedDevices() const;

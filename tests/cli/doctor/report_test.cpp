@@ -243,11 +243,23 @@ TEST(Report, GivesANameOneStandIn) {
   EXPECT_NE(parts.at("recording.pcapng").find(standIn), std::string::npos) << standIn;
 }
 
-// A replay begins with these devices; the recording tells them in hexadecimal digits.
-TEST(Report, LeavesOutTheFirstDatabaseOfARecording) {
-  Database().put(Device(1, kSensor).zwave(5));
-  SimRouter{{"--record", kRecording}}.stop();
-  EXPECT_FALSE(holds(partsOf(report({})).at("recording.pcapng"), "mirror"));
+// A replay begins with these devices, which the recording tells in hexadecimal digits. The rest of their records is the
+// HA server's own.
+TEST(Report, KeepsTheFirstDatabaseOfARecordingWithStandIns) {
+  Device sensor = Device(1, kSensor).zwave(5);
+  std::strcpy(reinterpret_cast<char*>(sensor.record().at404), kSensorPlace);
+  Database().put(sensor);
+  Database().put("rooms", std::string(kPlugPlace));
+  SimRouter router{{"--record", kRecording}};
+  EXPECT_EQ(run({"hue", "discover"}).status, 0);
+  router.stop();
+  std::filesystem::remove("/tmp/ddb");  // the report learns the name from the recording
+  const std::string recording = partsOf(report({})).at("recording.pcapng");
+  for (const char* secret : {"mirror", "study", "attic"}) EXPECT_FALSE(holds(recording, secret)) << secret;
+  writeFile("/tmp/reported.pcapng", recording);
+  Program({TEMBRA_SIM_PROGRAM, "scenario", "/tmp/reported.pcapng", "--make-db", "/tmp/ddb"}).end();
+  const std::string device = Database().all().at("1");
+  EXPECT_EQ(std::strlen(&device.at(offsetof(DeviceRecord, name))), std::strlen(kSensor));
   std::filesystem::remove(kReport);
   EXPECT_TRUE(holds(partsOf(report({"--with-names"})).at("recording.pcapng"), "mirror"));
 }

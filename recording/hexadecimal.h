@@ -1,6 +1,6 @@
 // Bytes in the words of people.
-#ifndef TEMBRA_SIM_CORE_HEXADECIMAL_H
-#define TEMBRA_SIM_CORE_HEXADECIMAL_H
+#ifndef TEMBRA_RECORDING_HEXADECIMAL_H
+#define TEMBRA_RECORDING_HEXADECIMAL_H
 
 #include <optional>
 #include <span>
@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tembra::sim {
+namespace tembra::recording {
 
 /// "02ff00"
 std::string hexadecimal(std::span<const unsigned char> bytes);
@@ -16,6 +16,6 @@ std::string hexadecimal(std::span<const unsigned char> bytes);
 /// None: the text is no row of pairs of hexadecimal digits.
 std::optional<std::vector<unsigned char>> bytesFrom(std::string_view digits);
 
-}  // namespace tembra::sim
+}  // namespace tembra::recording
 
 #endif

@@ -1,11 +1,11 @@
-#include "sim/ha/database_lines.h"
+#include "recording/database_lines.h"
 
 #include <span>
 #include <sstream>
 
-#include "sim/core/hexadecimal.h"
+#include "recording/hexadecimal.h"
 
-namespace tembra::sim {
+namespace tembra::recording {
 namespace {
 
 constexpr std::string_view kDatabaseWord = "database";
@@ -36,4 +36,4 @@ std::optional<DatabaseRecord> recordIn(std::string_view line) {
   return DatabaseRecord{key, std::move(*value)};
 }
 
-}  // namespace tembra::sim
+}  // namespace tembra::recording

@@ -1,9 +1,9 @@
-#include "sim/core/hexadecimal.h"
+#include "recording/hexadecimal.h"
 
 #include <charconv>
 #include <system_error>
 
-namespace tembra::sim {
+namespace tembra::recording {
 
 std::string hexadecimal(std::span<const unsigned char> bytes) {
   constexpr char digits[] = "0123456789abcdef";
@@ -28,4 +28,4 @@ std::optional<std::vector<unsigned char>> bytesFrom(std::string_view digits) {
   return bytes;
 }
 
-}  // namespace tembra::sim
+}  // namespace tembra::recording

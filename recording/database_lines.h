@@ -1,6 +1,6 @@
 // The records of a database as lines of text, which a recording keeps as comments.
-#ifndef TEMBRA_SIM_HA_DATABASE_LINES_H
-#define TEMBRA_SIM_HA_DATABASE_LINES_H
+#ifndef TEMBRA_RECORDING_DATABASE_LINES_H
+#define TEMBRA_RECORDING_DATABASE_LINES_H
 
 #include <optional>
 #include <string>
@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace tembra::sim {
+namespace tembra::recording {
 
 using DatabaseRecord = std::pair<std::string, std::vector<unsigned char>>;
 
@@ -19,6 +19,6 @@ std::string lineOf(const DatabaseRecord& record);
 /// None: the line is about something else.
 std::optional<DatabaseRecord> recordIn(std::string_view line);
 
-}  // namespace tembra::sim
+}  // namespace tembra::recording
 
 #endif
