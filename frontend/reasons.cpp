@@ -104,17 +104,17 @@ const char* whenOf(int phase) {
   return phase >= 0 && phase < static_cast<int>(std::size(kWhen)) ? kWhen[phase] : nullptr;
 }
 
-struct Refusal {
+struct RefusalText {
   int error;
   const char* text;
 };
-constexpr Refusal kRefusals[] = {{0, ""},
-                                 {EBUSY, "Something else is still under way."},
-                                 {ESRCH, "There is nothing to do this with."},
-                                 {EINVAL, "This is not possible."},
-                                 {EMSGSIZE, "This text is too long."},
-                                 {EILSEQ, "This text has characters that are not allowed."},
-                                 {EBADF, "The front-end kit could not be made."}};
+constexpr RefusalText kRefusalTexts[] = {{0, ""},
+                                         {EBUSY, "Something else is still under way."},
+                                         {ESRCH, "There is nothing to do this with."},
+                                         {EINVAL, "This is not possible."},
+                                         {EMSGSIZE, "This text is too long."},
+                                         {EILSEQ, "This text has characters that are not allowed."},
+                                         {EBADF, "The front-end kit could not be made."}};
 
 std::string valueOf(std::string_view key, const Filling& filling) {
   if (key == "server") return serverName(filling.server) == nullptr ? "unknown" : serverName(filling.server);
@@ -173,7 +173,7 @@ const char* tembra_reason_advice(int reason) {
 const char* tembra_phase_text(int phase) { return whenOf(phase); }
 
 const char* tembra_refusal_text(int error) {
-  for (const Refusal& each : kRefusals) {
+  for (const RefusalText& each : kRefusalTexts) {
     if (each.error == error) return each.text;
   }
   return std::strerror(error);
