@@ -40,6 +40,8 @@ End endOfOpening(const tembra_failure& failure) {
       return failed(TEMBRA_REASON_IN_USE);
     case TEMBRA_OPENING_NO_THREAD:
       return failed(TEMBRA_REASON_NO_THREAD, 0, failure.error);
+    case TEMBRA_OPENING_NO_MEMORY:
+      return failed(TEMBRA_REASON_NO_MEMORY, 0, failure.error);
     case TEMBRA_OPENING_REPLACED:
       return failed(TEMBRA_REASON_CONNECTION_LOST);
     default:

@@ -130,6 +130,7 @@ void throwUnlessSent(const Attempt& attempt) {
   if (attempt.opening.count != attempt.openingsBefore) {
     const int cause = attempt.opening.cause;
     const auto number = cause == TEMBRA_OPENING_IN_USE      ? TEMBRA_REASON_IN_USE
+                        : cause == TEMBRA_OPENING_NO_MEMORY ? TEMBRA_REASON_NO_MEMORY
                         : cause == TEMBRA_OPENING_NO_THREAD ? TEMBRA_REASON_NO_THREAD
                                                             : TEMBRA_REASON_NO_SOCKET;
     throw Failure(kNoConnection, reasonOf(number, {"", attempt.opening.text}));

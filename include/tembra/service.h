@@ -41,7 +41,8 @@ enum tembra_opening_cause {
   TEMBRA_OPENING_IN_USE = 1,     ///< a front end, perhaps this one, has the connection open
   TEMBRA_OPENING_NO_SOCKET = 2,  ///< the system refused the socket or its address, as `error` says
   TEMBRA_OPENING_NO_THREAD = 3,  ///< the connection is open, but its receive thread did not start; ETIMEDOUT: not yet
-  TEMBRA_OPENING_REPLACED = 4    ///< another thread closed or replaced the connection meanwhile; `error` is 0
+  TEMBRA_OPENING_REPLACED = 4,   ///< another thread closed or replaced the connection meanwhile; `error` is 0
+  TEMBRA_OPENING_NO_MEMORY = 5   ///< memory was short for the socket: ENOMEM
 };
 
 /// The last failure of a kind.

@@ -49,7 +49,10 @@ bool awaitsOpener(unsigned /*unused*/) { return start == Start::kAwaitsOpener; }
 bool isReceiving(unsigned /*unused*/) { return receivesUnderWay > 0; }
 
 int fail(const char* message) {
-  tembra::recordOpeningFailure(errno == EADDRINUSE ? TEMBRA_OPENING_IN_USE : TEMBRA_OPENING_NO_SOCKET, errno);
+  const auto cause = errno == EADDRINUSE ? TEMBRA_OPENING_IN_USE
+                     : errno == ENOMEM   ? TEMBRA_OPENING_NO_MEMORY
+                                         : TEMBRA_OPENING_NO_SOCKET;
+  tembra::recordOpeningFailure(cause, errno);
   tembra::displayError(message);
   return -1;
 }

@@ -54,7 +54,7 @@ void closeMeanwhile(Router& router) {
 const Opening kOpenings[] = {
     {"InUse", [](Router& router) { router.open(); }, -1, TEMBRA_OPENING_IN_USE, EADDRINUSE},
     {"NoDescriptor", [](Router& router) { router.fail(Call::kSocket, EMFILE); }, -1, TEMBRA_OPENING_NO_SOCKET, EMFILE},
-    {"NoMemory", [](Router& router) { router.fail(Call::kSocket, ENOMEM); }, -1, TEMBRA_OPENING_NO_SOCKET, ENOMEM},
+    {"NoMemory", [](Router& router) { router.fail(Call::kSocket, ENOMEM); }, -1, TEMBRA_OPENING_NO_MEMORY, ENOMEM},
     {"NoPriority", [](Router& router) { router.fail(Call::kSetPriority, EPERM); }, -1, TEMBRA_OPENING_NO_SOCKET, EPERM},
     {"NoAddress", [](Router& router) { router.fail(Call::kBind, EADDRNOTAVAIL); }, -1, TEMBRA_OPENING_NO_SOCKET,
      EADDRNOTAVAIL},

@@ -28,6 +28,7 @@ static_assert(offsetof(KnownHistory, lost) == kSize + 4 && sizeof(KnownHistory) 
 static_assert(TEMBRA_FAILURE_SEND == 1 && TEMBRA_FAILURE_OPENING == 2);
 static_assert(TEMBRA_OPENING_IN_USE == 1 && TEMBRA_OPENING_NO_SOCKET == 2);
 static_assert(TEMBRA_OPENING_NO_THREAD == 3 && TEMBRA_OPENING_REPLACED == 4);
+static_assert(TEMBRA_OPENING_NO_MEMORY == 5);
 static_assert(TEMBRA_RADIO_OTHER == 0 && TEMBRA_RADIO_ZIGBEE == 1 && TEMBRA_RADIO_ZWAVE == 2 && TEMBRA_RADIO_IP == 3);
 
 TEST(ServiceStructures, ALargerOneKeepsWhatTheLibraryDoesNotKnow) {
