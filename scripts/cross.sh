@@ -17,6 +17,7 @@ jobs=$(nproc)
 exceptions() {
   local where="all|$1"
   [[ $1 == i386 ]] || where+="|emulated"
+  [[ $1 == arm64 ]] || where+="|32-bit"
   sed --quiet --regexp-extended "s/^($where) +([^ ]+) .*/\2/p" scripts/cross_exceptions | paste --serial --delimiters='|'
 }
 

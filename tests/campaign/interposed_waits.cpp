@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <ctime>
 #include <map>
 #include <memory>
@@ -130,6 +131,23 @@ extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
   *time = campaign::toTimespec(world->now());
   return 0;
 }
+
+#if __SIZEOF_POINTER__ == 4
+// The C++ library of 32 bits was built with short times, and their call has the plain name.
+struct ShortTime {
+  std::int32_t seconds;
+  std::int32_t nanoseconds;
+};
+
+extern "C" int clockGettimeShort(clockid_t clock, ShortTime* time) noexcept __asm__("clock_gettime");
+
+extern "C" int clockGettimeShort(clockid_t clock, ShortTime* time) noexcept {
+  timespec whole{};
+  const int result = clock_gettime(clock, &whole);
+  *time = {static_cast<std::int32_t>(whole.tv_sec), static_cast<std::int32_t>(whole.tv_nsec)};
+  return result;
+}
+#endif
 
 extern "C" int poll(pollfd* entries, nfds_t count, int milliseconds) {
   const std::span<pollfd> all(entries, count);
