@@ -1,11 +1,15 @@
 // tembra-sim: the simulated router, and the buttons of the devices around it.
 #include <tembra/version.h>
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <array>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -15,6 +19,7 @@
 #include "platform/printable.h"
 #include "sim/control/control_client.h"
 #include "sim/control/control_path.h"
+#include "sim/fitted_stream.h"
 #include "sim/replay/replay.h"
 #include "sim/replay/to_scenario.h"
 #include "sim/router.h"
@@ -53,16 +58,20 @@ struct Arguments {
 
 int printDevices(const Arguments& arguments) {
   const Home home = Home::load(arguments.router.catalogue, arguments.router.ownDevices);
+  std::array<char, 96> facts{};
   for (const ZwaveDevice& device : home.zwave.devices()) {
-    std::printf("%-22s 0x%.2x/0x%.2x/0x%.2x  %2zu classes, %2zu values  %s\n", device.label.c_str(), device.basicClass,
-                device.genericClass, device.specificClass, device.commandClasses.size(), device.values.size(),
-                tembra::printable(device.description).c_str());
+    std::snprintf(facts.data(), facts.size(), "%-22s 0x%.2x/0x%.2x/0x%.2x  %2zu classes, %2zu values  ",
+                  device.label.c_str(), device.basicClass, device.genericClass, device.specificClass,
+                  device.commandClasses.size(), device.values.size());
+    std::cout << facts.data() << tembra::printable(device.description) << '\n';
   }
   for (const ZigbeeDevice& device : home.zigbee.devices()) {
-    std::printf("%-22s ZigBee zone 0x%.4x  %2zu clusters  %s\n", device.label.c_str(), device.zoneType,
-                device.clusters.size(), tembra::printable(device.description).c_str());
+    std::snprintf(facts.data(), facts.size(), "%-22s ZigBee zone 0x%.4x  %2zu clusters  ", device.label.c_str(),
+                  device.zoneType, device.clusters.size());
+    std::cout << facts.data() << tembra::printable(device.description) << '\n';
   }
-  std::printf("%-22s link button of the Hue bridges\n", std::string(kHueButton).c_str());
+  std::snprintf(facts.data(), facts.size(), "%-22s link button of the Hue bridges\n", std::string(kHueButton).c_str());
+  std::cout << facts.data();
   return 0;
 }
 
@@ -234,9 +243,7 @@ void addCommands(CLI::App& app, Arguments& arguments, Action& chosen) {
       arguments);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) try {
+int parseAndAct(int argc, char** argv, std::optional<FittedStream>& output) {
   Arguments arguments;
   arguments.router.control = defaultControlPath();
   arguments.router.catalogue = defaultCatalogue();
@@ -258,8 +265,19 @@ int main(int argc, char** argv) try {
     std::cerr << "tembra-sim: " << tembra::printable(mistake.what()) << '\n';
     return kUsage;
   }
+  if (action == printScenario) output.reset();  // a text of JSON has ends of lines of its own
   return action(arguments);
-} catch (const std::exception& failure) {
-  std::cerr << "tembra-sim: " << tembra::printable(failure.what()) << '\n';
-  return kRefused;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const FittedStream errors(std::cerr, STDERR_FILENO);
+  try {
+    std::optional<FittedStream> output(std::in_place, std::cout, STDOUT_FILENO);
+    return parseAndAct(argc, argv, output);
+  } catch (const std::exception& failure) {
+    std::cerr << "tembra-sim: " << tembra::printable(failure.what()) << '\n';
+    return kRefused;
+  }
 }

@@ -1,11 +1,14 @@
 #include "timeline.h"
 
+#include <unistd.h>
+
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <string>
 
+#include "fitting.h"
 #include "platform/printable.h"
 
 namespace tembra::words {
@@ -36,7 +39,7 @@ void say(std::string_view from, std::string_view to, std::string_view what) {
   std::snprintf(seconds.data(), seconds.size(), "%8.3fs  ", uptime() - start);
   std::string line = seconds.data();
   line.append(from).append(" -> ").append(to).append("   ").append(what);
-  line = printable(line) + "\n";
+  line = fitted(printable(line), STDOUT_FILENO) + "\n";
   std::fwrite(line.data(), 1, line.size(), stdout);
   std::fflush(stdout);
 }

@@ -57,6 +57,13 @@ std::vector<std::string> linesOn(const std::string& screen) {
   return lines;
 }
 
+void expectNarrow(const std::string& screen, std::size_t columns) {
+  for (const std::string& line : linesOn(screen)) {
+    const bool isOneWord = line.find(' ', std::min(line.find_first_not_of(' '), line.size())) == std::string::npos;
+    EXPECT_TRUE(line.size() < columns || isOneWord) << line;
+  }
+}
+
 TEST(NarrowTerminal, BreaksSentencesAtBlanks) {
   Terminal wide(assocCommand({"remove"}), Clock::kReal, 40);
   wide.waitFor("Remove the next device whose button is\r\npressed from the home and the device\r\nlist?\r\n");
@@ -67,11 +74,25 @@ TEST(NarrowTerminal, BreaksSentencesAtBlanks) {
        {std::vector<std::string>{"remove", "--yes"}, {"status"}, {"devices"}, {"cancel"}, {"add", "--help"}}) {
     Terminal narrow(assocCommand(command), Clock::kReal, 20);
     static_cast<void>(narrow.end());
-    for (const std::string& line : linesOn(narrow.screen())) {
-      const bool isOneWord = line.find(' ', std::min(line.find_first_not_of(' '), line.size())) == std::string::npos;
-      EXPECT_TRUE(line.size() < 20 || isOneWord) << line;
-    }
+    expectNarrow(narrow.screen(), 20);
   }
+}
+
+TEST(NarrowTerminal, BreaksTheLinesOfTheSimulatorToo) {
+  for (const std::vector<std::string>& command : {std::vector<std::string>{"run", "--help"}, {"devices"}, {"paint"}}) {
+    std::vector<std::string> words = {TEMBRA_SIM_PROGRAM};
+    words.insert(words.end(), command.begin(), command.end());
+    Terminal narrow(words, Clock::kReal, 40);
+    static_cast<void>(narrow.end());
+    expectNarrow(narrow.screen(), 40);
+  }
+  Terminal router({TEMBRA_SIM_PROGRAM, "run", "--timeline"}, Clock::kReal, 40);
+  router.waitFor("tembra-sim: ready\r\n");
+  EXPECT_EQ(Program({TEMBRA_SIM_PROGRAM, "press", "siren"}).end().status, 1);
+  router.waitFor("siren -> Z-Wave server\r\n");
+  router.waitFor("button pressed\r\n");
+  EXPECT_EQ(Program({TEMBRA_SIM_PROGRAM, "stop"}).end().status, 0);
+  EXPECT_EQ(router.end(), 0);
 }
 
 TEST(NarrowTerminal, PutsWhatAnOptionMeansBelowIt) {
