@@ -69,7 +69,7 @@ void putText(char* field, std::size_t size, std::string_view text) {
     if (next == 0 || length + next >= size) break;
     length += next;
   }
-  std::memcpy(field, text.data(), length);
+  text.copy(field, length);  // of an empty view, too, which has no address
   field[length] = '\0';
 }
 
