@@ -234,9 +234,10 @@ const tembra_account* tembra_event_account(const tembra_event* event) { return d
 const tembra_step* tembra_event_step(const tembra_event* event) { return detailOf<tembra_step>(event); }
 const tembra_warning* tembra_event_warning(const tembra_event* event) { return detailOf<tembra_warning>(event); }
 const tembra_ended* tembra_event_ended(const tembra_event* event) { return detailOf<tembra_ended>(event); }
-const tembra_device* tembra_event_listed(const tembra_event* event, size_t index) {
+const tembra_device* tembra_event_listed(const tembra_event* event, int index) {
   const auto* devices = detailOf<std::vector<tembra_device>>(event);
-  return devices == nullptr || index >= devices->size() ? nullptr : &(*devices)[index];
+  const bool isListed = devices != nullptr && index >= 0 && static_cast<std::size_t>(index) < devices->size();
+  return isListed ? &(*devices)[static_cast<std::size_t>(index)] : nullptr;
 }
 const char* tembra_event_json(const tembra_event* event) { return event == nullptr ? nullptr : event->json.c_str(); }
 

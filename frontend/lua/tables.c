@@ -76,7 +76,7 @@ void push_device(lua_State* lua, const struct tembra_device* device) {
 static void set_devices(lua_State* lua, const tembra_event* event) {
   const struct tembra_device* device = NULL;
   lua_newtable(lua);
-  for (int i = 0; (device = tembra_event_listed(event, (size_t)i)) != NULL; ++i) {
+  for (int i = 0; (device = tembra_event_listed(event, i)) != NULL; ++i) {
     push_device(lua, device);
     lua_rawseti(lua, -2, i + 1);
   }

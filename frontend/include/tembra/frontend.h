@@ -162,8 +162,12 @@ TEMBRA_API int tembra_frontend_finish(tembra_frontend* kit, int type, const char
 
 /// Cancels what runs: ENDED within 100 ms, "cancelled", unless the operation ended before. The reason
 /// TEMBRA_REASON_CANCELLED_LATE says that it may be done all the same: a device was leaving, the HA server had a new
-/// one, the Hue or Nest server had its command, or radios were being reset. A reset goes on to its end, which takes up
-/// to 9 seconds; until then the phase is TEMBRA_PHASE_CLOSING. @return 0; ESRCH when nothing runs
+/// one, the Hue or Nest server had its command, or radios were being reset.
+///
+/// A call of the library that is under way goes on behind ENDED: a reset for up to 9 seconds, and one that waits for
+/// the database until the other process is done with it, without limit. Until then the phase of tembra_frontend_state
+/// is TEMBRA_PHASE_CLOSING, and a start returns EBUSY. No event tells the end: start again every 100 ms or so.
+/// @return 0; ESRCH when nothing runs
 TEMBRA_API int tembra_frontend_cancel(tembra_frontend* kit);
 
 // ---- Events --------------------------------------------------------------------------------------------------------
@@ -237,7 +241,7 @@ struct tembra_device_event {
   int id;                       ///< device id
   int type;                     ///< ADDED: the DevType in the database; else 0
   char name[TEMBRA_NAME_SIZE];  ///< ADDED: the name in the database; else the name that it had there
-  char place[180];              ///< ADDED: where it is; else empty
+  char place[180];              ///< ADDED: as sent to the HA server, the list of devices has none; else empty
 };
 
 /// Of TEMBRA_EVENT_BRIDGES: how many there are. tembra_event_bridge has each.
@@ -370,7 +374,7 @@ TEMBRA_API const struct tembra_ended* tembra_event_ended(const tembra_event* eve
 
 /// Of TEMBRA_EVENT_DEVICES: the device with this index, 0 for the first in the database's file. Null behind the last.
 /// Its texts are as stored, so they may be no UTF-8.
-TEMBRA_API const struct tembra_device* tembra_event_listed(const tembra_event* event, size_t index);
+TEMBRA_API const struct tembra_device* tembra_event_listed(const tembra_event* event, int index);
 
 /// The event as one JSON object on one line, see the installed schema tembra-event.schema.json.
 TEMBRA_API const char* tembra_event_json(const tembra_event* event);

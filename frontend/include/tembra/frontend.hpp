@@ -93,6 +93,8 @@ class Frontend {
   [[nodiscard]] Result finish(int type = 0, const std::string& name = {}, const std::string& place = {}) {
     return call(tembra_frontend_finish, type, name, place);
   }
+  /// Cancels what runs: Ended comes within 100 ms. A call of the library may go on behind it, and no event tells its
+  /// end: where a start then says busy, try again every 100 ms or so.
   Result cancel() { return call(tembra_frontend_cancel); }
 
   /// Readable while there are events. -1: no kit.

@@ -38,12 +38,12 @@ struct Found {
   std::size_t placeRoom;     ///< longest place in bytes
 };
 
-/// The database has the device.
+/// The database has the device: id, type and name are those in it.
 struct Added {
   int id;
   int type;
   std::string name;
-  std::string place;
+  std::string place;  ///< as sent to the HA server; the library cannot read it in the database
 };
 
 /// A device leaves.
@@ -227,7 +227,7 @@ inline Device device(const tembra_device& c) {
 
 inline Devices devices(const tembra_event* c) {
   Devices all;
-  for (std::size_t i = 0; const tembra_device* each = tembra_event_listed(c, i); ++i) {
+  for (int i = 0; const tembra_device* each = tembra_event_listed(c, i); ++i) {
     all.devices.push_back(device(*each));
   }
   return all;

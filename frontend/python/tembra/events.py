@@ -91,11 +91,11 @@ class Found(Proposal, Event):
 
 @dataclasses.dataclass(frozen=True)
 class Added(Event):
-    """The database has the device."""
+    """The database has the device: id, name and type are those in it."""
     id: int
     name: str
     type: DeviceType
-    place: str
+    place: str  # as sent to the HA server; the library cannot read it in the database
 
 
 @dataclasses.dataclass(frozen=True)

@@ -154,7 +154,11 @@ class Frontend:
         self._call(C.tembra_frontend_finish, _number(number, "a device type"), _text(name), _text(place))
 
     def cancel(self) -> bool:
-        """Cancels what runs. Returns False when nothing runs."""
+        """Cancels what runs: Ended comes within 100 ms. Returns False when nothing runs.
+
+        A call of the library may go on behind it, and no event tells its end: where a start then raises Refused with
+        EBUSY, try again every 100 ms or so.
+        """
         error = C.tembra_frontend_cancel(self._open())
         if error not in (0, errno.ESRCH):
             raise Refused(error)
