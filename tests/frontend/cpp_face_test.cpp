@@ -7,6 +7,7 @@
 
 #include <tembra/version.h>
 #include <tembra/frontend.hpp>
+#include <tembra/watch.hpp>
 
 #include <algorithm>
 #include <cerrno>
@@ -71,6 +72,36 @@ TEST(Servers, AreThereWhileTheyListen) {
     }
   }
   EXPECT_EQ(tembra_server_listens(SERVER_HA), 0);
+}
+
+TEST(CppFace, WatchesAndCancels) {
+  constexpr char kPath[] = "/tmp/watched/front-end";
+  EXPECT_FALSE(tembra::Watch(kPath));
+  EXPECT_EQ(errno, ENOENT);
+  EXPECT_FALSE(tembra::holder(kPath));
+  EXPECT_EQ(errno, ENOENT);
+  ASSERT_EQ(tembra_server_listens(SERVER_HUE), 0) << "the addresses are known from now on";
+  const Stand server(adr_hueserver);
+  tembra::Options options;
+  options.program = "face";
+  options.watchPath = kPath;
+  Frontend kit(options);
+  ASSERT_EQ(kit.hueDiscover(), Result::ok);
+  ASSERT_TRUE(kit.next(10s)->as<tembra::Waiting>());
+  const auto holder = tembra::holder(kPath, 10s);
+  ASSERT_TRUE(holder);
+  EXPECT_EQ(holder->program, "face");
+  EXPECT_EQ(holder->operation, "hue-discover");
+  tembra::Watch watch(kPath);
+  ASSERT_TRUE(watch);
+  EXPECT_GE(watch.descriptor(), 0);
+  EXPECT_NE(watch.next(10s).value_or("").find(R"("holder")"), std::string::npos);
+  EXPECT_FALSE(watch.next(0ms));
+  EXPECT_EQ(errno, ETIMEDOUT);
+  EXPECT_EQ(watch.cancel(), 0);
+  EXPECT_NE(watch.next(10s).value_or("").find(R"("event":"ended")"), std::string::npos);
+  EXPECT_FALSE(watch.next(10s));
+  EXPECT_EQ(errno, ECONNRESET);
 }
 
 TEST(CppFace, TellsTheState) {
