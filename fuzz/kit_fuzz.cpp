@@ -159,7 +159,7 @@ class Operation : public fuzz::Surroundings {
     require(found.choice_count >= 1 && found.choices[0] == found.type, "the proposal is the first choice");
     const int type = found.choices[script_.choose(static_cast<std::size_t>(found.choice_count))];
     const std::string name = plainText(script_, found.name_room);
-    if (outbox_.takeOffer()) inbox_.choose({type, name, plainText(script_, found.place_room)});
+    if (outbox_.takeOffer(name)) inbox_.choose({type, name, plainText(script_, found.place_room)});
   }
 
   // As the HA server may store it.
