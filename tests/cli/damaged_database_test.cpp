@@ -75,7 +75,9 @@ INSTANTIATE_TEST_SUITE_P(Of, DamagedDatabase, testing::ValuesIn(damagesShown()),
 TEST(Doctor, SaysOfEachDamageWhetherTheLibraryRepairsIt) {
   for (const Damage& damage : damages::kDamages) {
     damageDatabase(damage);
-    const nlohmann::json verdict = verdictOf("database-damage", runAssoc({"doctor", "--json"}).output);
+    const Ended doctor = runAssoc({"doctor", "--json"});
+    const nlohmann::json verdict = verdictOf("database-damage", doctor.output);
+    ASSERT_TRUE(verdict.is_object()) << damage << ": " << doctor.errors;
     const bool isReadAsItIs =
         damage.course == damages::Course::kOpened || damage.course == damages::Course::kEndedEarly;
     const char* const told = isReadAsItIs ? "The library does not repair such damage" : "repairs it at its next use";

@@ -54,6 +54,14 @@ int lockInTime(const Context& context, int descriptor, std::optional<FileLock>& 
   }
 }
 
+// Zero behind the end of what is stored, which may be nothing.
+template <typename Record>
+Record recordIn(const std::vector<unsigned char>& value) {
+  Record record{};
+  std::copy_n(value.begin(), std::min(value.size(), sizeof record), reinterpret_cast<unsigned char*>(&record));
+  return record;
+}
+
 std::string bytesText(long long count) { return std::to_string(count) + " bytes"; }
 
 // What the Depot library itself refuses to open.
@@ -131,7 +139,7 @@ class Reader {
     std::string key(std::min<std::size_t>(static_cast<std::size_t>(record.keySize), kLongestValue), '\0');
     std::vector<unsigned char> value(std::min<std::size_t>(static_cast<std::size_t>(record.valueSize), kLongestValue));
     if (!file_.read(offset + static_cast<long long>(sizeof record), key.data(), key.size()) ||
-        !file_.read(offset + record.keyEnd(), value.data(), value.size())) {
+        (!value.empty() && !file_.read(offset + record.keyEnd(), value.data(), value.size()))) {
       return complain("a record is cut off");
     }
     if (!key.empty()) snapshot_.take({key, value});  // else a record of zeros
@@ -165,12 +173,9 @@ void Snapshot::take(const recording::DatabaseRecord& record) {
   if (key == depot::kNextIdKey) {
     nextId = std::string(value.begin(), std::ranges::find(value, 0));
   } else if (depot::isDeviceKey(key)) {
-    StoredRecord& stored = devices.emplace_back(StoredRecord{key, {}});
-    std::memcpy(&stored.device, value.data(), std::min(value.size(), sizeof stored.device));
+    devices.push_back({key, recordIn<DeviceRecord>(value)});
   } else if (key != depot::kVersionKey) {
-    IndexRecord index{};
-    std::memcpy(&index, value.data(), std::min(value.size(), sizeof index));
-    values[key] = fieldText(index.value);
+    values[key] = fieldText(recordIn<IndexRecord>(value).value);
   }
 }
 
