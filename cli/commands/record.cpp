@@ -38,7 +38,7 @@ struct Wanted {
 class Recorder {
  public:
   Recorder(const Context& context, const Wanted& wanted)
-      : context_(context), wanted_(wanted), holders_(context.options.watchPath, wallClock()) {
+      : context_(context), wanted_(wanted), holders_(context.options.watchPath) {
     umask(kForNobodyElse);  // names, users and codes are in it
     if (!wanted.eventsOnly) capture_.emplace();
     for (const int each : {holders_.descriptor(), capture_ ? capture_->descriptor() : Attention::kNoDescriptor}) {
@@ -55,7 +55,7 @@ class Recorder {
       while (true) {
         context_.attention.wait(ready_.get(), Attention::Input::kIgnored, kTurn);
         look();
-        recording_->flush(wallClock() - kLatest);
+        recording_->flush(steadyClock() - kLatest);
       }
     } catch (const Interrupted&) {
       end();  // its proper end

@@ -30,16 +30,18 @@ long long integerAt(const Json& object, const char* place) {
   return object.contains(pointer) && object.at(pointer).is_number_integer() ? object.at(pointer).get<long long>() : 0;
 }
 
-}  // namespace
-
-long long wallClock() {
-  using std::chrono::system_clock;
-  return std::chrono::duration_cast<std::chrono::microseconds>(system_clock::now().time_since_epoch()).count();
+template <typename Clock>
+long long microsecondsOf() {
+  return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now().time_since_epoch()).count();
 }
 
-Holders::Holders(std::string watchPath, long long since)
+}  // namespace
+
+long long steadyClock() { return microsecondsOf<std::chrono::steady_clock>(); }
+
+Holders::Holders(std::string watchPath)
     : path_(std::move(watchPath)),
-      since_(since),
+      since_(steadyClock()),
       changes_(inotify_init1(IN_CLOEXEC | IN_NONBLOCK)),
       ready_(epoll_create1(EPOLL_CLOEXEC)) {
   watchFor(ready_, changes_.get());
@@ -93,13 +95,12 @@ void Holders::hear(const std::string& line, const OnLine& onLine) {
   if (const long long process = integerAt(said, "/holder/pid"); process != 0) {
     if (process != process_) lastEntry_ = 0;
     process_ = process;
-    return onLine(wallClock(), line);
+    return onLine(microsecondsOf<std::chrono::system_clock>(), line);
   }
   const long long entry = integerAt(said, "/entry");
-  const long long time = integerAt(said, "/wall_us");
-  if (entry <= lastEntry_ || time < since_) return;
+  if (entry <= lastEntry_ || integerAt(said, "/monotonic_us") < since_) return;
   lastEntry_ = entry;
-  onLine(time, line);
+  onLine(integerAt(said, "/wall_us"), line);
 }
 
 }  // namespace tembra::cli

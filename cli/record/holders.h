@@ -15,8 +15,8 @@ class Holders {
   /// A line of the watch socket, and its time in microseconds since 1970.
   using OnLine = std::function<void(long long time, const std::string& line)>;
 
-  /// @param since what happened before that time is passed over
-  Holders(std::string watchPath, long long since);
+  /// What happened before is passed over.
+  explicit Holders(std::string watchPath);
 
   /// Readable when there may be something to read. A look now and then does no harm.
   [[nodiscard]] int descriptor() const { return ready_.get(); }
@@ -31,7 +31,7 @@ class Holders {
   void hear(const std::string& line, const OnLine& onLine);
 
   const std::string path_;
-  const long long since_;
+  const long long since_;     ///< by the clock that nobody sets
   const Descriptor changes_;  ///< of the socket's folder, and of the one above
   const Descriptor ready_;    ///< of these changes and of the watch
   Watch watch_;
@@ -39,8 +39,8 @@ class Holders {
   long long lastEntry_ = 0;  ///< of that process
 };
 
-/// Now, in microseconds since 1970.
-[[nodiscard]] long long wallClock();
+/// Now, in microseconds by the clock that nobody sets: of this moment, and of a flight recorder's `monotonic_us`.
+[[nodiscard]] long long steadyClock();
 
 }  // namespace tembra::cli
 

@@ -1,5 +1,6 @@
 #include "cli/record/record_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <limits>
@@ -8,6 +9,7 @@
 
 #include "cli/commands/history_text.h"
 #include "cli/failure.h"
+#include "cli/record/holders.h"
 #include "platform/printable.h"
 #include "recording/recorder.h"
 
@@ -88,15 +90,20 @@ void Recording::open() try {
   throw Failure(kFailed, std::string(failure.what()) + ".");
 }
 
-void Recording::line(long long time, std::string line) { waiting_.emplace(time, Item{std::move(line), {}}); }
+void Recording::line(long long time, std::string line) {
+  waiting_.emplace(time, Item{std::move(line), {}, steadyClock()});
+}
 
 void Recording::datagram(Datagram datagram) {
   const long long time = datagram.time;
-  waiting_.emplace(time, Item{"", std::move(datagram)});
+  waiting_.emplace(time, Item{"", std::move(datagram), steadyClock()});
 }
 
-void Recording::flush(long long until) {
-  while (!waiting_.empty() && waiting_.begin()->first < until) {
+void Recording::flush(long long cameBefore) {
+  const auto end = std::find_if(waiting_.rbegin(), waiting_.rend(), [cameBefore](const auto& each) {
+                     return each.second.came < cameBefore;
+                   }).base();
+  while (waiting_.begin() != end) {
     write(waiting_.begin()->first, waiting_.begin()->second);
     waiting_.erase(waiting_.begin());
   }

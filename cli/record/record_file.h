@@ -43,8 +43,9 @@ class Recording {
   void line(long long time, std::string line);
   void datagram(Datagram datagram);
 
-  /// Writes what is so old that nothing older will come. Throws Failure when something cannot be written.
-  void flush(long long until);
+  /// Writes what came before a moment of the steady clock, and what is older by its own time. Throws Failure when
+  /// something cannot be written.
+  void flush(long long cameBefore);
   /// Writes the rest.
   void end();
 
@@ -57,6 +58,7 @@ class Recording {
   struct Item {
     std::string line;  ///< empty: a datagram
     Datagram datagram;
+    long long came;  ///< by the steady clock: the time of day may be set meanwhile
   };
 
   void open();

@@ -105,6 +105,29 @@ def check_ring(dissector):
     assert older.stat().st_size + RECORDED.stat().st_size < 1.2e6
 
 
+def check_clock_that_is_set():
+    """Entries of a front end whose clock is an hour behind and an hour ahead are recorded, and at once."""
+    hour, ahead, behind = 3_600_000_000, "seen an hour ahead", "seen an hour behind"
+    server = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
+    server.bind(os.environ["TEMBRA_WATCH_PATH"])
+    server.listen()
+    record = Record("--events", LINES)
+    watcher, _ = server.accept()
+    told = [{"schema": 1, "holder": {"role": 2, "program": "kiosk", "pid": os.getpid(), "since": 1790000000},
+             "state": {"schema": 1, "operation": None, "last_event": 0}}, {"schema": 1, "history": 0}]
+    for entry, (text, away) in enumerate(((ahead, hour), (behind, -hour)), 1):
+        told.append({"schema": 1, "entry": entry, "monotonic_us": time.monotonic_ns() // 1000,
+                     "wall_us": time.time_ns() // 1000 + away, "log": {"level": "progress", "text": text}})
+    watcher.sendall("".join(json.dumps(line) + "\n" for line in told).encode())
+    until = time.monotonic() + 10
+    while not all(text in LINES.read_text() for text in (ahead, behind)):
+        assert time.monotonic() < until, LINES.read_text()
+        time.sleep(0.05)
+    record.end()
+    server.close()
+    os.unlink(os.environ["TEMBRA_WATCH_PATH"])
+
+
 def check_refusals():
     plain = ["tembra-assoc", "record", str(FOLDER / "none.pcapng")]
     refused = subprocess.run(["setpriv", "--bounding-set=-all", *plain], capture_output=True, text=True)
@@ -156,5 +179,6 @@ os.environ["TEMBRA_WATCH_PATH"] = "/tmp/front-ends/socket"
 os.environ["TEMBRA_LOG"] = "off"
 check_same_run(sys.argv[1])
 check_ring(sys.argv[1])
+check_clock_that_is_set()
 check_refusals()
 check_full_disk()
