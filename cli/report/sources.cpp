@@ -78,8 +78,19 @@ void learnFromEvent(const std::string& line, StandIns& standIns) {
   if (event.is_object()) learnFrom(event, standIns);
 }
 
+// What a bridge says may stand within other text.
+void learnUsers(const std::string& line, StandIns& standIns) {
+  constexpr std::string_view kMember = "\"username\":";
+  for (std::size_t at = line.find(kMember); at != std::string::npos; at = line.find(kMember, at + 1)) {
+    const std::size_t begin = line.find_first_not_of(' ', at + kMember.size());
+    if (begin == std::string::npos || line[begin] != '"') continue;
+    standIns.learn(Secret::kUser, line.substr(begin + 1, line.find('"', begin + 1) - begin - 1));
+  }
+}
+
 void learnFromLine(const std::string& line, StandIns& standIns) {
   learnFromEvent(line, standIns);
+  learnUsers(line, standIns);
   for (const Between& place : kLogged) {
     const std::size_t before = line.find(place.before);
     if (before == std::string::npos) continue;

@@ -66,16 +66,29 @@ bool readPairs(std::string_view text, std::string_view separator, std::array<uns
 
 using Mac = std::array<unsigned char, 6>;
 
+// "02a1b20c0001" and "02a1.b20c.0001", as a word of its own. Without a letter it is a time.
+bool readBare(std::string_view text, Mac& mac) {
+  std::string digits(text.substr(0, 14));
+  const bool isDotted = digits.size() == 14 && digits[4] == '.' && digits[9] == '.';
+  if (isDotted) digits.erase(9, 1).erase(4, 1);
+  const std::size_t length = isDotted ? 14 : 12;
+  digits.resize(std::min<std::size_t>(digits.size(), 12));
+  const bool hasLetter = digits.find_first_not_of("0123456789") != std::string::npos;
+  return readPairs(digits, "", mac) && (isDotted || hasLetter) && (text.size() == length || !isWordByte(text[length]));
+}
+
 // How a MAC address may be written.
 std::vector<std::string> writtenForms(const Mac& mac) {
   constexpr char kDigits[] = "0123456789abcdef";
   std::vector<std::string> forms;
-  for (const char* const separator : {":", "-", "", "fffe"}) {
+  struct Form {
+    const char* between;
+    std::size_t every;  ///< so many bytes
+  };
+  for (const auto& [between, every] : {Form{":", 1}, Form{"-", 1}, Form{"", 1}, Form{".", 2}, Form{"fffe", 3}}) {
     std::string text;
-    const std::string between = separator;
     for (std::size_t i = 0; i < mac.size(); ++i) {
-      const bool isEui = between == "fffe";  // which stands in the middle only
-      if (i > 0 && (!isEui || i == mac.size() / 2)) text += between;
+      if (i > 0 && i % every == 0) text += between;
       text += {kDigits[mac[i] / 16], kDigits[mac[i] % 16]};
     }
     forms.push_back(text);
@@ -149,12 +162,13 @@ void StandIns::learnMac(const Mac& mac) {
 }
 
 void StandIns::learnMacs(std::string_view text) {
-  for (std::size_t at = 0; at + 16 <= text.size(); ++at) {
-    if (at > 0 && hexadecimal(text[at - 1]) >= 0) continue;
+  for (std::size_t at = 0; at + 12 <= text.size(); ++at) {
+    if (hexadecimal(text[at]) < 0 || (at > 0 && hexadecimal(text[at - 1]) >= 0)) continue;
     const std::string_view rest = text.substr(at);
     Mac mac{};
     std::array<unsigned char, 8> bridge{};
-    if (readPairs(rest, ":", mac) || readPairs(rest, "-", mac)) learnMac(mac);
+    const bool isWord = at == 0 || !isWordByte(text[at - 1]);
+    if (readPairs(rest, ":", mac) || readPairs(rest, "-", mac) || (isWord && readBare(rest, mac))) learnMac(mac);
     if (readPairs(rest, "", bridge) && bridge[3] == 0xFF && bridge[4] == 0xFE) {
       learnMac({bridge[0], bridge[1], bridge[2], bridge[5], bridge[6], bridge[7]});
     }

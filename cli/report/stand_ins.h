@@ -26,7 +26,8 @@ class StandIns {
   /// From now on this text is replaced. Names that the library gives by itself ("Siren #4", "Default") are no secrets.
   void learn(Secret kind, const std::string& text);
 
-  /// The MAC addresses that stand in a text: "02:a1:b2:0c:00:01", "02-A1-...", and bridge ids, "02a1b2fffe0c0001".
+  /// The MAC addresses that stand in a text: "02:a1:b2:0c:00:01", "02-A1-...", "02a1.b20c.0001",
+  /// "02a1b20c0001", and bridge ids, "02a1b2fffe0c0001".
   void learnMacs(std::string_view text);
 
   /// The stand-in of a text that was learnt, or the text itself.

@@ -326,6 +326,21 @@ TEST(Report, KnowsTheEventsOfALog) {
   EXPECT_NE(log.find(R"("name":"Siren")"), std::string::npos) << log;
 }
 
+// In lines of other programs, and nowhere else.
+TEST(Report, KnowsAddressesAndUsersInAnyWriting) {
+  writeFile("/tmp/others",
+            "12:00:01 dhcp only plain 3c22fbaabbcd, monotonic_us 864000000000\n"
+            "12:00:02 switch 02A1.B20C.0009 on port 4\n"
+            R"(12:00:03 bridge said [{"success":{"username":"Qx7Lk2"}}, {"success":{"username": "Rz9"}})");
+  EXPECT_EQ(runAssoc({"report", kReport, "--log", "/tmp/others"}).status, 0);
+  const std::string log = partsOf(readFile(kReport)).at("log.txt");
+  for (const char* secret : {"3c22fbaabbcd", "02A1.B20C.0009", "Qx7Lk2", "Rz9"}) {
+    EXPECT_EQ(log.find(secret), std::string::npos) << secret << " in " << log;
+  }
+  EXPECT_NE(log.find("monotonic_us 864000000000\n"), std::string::npos) << log;
+  EXPECT_NE(log.find("on port 4\n"), std::string::npos) << log;
+}
+
 TEST(Report, OnlyListsWhenAskedTo) {
   const Ended listed = runAssoc({"report", kReport, "--list"});
   EXPECT_EQ(listed.status, 0) << listed.errors;
