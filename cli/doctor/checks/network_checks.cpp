@@ -20,18 +20,22 @@
 namespace tembra::cli::doctor {
 namespace {
 
-/// A socket of the doctor's own at an address of the range, with a port that the system chooses.
+/// A socket of the doctor's own at an address of the range.
 struct OwnSocket {
   Descriptor descriptor;
   int error = 0;
 };
 
-OwnSocket bindAt(sockaddr_in address) {
-  address.sin_port = 0;
+OwnSocket bindAt(const sockaddr_in& address) {
   OwnSocket own{Descriptor(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))};
   const auto* const place = reinterpret_cast<const sockaddr*>(&address);
   if (!own.descriptor.valid() || bind(own.descriptor.get(), place, sizeof address) != 0) own.error = errno;
   return own;
+}
+
+OwnSocket bindAtAnyPort(sockaddr_in address) {
+  address.sin_port = 0;
+  return bindAt(address);
 }
 
 std::string hostText(const sockaddr_in& address) {
@@ -54,7 +58,7 @@ bool isLoopbackUp() {
 std::string loopbackFault() {
   for (char* const text : {assoc_adr, ha_assoc_adr, ozw_adr, zigbee_adr, hue_server_adr, nest_server_adr}) {
     const sockaddr_in address = endpoint(text);
-    const OwnSocket own = bindAt(address);
+    const OwnSocket own = bindAtAnyPort(address);
     if (own.error != 0) return "bind " + hostText(address) + ": " + std::strerror(own.error) + ".";
   }
   return isLoopbackUp() ? "" : "the interface lo is down.";
@@ -100,14 +104,17 @@ Verdict checkLoopback(Router& /*router*/) {
 Verdict checkDatagram(Router& /*router*/) {
   if (!loopbackFault().empty()) return note("Sending was not tried, because the loopback addresses do not work.");
   const sockaddr_in address = endpoint(assoc_adr);
-  const OwnSocket own = bindAt(address);
-  const std::string way = "from " + hostText(address) + " to itself";
+  OwnSocket own = bindAt(address);
+  const bool isOwnPort = own.error == 0;
+  if (!isOwnPort) own = bindAtAnyPort(address);  // a front end has the library's
+  const std::string way = "from " + (isOwnPort ? addressText(address) : hostText(address)) + " to itself";
   if (const int error = sendToItself(own.descriptor.get()); error != 0) {
     return finding("No datagram can be sent.", "sendto " + way + ": " + std::strerror(error) + ".",
                    "Look for a packet rule that drops loopback datagrams of this user: nft list ruleset, iptables -L.");
   }
   if (arrives(own.descriptor.get())) {
-    return well("A datagram " + way + " arrives. Its port is none of the daemons' ports, which were not tried.");
+    return well("A datagram " + way + " arrives." +
+                (isOwnPort ? "" : " A front end has the library's port 8888, which was not tried."));
   }
   return finding("A datagram that is sent does not arrive.", "nothing came in 0.5 s " + way + ".",
                  "Look for a packet rule that drops loopback datagrams: nft list ruleset, iptables -L.");

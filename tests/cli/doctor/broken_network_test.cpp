@@ -116,7 +116,7 @@ const BrokenRouter kBrokenNetworks[] = {
     {"Refused",
      nothing,
      {"datagram"},
-     "sendto from 127.255.255.4 to itself: Operation not permitted.",
+     "sendto from 127.255.255.4:8888 to itself: Operation not permitted.",
      {},
      bentCalls("sendto")},
     {"RoutedLocalnet", routedLocalnet, {"route-localnet"}, "net.ipv4.conf.all.route_localnet is 1."},
