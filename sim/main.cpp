@@ -174,6 +174,7 @@ void addReplayOptions(CLI::App& command, Arguments& arguments) {
   command.add_option("FILE", arguments.replay.file, "recording: pcapng or pcap")->required();
   command.add_flag("--go-on,!--stop", arguments.replay.goesOn, "go on at a difference; --stop, the default: end there");
   addRouterOptions(command, arguments);
+  command.get_option("--speed")->description("the servers answer so many times faster; the front end waits as always");
 }
 
 using Action = int (*)(const Arguments&);

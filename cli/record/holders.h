@@ -39,7 +39,7 @@ class Holders {
   long long lastEntry_ = 0;  ///< of that process
 };
 
-/// Now, in microseconds by the clock that nobody sets: of this moment, and of a flight recorder's `monotonic_us`.
+/// Now, in microseconds of the clock that nobody sets, as a flight recorder's `monotonic_us`.
 [[nodiscard]] long long steadyClock();
 
 }  // namespace tembra::cli
