@@ -1,6 +1,6 @@
 // An event as the kit keeps it: the head that every event has, and the detail of its kind.
-#ifndef TEMBRA_FRONTEND_EVENT_H
-#define TEMBRA_FRONTEND_EVENT_H
+#ifndef TEMBRA_FRONTEND_INTERNAL_EVENT_H
+#define TEMBRA_FRONTEND_INTERNAL_EVENT_H
 
 #include <tembra/frontend.h>
 

@@ -58,11 +58,6 @@ Listed readListed() {
   }
 }
 
-std::string radioName(int radio) {
-  constexpr const char* kNames[] = {"other", "ZigBee", "Z-Wave", "IP"};
-  return radio >= 0 && radio < static_cast<int>(std::size(kNames)) ? kNames[radio] : kNames[0];
-}
-
 std::string addressText(const tembra_device& device) {
   if (device.radio == TEMBRA_RADIO_ZWAVE) return std::to_string(device.address);
   if (device.radio != TEMBRA_RADIO_ZIGBEE) return "";
@@ -76,8 +71,9 @@ using Row = std::vector<std::string>;
 Row row(const tembra_device& device, std::size_t nameRoom) {
   std::string name = printable(device.name);
   if (characters(name) > nameRoom) name = firstCharacters(name, nameRoom - 2) + "..";
-  return {std::to_string(device.id),    name, printable(device.type_name), radioName(device.radio), addressText(device),
-          std::to_string(device.values)};
+  return {std::to_string(device.id),   name,
+          printable(device.type_name), tembra_radio_name(device.radio),
+          addressText(device),         std::to_string(device.values)};
 }
 
 std::string deviceTable(const std::vector<tembra_device>& devices, std::size_t nameRoom) {
@@ -117,7 +113,7 @@ nlohmann::ordered_json deviceJson(const tembra_device& device) {
   return {{"id", device.id},
           {"name", device.name},
           {"type", {{"number", device.type}, {"name", device.type_name}}},
-          {"radio", device.radio == TEMBRA_RADIO_OTHER ? Json() : Json(radioName(device.radio))},
+          {"radio", device.radio == TEMBRA_RADIO_OTHER ? Json() : Json(tembra_radio_name(device.radio))},
           {"address", isOnRadio ? Json(device.address) : Json()},
           {"values", device.values}};
 }

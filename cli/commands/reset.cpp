@@ -1,6 +1,4 @@
 // tembra-assoc reset: makes the radios forget their devices.
-#include <tembra/vocabulary.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
@@ -25,7 +23,7 @@ constexpr std::size_t kMostNames = 10;
 using Devices = std::vector<Device>;
 
 struct ResetTarget {
-  reset_type type;
+  Reset type;
   const char* question;
   const char* done;
   bool (*isLost)(const Device& device);
@@ -35,13 +33,13 @@ bool isZigbee(const Device& device) { return device.radio == TEMBRA_RADIO_ZIGBEE
 bool isZwave(const Device& device) { return device.radio == TEMBRA_RADIO_ZWAVE; }
 
 const std::map<std::string, ResetTarget> kResetTargets = {
-    {"zigbee", {reset_zigbee, "Reset the ZigBee network?", "Reset the ZigBee network.", isZigbee}},
-    {"zwave", {reset_zwave, "Reset the Z-Wave network?", "Reset the Z-Wave network.", isZwave}},
+    {"zigbee", {TEMBRA_RESET_ZIGBEE, "Reset the ZigBee network?", "Reset the ZigBee network.", isZigbee}},
+    {"zwave", {TEMBRA_RESET_ZWAVE, "Reset the Z-Wave network?", "Reset the Z-Wave network.", isZwave}},
     {"both",
-     {reset_both, "Reset both radio networks?", "Reset both radio networks.",
+     {TEMBRA_RESET_BOTH, "Reset both radio networks?", "Reset both radio networks.",
       [](const Device& device) { return isZigbee(device) || isZwave(device); }}},
     {"all",
-     {reset_both_and_remove_all, "Reset both radio networks and empty the device list?",
+     {TEMBRA_RESET_BOTH_AND_DEVICE_LIST, "Reset both radio networks and empty the device list?",
       "Reset both radio networks, and emptied the device list.", [](const Device&) { return true; }}},
 };
 
@@ -69,7 +67,7 @@ void confirmReset(const Context& context, const ResetTarget& target) {
   if (context.options.yes) return;
   auto devices = listedDevices(context);
   if (devices) std::erase_if(*devices, [&target](const Device& device) { return !target.isLost(device); });
-  confirm(context, target.question + (" " + lossText(devices, target.type == reset_both_and_remove_all)));
+  confirm(context, target.question + (" " + lossText(devices, target.type == TEMBRA_RESET_BOTH_AND_DEVICE_LIST)));
 }
 
 void reset(const Context& context, const std::string& radios) {

@@ -60,7 +60,7 @@ std::string bridgesText(const Bridges& list, bool fromDatabase) {
 
 std::string numberedName(const std::string& name, int id) { return name + " (id " + std::to_string(id) + ")"; }
 
-std::string radioText(Radio radio) { return radio == TEMBRA_RADIO_ZIGBEE ? "ZigBee" : "Z-Wave"; }
+std::string radioText(Radio radio) { return tembra_radio_name(radio); }
 
 std::string awaitedText(Operation operation, Phase phase) {
   const auto* row = std::ranges::find_if(kAwaited, [operation, phase](const Awaited& each) {

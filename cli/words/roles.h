@@ -3,6 +3,7 @@
 #define TEMBRA_CLI_ROLES_H
 
 #include <string>
+#include <tembra/frontend.hpp>
 #include <vector>
 
 namespace tembra::cli {
@@ -10,8 +11,7 @@ namespace tembra::cli {
 /// The values of --role.
 [[nodiscard]] std::vector<std::string> roleNames();
 
-/// In ClientRole numbering.
-[[nodiscard]] int roleNumber(const std::string& name);
+[[nodiscard]] Role roleNumber(const std::string& name);
 
 }  // namespace tembra::cli
 

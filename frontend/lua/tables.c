@@ -16,9 +16,8 @@ void set_seconds(lua_State* lua, const char* key, long long milliseconds) {
   lua_setfield(lua, -2, key);
 }
 
-const char* server_name(int server) {
-  static const char* const kNames[] = {NULL, "ZigBee", "Z-Wave", "Hue", "Nest", "HA"};
-  return server > 0 && server < (int)(sizeof kNames / sizeof *kNames) ? kNames[server] : NULL;
+void set_radio(lua_State* lua, int radio) {
+  set_text(lua, "radio", radio == TEMBRA_RADIO_OTHER ? NULL : tembra_radio_name(radio));
 }
 
 void set_known_device(lua_State* lua, int id, const char* name) {
@@ -101,7 +100,7 @@ static void set_ended(lua_State* lua, const struct tembra_ended* ended) {
   set_integer(lua, "reason_number", ended->reason);
   set_text(lua, "ended_in", tembra_phase_name(ended->phase));
   set_seconds(lua, "waited", ended->waited);
-  set_text(lua, "server", server_name(ended->server));
+  set_text(lua, "server", tembra_server_name(ended->server));
   set_integer(lua, "error", ended->error);
   set_text(lua, "text", ended->text);
   set_text(lua, "advice", ended->advice);
@@ -112,7 +111,7 @@ static void set_ended(lua_State* lua, const struct tembra_ended* ended) {
 static void set_warning(lua_State* lua, const struct tembra_warning* warning) {
   set_text(lua, "reason", tembra_reason_name(warning->reason));
   set_integer(lua, "reason_number", warning->reason);
-  set_text(lua, "server", server_name(warning->server));
+  set_text(lua, "server", tembra_server_name(warning->server));
   set_known_device(lua, warning->device_id, warning->device_name);
   set_text(lua, "why", *warning->why == '\0' ? NULL : warning->why);
   set_text(lua, "text", warning->text);
@@ -146,7 +145,7 @@ void push_event(lua_State* lua, const tembra_event* event) {
   set_text(lua, "kind", tembra_event_kind_name(head->kind));
   set_text(lua, "operation", tembra_operation_name(head->operation));
   set_text(lua, "phase", tembra_phase_name(head->phase));
-  set_text(lua, "radio", server_name(head->radio));
+  set_radio(lua, head->radio);
   set_integer(lua, "number", head->number);
   set_seconds(lua, "elapsed", head->milliseconds);
   set_seconds(lua, "ends_in", head->ends_in);

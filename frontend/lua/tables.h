@@ -21,7 +21,7 @@ void push_device(lua_State* lua, const struct tembra_device* device);
 /* Pushes the event's table. */
 void push_event(lua_State* lua, const tembra_event* event);
 
-/* "ZigBee" for 1, in ServerType numbering; null when there is none. */
-const char* server_name(int server);
+/* A radio by its name; none where it is not known. */
+void set_radio(lua_State* lua, int radio);
 
 #endif

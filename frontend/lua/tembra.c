@@ -197,7 +197,7 @@ static int kit_state(lua_State* lua) {
   lua_createtable(lua, 0, 9);
   set_text(lua, "operation", tembra_operation_name(state.operation));
   set_text(lua, "phase", tembra_phase_name(state.phase));
-  set_text(lua, "radio", server_name(state.radio));
+  set_radio(lua, state.radio);
   set_integer(lua, "last_event", state.last_event);
   set_seconds(lua, "elapsed", state.milliseconds);
   set_seconds(lua, "ends_in", state.ends_in);
@@ -224,7 +224,7 @@ static const char* text_option(lua_State* lua, const char* key) {
   return text;
 }
 
-/* tembra.new([{role = 2, keep_open = false, program = "...", watch_path = "..."}]) */
+/* tembra.new([{role = tembra.role.touch_screen, keep_open = false, program = "...", watch_path = "..."}]) */
 static int new_kit(lua_State* lua) {
   struct tembra_options options;
   memset(&options, 0, sizeof options);
@@ -287,9 +287,21 @@ static int log_line(lua_State* lua) {
   return 0;
 }
 
-/* tembra.server_listens(server): 1 ZigBee, 2 Z-Wave, 3 Hue, 4 Nest, 5 HA. */
+/* tembra.server_listens(server): a tembra.server. */
 static int server_listens(lua_State* lua) {
   lua_pushboolean(lua, tembra_server_listens(int_at(lua, 1, 0)));
+  return 1;
+}
+
+/* tembra.server_name(server): "Z-Wave", ...; nil for a number that is none. */
+static int server_name(lua_State* lua) {
+  lua_pushstring(lua, tembra_server_name(int_at(lua, 1, 0)));
+  return 1;
+}
+
+/* tembra.radio_name(radio): of a device. */
+static int radio_name(lua_State* lua) {
+  lua_pushstring(lua, tembra_radio_name(int_at(lua, 1, 0)));
   return 1;
 }
 
@@ -336,10 +348,43 @@ static const luaL_Reg kModuleFunctions[] = {{"devices", list_devices},
                                             {"history", history},
                                             {"log", log_line},
                                             {"new", new_kit},
+                                            {"radio_name", radio_name},
                                             {"server_listens", server_listens},
+                                            {"server_name", server_name},
                                             {"type_name", type_name},
                                             {"type_number", type_number},
                                             {NULL, NULL}};
+
+/* tembra.role, tembra.server and tembra.reset: the numbers by their names. */
+struct number {
+  const char* name;
+  int number;
+};
+static const struct number kRoles[] = {{"web_server", TEMBRA_ROLE_WEB_SERVER},
+                                       {"touch_screen", TEMBRA_ROLE_TOUCH_SCREEN},
+                                       {"cloud_agent", TEMBRA_ROLE_CLOUD_AGENT},
+                                       {"mesh_server", TEMBRA_ROLE_MESH_SERVER},
+                                       {"free_1", TEMBRA_ROLE_FREE_1},
+                                       {"free_2", TEMBRA_ROLE_FREE_2},
+                                       {NULL, 0}};
+static const struct number kServers[] = {{"zigbee", TEMBRA_SERVER_ZIGBEE},
+                                         {"zwave", TEMBRA_SERVER_ZWAVE},
+                                         {"hue", TEMBRA_SERVER_HUE},
+                                         {"nest", TEMBRA_SERVER_NEST},
+                                         {"ha", TEMBRA_SERVER_HA},
+                                         {"mesh", TEMBRA_SERVER_MESH},
+                                         {NULL, 0}};
+static const struct number kResets[] = {{"zigbee", TEMBRA_RESET_ZIGBEE},
+                                        {"zwave", TEMBRA_RESET_ZWAVE},
+                                        {"both", TEMBRA_RESET_BOTH},
+                                        {"both_and_device_list", TEMBRA_RESET_BOTH_AND_DEVICE_LIST},
+                                        {NULL, 0}};
+
+static void set_numbers(lua_State* lua, const char* key, const struct number* numbers) {
+  lua_newtable(lua);
+  for (; numbers->name != NULL; ++numbers) set_integer(lua, numbers->name, numbers->number);
+  lua_setfield(lua, -2, key);
+}
 
 /* Into the table on top of the stack; Lua 5.1 and 5.4 have different functions for it. */
 static void set_functions(lua_State* lua, const luaL_Reg* functions) {
@@ -363,5 +408,8 @@ TEMBRA_API int luaopen_tembra(lua_State* lua) {
   new_class(lua, BYTES, kBytesFunctions);
   lua_newtable(lua);
   set_functions(lua, kModuleFunctions);
+  set_numbers(lua, "role", kRoles);
+  set_numbers(lua, "server", kServers);
+  set_numbers(lua, "reset", kResets);
   return 1;
 }

@@ -11,7 +11,7 @@ namespace tembra::frontend {
 
 /// The process that has the connection.
 struct Holder {
-  int role = 0;         ///< ClientRole numbering
+  int role = 0;         ///< tembra_role
   std::string program;  ///< how it is called
   long long pid = 0;    ///< as the holder's process sees itself
   long long since = 0;  ///< seconds since 1970: when it opened the connection

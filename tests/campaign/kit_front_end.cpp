@@ -31,17 +31,17 @@ void overhear(AssocEvent* event) {
   overheard.toKit(event);
 }
 
-int roleNumber(const Plan& plan) {
+tembra::Role roleOf(const Plan& plan) {
   constexpr const char* roles[] = {"", "web", "lcd", "cloud", "mesh", "free1", "free2"};
   const auto tried = std::ranges::find(plan.steps, true, &Step::isTried);
-  return static_cast<int>(std::ranges::find(roles, tried->role) - std::begin(roles));
+  return static_cast<tembra::Role>(std::ranges::find(roles, tried->role) - std::begin(roles));
 }
 
 bool keepsOpen(const Plan& plan) { return plan.seed / scenarios().size() % 2 == plan.seed % 2; }
 
-int resetNumber(const std::string& word) {
+tembra::Reset resetOf(const std::string& word) {
   constexpr const char* words[] = {"", "zigbee", "zwave", "both", "all"};
-  return static_cast<int>(std::ranges::find(words, word) - std::begin(words));
+  return static_cast<tembra::Reset>(std::ranges::find(words, word) - std::begin(words));
 }
 
 /// A hang-up, as a descriptor.
@@ -77,7 +77,7 @@ End endOf(tembra::Outcome outcome) {
 }  // namespace
 
 KitFrontEnd::KitFrontEnd(const Plan& plan)
-    : kit_(tembra::Options{.role = roleNumber(plan), .keepOpen = keepsOpen(plan), .program = {}, .watchPath = {}}) {
+    : kit_(tembra::Options{.role = roleOf(plan), .keepOpen = keepsOpen(plan), .program = {}, .watchPath = {}}) {
   TembraAssociation& service = *TembraAssociation::getInstance();
   overheard.toKit = service.eventCallback;
   service.registerAssocEventCB(overhear);
@@ -99,7 +99,7 @@ tembra::Result KitFrontEnd::start(const Step& step) {
     case Goal::kRemove:
       return kit_.remove();
     case Goal::kReset:
-      return kit_.reset(resetNumber(step.word));
+      return kit_.reset(resetOf(step.word));
     case Goal::kHueDiscover:
       return kit_.hueDiscover();
     case Goal::kHueAdd:

@@ -67,7 +67,7 @@ TEST(Servers, AreThereWhileTheyListen) {
   for (const auto& [listening, place] : rows) {
     const Stand server(place);
     for (int each = SERVER_ZIGBEE - 1; each <= SERVER_MESH; ++each) {
-      EXPECT_EQ(tembra::serverListens(each), tembra_server_listens(each) != 0);
+      EXPECT_EQ(tembra::serverListens(static_cast<tembra::Server>(each)), tembra_server_listens(each) != 0);
       EXPECT_EQ(tembra_server_listens(each), each == listening ? 1 : 0) << each << " while " << listening << " listens";
     }
   }
@@ -142,7 +142,7 @@ TEST(CppFace, RecordsEachCallByItsOwnName) {
   end(kit.addAgain());
   end(kit.remove());
   end(kit.takeOut());
-  end(kit.reset(1));
+  end(kit.reset(TEMBRA_RESET_ZIGBEE));
   const std::string text = tembra::history().substr(before);
   for (const char* call :
        {R"("add"})", R"("add-again"})", R"("remove"})", R"("take-out"})", R"("reset","arguments":["1"]})"}) {
@@ -159,7 +159,7 @@ TEST(CppFace, CutsNoTextAtANul) {
   EXPECT_EQ(kit.hueRemove("nonsense"), Result::invalid);
   EXPECT_EQ(kit.hueAddBridge("02:a1:b2:0c:00:01", std::chrono::seconds(601)), Result::invalid);
   EXPECT_EQ(kit.hueAddBridge("02:a1:b2:0c:00:01", std::chrono::hours(1193047)), Result::invalid);
-  EXPECT_EQ(kit.reset(7), Result::invalid);
+  EXPECT_EQ(kit.reset(static_cast<tembra::Reset>(7)), Result::invalid);
   EXPECT_EQ(kit.hueAddBulb("02:a1:b2:0c:00:01", std::string(50, 'x')), Result::tooLong);
   EXPECT_EQ(kit.cancel(), Result::nothingRuns);
 }
@@ -181,7 +181,7 @@ TEST(CppFace, MovesTheKit) {
 
 TEST(CppFace, SaysWhyThereIsNoKit) {
   tembra::Options wrong;
-  wrong.role = 99;
+  wrong.role = static_cast<tembra::Role>(7);
   EXPECT_FALSE(Frontend(wrong));
   EXPECT_EQ(errno, EINVAL);
   {
@@ -215,6 +215,17 @@ TEST(CppFace, ListsDevicesOrSaysWhyNot) {
   std::ofstream("/tmp/ddb") << std::string(5000, 'x');
   EXPECT_FALSE(tembra::devices());
   EXPECT_EQ(errno, EBADMSG);
+}
+
+TEST(CppFace, NamesRadiosAndServers) {
+  EXPECT_STREQ(tembra_radio_name(TEMBRA_RADIO_OTHER), "other");
+  EXPECT_STREQ(tembra_radio_name(TEMBRA_RADIO_ZWAVE), "Z-Wave");
+  EXPECT_STREQ(tembra_radio_name(TEMBRA_RADIO_IP), "IP");
+  EXPECT_EQ(tembra_radio_name(TEMBRA_RADIO_IP + 1), nullptr);
+  EXPECT_EQ(tembra_server_name(TEMBRA_SERVER_NONE), nullptr);
+  EXPECT_STREQ(tembra_server_name(TEMBRA_SERVER_ZIGBEE), "ZigBee");
+  EXPECT_STREQ(tembra_server_name(TEMBRA_SERVER_MESH), "mesh");
+  EXPECT_EQ(tembra_server_name(TEMBRA_SERVER_MESH + 1), nullptr);
 }
 
 TEST(CppFace, HasWordsForEachPhase) {

@@ -129,7 +129,7 @@ function tests.options_are_checked(kit)
   kit:close()
   refused(INVALID, tembra.new { role = 99 })
   assert(not pcall(tembra.new, { program = "a\0b" }))
-  assert(tembra.new { role = 1, program = "test", keep_open = true }):close()
+  assert(tembra.new { role = tembra.role.web_server, program = "test", keep_open = true }):close()
 end
 
 function tests.the_history_tells_what_happened(kit)
@@ -163,7 +163,10 @@ function tests.a_known_device_keeps_its_name_and_a_stranger_is_taken_out(kit)
 end
 
 function tests.tells_whether_a_server_listens()
-  equal(tembra.server_listens(2), true)
+  equal(tembra.server_listens(tembra.server.zwave), true)
+  equal(tembra.server_name(tembra.server.ha), "HA")
+  equal(tembra.server_name(99), nil)
+  equal(tembra.radio_name(0), "other")
   equal(tembra.server_listens(9), false)
 end
 

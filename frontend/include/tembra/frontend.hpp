@@ -40,7 +40,7 @@ enum class Result {
 };
 
 struct Options {
-  int role = 0;           ///< in ClientRole numbering; 0: touch screen
+  Role role = TEMBRA_ROLE_TOUCH_SCREEN;
   bool keepOpen = false;  ///< the connection stays open between operations, so that no other front end gets in
   std::string program;    ///< how it is called for other front ends; empty: the process's own name
   std::string watchPath;  ///< where other front ends may watch and cancel; empty: nowhere
@@ -68,7 +68,7 @@ class Frontend {
   [[nodiscard]] Result addAgain() { return call(tembra_frontend_add_again); }  ///< also a device that is known already
   [[nodiscard]] Result remove() { return call(tembra_frontend_remove); }
   [[nodiscard]] Result takeOut() { return call(tembra_frontend_take_out); }  ///< a device that joined but was not kept
-  [[nodiscard]] Result reset(int what) { return call(tembra_frontend_reset, what); }  ///< a reset_type
+  [[nodiscard]] Result reset(Reset what) { return call(tembra_frontend_reset, static_cast<int>(what)); }
   [[nodiscard]] Result hueDiscover() { return call(tembra_frontend_hue_discover); }
   /// @param forButton how long somebody has to press the bridge's button, 1 to 600 seconds
   [[nodiscard]] Result hueAddBridge(const std::string& mac, std::chrono::seconds forButton = std::chrono::seconds(60)) {
@@ -191,9 +191,8 @@ inline std::string history() {
 /// Adds a line of the log to it. @param level as Logger::Log has it: 0 progress, 1 warning, 2 error, 3 detail
 inline void log(int level, const std::string& text) { tembra_frontend_log(level, text.c_str()); }
 
-/// Whether somebody listens where the library sends a server's commands; also where the kernel does not tell. @param
-/// server in ServerType numbering: 1 ZigBee, 2 Z-Wave, 3 Hue, 4 Nest, 5 HA
-inline bool serverListens(int server) { return tembra_server_listens(server) != 0; }
+/// Whether somebody listens where the library sends a server's commands; also where the kernel does not tell.
+inline bool serverListens(Server server) { return tembra_server_listens(server) != 0; }
 
 /// "BinarySwitch" for 1; empty when there is no such type.
 inline std::string typeName(int type) {

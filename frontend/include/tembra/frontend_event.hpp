@@ -21,6 +21,9 @@ using Phase = tembra_phase;
 using Outcome = tembra_outcome;
 using Reason = tembra_reason;
 using Radio = tembra_radio;
+using Role = tembra_role;
+using Server = tembra_server;
+using Reset = tembra_reset;
 
 // ---- Events: what each kind has, and nothing else ----
 
@@ -90,7 +93,7 @@ struct Step {
 /// The operation goes on, but something is missing.
 struct Warning {
   Reason reason;
-  int server;    ///< in ServerType numbering; 0: none
+  Server server;
   int deviceId;  ///< of a device that it is about; 0: none
   std::string deviceName;
   std::string why;     ///< TEMBRA_REASON_NOT_WATCHED: what is in the way, in English; else empty
@@ -101,7 +104,7 @@ struct Warning {
 /// The process that has the connection.
 struct Holder {
   int pid;
-  int role;               ///< in ClientRole numbering
+  Role role;
   std::time_t since;      ///< when it opened the connection
   std::string program;    ///< how it calls itself; empty: that is no plain text
   std::string operation;  ///< what runs there: "add", ..., "none"
@@ -113,7 +116,7 @@ struct Ended {
   Outcome outcome;
   Reason reason;
   Phase phase;                       ///< in which it ended
-  int server;                        ///< that it is about, in ServerType numbering; 0: none
+  Server server;                     ///< that it is about
   int error;                         ///< errno where there is one; 0: none
   std::chrono::milliseconds waited;  ///< since that phase began
   int deviceId;                      ///< of a device that it is about; 0: none, or it has no id
@@ -198,20 +201,30 @@ inline Bridges bridges(const tembra_event* c) {
 }
 
 inline Warning warning(const tembra_warning& c) {
-  return {static_cast<Reason>(c.reason), c.server, c.device_id, c.device_name, c.why, c.text, c.advice};
+  return {static_cast<Reason>(c.reason),
+          static_cast<Server>(c.server),
+          c.device_id,
+          c.device_name,
+          c.why,
+          c.text,
+          c.advice};
 }
 
 inline std::optional<Holder> holder(const tembra_ended& c) {
   if (c.holder_pid == 0) return std::nullopt;
-  return Holder{c.holder_pid,     c.holder_role,      static_cast<std::time_t>(c.holder_since),
-                c.holder_program, c.holder_operation, c.holder_phase};
+  return Holder{c.holder_pid,
+                static_cast<Role>(c.holder_role),
+                static_cast<std::time_t>(c.holder_since),
+                c.holder_program,
+                c.holder_operation,
+                c.holder_phase};
 }
 
 inline Ended ended(const tembra_ended& c) {
   return {static_cast<Outcome>(c.outcome),
           static_cast<Reason>(c.reason),
           static_cast<Phase>(c.phase),
-          c.server,
+          static_cast<Server>(c.server),
           c.error,
           std::chrono::milliseconds(c.waited),
           c.device_id,

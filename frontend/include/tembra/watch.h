@@ -37,7 +37,7 @@ extern "C" {
 
 struct tembra_holder {
   size_t size;         ///< sizeof(struct tembra_holder), set by the caller
-  int role;            ///< in ClientRole numbering (1 web server, 2 touch screen, ...); 0: not known
+  int role;            ///< a tembra_role of <tembra/frontend.h>
   int pid;             ///< process id
   long long since;     ///< seconds since 1970: when that process opened the connection
   char program[64];    ///< how that process calls itself; cut at the end of a character

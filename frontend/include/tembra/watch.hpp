@@ -29,8 +29,12 @@ inline std::optional<Holder> holder(const std::string& path = TEMBRA_WATCH_PATH,
   const auto wait = std::clamp<std::chrono::milliseconds::rep>(atMost.count(), -1, INT_MAX);
   errno = tembra_read_holder(path.c_str(), static_cast<int>(wait), &answer);
   if (errno != 0) return std::nullopt;
-  return Holder{answer.pid,     answer.role,      static_cast<std::time_t>(answer.since),
-                answer.program, answer.operation, answer.phase};
+  return Holder{answer.pid,
+                static_cast<Role>(answer.role),
+                static_cast<std::time_t>(answer.since),
+                answer.program,
+                answer.operation,
+                answer.phase};
 }
 
 /// One thread at a time uses it.

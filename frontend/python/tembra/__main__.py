@@ -2,9 +2,7 @@
 import argparse
 import sys
 
-from . import devices
-
-_RADIOS = {0: "other", 1: "ZigBee", 2: "Z-Wave", 3: "IP"}
+from . import Radio, devices, radio_name
 
 
 def main() -> int:
@@ -17,8 +15,8 @@ def main() -> int:
         for device in devices():
             name = "".join(character if character.isprintable() else "\N{REPLACEMENT CHARACTER}"
                            for character in device.name)
-            address = f"{device.address:#06x}" if _RADIOS[device.radio] == "ZigBee" else device.address
-            print(f"{device.id:<4} {device.type_name:<22} {_RADIOS[device.radio]:<7} {address:<7} {name}")
+            address = f"{device.address:#06x}" if device.radio == Radio.ZIGBEE else device.address
+            print(f"{device.id:<4} {device.type_name:<22} {radio_name(device.radio):<7} {address:<7} {name}")
         sys.stdout.flush()
     except OSError as error:
         print(f"tembra: {error.strerror}", file=sys.stderr)

@@ -36,6 +36,18 @@ def server_listens(server: int) -> bool:
     return C.tembra_server_listens(server) != 0
 
 
+def server_name(number: int) -> Optional[str]:
+    """"Z-Wave" for Server.ZWAVE; None for a number that is none."""
+    name = C.tembra_server_name(number)
+    return name.decode() if name else None
+
+
+def radio_name(number: int) -> Optional[str]:
+    """"Z-Wave" for Radio.ZWAVE, "other" for Radio.OTHER; None for a number that is none."""
+    name = C.tembra_radio_name(number)
+    return name.decode() if name else None
+
+
 def type_name(number: int) -> Optional[str]:
     """"BinarySwitch" for 1; None when there is no such type."""
     name = C.tembra_type_name(number)

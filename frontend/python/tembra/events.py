@@ -38,7 +38,7 @@ class KnownDevice(NamedTuple):
 
 class Holder(NamedTuple):
     """The process that has the connection."""
-    role: int  # 1 web server, 2 touch screen, ...; 0: not known
+    role: int  # a Role
     pid: int
     since: int  # seconds since 1970: when that process opened the connection
     program: str  # how that process calls itself

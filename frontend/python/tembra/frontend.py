@@ -6,6 +6,7 @@ from typing import Optional, Union
 
 from .events import DeviceType, Ended, Event, State, event_from_json, state_from_json
 from .library import C, Options
+from .numbers import Role
 from .waiting import take_async, take_within
 
 
@@ -60,7 +61,7 @@ class Frontend:
     Any thread may call it, but for close(). Asynchronous reading is for one task at a time.
     """
 
-    def __init__(self, *, role: int = 0, keep_open: bool = False, program: Optional[str] = None,
+    def __init__(self, *, role: int = Role.TOUCH_SCREEN, keep_open: bool = False, program: Optional[str] = None,
                  watch_path: Optional[str] = None):
         options = Options(ctypes.sizeof(Options), _number(role, "a role"), bool(keep_open), _text(program),
                           _text(watch_path))

@@ -27,6 +27,18 @@ class Server(enum.IntEnum):
     HUE = 3
     NEST = 4
     HA = 5
+    MESH = 6  # nothing is ever sent to it
+
+
+class Role(enum.IntEnum):
+    """What kind of front end a program is."""
+    NONE = 0  # for Frontend: the touch screen; of a holder: not known
+    WEB_SERVER = 1
+    TOUCH_SCREEN = 2
+    CLOUD_AGENT = 3
+    MESH_SERVER = 4
+    FREE_1 = 5
+    FREE_2 = 6
 
 
 class Phase(enum.IntEnum):
