@@ -10,6 +10,7 @@
 #include "sim/core/raw_datagram.h"
 #include "sim/core/record_bytes.h"
 #include "sim/core/signals.h"
+#include "sim/core/sockets.h"
 #include "sim/radio/restored_networks.h"
 #include "sim/replay/commands_sent.h"
 #include "tembra/records.h"
