@@ -14,7 +14,9 @@ namespace {
 
 constexpr Time kAt = 5 * kSecond;
 
-tembra::Ended doneEnd() { return {TEMBRA_DONE, TEMBRA_REASON_NONE, TEMBRA_PHASE_ANSWER, 0, 0, {}, 0, "", "Done.", ""}; }
+tembra::Ended doneEnd() {
+  return {TEMBRA_DONE, TEMBRA_REASON_NONE, TEMBRA_PHASE_ANSWER, {}, 0, {}, 0, "", "Done.", "", {}};
+}
 
 std::string jsonOf(unsigned number, const std::string& event) {
   return R"({"schema":1,"number":)" + std::to_string(number) +
