@@ -92,7 +92,7 @@ def _reference(name):
 
 
 def pages(header, version):
-    """(name, text, other names) of each page."""
+    """(name, text, other names) of each page. A header without functions has one, of its name."""
     text = header.read_text()
     introduction = re.match(r"(?://.*\n)*", text)[0].split("\n")
     said = "\n".join(line[3:] for line in introduction)
@@ -100,9 +100,14 @@ def pages(header, version):
     text = text[text.index('extern "C" {'):].split("#endif\n", 1)[1].rsplit("#ifdef __cplusplus", 1)[0]
     parts = CHAPTER.split(text)
     chapters = [Chapter(title, part) for title, part in zip(["", *parts[1::2]], parts[::2])]
+    include, about = bold(f"#include <tembra/{header.name}>"), about[:1].lower() + about[1:]
+    if not any(chapter.functions for chapter in chapters):
+        body = [".SH SYNOPSIS", include, ".SH DESCRIPTION", *markdown(said),
+                *(line for chapter in chapters for line in chapter.body)]
+        yield f"tembra_{header.stem}", document(f"tembra_{header.stem}", 3, version, about, body), []
+        return
     chapters = [chapter for chapter in chapters if chapter.functions]
     whole = chapters[0].title == ""  # a header without chapters has one page
-    include, about = bold(f"#include <tembra/{header.name}>"), about[:1].lower() + about[1:]
     for chapter in chapters:
         body = [".SH SYNOPSIS", ".nf", include, ".PP",
                 *(line for each in chapter.synopsis for line in map(bold, textwrap.wrap(each, 78, subsequent_indent="    "))),
