@@ -550,12 +550,13 @@ TEST(State, NamesTheDeviceThatWaitsAndIsStored) {
   EXPECT_LE(storing.at("ends_in_ms"), 5000);
 }
 
+// The phases last 0.2 s, so that the driver sees each.
 TEST(State, NamesTheDeviceThatIsToLeaveAndLeaves) {
   const std::string told =
       statesOf({"",
-                {},
+                {"--fault", "closing:late=4000"},
                 R"([{"on": "add", "press": "metering-plug"}, {"on": "add", "press": "metering-plug"},
-                                         {"on": "remove", "press": "metering-plug"},
+                                         {"on": "remove", "after": 4, "press": "metering-plug"},
                                          {"on": "add", "press": "metering-plug"}])",
                 {"add,name=Washer", "add-again"},
                 {}});
