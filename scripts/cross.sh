@@ -38,6 +38,6 @@ for cpu; do
   tests/packaging/router.sh "$folder/router" "$cpu"
   [[ $tests == ON ]] || continue
   scripts/in_foreign.sh "$cpu" "$root" ctest --test-dir "$folder/build" --output-on-failure --no-tests=error \
-    --parallel $((jobs * 3)) --label-exclude '^(packaging|limits|python|lua)$' \
+    --parallel $((jobs * 4)) --label-exclude '^(packaging|limits|python|lua)$' \
     --exclude-regex "$(exceptions "$cpu")"
 done

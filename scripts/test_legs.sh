@@ -19,7 +19,7 @@ build_preset() {
 
 # run_ctest PRESET [OPTION...]: most of a test's time is waiting for other programs, so there are more than processors.
 run_ctest() {
-  ctest --preset "$1" --parallel $((jobs * 3)) "${@:2}"
+  ctest --preset "$1" --parallel $((jobs * 4)) "${@:2}"
 }
 
 leg_plain() {
