@@ -102,7 +102,11 @@ const Trouble kTroubles[] = {
      "the device cannot be a DoorLock; possible: Siren.",
      true},
     {"RadioGivesUp", "--fail", {}, "The Z-Wave radio gave up.", false},
-    {"NothingKnownOfIt", "no-basic-class", {}, "The device Z-Wave node 2 described itself, but it fits no kind of device.", false},
+    {"NothingKnownOfIt",
+     "no-basic-class",
+     {},
+     "The device Z-Wave node 2 described itself, but it fits no kind of device.",
+     false},
 };
 
 class AddFailure : public testing::TestWithParam<Trouble> {};

@@ -118,9 +118,10 @@ TEST_P(NoAnswerTest, MayBeLeftByCtrlC) {
   program.signal(SIGINT);
   const Ended ended = program.end();
   EXPECT_EQ(ended.status, 130);
-  EXPECT_TRUE(ended.errors.ends_with(
-      "tembra-assoc: Cancelled too late: what was asked for may be done all the same. Look whether it was done before you "
-      "try again.\ntembra-assoc: interrupted.\n"))
+  EXPECT_TRUE(
+      ended.errors.ends_with("tembra-assoc: Cancelled too late: what was asked for may be done all the same. Look "
+                             "whether it was done before you "
+                             "try again.\ntembra-assoc: interrupted.\n"))
       << ended.errors;
   const Told told = router.stop();
   EXPECT_EQ(told.zigbee.size() + told.zwave.size(), 0U) << "the radios have nothing to do with it";
