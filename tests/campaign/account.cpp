@@ -131,6 +131,7 @@ std::vector<std::string> Account::differences() {
   std::ranges::sort(sent_, isBefore);
   const std::vector<Datagram> models = onlyIn(expected_, sent_);
   const std::vector<Datagram> librarys = onlyIn(sent_, expected_);
+  sentences.reserve(models.size() + librarys.size());
   for (const Datagram& each : models) sentences.push_back("only the model sends: " + commandText(each));
   for (std::size_t i = 0; i < librarys.size(); ++i) {
     const std::string parting = i < models.size() ? partingText(models[i], librarys[i]) : "";
