@@ -43,12 +43,13 @@ TEST(Recording, HoldsWhatIsSaidAfterTheLastDatagram) {
 }
 
 TEST(Recording, IsRefusedWhereItCannotBeWritten) {
-  const std::pair<std::string, std::string> files[] = {{"/tmp/no-folder/recording", " (No such file or directory)"},
-                                                       {"/dev/full", " (No space left on device)"}};
-  for (const auto& [file, why] : files) {
+  const std::pair<const char*, std::string> files[] = {
+      {"/tmp/no-folder/recording", "/tmp/no-folder/recording (No such file or directory)"},
+      {"/dev/full", "/dev/full (No space left on device)"}};
+  for (const auto& [file, sentence] : files) {
     const kit::Ended ended = simulator({"run", "--record", file});
     EXPECT_EQ(ended.status, 1);
-    EXPECT_EQ(ended.sentence(), "tembra-sim: cannot write the recording " + file + why);
+    EXPECT_EQ(ended.sentence(), "tembra-sim: cannot write the recording " + sentence);
   }
 }
 
